@@ -1,0 +1,95 @@
+# The project's compile rules and the functions that make its libraries, programs and tests.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_AUTORCC ON)
+
+option(BTASK_BENCH "Build the benchmarks" OFF)
+option(BTASK_FUZZ "Build the fuzz targets (clang only)" OFF)
+set(BTASK_SANITIZE "" CACHE STRING "Sanitizers, as in -fsanitize=")
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
+add_library(btask_rules INTERFACE)
+target_compile_options(btask_rules INTERFACE -Wall -Wextra -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  # This version warns of overlaps in joined strings that cannot be.
+  target_compile_options(btask_rules INTERFACE -Wno-restrict)
+endif()
+target_compile_definitions(btask_rules INTERFACE
+  QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_FOREACH QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+if(WIN32)
+  # The other semaphores of this compiler's library lose wake-ups where the system has no futex, and a stop callback
+  # waits on one when it goes.
+  target_compile_definitions(btask_rules INTERFACE _GLIBCXX_USE_POSIX_SEMAPHORE=1)
+  target_compile_definitions(btask_rules INTERFACE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
+endif()
+if(BTASK_SANITIZE)
+  target_compile_options(btask_rules INTERFACE -fsanitize=${BTASK_SANITIZE} -fno-omit-frame-pointer -g1)
+  target_link_options(btask_rules INTERFACE -fsanitize=${BTASK_SANITIZE})
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # It would warn of every fence in Boost's headers, which the thread sanitizer cannot follow.
+    target_compile_options(btask_rules INTERFACE -Wno-tsan)
+  endif()
+endif()
+
+# A folder's headers are reached as "folder/Name.h" through a link of that name in an include root of its
+# own, so that a header of a folder which is not linked is not found at all.
+function(btask_include_root target folder scope)
+  set(root ${CMAKE_BINARY_DIR}/include/${target})
+  file(MAKE_DIRECTORY ${root})
+  get_filename_component(name ${folder} NAME)
+  file(CREATE_LINK ${folder} ${root}/${name} SYMBOLIC)
+  target_include_directories(${target} ${scope} ${root})
+endfunction()
+
+# btask_library(NAME [LIBS lower floors and libraries in its headers] [PRIVATE libraries of its sources only])
+# makes btask_NAME of src/NAME (or of the folder given by DIR); posix/ or windows/ below it is chosen here.
+function(btask_library name)
+  cmake_parse_arguments(arg "" "DIR" "LIBS;PRIVATE" ${ARGN})
+  if(NOT arg_DIR)
+    set(arg_DIR ${CMAKE_SOURCE_DIR}/src/${name})
+  endif()
+  file(GLOB sources CONFIGURE_DEPENDS ${arg_DIR}/*.cpp ${arg_DIR}/*.h ${arg_DIR}/*.qrc)
+  if(WIN32)
+    file(GLOB side CONFIGURE_DEPENDS ${arg_DIR}/windows/*.cpp)
+  else()
+    file(GLOB side CONFIGURE_DEPENDS ${arg_DIR}/posix/*.cpp)
+  endif()
+  list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
+  set(target btask_${name})
+  add_library(${target} STATIC ${sources} ${side})
+  btask_include_root(${target} ${arg_DIR} PUBLIC)
+  list(TRANSFORM arg_LIBS REPLACE "^([a-z]+)$" "btask_\\1")
+  target_link_libraries(${target} PUBLIC btask_rules ${arg_LIBS} PRIVATE ${arg_PRIVATE})
+endfunction()
+
+# Gives a Windows program its icon, manifest and version.
+function(btask_windows_resources name description)
+  set(file ${CMAKE_CURRENT_BINARY_DIR}/${name}.rc)
+  configure_file(${PROJECT_SOURCE_DIR}/packaging/windows/program.rc.in ${file} @ONLY)
+  set_source_files_properties(${file} PROPERTIES OBJECT_DEPENDS
+    "${PROJECT_SOURCE_DIR}/packaging/windows/program.manifest;${PROJECT_SOURCE_DIR}/packaging/windows/BTaskMMC.ico")
+  target_sources(${name} PRIVATE ${file})
+endfunction()
+
+# btask_program(NAME [GUI] DESCRIPTION text SOURCES... LIBS...): an executable in bin/.
+function(btask_program name)
+  cmake_parse_arguments(arg "GUI" "DESCRIPTION" "SOURCES;LIBS" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  list(TRANSFORM arg_LIBS REPLACE "^([a-z]+)$" "btask_\\1")
+  target_link_libraries(${name} PRIVATE btask_rules ${arg_LIBS})
+  if(arg_GUI)
+    set_target_properties(${name} PROPERTIES WIN32_EXECUTABLE ON)
+  endif()
+  if(WIN32)
+    btask_windows_resources(${name} "${arg_DESCRIPTION}")
+  endif()
+endfunction()

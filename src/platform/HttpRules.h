@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/HttpTransport.h"
+
+namespace platform {
+
+/// The escaped target of the request line; a leading slash is added where it lacks one.
+std::string RequestTarget(const HttpRequest& request);
+
+/// Whether verb, agent and headers keep to one line of valid HTTP each.
+bool CanBeSent(const HttpRequest& request);
+
+/// Whether the request states its body's length: when it has a body, and for PUT and POST also without one.
+bool SendsLength(const HttpRequest& request);
+
+} // namespace platform

@@ -1,0 +1,143 @@
+#include "platform/ServiceControl.h"
+#include "platform/Folders.h"
+#include "platform/posix/LockedFile.h"
+#include "platform/posix/Process.h"
+#include "platform/posix/Systemd.h"
+
+#include <fcntl.h>
+
+#include <array>
+#include <cerrno>
+#include <fstream>
+#include <string_view>
+
+namespace platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct StateWord {
+    ServiceState state;
+    std::string_view word;
+};
+
+constexpr std::array StateWords = {
+    StateWord{ServiceState::Running, "running"},
+    StateWord{ServiceState::StartPending, "start-pending"},
+    StateWord{ServiceState::StopPending, "stop-pending"},
+    StateWord{ServiceState::Paused, "paused"},
+};
+
+fs::path LockPath(const fs::path& folder, const std::string& name) {
+    return folder / (name + ".lock");
+}
+
+fs::path StartPath(const fs::path& folder, const std::string& name) {
+    return folder / (name + ".start");
+}
+
+/// A name that cannot lead out of the folder.
+bool IsServiceName(const std::string& name) {
+    return !name.empty() && name.find('/') == std::string::npos && name.find('\0') == std::string::npos;
+}
+
+/// The state in a held lock file; a holder that says none of the words runs.
+ServiceState StateOfHolder(int file) {
+    std::array<char, 32> text{};
+    const ssize_t count = ::pread(file, text.data(), text.size(), 0);
+    const std::string_view said(text.data(), count > 0 ? static_cast<size_t>(count) : 0);
+    for (const StateWord& known : StateWords) {
+        if (said.substr(0, said.find('\n')) == known.word)
+            return known.state;
+    }
+    return ServiceState::Running;
+}
+
+ServiceQuery QueryLock(const fs::path& folder, const std::string& name) {
+    const FileDescriptor file(::open(LockPath(folder, name).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (file) {
+        const bool held = IsFileLocked(file.Get());
+        return {ServiceQueryStep::Done, 0, held ? StateOfHolder(file.Get()) : ServiceState::Stopped};
+    }
+    const int error = errno;
+    if (error != ENOENT)
+        return {ServiceQueryStep::OpenService, error, ServiceState::Unknown};
+    if (::access(StartPath(folder, name).c_str(), F_OK) == 0)
+        return {ServiceQueryStep::Done, 0, ServiceState::Stopped};
+    return {ServiceQueryStep::OpenService, ENOENT, ServiceState::Unknown};
+}
+
+std::vector<std::string> ReadStartCommand(const fs::path& folder, const std::string& name) {
+    std::vector<std::string> command;
+    std::ifstream file(StartPath(folder, name));
+    for (std::string line; std::getline(file, line);) {
+        if (!line.empty())
+            command.push_back(line);
+    }
+    return command;
+}
+
+} // namespace
+
+ServiceQuery QueryService(const std::string& name, bool serverMode) {
+    if (!IsServiceName(name))
+        return {ServiceQueryStep::OpenService, EINVAL, ServiceState::Unknown};
+    if (SystemdRules()) {
+        if (const auto query = QuerySystemd(name))
+            return *query;
+    }
+    return QueryLock(DataFolder(serverMode), name);
+}
+
+bool StartService(const std::string& name, bool serverMode) {
+    if (!IsServiceName(name))
+        return false;
+    if (SystemdRules() && QuerySystemd(name))
+        return StartBySystemd(name);
+    const fs::path folder = DataFolder(serverMode);
+    const ServiceQuery query = QueryLock(folder, name);
+    if (query.failedAt == ServiceQueryStep::Done && query.state != ServiceState::Stopped)
+        return true;
+    const std::vector<std::string> command = ReadStartCommand(folder, name);
+    pid_t process = 0;
+    if (command.empty() || !command.front().starts_with('/') ||
+        Spawn(command, {.keepsErrors = false, .ownSession = true}, process) != 0)
+        return false;
+    ReapLater(process);
+    return true;
+}
+
+struct ServiceLock::State {
+    FileDescriptor file;
+};
+
+ServiceLock::ServiceLock(std::unique_ptr<State> state) : m_state(std::move(state)) {}
+ServiceLock::ServiceLock(ServiceLock&&) noexcept = default;
+ServiceLock& ServiceLock::operator=(ServiceLock&&) noexcept = default;
+ServiceLock::~ServiceLock() = default;
+
+std::optional<ServiceLock> ServiceLock::Take(const fs::path& folder, const std::string& name) {
+    if (!IsServiceName(name))
+        return {};
+    std::error_code error;
+    fs::create_directories(folder, error);
+    std::optional<FileDescriptor> file = LockFile(LockPath(folder, name));
+    if (!file)
+        return {};
+    ServiceLock lock(std::make_unique<State>(State{std::move(*file)}));
+    lock.SetState(ServiceState::Running);
+    return lock;
+}
+
+void ServiceLock::SetState(ServiceState state) {
+    for (const StateWord& known : StateWords) {
+        if (known.state != state)
+            continue;
+        const std::string text = std::string(known.word) + '\n';
+        const ssize_t written = ::pwrite(m_state->file.Get(), text.data(), text.size(), 0);
+        if (written > 0 && ::ftruncate(m_state->file.Get(), written) != 0)
+            return;
+    }
+}
+
+} // namespace platform

@@ -1,0 +1,77 @@
+#include "platform/Folders.h"
+#include "platform/Environment.h"
+#include "platform/windows/WideText.h"
+
+#include <windows.h>
+
+#include <initguid.h>
+
+#include <knownfolders.h>
+#include <shlobj.h>
+
+namespace platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path KnownFolder(const KNOWNFOLDERID& id) {
+    wchar_t* text = nullptr;
+    const bool known = ::SHGetKnownFolderPath(id, KF_FLAG_DONT_VERIFY, nullptr, &text) == S_OK;
+    fs::path folder = known ? fs::path(text) : fs::path();
+    ::CoTaskMemFree(text);
+    return folder;
+}
+
+} // namespace
+
+fs::path DataFolder(bool) {
+    if (const auto home = EnvironmentVariable("BREN_HOME"))
+        return PathFromUtf8(*home);
+    return KnownFolder(FOLDERID_ProgramData) / "brenvia";
+}
+
+fs::path ExecutableFile() {
+    std::wstring path(MAX_PATH, L'\0');
+    DWORD size = 0;
+    while ((size = ::GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()))) ==
+           path.size())
+        path.resize(path.size() * 2);
+    path.resize(size);
+    return path;
+}
+
+fs::path ExecutableFolder() {
+    return ExecutableFile().parent_path();
+}
+
+fs::path ConsoleStateFile() {
+    const fs::path folder = KnownFolder(FOLDERID_LocalAppData) / "brenvia";
+    std::error_code error;
+    fs::create_directories(folder, error);
+    return folder / "console.ini";
+}
+
+fs::path SpecialFolderPath(SpecialFolder folder) {
+    switch (folder) {
+    case SpecialFolder::Desktop:
+        return KnownFolder(FOLDERID_Desktop);
+    case SpecialFolder::StartMenu:
+        return KnownFolder(FOLDERID_StartMenu);
+    case SpecialFolder::Documents:
+        return KnownFolder(FOLDERID_Documents);
+    case SpecialFolder::ProgramFilesCommon:
+        return EnvironmentVariable("BREN_HOME") ? DataFolder(true) / "common"
+                                                : KnownFolder(FOLDERID_ProgramFilesCommon);
+    }
+    return {};
+}
+
+fs::path PathFromUtf8(const std::string& text) {
+    return Wide(text);
+}
+
+std::string Utf8FromPath(const fs::path& path) {
+    return Narrow(path.native());
+}
+
+} // namespace platform

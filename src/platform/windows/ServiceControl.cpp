@@ -1,0 +1,98 @@
+#include "platform/ServiceControl.h"
+#include "platform/SharedFile.h"
+#include "platform/windows/WideText.h"
+
+#include <windows.h>
+
+// The header speaks of these names, not of the system's macros.
+#undef OpenService
+#undef StartService
+
+namespace platform {
+namespace {
+
+struct ServiceHandleCloser {
+    void operator()(SC_HANDLE handle) const { ::CloseServiceHandle(handle); }
+};
+
+using ServiceHandle = std::unique_ptr<std::remove_pointer_t<SC_HANDLE>, ServiceHandleCloser>;
+
+ServiceHandle OpenManager() {
+    return ServiceHandle(
+        ::OpenSCManagerW(nullptr, nullptr, SC_MANAGER_CONNECT | SC_MANAGER_ENUMERATE_SERVICE));
+}
+
+ServiceHandle OpenNamed(const ServiceHandle& manager, const std::string& name, DWORD rights) {
+    return ServiceHandle(::OpenServiceW(manager.get(), Wide(name).c_str(), rights));
+}
+
+ServiceQuery FailedAt(ServiceQueryStep step) {
+    return {step, static_cast<int>(::GetLastError()), ServiceState::Unknown};
+}
+
+ServiceState StateOf(DWORD state) {
+    switch (state) {
+    case SERVICE_STOPPED:
+        return ServiceState::Stopped;
+    case SERVICE_START_PENDING:
+    case SERVICE_CONTINUE_PENDING:
+        return ServiceState::StartPending;
+    case SERVICE_STOP_PENDING:
+        return ServiceState::StopPending;
+    case SERVICE_RUNNING:
+        return ServiceState::Running;
+    case SERVICE_PAUSE_PENDING:
+    case SERVICE_PAUSED:
+        return ServiceState::Paused;
+    default:
+        return ServiceState::Unknown;
+    }
+}
+
+} // namespace
+
+ServiceQuery QueryService(const std::string& name, bool) {
+    const ServiceHandle manager = OpenManager();
+    if (!manager)
+        return FailedAt(ServiceQueryStep::OpenManager);
+    const ServiceHandle service = OpenNamed(manager, name, SERVICE_QUERY_STATUS);
+    if (!service)
+        return FailedAt(ServiceQueryStep::OpenService);
+    SERVICE_STATUS_PROCESS status = {};
+    DWORD size = 0;
+    if (!::QueryServiceStatusEx(service.get(), SC_STATUS_PROCESS_INFO, reinterpret_cast<BYTE*>(&status),
+                                sizeof status, &size))
+        return FailedAt(ServiceQueryStep::QueryStatus);
+    return {ServiceQueryStep::Done, 0, StateOf(status.dwCurrentState)};
+}
+
+bool StartService(const std::string& name, bool) {
+    const ServiceHandle manager = OpenManager();
+    const ServiceHandle service = manager ? OpenNamed(manager, name, SERVICE_START) : nullptr;
+    return service &&
+           (::StartServiceW(service.get(), 0, nullptr) || ::GetLastError() == ERROR_SERVICE_ALREADY_RUNNING);
+}
+
+struct ServiceLock::State {
+    FileLock lock;
+};
+
+ServiceLock::ServiceLock(std::unique_ptr<State> state) : m_state(std::move(state)) {}
+ServiceLock::ServiceLock(ServiceLock&&) noexcept = default;
+ServiceLock& ServiceLock::operator=(ServiceLock&&) noexcept = default;
+ServiceLock::~ServiceLock() = default;
+
+std::optional<ServiceLock> ServiceLock::Take(const std::filesystem::path& folder, const std::string& name) {
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    std::optional<FileLock> lock = FileLock::TryAcquire(folder / Wide(name + ".lock"));
+    if (!lock)
+        return {};
+    return ServiceLock(std::make_unique<State>(State{std::move(*lock)}));
+}
+
+void ServiceLock::SetState(ServiceState) {
+    // Nobody reads it here: the service control manager is asked.
+}
+
+} // namespace platform

@@ -1,0 +1,148 @@
+#include "zep/Text.h"
+
+#include "platform/Folders.h"
+
+#include <QStringDecoder>
+
+#include <array>
+#include <optional>
+
+namespace {
+
+/// The value of a hexadecimal digit, -1 of any other octet.
+int HexDigit(char c) {
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    return -1;
+}
+
+/// The character that the digits after "&#" or "&#x" name; none when there is no such character.
+std::optional<char32_t> NumberedCharacter(QStringView digits) {
+    const bool hexadecimal = digits.startsWith(u'x') || digits.startsWith(u'X');
+    if (hexadecimal)
+        digits = digits.sliced(1);
+    if (digits.isEmpty())
+        return std::nullopt;
+    const uint base = hexadecimal ? 16 : 10;
+    char32_t code = 0;
+    for (const QChar c : digits) {
+        const int digit = HexDigit(c.toLatin1());
+        if (digit < 0 || uint(digit) >= base)
+            return std::nullopt;
+        code = code * base + uint(digit);
+        if (code > QChar::LastValidCodePoint)
+            return std::nullopt;
+    }
+    if (code == 0 || QChar::isSurrogate(code))
+        return std::nullopt;
+    return code;
+}
+
+/// The character that stands for "&" + `name` + ";".
+std::optional<char32_t> ReferencedCharacter(QStringView name) {
+    struct Named {
+        QStringView name;
+        char32_t character;
+    };
+    static constexpr std::array<Named, 5> named{
+        {{u"amp", U'&'}, {u"lt", U'<'}, {u"gt", U'>'}, {u"quot", U'"'}, {u"apos", U'\''}}};
+    if (name.startsWith(u'#'))
+        return NumberedCharacter(name.sliced(1));
+    for (const Named& candidate : named) {
+        if (name == candidate.name)
+            return candidate.character;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+QString ZEPUTF8ToUnicode(QByteArrayView utf8) {
+    using Flag = QStringConverter::Flag;
+    QStringDecoder decoder(QStringConverter::Utf8, Flag::Stateless | Flag::ConvertInitialBom);
+    return decoder(utf8);
+}
+
+QByteArray ZEPUnicodeToUTF8(QStringView text) {
+    if (text.isValidUtf16())
+        return text.toUtf8();
+    QString valid = text.toString();
+    for (qsizetype i = 0; i < valid.size(); ++i) {
+        if (!valid.at(i).isSurrogate())
+            continue;
+        const bool pair =
+            valid.at(i).isHighSurrogate() && i + 1 < valid.size() && valid.at(i + 1).isLowSurrogate();
+        if (pair)
+            ++i;
+        else
+            valid[i] = QChar::ReplacementCharacter;
+    }
+    return valid.toUtf8();
+}
+
+QString ZEPUrlEncodeUnicode(QStringView text) {
+    return QString::fromLatin1(ZEPUnicodeToUTF8(text).toPercentEncoding());
+}
+
+QString ZEPURLDecodeUTF8(QStringView text) {
+    const QByteArray encoded = ZEPUnicodeToUTF8(text);
+    QByteArray decoded;
+    decoded.reserve(encoded.size());
+    for (qsizetype i = 0; i < encoded.size(); ++i) {
+        const bool escape = encoded.at(i) == '%' && i + 2 < encoded.size();
+        const int high = escape ? HexDigit(encoded.at(i + 1)) : -1;
+        const int low = escape ? HexDigit(encoded.at(i + 2)) : -1;
+        if (high < 0 || low < 0) {
+            decoded.append(encoded.at(i));
+            continue;
+        }
+        decoded.append(char(high * 16 + low));
+        i += 2;
+    }
+    return ZEPUTF8ToUnicode(decoded);
+}
+
+QString HtmlDecode(const QString& text) {
+    // Leading zeros make a reference long; beyond this it is no reference, so that a text of ampersands
+    // costs no more than its length.
+    constexpr qsizetype longestReference = 32;
+    QString decoded;
+    decoded.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text.at(i) == u'&') {
+            const QStringView rest = QStringView(text).sliced(i + 1).left(longestReference);
+            const qsizetype end = rest.indexOf(u';');
+            const auto character = end < 0 ? std::nullopt : ReferencedCharacter(rest.left(end));
+            if (character) {
+                decoded.append(QChar::fromUcs4(*character));
+                i += end + 1;
+                continue;
+            }
+        }
+        decoded.append(text.at(i));
+    }
+    return decoded;
+}
+
+QByteArray ZEPBase64Encode(QByteArrayView octets) {
+    return QByteArray::fromRawData(octets.data(), octets.size()).toBase64();
+}
+
+QString ZEPBase64DecodeUnicode(QStringView text) {
+    QByteArray digits = text.toLatin1();
+    digits.removeIf([](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; });
+    const auto result = QByteArray::fromBase64Encoding(digits, QByteArray::AbortOnBase64DecodingErrors);
+    return result ? ZEPUTF8ToUnicode(*result) : QString();
+}
+
+std::filesystem::path ToPath(QStringView text) {
+    return platform::PathFromUtf8(ZEPUnicodeToUTF8(text).toStdString());
+}
+
+QString FromPath(const std::filesystem::path& path) {
+    return ZEPUTF8ToUnicode(platform::Utf8FromPath(path));
+}

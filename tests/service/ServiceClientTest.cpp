@@ -1,0 +1,364 @@
+#include "service/ServiceClient.h"
+
+#include "support/ServiceFixture.h"
+#include "support/TestMain.h"
+#include "zep/SysInfo.h"
+
+#include <QTcpServer>
+#include <QTcpSocket>
+
+#include <future>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+using devservice::HttpFault;
+
+namespace {
+
+/// What a call puts on the wire, taken by a listener that answers "200" to whatever comes.
+struct Wire {
+    QByteArray line;
+    QByteArrayList headers; ///< sorted
+    QByteArray body;
+};
+
+Wire TakeApart(const QByteArray& octets) {
+    const qsizetype end = octets.indexOf("\r\n\r\n");
+    QByteArrayList head = octets.left(end).replace("\r\n", "\n").split('\n');
+    Wire wire{head.takeFirst(), head, octets.mid(end + 4)};
+    std::sort(wire.headers.begin(), wire.headers.end());
+    return wire;
+}
+
+Wire OnTheWire(const std::function<void(const ServiceClient&)>& call) {
+    QTcpServer server;
+    server.listen(QHostAddress::LocalHost);
+    qputenv("BREN_SERVICE_PORT", QByteArray::number(server.serverPort()));
+    auto called = std::async(std::launch::async, [&call] { call(ServiceClient()); });
+    QByteArray octets;
+    if (server.waitForNewConnection(10'000)) {
+        const std::unique_ptr<QTcpSocket> socket(server.nextPendingConnection());
+        const auto isWhole = [&octets] {
+            const qsizetype end = octets.indexOf("\r\n\r\n");
+            const qsizetype length = octets.indexOf("Content-Length: ");
+            return end >= 0 && octets.size() - end - 4 >=
+                                   (length < 0 ? 0 : octets.mid(length + 16, 8).split('\r').first().toInt());
+        };
+        while (!isWhole() && socket->waitForReadyRead(10'000))
+            octets += socket->readAll();
+        socket->write("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
+        socket->waitForBytesWritten();
+        called.wait(); // before the socket goes: what the client sends beyond is read below
+        octets += socket->readAll();
+    }
+    called.get();
+    qunsetenv("BREN_SERVICE_PORT");
+    return TakeApart(octets);
+}
+
+devservice::Answer AnswerOf(const QByteArray& body, int status = 200) {
+    return {status, body.toStdString()};
+}
+
+} // namespace
+
+using Call = std::function<void(const ServiceClient&)>;
+Q_DECLARE_METATYPE(Call)
+
+class ServiceClientTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void SendsTheseOctets_data() {
+        QTest::addColumn<Call>("call");
+        QTest::addColumn<QByteArray>("line");
+        QTest::addColumn<QByteArray>("length"); // null: the request has no such header
+        QTest::addColumn<QByteArray>("body");
+        const QByteArray none;
+        const auto row = [&](const char* name, const QByteArray& line, const QByteArray& length,
+                             const QByteArray& body,
+                             const Call& call) { QTest::newRow(name) << call << line << length << body; };
+        row("get", "GET /settings/A%20b%C3%A4", none, none,
+            [](const ServiceClient& client) { client.GetSetting(u"A bä"_s); });
+        row("put, integer", "PUT /settings/N?ValueType=1&Value=-5", "0", none,
+            [](const ServiceClient& client) { client.SetIntSetting(u"N"_s, -5); });
+        row("put, true", "PUT /settings/N?ValueType=4&Value=True", "0", none,
+            [](const ServiceClient& client) { client.SetBoolSetting(u"N"_s, true); });
+        row("put, false", "PUT /settings/N?ValueType=4&Value=False", "0", none,
+            [](const ServiceClient& client) { client.SetBoolSetting(u"N"_s, false); });
+        row("put, text as it stands", "PUT /settings/N?ValueType=2&Value=a&b=%41%23%0Ad%09%E2%82%AC+~'", "0",
+            none,
+            [](const ServiceClient& client) { client.SetStringSetting(u"N"_s, u"a&b=%41#\nd\t€+~'"_s); });
+        row("start", "GET /schedule/startnow?%7B0A-1%7D", none, none,
+            [](const ServiceClient& client) { client.StartTaskNow(u"{0A-1}"_s); });
+        row("resume", "GET /schedule/resumetask?a", none, none,
+            [](const ServiceClient& client) { client.ResumeTask(u"a"_s); });
+        row("pause", "GET /schedule/pausetask?a", none, none,
+            [](const ServiceClient& client) { client.PauseTask(u"a"_s); });
+        row("delete", "GET /schedule/deletetask?a", none, none,
+            [](const ServiceClient& client) { client.DeleteTask(u"a"_s); });
+        row("delete sub-task", "GET /schedule/delsub?%7B0A-1%7D:17", none, none,
+            [](const ServiceClient& client) { client.DeleteSubTask(u"{0A-1}"_s, 17); });
+        row("directories", "GET /profile/%d?PMCMethod=GetVdirList", none, none,
+            [](const ServiceClient& client) { client.GetVdirList(); });
+        row("profile", "GET /profile/?PMCMethod=M", "4",
+            QByteArray("\xC3\xA4"
+                       "b\0",
+                       4),
+            [](const ServiceClient& client) { client.CallProfileMethod(u"M"_s, u"äb"_s); });
+        row("new card", "GET /mysafe/?PMCMethod=addnewcard", "5", QByteArray("<c/>\0", 5),
+            [](const ServiceClient& client) { client.AddNewCard(u"<c/>"_s); });
+        row("status", "GET /profile/?PMCMethod=GetVDirStatus", "4", QByteArray("abc\0", 4),
+            [](const ServiceClient& client) { client.GetVDirStatus("abc"); });
+        row("empty body", "PROPFIND /resources/x", "1", QByteArray("\0", 1), [](const ServiceClient& client) {
+            client.SendRequest(u"/resources/x"_s, u"PROPFIND"_s, 207, "");
+        });
+        row("other verb", "MOVE /resources/a/../b?Destination=/resources/c", none, none,
+            [](const ServiceClient& client) {
+                client.SendRequest(u"/resources/a/../b?Destination=/resources/c"_s, u"MOVE"_s, 200);
+            });
+    }
+
+    void SendsTheseOctets() {
+        QFETCH(const Call, call);
+        QFETCH(const QByteArray, line);
+        QFETCH(const QByteArray, length);
+        QFETCH(const QByteArray, body);
+        const Wire wire = OnTheWire(call);
+        QByteArrayList headers{"Cache-Control: no-cache", "Depth: 1", "Pragma: no-cache",
+                               "User-Agent: NextZEP Shell Extension"};
+        if (!length.isNull())
+            headers.insert(1, "Content-Length: " + length);
+        QCOMPARE(wire.line, line + " HTTP/1.1");
+        QByteArrayList sent = wire.headers;
+        QCOMPARE(sent.removeIf([](const QByteArray& header) { return header.startsWith("Host: 127.0.0.1"); }),
+                 1);
+        sent.removeAll("Connection: Keep-Alive"); // the one thing that Windows adds
+        QCOMPARE(sent, headers);
+        QCOMPARE(wire.body, body);
+    }
+
+    void PortFollowsModeAndEnvironment_data() {
+        QTest::addColumn<QByteArray>("variable");
+        QTest::addColumn<bool>("server");
+        QTest::addColumn<int>("port");
+        QTest::newRow("desktop") << QByteArray() << false << 9678;
+        QTest::newRow("server") << QByteArray() << true << 9898;
+        QTest::newRow("given") << QByteArray("4711") << true << 4711;
+        for (const char* unusable : {"0", "70000", "http", "-1"})
+            QTest::newRow(unusable) << QByteArray(unusable) << false << 9678;
+    }
+
+    void PortFollowsModeAndEnvironment() {
+        QFETCH(const QByteArray, variable);
+        QFETCH(const bool, server);
+        qputenv("BREN_SERVICE_PORT", variable);
+        ZEPSysInfoSetServerMode(server);
+        QTEST(int(ServicePort()), "port");
+        ZEPSysInfoSetServerMode(false);
+        qunsetenv("BREN_SERVICE_PORT");
+    }
+
+    void WaitsLongForWritersOnly() {
+        const platform::HttpTimeouts usual;
+        const platform::HttpTimeouts writers = TimeoutsOf(u"/backupsvr/writers"_s);
+        QCOMPARE(writers.resolve, 120s);
+        QCOMPARE(writers.connect, 160s);
+        QCOMPARE(writers.send, 160s);
+        QCOMPARE(writers.receive, 130s);
+        for (const auto& path : {u"/backupsvr/writers?a"_s, u"/backupsvr/writers/"_s, u"/BackupSvr/Writers"_s,
+                                 u"/settings/A"_s, QString()})
+            QCOMPARE(TimeoutsOf(path).receive, usual.receive);
+    }
+
+    void SettingsKeepTheirRules_data() {
+        QTest::addColumn<QByteArray>("stored"); // null: never set
+        QTest::addColumn<int>("number");
+        QTest::addColumn<bool>("flag");
+        QTest::addColumn<QString>("text");
+        const auto row = [](const QByteArray& stored, int number, bool flag, const QString& text) {
+            QTest::addRow("'%s'", stored.constData()) << stored << number << flag << text;
+        };
+        QTest::newRow("never set") << QByteArray() << 42 << true << QString();
+        row("", 0, false, u""_s);
+        row("True", 0, true, u"True"_s);
+        row("tRUE", 0, true, u"tRUE"_s);
+        row("true ", 0, false, u"true "_s);
+        row("1", 1, false, u"1"_s);
+        row(" \t-12,5", -12, false, u" \t-12,5"_s);
+        row("+7x", 7, false, u"+7x"_s);
+        row("- 7", 0, false, u"- 7"_s);
+        row("99999999999999999999", 2147483647, false, u"99999999999999999999"_s);
+        row("-2147483649", -2147483648, false, u"-2147483649"_s);
+        row("na\xC3\xAFve", 0, false, u"naïve"_s);
+        row("a\xFF", 0, false, u"a\uFFFD"_s);
+        QTest::newRow("terminated") << QByteArray("true\0x", 6) << 0 << true << u"true"_s;
+    }
+
+    void SettingsKeepTheirRules() {
+        QFETCH(const QByteArray, stored);
+        QFETCH(const QString, text);
+        ServiceFixture service;
+        if (!stored.isNull())
+            service->SetAnswer("/settings/Name", AnswerOf(stored));
+        const ServiceClient client;
+        QTEST(client.GetIntSetting(u"Name"_s, 42), "number");
+        QTEST(client.GetBoolSetting(u"Name"_s, true), "flag");
+        const std::optional<QString> read = client.GetStringSetting(u"Name"_s);
+        QCOMPARE(read.has_value(), !stored.isNull());
+        QCOMPARE(read.value_or(QString()), text);
+    }
+
+    void SettingsComeBackAsTheyWereSet() {
+        ServiceFixture service;
+        const ServiceClient client;
+        for (const QString& large : {QString(65536, u'x'), QString(21000, u'ä')}) {
+            QVERIFY(client.SetStringSetting(u"Large"_s, large));
+            QCOMPARE(client.GetStringSetting(u"Large"_s), large);
+        }
+        QVERIFY(client.SetStringSetting(u"Lines"_s, u"one\ntwo\tthree {x} \"y\""_s));
+        QCOMPARE(client.GetStringSetting(u"Lines"_s), u"one\ntwo\tthree {x} \"y\""_s);
+        QVERIFY(client.SetIntSetting(u"Number"_s, std::numeric_limits<int>::min()));
+        QCOMPARE(client.GetIntSetting(u"Number"_s, 0), std::numeric_limits<int>::min());
+        for (const bool flag : {true, false}) {
+            QVERIFY(client.SetBoolSetting(u"Flag"_s, flag));
+            QCOMPARE(client.GetBoolSetting(u"Flag"_s, !flag), flag);
+        }
+    }
+
+    void BodiesArriveWhole() {
+        ServiceFixture service;
+        for (const qsizetype size : {0, 1, 4094, 4095, 4096, 4097, 1 << 20}) {
+            QByteArray body(size, 'x');
+            if (size > 1)
+                body[size / 2] = '\0';
+            service->SetAnswer("/body", AnswerOf(body, 207));
+            const ServiceAnswer answer = ServiceClient().SendRequest(u"/body"_s, u"PROPFIND"_s, 207);
+            QVERIFY(answer);
+            QCOMPARE(answer.body, body);
+            QCOMPARE(qint64(answer.length.value_or(9)), size);
+            const ServiceAnswer unexpected = ServiceClient().SendRequest(u"/body"_s, u"PROPFIND"_s, 200);
+            QVERIFY(unexpected.outcome == ServiceOutcome::OtherStatus && unexpected.body.isEmpty());
+            QCOMPARE(unexpected.status, 207);
+        }
+    }
+
+    void TellsFaultsAndRecovers_data() {
+        QTest::addColumn<QString>("fault");
+        QTest::addColumn<ServiceOutcome>("outcome");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<bool>("whole");
+        using enum ServiceOutcome;
+        const QByteArray whole = "12345678";
+        QTest::newRow("none") << u"none"_s << Answered << 200 << whole << true;
+        QTest::newRow("down") << u"refuse"_s << Unreachable << 0 << QByteArray() << false;
+        QTest::newRow("slow") << u"delay:50"_s << Answered << 200 << whole << true;
+        QTest::newRow("dripping") << u"drip:5"_s << Answered << 200 << whole << true;
+        QTest::newRow("cut by FIN") << u"fin"_s << Answered << 200 << whole.left(4) << false;
+        QTest::newRow("other status") << u"status:503"_s << OtherStatus << 503 << QByteArray() << false;
+        QTest::newRow("other success") << u"status:204"_s << OtherStatus << 204 << QByteArray() << false;
+        QTest::newRow("garbage") << u"garbage"_s << Unreachable << 0 << QByteArray() << false;
+    }
+
+    void TellsFaultsAndRecovers() {
+        QFETCH(const QString, fault);
+        QFETCH(const ServiceOutcome, outcome);
+        QFETCH(const bool, whole);
+        ServiceFixture service;
+        service->SetSetting("Eight", "12345678");
+        service->SetVirtualDirectories({{"V", "{C}", 2, "{P}"}});
+        QVERIFY(service->SetFault(fault.toStdString()));
+        const ServiceClient client;
+        const ServiceAnswer answer = client.GetSetting(u"Eight"_s);
+        QCOMPARE(answer.outcome, outcome);
+        QTEST(answer.status, "status");
+        QTEST(answer.body, "body");
+        QCOMPARE(answer.length.has_value(), whole);
+        const bool answered = outcome == ServiceOutcome::Answered;
+        QCOMPARE(bool(client.StartTaskNow(u"nobody"_s)), false);
+        QCOMPARE(bool(client.SetIntSetting(u"Other"_s, 1)), answered);
+        QCOMPARE(client.GetVdirList().has_value(), answered);
+        QCOMPARE(client.GetVDirStatus("v"), whole ? 2 : 0);
+        service->ClearFaults();
+        QCOMPARE(client.GetSetting(u"Eight"_s).body, QByteArray("12345678"));
+    }
+
+    void AResetLosesNothingThatWasRead() {
+        ServiceFixture service;
+        service->SetSetting("Eight", "12345678");
+        service->SetFault(HttpFault::CutByRst);
+        const ServiceAnswer answer = ServiceClient().GetSetting(u"Eight"_s);
+        QVERIFY(!answer.length);
+        // The reset may overtake what was sent before it.
+        QVERIFY(answer ? QByteArray("1234").startsWith(answer.body)
+                       : answer.outcome == ServiceOutcome::Unreachable);
+    }
+
+    void AStopFreesACallThatHangs() {
+        ServiceFixture service;
+        service->SetFault(HttpFault::Hang);
+        std::stop_source stop;
+        auto answer = std::async(std::launch::async, [token = stop.get_token()] {
+            return ServiceClient().GetSetting(u"A"_s, token);
+        });
+        QTRY_COMPARE(service->Requests().size(), size_t(1));
+        QVERIFY(answer.wait_for(0s) == std::future_status::timeout);
+        stop.request_stop();
+        QVERIFY(answer.wait_for(1s) == std::future_status::ready);
+        QCOMPARE(answer.get().outcome, ServiceOutcome::Cancelled);
+    }
+
+    void CallsOfManyThreadsAreIndependent() {
+        ServiceFixture service;
+        std::array<std::future<bool>, 12> calls;
+        for (size_t number = 0; number < calls.size(); ++number)
+            calls.at(number) = std::async(std::launch::async, [value = int(number)] {
+                const ServiceClient client;
+                const QString name = u"Number"_s + QString::number(value);
+                return client.SetIntSetting(name, value) && client.GetIntSetting(name, -1) == value;
+            });
+        for (auto& call : calls)
+            QVERIFY(call.get());
+    }
+
+    void ReadsDirectoryLists_data() {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<QString>("records"); // null: no list
+        const auto row = [](const char* name, const QByteArray& vdirs, const QString& records) {
+            QTest::newRow(name) << "<Response><VDirs>" + vdirs + "</VDirs></Response>" << records;
+        };
+        row("none", "", u""_s);
+        row("one", "<VDir Name='A &amp; B' SafeCardId='{C}' Status='3' SPId='{P}'/>", u"A & B|{C}|3|{P}"_s);
+        row("in order, of any name", "<V Name='b' SafeCardId='1'/><W Name='a' SafeCardId='2' Status='1'/>",
+            u"b|1||;a|2|1|"_s);
+        row("without name or card", "<V SafeCardId='1'/><V Name='a'/><V Name='' SafeCardId=''/>", u"|||"_s);
+        row("wide", "<V Name='\xE2\x82\xAC' SafeCardId='\xF0\x9F\x93\x81'/>", u"€|📁||"_s);
+        QTest::newRow("other path") << QByteArray("<VDirs><V Name='a' SafeCardId='1'/></VDirs>") << QString();
+        QTest::newRow("empty") << QByteArray("") << QString();
+        QTest::newRow("no document") << QByteArray("Not logged in") << QString();
+        QTest::newRow("cut") << QByteArray("<Response><VDirs><V Name='a' Safe") << QString();
+    }
+
+    void ReadsDirectoryLists() {
+        QFETCH(const QByteArray, answer);
+        QFETCH(const QString, records);
+        ServiceFixture service;
+        service->SetAnswer("/profile/", AnswerOf(answer));
+        const auto joined = [](const std::vector<VDirRecord>& list) {
+            QStringList texts;
+            for (const VDirRecord& each : list)
+                texts += QStringList{each.name, each.safeCardId, each.status, each.spId}.join(u'|');
+            return texts.join(u';');
+        };
+        const auto parsed = ParseVdirList(ServiceClient().RequestVdirList().body);
+        QCOMPARE(parsed.has_value(), !records.isNull());
+        QCOMPARE(joined(parsed.value_or(std::vector<VDirRecord>())), records);
+        const auto list = ServiceClient().GetVdirList();
+        QVERIFY(list);
+        QCOMPARE(joined(*list), records);
+    }
+};
+
+BTASK_TEST(ServiceClientTest);
+#include "ServiceClientTest.moc"

@@ -1,0 +1,256 @@
+#include "Reading.h"
+#include "stores/AuditTraceStore.h"
+#include "stores/FileIndexStore.h"
+#include "stores/HistoryStore.h"
+#include "stores/ProcessLogStore.h"
+#include "support/MachineText.h"
+#include "support/TestMain.h"
+
+using namespace Qt::Literals::StringLiterals;
+using File = devservice::Database;
+namespace fs = std::filesystem;
+
+namespace {
+
+QStringList AuditRows(const AuditFilter& filter) {
+    QStringList traces;
+    const ReadResult read = AuditTraceStore().EnumTraces(filter, [&traces](const AuditRecord& row) {
+        traces += AuditMessage(row.trace);
+        return true;
+    });
+    return read ? traces : QStringList(read.Sentence());
+}
+
+void PutAuditRows(ServiceFixture& service, const char* values) {
+    service->Execute(service->DatabaseFile(File::AuditTrace),
+                     std::string("INSERT INTO AuditTrace ") + values);
+}
+
+constexpr char FourDays[] = "VALUES(0,'$$KEY$ first','2025-03-03 23:59:59'),(1,'$$KEY$ second','2025-03-04 "
+                            "00:00:00'),(2,'$$OTHER$ third','2025-03-05 12:00:00'),(7,NULL,'2025-03-06 "
+                            "00:00:00')";
+
+const QString MonitorKey = QStringLiteral("SOFTWARE\\Brenvia\\FileMonSvc");
+
+} // namespace
+
+Q_DECLARE_METATYPE(AuditFilter)
+
+class LogStoresTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void TheProcessLogOfATask() {
+        ServiceFixture service;
+        service->Execute(service->DatabaseFile(File::ProcessLog),
+                         "INSERT INTO TaskProcessLog VALUES(1,'T','start','stop',NULL,5,6,7),"
+                         "(2,'t','x','x','x',1,1,1),(3,'T','','','why',0,-1,0)");
+        std::vector<ProcessLogRecord> list(1);
+        ProcessLogStore store;
+        QVERIFY(store.FillProcessLog(u"none"_s, list));
+        QCOMPARE(list.size(), size_t(1));
+        QVERIFY(store.FillProcessLog(u"T"_s, list));
+        QCOMPARE(list.size(), size_t(3));
+        QCOMPARE(list[1].startTime, u"start"_s);
+        QCOMPARE(list[1].stopTime, u"stop"_s);
+        QVERIFY(list[1].stopReason.isNull());
+        QCOMPARE(list[1].totalSubTasks, 5);
+        QCOMPARE(list[1].failedSubTasks, 6);
+        QCOMPARE(list[1].processedSubTasks, 7);
+        QCOMPARE(list[2].stopReason, u"why"_s);
+        QCOMPARE(list[2].failedSubTasks, -1);
+    }
+
+    void TheHistoryOfAFolder_data() {
+        QTest::addColumn<HistoryView>("view");
+        QTest::addColumn<int>("rows");
+        QTest::newRow("changes") << HistoryView::ChangeList << 200;
+        QTest::newRow("summary") << HistoryView::Summary << 50;
+    }
+
+    void TheHistoryOfAFolder() {
+        QFETCH(const HistoryView, view);
+        QFETCH(const int, rows);
+        ServiceFixture service;
+        // Two of each moment; the later in the table is the earlier by name.
+        service->Execute(
+            service->DatabaseFile(File::History),
+            "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n WHERE i<250) INSERT INTO "
+            "History SELECT printf('%05d',9999-i),'m#'||i,'U','C','V',i/2 FROM n; INSERT INTO "
+            "History VALUES('other','a#1','U','C','v',999)");
+        std::vector<HistoryRecord> list;
+        QVERIFY(FillHistory(view, u"V"_s, list));
+        QCOMPARE(int(list.size()), rows);
+        QCOMPARE(list[0].uri, u"09749"_s);
+        QCOMPARE(list[0].operation, u"m#250"_s);
+        QCOMPARE(list[0].updater, u"U"_s);
+        QCOMPARE(list[0].computer, u"C"_s);
+        const auto moment = [](const HistoryRecord& row) { return row.operation.mid(2).toInt() / 2; };
+        for (size_t i = 1; i < list.size(); ++i) {
+            QVERIFY(moment(list[i - 1]) >= moment(list[i]));
+            if (view == HistoryView::Summary && moment(list[i - 1]) == moment(list[i]))
+                QVERIFY(list[i - 1].uri < list[i].uri);
+        }
+    }
+
+    void TheAuditTraceByFilter_data() {
+        QTest::addColumn<AuditFilter>("filter");
+        QTest::addColumn<QStringList>("traces");
+        const QDate third(2025, 3, 3);
+        const QDate fourth(2025, 3, 4);
+        const QDate fifth(2025, 3, 5);
+        const QStringList all{QString(), u"third"_s, u"second"_s, u"first"_s};
+        const auto row = [](const char* name, const AuditFilter& filter, const QStringList& traces) {
+            QTest::newRow(name) << filter << traces;
+        };
+        row("all", {}, all);
+        row("text", {u"KEY"_s, {}, {}}, {u"second"_s, u"first"_s});
+        row("text in any case", {u"key$ F"_s, {}, {}}, {u"first"_s});
+        row("empty text", {u""_s, {}, {}}, {u"third"_s, u"second"_s, u"first"_s});
+        row("range without its last day", {{}, std::pair(third, fifth), {}}, {u"second"_s, u"first"_s});
+        row("range that ends at a midnight", {{}, std::pair(third, fourth), {}}, {u"second"_s, u"first"_s});
+        row("swapped range", {{}, std::pair(fifth, third), {}}, {u"second"_s, u"first"_s});
+        row("equal days", {{}, std::pair(fourth, fourth), {}}, {QString(), u"third"_s, u"second"_s});
+        row("text and range", {u"R"_s, std::pair(fourth, fourth), {}}, {u"third"_s});
+        row("zero", {{}, {}, u"0"_s}, all);
+        row("two zeros", {{}, {}, u"00"_s}, {});
+        row("maximum", {u"KEY"_s, {}, u"1"_s}, {u"second"_s});
+    }
+
+    void TheAuditTraceByFilter() {
+        QFETCH(const AuditFilter, filter);
+        ServiceFixture service;
+        PutAuditRows(service, FourDays);
+        QTEST(AuditRows(filter), "traces");
+    }
+
+    void AFilterThatIsNoSqlFailsQuietly() {
+        ServiceFixture service;
+        PutAuditRows(service, FourDays);
+        const auto read = [](const AuditFilter& filter) {
+            return AuditTraceStore().EnumTraces(filter, [](const AuditRecord&) { return true; }).outcome;
+        };
+        QCOMPARE(read({u"it's"_s, {}, {}}), ReadOutcome::Failed);
+        QCOMPARE(read({{}, {}, u"many"_s}), ReadOutcome::OtherSchema); // it could name a column
+        QCOMPARE(read({u"x'; DELETE FROM AuditTrace; --"_s, {}, {}}), ReadOutcome::Done);
+        QCOMPARE(AuditRows({}).size(), 4);
+        QCOMPARE(Traces(service.Home()).filter(u"syntax"_s), QStringList());
+    }
+
+    void AMessageHasNoKey_data() {
+        QTest::addColumn<QString>("trace");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("key") << u"$$T-1$ message $x"_s << u"message $x"_s;
+        QTest::newRow("empty key") << u"$$$ message"_s << u"message"_s;
+        QTest::newRow("any character behind the key") << u"$$T$message"_s << u"essage"_s;
+        QTest::newRow("only a key") << u"$$T$"_s << u""_s;
+        QTest::newRow("key without end") << u"$$T message"_s << u""_s;
+        QTest::newRow("one sign") << u"$T$ message"_s << u"$T$ message"_s;
+        QTest::newRow("key within") << u"a $$T$ message"_s << u"a $$T$ message"_s;
+    }
+
+    void AMessageHasNoKey() {
+        QFETCH(const QString, trace);
+        QTEST(AuditMessage(trace), "message");
+    }
+
+    void DeletesTheTracesOfOneTask_data() {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<bool>("done");
+        QTest::addColumn<int>("left");
+        QTest::newRow("key") << u"KEY"_s << true << 2;
+        QTest::newRow("unknown key") << u"NONE"_s << true << 4;
+        QTest::newRow("no key") << u""_s << false << 4;
+        for (const char* wide : {"%", "___", "$", "' OR '1'='1", "K%", "x'; --"})
+            QTest::newRow(wide) << QString::fromLatin1(wide) << false << 4;
+    }
+
+    void DeletesTheTracesOfOneTask() {
+        QFETCH(const QString, key);
+        ServiceFixture service;
+        PutAuditRows(service, FourDays);
+        QTEST(bool(DeleteTaskTraces(key)), "done");
+        QTEST(int(AuditRows({}).size()), "left");
+    }
+
+    void ADeleteThatMeetsALockIsTold() {
+        ServiceFixture service;
+        PutAuditRows(service, FourDays);
+        service->SetFault(devservice::DatabaseFault::Locked, File::AuditTrace);
+        QCOMPARE(DeleteTaskTraces(u"KEY"_s).outcome, ReadOutcome::Busy);
+        service->SetFault(devservice::DatabaseFault::Missing, File::AuditTrace);
+        QCOMPARE(DeleteTaskTraces(u"KEY"_s).outcome, ReadOutcome::Missing);
+        QVERIFY(!fs::exists(service->DatabaseFile(File::AuditTrace)));
+        service->ClearFaults();
+        QCOMPARE(AuditRows({}).size(), 4);
+        std::stop_source stop;
+        stop.request_stop();
+        QCOMPARE(DeleteTaskTraces(u"KEY"_s, stop.get_token()).outcome, ReadOutcome::Stopped);
+        QCOMPARE(AuditRows({}).size(), 4);
+    }
+
+    void ALongAuditWalkStops() {
+        constexpr int Rows = 100'000;
+        ServiceFixture service;
+        PutAuditRows(service, "SELECT 0,'$$KEY$ row','2025' FROM (WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL "
+                              "SELECT i+1 FROM n WHERE i<100000) SELECT i FROM n)");
+        int rows = 0;
+        AuditTraceStore all;
+        QVERIFY(all.EnumTaskTraces(u"KEY"_s, [&rows](const AuditRecord&) { return ++rows > 0; }));
+        QCOMPARE(rows, Rows);
+        std::stop_source stop;
+        AuditTraceStore stopped(stop.get_token());
+        const ReadResult read = stopped.EnumTaskTraces(u"KEY"_s, [&](const AuditRecord&) {
+            stop.request_stop();
+            return --rows > 0;
+        });
+        QCOMPARE(read.outcome, ReadOutcome::Stopped);
+        QVERIFY(rows > Rows * 9 / 10);
+    }
+
+    void FilesOfAnExtensionInTheOrderOfTheirPaths() {
+        ServiceFixture service;
+        service->Execute(service->DatabaseFile(File::FileIndex),
+                         "INSERT INTO FileDB VALUES('/c.txt','txt',1,''),('/a.txt','txt',1,''),"
+                         "(NULL,'txt',1,''),('/b.TXT','TXT',1,''),('/b.txt','txt',1,'')");
+        const auto files = [](qsizetype wanted) {
+            QStringList paths;
+            FileIndexStore store;
+            const ReadResult read = store.EnumFilesByExt(u"txt"_s, [&](const QString& path) {
+                paths += path;
+                return paths.size() < wanted;
+            });
+            return read ? paths : QStringList(read.Sentence());
+        };
+        QCOMPARE(files(9), (QStringList{u"/a.txt"_s, u"/b.txt"_s, u"/c.txt"_s}));
+        QCOMPARE(files(2), (QStringList{u"/a.txt"_s, u"/b.txt"_s}));
+    }
+
+    void TheFileIndexStandsWhereItsMonitorSays_data() {
+        QTest::addColumn<QString>("ending");
+        QTest::newRow("plain") << u""_s;
+        QTest::newRow("backslash") << u"\\"_s;
+    }
+
+    void TheFileIndexStandsWhereItsMonitorSays() {
+        QFETCH(const QString, ending);
+        ServiceFixture service;
+        const QString place = service.Home() + u"/deep/folder"_s;
+        const MachineText location(MonitorKey, u"DBLocation"_s, place + ending);
+        QCOMPARE(QString::fromStdU16String(FileIndexFolder().generic_u16string()), place + u"/JounralDB"_s);
+        QVERIFY(QDir(place + u"/JounralDB"_s).exists());
+    }
+
+    void TheFileIndexHasAPlaceOfItsOwn() {
+        ServiceFixture service;
+        for (const auto& [name, text] : {std::pair(u"DBLocation"_s, u""_s), std::pair(u"Other"_s, u"x"_s),
+                                         std::pair(u"DBLocation"_s, u'/' + QString(260, u'x'))}) {
+            const MachineText location(MonitorKey, name, text);
+            QVERIFY(QString::fromStdU16String(FileIndexFolder().generic_u16string())
+                        .endsWith(u"/Brenvia/JounralDB"_s));
+        }
+    }
+};
+
+BTASK_TEST(LogStoresTest);
+#include "LogStoresTest.moc"

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+#include <QStringView>
+
+enum class CellKind { Plain, Icon, Progress, Struck, Swatch };
+enum class SwatchColour { Green, Red, Yellow };
+
+/// What a cell's text means. The views reach into the text that was parsed and live as long as it does.
+struct CellMarkup {
+    CellKind kind = CellKind::Plain;
+    /// The text of plain and struck cells; what follows the first "@@" of icon and progress cells.
+    QStringView text;
+    bool hasCaption = false; ///< an icon or progress cell with "@@"
+    bool ellipsis = false;   ///< a plain cell with "..." somewhere
+    int icon = 0;            ///< a number of the icon registry, 0 for none
+    quint32 position = 0;    ///< never above `maximum`
+    quint32 maximum = 0;     ///< 0: nothing to draw
+    SwatchColour swatch = SwatchColour::Green;
+
+    static CellMarkup Parse(QStringView text);
+
+    /// What stands in a progress bar.
+    QString Caption() const;
+
+    /// What the cell says without its markup, for screen readers, search, copies and exports.
+    QString Words() const;
+};

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QRectF>
+
+class QApplication;
+class QPainter;
+
+/// The console's colours, measures and type. Lengths are logical pixels.
+namespace Look {
+
+inline constexpr QColor Ink{0x00, 0x00, 0x40};
+inline constexpr QColor Secondary{0x40, 0x4A, 0x5C};
+inline constexpr QColor Muted{0x5A, 0x63, 0x74};
+inline constexpr QColor Accent{0x1E, 0x5A, 0xA8};
+inline constexpr QColor AccentTint{0xE8, 0xF0, 0xFA};
+inline constexpr QColor AccentLine{0xA9, 0xC4, 0xE6};
+inline constexpr QColor Paper{0xFF, 0xFF, 0xFF};
+inline constexpr QColor Side{0xF5, 0xF7, 0xFA};
+inline constexpr QColor Line{0xD5, 0xDA, 0xE1};
+inline constexpr QColor BandTop{0xFB, 0xFC, 0xFD};
+inline constexpr QColor BandBottom{0xEE, 0xF1, 0xF5};
+
+inline constexpr QColor Running{0x1E, 0x5A, 0xA8};
+inline constexpr QColor Good{0x1E, 0x7A, 0x34};
+inline constexpr QColor Waiting{0x53, 0x62, 0x7A};
+inline constexpr QColor Paused{0x8A, 0x5A, 0x00};
+inline constexpr QColor Failed{0xB3, 0x26, 0x1E};
+
+inline constexpr QColor NoticeBack{0xFF, 0xF6, 0xDC};
+inline constexpr QColor NoticeLine{0xEC, 0xD9, 0xA0};
+inline constexpr QColor NoticeInk{0x5C, 0x4A, 0x00};
+
+inline constexpr int PageMargin = 12;
+inline constexpr int CardGap = 8;
+inline constexpr int TextInset = 12;
+inline constexpr int CornerRadius = 5;
+
+enum TextSize { Caption = 11, Small = 12, Body = 13, Title = 18 };
+
+/// Arial, or its metric twin where there is none.
+QFont Font(TextSize size, QFont::Weight weight = QFont::Normal);
+
+/// A tool-tip that shows the text as it stands; empty when the text is.
+QString ToolTip(const QString& text);
+
+/// The ring around what has the keyboard focus, drawn inside of `bounds`.
+void DrawFocusRing(QPainter& painter, const QRectF& bounds, qreal radius = CornerRadius);
+
+} // namespace Look
+
+/// Gives the application its style, palette, font and style sheet.
+void ApplyLook(QApplication& application);

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <functional>
+#include <stop_token>
+
+enum class Lane { Service, Databases };
+enum class ReadPriority { Command, Front, Hidden };
+
+/// Runs work off the UI thread, one at a time a lane. In a lane commands overtake reads, and the page in
+/// front overtakes hidden ones; equals keep their order. Lives on the UI thread, and longer than the pages.
+class Reader {
+public:
+    struct Job {
+        Lane lane = Lane::Service;
+        std::function<ReadPriority()> priority;    ///< UI thread, asked whenever the lane picks its next job
+        std::stop_source stop;                     ///< of a read also stopped when the reader dies
+        std::function<void(std::stop_token)> work; ///< the lane; left out when stopped before its turn
+        std::function<void()> done;                ///< UI thread, never inside Submit
+    };
+
+    virtual ~Reader() = default;
+
+    /// Each job ends in exactly one `done`, also when it was stopped before or while it ran; a job that is
+    /// stopped while it waits ends at once, not in its turn. Jobs left when the reader dies end in none;
+    /// commands among them are still carried out.
+    virtual void Submit(Job job) = 0;
+};

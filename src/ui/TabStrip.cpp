@@ -1,0 +1,61 @@
+#include "ui/TabStrip.h"
+
+#include "ui/Look.h"
+
+#include <QPainter>
+
+namespace {
+
+constexpr int Inset = 12;
+constexpr int IconSize = 24;
+constexpr int IconGap = 8;
+constexpr int Height = 36;
+
+} // namespace
+
+TabStrip::TabStrip(QWidget* parent) : QTabBar(parent) {
+    setIconSize({IconSize, IconSize});
+    setDrawBase(false);
+    setExpanding(false);
+    setUsesScrollButtons(true);
+    setElideMode(Qt::ElideNone);
+    setFont(Look::Font(Look::Body));
+    setAttribute(Qt::WA_Hover);
+}
+
+QSize TabStrip::tabSizeHint(int index) const {
+    QFont bold = font();
+    bold.setBold(true);
+    const int icon = tabIcon(index).isNull() ? 0 : IconSize + IconGap;
+    return {2 * Inset + icon + QFontMetrics(bold).horizontalAdvance(tabText(index)), Height};
+}
+
+QSize TabStrip::minimumTabSizeHint(int index) const {
+    return tabSizeHint(index);
+}
+
+void TabStrip::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    for (int index = 0; index < count(); ++index) {
+        if (!isTabVisible(index))
+            continue;
+        const QRect tab = tabRect(index);
+        const bool current = index == currentIndex();
+        const bool hovered = tab.contains(mapFromGlobal(QCursor::pos())) && underMouse();
+        QRect place = tab.adjusted(Inset, 0, -Inset, 0);
+        if (!tabIcon(index).isNull()) {
+            tabIcon(index).paint(&painter,
+                                 QRect(place.left(), (tab.height() - IconSize) / 2, IconSize, IconSize));
+            place.adjust(IconSize + IconGap, 0, 0, 0);
+        }
+        QFont text = font();
+        text.setBold(current);
+        painter.setFont(text);
+        painter.setPen(current || hovered ? Look::Ink : Look::Secondary);
+        painter.drawText(place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, tabText(index));
+        if (current)
+            painter.fillRect(QRect(tab.left(), tab.bottom() - 1, tab.width(), 2), Look::Accent);
+        if (current && hasFocus())
+            Look::DrawFocusRing(painter, QRectF(tab).adjusted(2, 2, -2, -4));
+    }
+}

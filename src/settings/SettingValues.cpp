@@ -1,0 +1,65 @@
+#include "settings/SettingValues.h"
+
+#include <QCoreApplication>
+#include <QRegularExpression>
+
+using namespace Qt::Literals::StringLiterals;
+
+SettingBodies ReadSettings(const ServiceClient& service, const QStringList& names, std::stop_token stop) {
+    SettingBodies bodies;
+    for (const QString& name : names) {
+        const ServiceAnswer answer = service.GetSetting(name, stop);
+        if (!IsReached(answer))
+            break;
+        bodies.push_back(answer ? std::optional(answer.body) : std::nullopt);
+    }
+    return bodies;
+}
+
+bool IsReached(const ServiceAnswer& answer) {
+    return answer.outcome == ServiceOutcome::Answered || answer.outcome == ServiceOutcome::OtherStatus;
+}
+
+ServiceAnswer WriteSetting(const ServiceClient& service, const QString& name, ServiceClient::ValueType type,
+                           const QString& text, std::stop_token stop) {
+    switch (type) {
+    case ServiceClient::ValueType::Integer:
+        return service.SetIntSetting(name, LeadingNumber(text.toUtf8()), stop);
+    case ServiceClient::ValueType::Boolean:
+        return service.SetBoolSetting(name, text.compare("True"_L1, Qt::CaseInsensitive) == 0, stop);
+    case ServiceClient::ValueType::String:
+        break;
+    }
+    return service.SetStringSetting(name, text, stop);
+}
+
+QString TypedText(const QByteArray& body, ServiceClient::ValueType type) {
+    switch (type) {
+    case ServiceClient::ValueType::Integer:
+        return QString::number(LeadingNumber(body));
+    case ServiceClient::ValueType::Boolean:
+        return SettingText(body).compare("true"_L1, Qt::CaseInsensitive) == 0 ? u"True"_s : u"False"_s;
+    case ServiceClient::ValueType::String:
+        break;
+    }
+    return SettingText(body);
+}
+
+QString QueryRemark(const QString& text) {
+    static const QRegularExpression escape(u"%[0-9A-Fa-f]{2}"_s);
+    QStringList found;
+    if (text.contains(u'&'))
+        found.append(u"\"&\""_s);
+    if (text.contains(u'+'))
+        found.append(u"\"+\""_s);
+    if (text.contains(escape))
+        found.append(u"\"%\""_s);
+    if (text.contains(QChar(u'\0')))
+        found.append(QCoreApplication::translate("SettingValues", "zero characters"));
+    if (found.isEmpty())
+        return {};
+    return QCoreApplication::translate(
+               "SettingValues",
+               "The service may keep another text than this: it reads %1 in a way of its own.")
+        .arg(found.join(u", "_s));
+}

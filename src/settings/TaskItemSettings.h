@@ -1,0 +1,14 @@
+#pragma once
+
+#include "settings/SettingsGridPage.h"
+
+/// The settings of tasks, transfers and bandwidth. Stands in the settings and as a tab of the task manager.
+class CTaskItemSettings : public CSettingsGridPage {
+    Q_OBJECT
+
+public:
+    explicit CTaskItemSettings(const Console& console, QWidget* parent = nullptr);
+
+protected:
+    SettingsCatalog Catalog() const override;
+};

@@ -1,0 +1,53 @@
+#include "taskman/TaskClass.h"
+
+#include <QCoreApplication>
+
+#include <array>
+
+namespace {
+
+bool Equal(const QString& text, QLatin1String wanted) {
+    return text.compare(wanted, Qt::CaseInsensitive) == 0;
+}
+
+enum class Test { Equals, Contains };
+
+struct TypeName {
+    Test test;
+    const char* text;
+    const char* name;
+};
+
+// The first that holds wins. The trailing blank of one is part of the text.
+constexpr std::array<TypeName, 8> TypeNames{{
+    {Test::Equals, "backup", "Mirrored Backup"},
+    {Test::Equals, "ccbackup", "Cross Cloud Backup"},
+    {Test::Equals, "RestoreApp", "Restore"},
+    {Test::Equals, "advbackup", "Application Data Backup"},
+    {Test::Contains, "#MESFTASK", "Mesafile System Task"},
+    {Test::Contains, "Default Task For", "Virtual Directory Default Task "},
+    {Test::Contains, "Cloud Sync Folder Task", "Cloud Sync Folder Task"},
+    {Test::Equals, "snapshotbackup", "Snapshot Backup"},
+}};
+
+} // namespace
+
+TaskClass ClassifyTask(const QString& type, const QString& name, bool backupFlag) {
+    // Tasks named "Drop Folder Sync ..." sync too, but are the user's, on purpose.
+    const bool system = name.contains(QLatin1String("Prefetch Task")) ||
+                        type.contains(QLatin1String("#MESFTASK")) ||
+                        name.startsWith(QLatin1String("Default Task For"), Qt::CaseInsensitive) ||
+                        name.startsWith(QLatin1String("Cloud Sync Folder Task For"), Qt::CaseInsensitive);
+    const bool backup = backupFlag || Equal(type, QLatin1String("backup")) ||
+                        Equal(type, QLatin1String("ccbackup")) || Equal(type, QLatin1String("advbackup"));
+    return {system, backup};
+}
+
+QString TaskTypeName(const QString& type) {
+    for (const TypeName& entry : TypeNames) {
+        const QLatin1String text(entry.text);
+        if (entry.test == Test::Equals ? Equal(type, text) : type.contains(text))
+            return QCoreApplication::translate("TaskTypeName", entry.name);
+    }
+    return type;
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "taskman/TaskCommands.h"
+#include "taskman/TaskList.h"
+#include "ui/TaskItem.h"
+
+struct Console;
+
+class CTaskSummary;
+
+/// The card of a task. Its commands go to the task that it shows at the click.
+class CTaskManItem : public CTaskItem {
+    Q_OBJECT
+
+public:
+    CTaskManItem(const Console& console, const TaskRow& task);
+
+    const QString& TaskId() const { return m_task.id; }
+    /// Shows the task as it was read, and commands this one from now on.
+    void Update(const TaskRow& task);
+
+    void OnExpanded() override;
+
+signals:
+    /// The deletion was sent, answered or not: what the list shows may be out of date.
+    void Deleted();
+
+private:
+    void StartOrPause();
+    void Cancel();
+    /// Sends to `taskId`, and nothing when the card has passed to another task meanwhile.
+    void Send(TaskCommand command, const QString& taskId, int action,
+              std::function<void(bool answered)> done);
+    void ShowStartAction(bool running);
+
+    const Console& m_console;
+    TaskRow m_task;
+    CTaskSummary* m_summary = nullptr; ///< made when the card is first expanded
+    int m_cancel;
+    int m_startOrPause;
+    bool m_pauses = false; ///< what the button does now
+    PageLoader m_loader;
+};

@@ -1,0 +1,187 @@
+#include "taskman/TaskListPanel.h"
+#include "service/ServiceClient.h"
+#include "support/NotingFrame.h"
+#include "support/ScriptedPrompts.h"
+#include "support/ServiceFixture.h"
+#include "support/SteppingReader.h"
+#include "support/TestMain.h"
+#include "taskman/TaskManItem.h"
+#include "ui/Console.h"
+#include "zep/LiveCounters.h"
+
+#include <QTest>
+
+using namespace Qt::Literals::StringLiterals;
+using devservice::MakeTask;
+
+class TaskListPanelTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void showsTheTasksOfItsFilter_data();
+    void showsTheTasksOfItsFilter();
+    void commandsTheTaskThatWasClicked();
+    void asksBeforeItDeletes();
+    void keepsItsCardsWhenTheReadFails();
+    void sharesACardBetweenTasksOfOneName();
+    void deletesNothingWhenTheCardHasPassedOn();
+
+private:
+    std::unique_ptr<CTaskListPanel> MakePanel(TaskFilter filter = TaskFilter::MyTasks);
+    CTaskManItem* Card(const CTaskListPanel& panel, const QString& title);
+    void Click(CTaskManItem* card, const QString& caption);
+    QStringList Titles(const CTaskListPanel& panel);
+
+    std::unique_ptr<ServiceFixture> m_fixture;
+    ServiceClient m_client;
+    std::unique_ptr<LiveCounters> m_counters;
+    std::unique_ptr<ScriptedPrompts> m_prompts;
+    std::unique_ptr<SteppingReader> m_reader;
+    NotingFrame m_frame;
+    std::unique_ptr<Console> m_console;
+};
+
+void TaskListPanelTest::init() {
+    m_fixture = std::make_unique<ServiceFixture>();
+    m_fixture->Service().PutTasks(
+        {MakeTask("{1}", "Photos"), MakeTask("{2}", "Mail", "advbackup", TaskState::Running),
+         MakeTask("{3}", "Default Task For X"), MakeTask("{4}", "Old", "backup", TaskState::Completed)});
+    m_counters = std::make_unique<LiveCounters>();
+    m_prompts = std::make_unique<ScriptedPrompts>();
+    m_reader = std::make_unique<SteppingReader>();
+    m_console = std::make_unique<Console>(Console{m_client, *m_counters, *m_prompts, *m_reader, m_frame});
+}
+
+void TaskListPanelTest::cleanup() {
+    m_console.reset();
+    m_fixture.reset();
+}
+
+std::unique_ptr<CTaskListPanel> TaskListPanelTest::MakePanel(TaskFilter filter) {
+    auto panel = std::make_unique<CTaskListPanel>(*m_console, filter);
+    panel->resize(760, 560);
+    panel->Activate();
+    m_reader->StepAll();
+    return panel;
+}
+
+CTaskManItem* TaskListPanelTest::Card(const CTaskListPanel& panel, const QString& title) {
+    return static_cast<CTaskManItem*>(panel.FindCard(title));
+}
+
+void TaskListPanelTest::Click(CTaskManItem* card, const QString& caption) {
+    for (int action = 0; action < card->ActionCount(); ++action) {
+        if (card->ActionCaption(action) == caption) {
+            const QPoint centre = card->ActionRect(action).center();
+            QTest::mouseClick(card->childAt(centre), Qt::LeftButton);
+            return;
+        }
+    }
+    QTest::qFail(qPrintable("there is no action "_L1 + caption), __FILE__, __LINE__);
+}
+
+QStringList TaskListPanelTest::Titles(const CTaskListPanel& panel) {
+    QStringList titles;
+    for (int card = 0; card < panel.CardCount(); ++card)
+        titles << panel.CardAt(card)->Title();
+    titles.sort();
+    return titles;
+}
+
+void TaskListPanelTest::showsTheTasksOfItsFilter_data() {
+    QTest::addColumn<TaskFilter>("filter");
+    QTest::addColumn<QStringList>("titles");
+    QTest::newRow("my tasks") << TaskFilter::MyTasks << QStringList{u"Mail"_s, u"Photos"_s};
+    QTest::newRow("completed") << TaskFilter::CompletedUserTasks << QStringList{u"Old"_s};
+    QTest::newRow("system") << TaskFilter::SystemTasks << QStringList{u"Default Task For X"_s};
+    QTest::newRow("all") << TaskFilter::All
+                         << QStringList{u"Default Task For X"_s, u"Mail"_s, u"Old"_s, u"Photos"_s};
+}
+
+void TaskListPanelTest::showsTheTasksOfItsFilter() {
+    QFETCH(TaskFilter, filter);
+    QTEST(Titles(*MakePanel(filter)), "titles");
+}
+
+void TaskListPanelTest::commandsTheTaskThatWasClicked() {
+    const auto panel = MakePanel();
+    m_fixture->Service().ForgetRequests();
+    Click(Card(*panel, u"Mail"_s), u"Pause"_s);
+    Click(Card(*panel, u"Mail"_s), u"Pause"_s); // the second click of a double click is swallowed
+    Click(Card(*panel, u"Photos"_s), u"Start Now"_s);
+    m_reader->StepAll();
+    QCOMPARE(m_fixture->RequestLines(),
+             QStringList({u"GET /schedule/pausetask?%7B2%7D"_s, u"GET /schedule/startnow?%7B1%7D"_s}));
+
+    m_fixture->Service().SetFault(devservice::HttpFault::Refuse);
+    Click(Card(*panel, u"Photos"_s), u"Pause"_s);
+    m_reader->StepAll();
+    Click(Card(*panel, u"Photos"_s), u"Pause"_s); // the refused command left the button as it was
+}
+
+void TaskListPanelTest::asksBeforeItDeletes() {
+    const auto panel = MakePanel();
+    m_fixture->Service().ForgetRequests();
+    m_prompts->ExpectQuestion(u"Do you really want to cancel the task?"_s, false);
+    Click(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
+    m_reader->StepAll();
+    QCOMPARE(m_fixture->RequestLines(), QStringList());
+
+    m_prompts->ExpectQuestion(u"Do you really want to cancel the task?"_s, true);
+    Click(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
+    m_reader->StepAll();
+    QCOMPARE(m_fixture->RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
+    QCOMPARE(Titles(*panel), QStringList{u"Mail"_s});
+}
+
+void TaskListPanelTest::keepsItsCardsWhenTheReadFails() {
+    const auto panel = MakePanel();
+    const QString usual = m_frame.StatusText();
+    QVERIFY(usual.startsWith("View tasks."_L1));
+    m_fixture->Service().SetFault(devservice::DatabaseFault::Garbage);
+    panel->OnCommand(Command::Refresh);
+    m_reader->StepAll();
+    QCOMPARE(Titles(*panel), QStringList({u"Mail"_s, u"Photos"_s}));
+    QVERIFY(m_frame.StatusText() != usual);
+
+    m_fixture->Service().ClearFaults();
+    m_fixture->Service().PutTask(MakeTask("{5}", "New"));
+    panel->OnCommand(Command::Refresh);
+    m_reader->StepAll();
+    QCOMPARE(Titles(*panel), QStringList({u"Mail"_s, u"New"_s, u"Photos"_s}));
+    QCOMPARE(m_frame.StatusText(), usual);
+}
+
+void TaskListPanelTest::sharesACardBetweenTasksOfOneName() {
+    const auto panel = MakePanel();
+    m_fixture->Service().PutTask(MakeTask("{9}", "photos"));
+    panel->OnCommand(Command::Refresh);
+    m_reader->StepAll();
+    QCOMPARE(Titles(*panel), QStringList({u"Mail"_s, u"Photos"_s}));
+    QCOMPARE(Card(*panel, u"Photos"_s)->TaskId(), u"{1}"_s);
+    m_fixture->Service().RemoveTask("{1}");
+    panel->OnCommand(Command::Refresh);
+    m_reader->StepAll();
+    QCOMPARE(Card(*panel, u"Photos"_s)->TaskId(), u"{9}"_s);
+}
+
+void TaskListPanelTest::deletesNothingWhenTheCardHasPassedOn() {
+    const auto panel = MakePanel();
+    m_fixture->Service().PutTask(MakeTask("{9}", "photos"));
+    m_prompts->ExpectQuestion(u"Do you really want to cancel the task?"_s, true);
+    m_prompts->Hold();
+    Click(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
+    m_fixture->Service().RemoveTask("{1}");
+    panel->OnCommand(Command::Refresh);
+    m_reader->StepAll();
+    m_fixture->Service().ForgetRequests();
+    m_prompts->Release();
+    m_reader->StepAll();
+    QCOMPARE(m_fixture->RequestLines(), QStringList());
+}
+
+BTASK_TEST(TaskListPanelTest);
+
+#include "TaskListPanelTest.moc"

@@ -1,0 +1,61 @@
+#include "app/BackupSvrConfigWizard.h"
+
+#include "service/ServiceClient.h"
+#include "ui/UserPrompts.h"
+#include "zep/Mui.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace {
+
+QWizardPage* MakePage(const QString& title, const QString& text) {
+    auto* page = new QWizardPage;
+    page->setTitle(title);
+    auto* label = new QLabel(text);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    auto* layout = new QVBoxLayout(page);
+    layout->addWidget(label);
+    layout->addStretch();
+    return page;
+}
+
+} // namespace
+
+CBackupSvrConfigWizard::CBackupSvrConfigWizard(const ServiceClient& service, Reader& reader,
+                                               UserPrompts& prompts)
+    : m_service(service), m_prompts(prompts), m_loader(reader, *this) {
+    setWindowTitle(tr("Backup Server Configuration"));
+    setWizardStyle(QWizard::ModernStyle);
+    setOption(QWizard::NoBackButtonOnStartPage);
+    resize(560, 400);
+    addPage(MakePage(
+        tr("Welcome to %1").arg(ZEPMuiGetBrandingStringW(Branding::BackupServerConsole)),
+        tr("This computer will store backups. Before its console opens for the first time, the background "
+           "service has to know that the server is set up.\n\nBackup targets, schedules and bandwidth "
+           "limits can be set in the console afterwards, and changed at any time.")));
+    addPage(MakePage(tr("Ready"),
+                     tr("Choose Finish to mark this server as set up and to open its console. Cancel "
+                        "leaves it as it is; this wizard then comes again at the next start.")));
+}
+
+void CBackupSvrConfigWizard::accept() {
+    button(FinishButton)->setEnabled(false);
+    m_loader.Command(
+        Lane::Service,
+        [service = m_service](std::stop_token stop) {
+            return service.SetBoolSetting(QStringLiteral("BSInitConfig"), true, stop);
+        },
+        [this](const Loaded<ServiceAnswer>& loaded) {
+            if (loaded && *loaded) {
+                QWizard::accept();
+                return;
+            }
+            button(FinishButton)->setEnabled(true);
+            m_prompts.ShowMessage(
+                this, tr("The service did not take the configuration. Check that it is running, then "
+                         "choose Finish again."));
+        });
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// The console's command line: the arguments after the program's name, in which a switch counts wherever it
+/// stands, and our own development options ("--dev-NAME=VALUE"), which are no part of that text.
+class CommandLine {
+public:
+    /// `arguments` begin with the program's name.
+    explicit CommandLine(const QStringList& arguments);
+
+    const QString& Text() const { return m_text; }
+    bool Server() const { return Has(u"/server"); }
+    bool RunAs() const { return Has(u"/runas"); }
+    bool BackupWizard() const { return Has(u"/bwiz"); }
+    bool EditHome() const { return Has(u"/edithome"); }
+    bool Cloud() const { return Has(u"/cloud"); }
+
+    /// The number right behind "/view:" by the leading-number rule; 0 without the switch or without digits.
+    int InitialView() const;
+
+    /// The folder that the tour of all pages writes its pictures to; empty without a tour.
+    const QString& TourFolder() const { return m_tourFolder; }
+    /// Whether the gallery of controls is listed among the sections.
+    bool Gallery() const { return m_gallery; }
+    /// The title of the section that shows first, which "/view:" cannot always say; empty for the usual one.
+    const QString& FirstSection() const { return m_firstSection; }
+    /// Whether the start tells its milestones and then ends, for the benchmark.
+    bool ReportStart() const { return m_reportStart; }
+
+    /// The text for an elevated copy of this program.
+    QString ElevatedText() const;
+
+private:
+    bool Has(QStringView name) const { return m_text.contains(name); }
+    bool TakeDevelopmentOption(const QString& argument);
+
+    QString m_text;
+    QString m_tourFolder;
+    QString m_firstSection;
+    bool m_gallery = false;
+    bool m_reportStart = false;
+};

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QFrame>
+
+#include <array>
+
+class StatusPart;
+
+/// The five parts at the foot of the window. A part's text is changed only when the new one differs, ignoring
+/// case.
+class CConsoleStatusBar : public QFrame {
+    Q_OBJECT
+
+public:
+    enum Part { Blank, Version, CloudSpace, Upload, Download };
+
+    CConsoleStatusBar();
+
+    void SetPart(Part part, const QString& text);
+    QString PartText(Part part) const;
+
+signals:
+    void CloudSpaceClicked();
+    void BandwidthClicked();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    std::array<StatusPart*, 5> m_parts{};
+};

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QIODevice>
+#include <QStringList>
+
+#include <stop_token>
+
+/// How a command ended; the program's exit code.
+enum class CtlExit {
+    Done = 0,
+    Refused = 1,     ///< the service refused, or had no such answer
+    Usage = 2,       ///< the command line is none of ours
+    Unreachable = 3, ///< the service does not answer
+    NoDatabase = 4   ///< a database cannot be read
+};
+
+/// Runs one command line, without the program's name. Data goes to `out`, sentences for people to `error`.
+/// The token ends a command that goes on by itself.
+CtlExit RunBtaskctl(const QStringList& arguments, QIODevice& out, QIODevice& error,
+                    std::stop_token stop = {});

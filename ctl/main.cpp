@@ -1,0 +1,21 @@
+#include "ctl/Btaskctl.h"
+#include "platform/Console.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+namespace {
+constexpr int StandardOutput = 1;
+constexpr int StandardError = 2;
+} // namespace
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    platform::PrepareConsole();
+    QFile out;
+    QFile error;
+    if (!out.open(StandardOutput, QIODevice::WriteOnly | QIODevice::Unbuffered) ||
+        !error.open(StandardError, QIODevice::WriteOnly | QIODevice::Unbuffered))
+        return static_cast<int>(CtlExit::Refused);
+    return static_cast<int>(RunBtaskctl(QCoreApplication::arguments().mid(1), out, error));
+}

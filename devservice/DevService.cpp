@@ -1,0 +1,380 @@
+#include "devservice/DevService.h"
+
+#include "devservice/DatabaseFaults.h"
+#include "devservice/LiveTraceWriter.h"
+#include "devservice/LiveView.h"
+#include "devservice/Scenarios.h"
+#include "devservice/ServiceLocks.h"
+#include "devservice/ServiceRequests.h"
+
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <thread>
+
+namespace devservice {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+using std::chrono::milliseconds;
+
+namespace {
+
+constexpr size_t MostRequests = 10'000;
+constexpr milliseconds Tick = 250ms;
+constexpr char16_t DriveLetter = u'Z';
+
+struct NamedDatabase {
+    const char* name;
+    Database database;
+};
+
+constexpr NamedDatabase DatabaseNames[] = {
+    {"", Database::Scheduler},      {"scheduler", Database::Scheduler}, {"processlog", Database::ProcessLog},
+    {"history", Database::History}, {"audit", Database::AuditTrace},    {"fileindex", Database::FileIndex},
+};
+
+} // namespace
+
+struct DevService::State {
+    explicit State(Options given)
+        : options(std::move(given)), databases(options.home, options.journal),
+          settings(options.home / "settings" / "settings.txt"), engine(options.seed),
+          databaseFaults(databases), directories(DirectoriesOf(options.scenario)),
+          requests(engine, settings, directories) {}
+
+    const Options options;
+
+    std::mutex lifecycle; ///< held by Start and Stop; before `mutex`
+    std::atomic<bool> running = false;
+    std::unique_ptr<HttpServer> server; ///< from the first Start on, so that the port stays the same
+    std::jthread ticker;
+    ServiceLocks locks;
+
+    mutable std::mutex mutex; ///< guards what follows
+    Databases databases;
+    Settings settings;
+    TaskEngine engine;
+    DatabaseFaults databaseFaults;
+    std::vector<VirtualDirectory> directories;
+    ServiceRequests requests;
+    std::unique_ptr<LiveTraceWriter> live;
+    std::deque<ReceivedRequest> received;
+    std::map<std::string, Answer> answers; ///< by the beginning of a target
+
+    SimTime FirstMoment() const;
+    void OpenHome();
+    void Publish();
+    void RunClock(std::stop_token stop);
+    Answer Handle(const ReceivedRequest& request);
+    Answer Steer(const std::string& command);
+    void SetFault(const HttpFaultSwitch& fault);
+    bool SetFault(const std::string& text);
+
+    /// Does a change under the lock and brings its result to files and counters.
+    template <typename Change>
+    auto Do(Change change) {
+        const std::scoped_lock lock(mutex);
+        struct AfterChange {
+            State& state;
+            ~AfterChange() { state.Publish(); }
+        } afterwards{*this};
+        return change();
+    }
+};
+
+SimTime DevService::State::FirstMoment() const {
+    const SimTime aDay = MakeTime(2025, 3, 4, 9, 0, 0);
+    return options.now.value_or(options.ticking > 0 ? LocalNow() : aDay);
+}
+
+void DevService::State::OpenHome() {
+    const std::scoped_lock lock(mutex);
+    const bool fresh = !fs::exists(databases.FileOf(Database::Scheduler));
+    databases.Create();
+    settings.Load();
+    const bool goesOn = engine.Now() > SimTime();
+    engine.Restore(databases.Load(), goesOn && options.ticking == 0 ? engine.Now() : FirstMoment());
+    if (fresh)
+        Populate(options.scenario, engine, databases, settings);
+    live = std::make_unique<LiveTraceWriter>(options.home / "trace" / "livetrace.map");
+    running = true;
+    Publish();
+}
+
+void DevService::State::Publish() {
+    if (!running)
+        return;
+    databaseFaults.ReleaseExpired();
+    databases.Write(engine.Tasks(), engine.Unwritten());
+    live->Publish(LiveView(engine, DriveLetter));
+}
+
+void DevService::State::RunClock(std::stop_token stop) {
+    std::mutex waiting;
+    std::condition_variable_any never;
+    std::unique_lock lock(waiting);
+    while (!never.wait_for(lock, stop, Tick, [&stop] { return stop.stop_requested(); }))
+        Do([&] {
+            if (options.ticking > 0)
+                engine.Advance(milliseconds(static_cast<int64_t>(Tick.count() * options.ticking)));
+        });
+}
+
+Answer DevService::State::Handle(const ReceivedRequest& request) {
+    if (request.target.rfind(ControlPrefix, 0) == 0)
+        return Steer(request.target.substr(sizeof ControlPrefix - 1));
+    return Do([&]() -> Answer {
+        received.push_back(request);
+        if (received.size() > MostRequests)
+            received.pop_front();
+        for (const auto& [target, answer] : answers)
+            if (request.target.rfind(target, 0) == 0)
+                return answer;
+        return requests.Handle(request);
+    });
+}
+
+/// "fault?SWITCH" and "advance?MILLISECONDS".
+Answer DevService::State::Steer(const std::string& command) {
+    const size_t mark = command.find('?');
+    const std::string argument =
+        mark == std::string::npos ? std::string() : PercentDecode(command.substr(mark + 1));
+    try {
+        if (command.substr(0, mark) == "fault" && SetFault(argument))
+            return {};
+        if (command.substr(0, mark) == "advance") {
+            Do([&] { engine.Advance(milliseconds(std::stoll(argument))); });
+            return {};
+        }
+    } catch (const std::exception& error) {
+        return {400, std::string(error.what()) + '\n'};
+    }
+    return {400, "Use /dev/fault?SWITCH or /dev/advance?MILLISECONDS.\n"};
+}
+
+void DevService::State::SetFault(const HttpFaultSwitch& fault) {
+    if (!server)
+        throw std::logic_error("a service that was never started has no port");
+    server->SetFault(fault);
+}
+
+bool DevService::State::SetFault(const std::string& text) {
+    if (const auto fault = ParseHttpFault(text)) {
+        SetFault(*fault);
+        return true;
+    }
+    const auto fault = ParseDatabaseFault(text);
+    if (!fault)
+        return false;
+    fs::path file = databases.SubTaskFile(fault->database);
+    for (const NamedDatabase& named : DatabaseNames)
+        if (named.name == fault->database)
+            file = databases.FileOf(named.database);
+    Do([&] { databaseFaults.Set({fault->fault, file, fault->time}); });
+    return true;
+}
+
+DevService::DevService(Options options) : m_state(std::make_unique<State>(std::move(options))) {}
+
+DevService::~DevService() {
+    Stop();
+}
+
+void DevService::Start() {
+    State& state = *m_state;
+    const std::scoped_lock lifecycle(state.lifecycle);
+    if (state.running)
+        return;
+    if (!IsScenario(state.options.scenario))
+        throw std::runtime_error("there is no scenario \"" + state.options.scenario + '"');
+    if (!state.server)
+        state.server = std::make_unique<HttpServer>(
+            state.options.port, [&state](const ReceivedRequest& request) { return state.Handle(request); });
+    if (state.options.holdLocks)
+        state.locks.Take(state.options.home, state.options.serverMode);
+    try {
+        state.OpenHome();
+        std::this_thread::sleep_for(state.options.startDelay);
+        state.server->Open();
+    } catch (...) {
+        state.running = false;
+        state.locks.Release();
+        throw;
+    }
+    state.locks.SayRunning();
+    state.ticker = std::jthread([&state](std::stop_token stop) { state.RunClock(stop); });
+}
+
+void DevService::Stop() {
+    State& state = *m_state;
+    const std::scoped_lock lifecycle(state.lifecycle);
+    if (!state.running)
+        return;
+    state.ticker = {};
+    state.server->Close();
+    {
+        const std::scoped_lock lock(state.mutex);
+        state.databaseFaults.ClearAll();
+        state.Publish();
+        state.running = false;
+        state.live.reset();
+        state.databases.Close();
+    }
+    state.locks.Release();
+}
+
+bool DevService::IsRunning() const {
+    return m_state->running;
+}
+
+uint16_t DevService::Port() const {
+    return m_state->server ? m_state->server->Port() : m_state->options.port;
+}
+
+const fs::path& DevService::Home() const {
+    return m_state->options.home;
+}
+
+fs::path DevService::DatabaseFile(Database database) const {
+    return m_state->databases.FileOf(database);
+}
+
+fs::path DevService::SubTaskFile(const std::string& taskId) const {
+    return m_state->databases.SubTaskFile(taskId);
+}
+
+void DevService::Advance(milliseconds time) {
+    m_state->Do([&] { m_state->engine.Advance(time); });
+}
+
+SimTime DevService::Now() const {
+    const std::scoped_lock lock(m_state->mutex);
+    return m_state->engine.Now();
+}
+
+void DevService::SetFault(const HttpFaultSwitch& fault) {
+    m_state->SetFault(fault);
+}
+
+void DevService::SetFault(const DatabaseFaultSwitch& fault) {
+    m_state->Do([&] { m_state->databaseFaults.Set(fault); });
+}
+
+void DevService::SetFault(HttpFault fault, milliseconds time, const std::string& target) {
+    HttpFaultSwitch given;
+    given.fault = fault;
+    given.time = time;
+    given.target = target;
+    SetFault(given);
+}
+
+void DevService::SetFault(DatabaseFault fault, Database database, milliseconds time) {
+    SetFault(DatabaseFaultSwitch{fault, DatabaseFile(database), time});
+}
+
+bool DevService::SetFault(const std::string& text) {
+    return m_state->SetFault(text);
+}
+
+void DevService::ClearFaults() {
+    m_state->SetFault(HttpFaultSwitch());
+    m_state->Do([&] { m_state->databaseFaults.ClearAll(); });
+}
+
+WriterStatistics DevService::FastWriterStatistics() const {
+    return m_state->databaseFaults.Statistics();
+}
+
+std::vector<ReceivedRequest> DevService::Requests() const {
+    const std::scoped_lock lock(m_state->mutex);
+    return {m_state->received.begin(), m_state->received.end()};
+}
+
+void DevService::ForgetRequests() {
+    const std::scoped_lock lock(m_state->mutex);
+    m_state->received.clear();
+}
+
+void DevService::SetAnswer(const std::string& target, std::optional<Answer> answer) {
+    const std::scoped_lock lock(m_state->mutex);
+    m_state->answers.erase(target);
+    if (answer)
+        m_state->answers.emplace(target, std::move(*answer));
+}
+
+std::optional<std::string> DevService::Setting(const std::string& name) const {
+    const std::scoped_lock lock(m_state->mutex);
+    return m_state->settings.Get(name);
+}
+
+void DevService::SetSetting(const std::string& name, const std::string& value) {
+    const std::scoped_lock lock(m_state->mutex);
+    m_state->settings.Set(name, "2", value);
+}
+
+std::vector<Task> DevService::Tasks() const {
+    const std::scoped_lock lock(m_state->mutex);
+    std::vector<Task> tasks;
+    for (const auto& [id, task] : m_state->engine.Tasks()) {
+        Task copy = task;
+        copy.subTasks.clear();
+        tasks.push_back(std::move(copy));
+    }
+    return tasks;
+}
+
+std::optional<Task> DevService::FindTask(const std::string& id) const {
+    const std::scoped_lock lock(m_state->mutex);
+    const auto found = m_state->engine.Tasks().find(id);
+    return found == m_state->engine.Tasks().end() ? std::nullopt : std::optional(found->second);
+}
+
+void DevService::PutTasks(std::vector<Task> tasks) {
+    m_state->Do([&] {
+        for (Task& task : tasks)
+            m_state->engine.Put(std::move(task));
+    });
+}
+
+void DevService::PutTask(Task task) {
+    m_state->Do([&] { m_state->engine.Put(std::move(task)); });
+}
+
+bool DevService::RemoveTask(const std::string& id) {
+    return m_state->Do([&] { return m_state->engine.Delete(id); });
+}
+
+bool DevService::SetTaskState(const std::string& id, TaskState state) {
+    return m_state->Do([&] { return m_state->engine.SetState(id, state); });
+}
+
+bool DevService::PutSubTasks(const std::string& id, std::vector<SubTask> subTasks) {
+    return m_state->Do([&] { return m_state->engine.PutSubTasks(id, std::move(subTasks)); });
+}
+
+bool DevService::SetSubTaskState(const std::string& id, int number, SubTaskState state) {
+    return m_state->Do([&] { return m_state->engine.SetSubTaskState(id, number, state); });
+}
+
+void DevService::AddAuditRows(const std::vector<AuditRow>& rows) {
+    m_state->Do([&] {
+        std::vector<AuditRow>& audit = m_state->engine.Unwritten().audit;
+        audit.insert(audit.end(), rows.begin(), rows.end());
+    });
+}
+
+void DevService::SetVirtualDirectories(std::vector<VirtualDirectory> directories) {
+    const std::scoped_lock lock(m_state->mutex);
+    m_state->directories = std::move(directories);
+}
+
+void DevService::Execute(const fs::path& file, const std::string& sql) {
+    try {
+        Connection(file, 5000).Execute(sql);
+    } catch (const SqliteError& error) {
+        throw std::runtime_error(error.what());
+    }
+}
+
+} // namespace devservice

@@ -1,0 +1,273 @@
+#include "devservice/Scenarios.h"
+
+#include "devservice/WorkPlan.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <iterator>
+
+namespace devservice {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int HugeTasks = 10'000;
+constexpr int HugeSubTasks = 100'000;
+constexpr int HugeAuditRows = 1'000'000;
+constexpr int TasksWithWork = 100; ///< of the huge scenario: a file each, as many as a page shows cards
+
+/// A task of a scenario, how far it has come and when it ran.
+struct Story {
+    const char* name;
+    const char* type;
+    ScheduleKind kind;
+    ScheduleMode mode;
+    TaskState state;
+    int doneOfTen;                     ///< of its sub-tasks
+    std::chrono::minutes sinceLastRun; ///< 0: never ran
+    const char* description;
+    const char* lockedFile = nullptr; ///< one that fails in every run
+};
+
+constexpr Story DesktopStories[] = {
+    {"Documents to Home", "backup", ScheduleKind::Backup, ScheduleMode::Continuous, TaskState::Running, 3,
+     4min, "C:\\Users\\mara\\Documents\nC:\\Users\\mara\\Desktop\t/Home/Documents\t*.tmp\n~$*"},
+    {"Photo library", "backup", ScheduleKind::Backup, ScheduleMode::Daily, TaskState::Running, 6, 9min,
+     "D:\\Photos\t/Archive/Photos\t*"},
+    {"Weekly work snapshot", "snapshotbackup", ScheduleKind::Backup, ScheduleMode::Weekdays,
+     TaskState::Pending, 10, 2880min, "D:\\Work\t/Archive/Snapshots/Work\t*.obj\n*.iso"},
+    {"All office files", "snapshotbackup", ScheduleKind::Backup, ScheduleMode::Daily, TaskState::Pending, 10,
+     1200min, "@\t/Archive/Snapshots/Office\t*"},
+    {"Home to Archive", "ccbackup", ScheduleKind::Backup, ScheduleMode::Daily, TaskState::Paused, 4, 320min,
+     "/Home/Projects\t/Archive/Projects\t*"},
+    {"Mail database", "advbackup", ScheduleKind::Backup, ScheduleMode::Daily, TaskState::Pending, 10, 700min,
+     "Mail Store Writer\t/Archive/Applications/Mail\t*"},
+    {"Household ledger", "backup", ScheduleKind::Backup, ScheduleMode::Daily, TaskState::Failed, 8, 190min,
+     "D:\\Ledger\t/Home/Ledger\t*", "D:\\Ledger\\household.qdb"},
+    {"Restore of Garden plans", "RestoreApp", ScheduleKind::Once, ScheduleMode::Continuous,
+     TaskState::Running, 2, 1min, "D:\\Restored\\Garden plans\t/Archive/Snapshots/Work/Garden plans\t*"},
+    {"Restore of Letters", "RestoreApp", ScheduleKind::Once, ScheduleMode::Continuous, TaskState::Completed,
+     10, 4300min, "D:\\Restored\\Letters\t/Home/Documents/Letters\t*"},
+    {"Old notebook, one last time", "backup", ScheduleKind::Once, ScheduleMode::Continuous,
+     TaskState::Completed, 10, 20160min, "E:\\Notebook\t/Archive/Notebook\t*"},
+    {"Default Task For Home", "vdirdefault", ScheduleKind::Service, ScheduleMode::Continuous,
+     TaskState::Pending, 10, 25min, "/Home"},
+    {"Default Task For Archive", "vdirdefault", ScheduleKind::Service, ScheduleMode::Continuous,
+     TaskState::Running, 5, 1min, "/Archive"},
+    {"Cloud Sync Folder Task For Team", "Cloud Sync Folder Task", ScheduleKind::Sync,
+     ScheduleMode::Continuous, TaskState::Running, 4, 2min, "C:\\Users\\mara\\Team\t/Team"},
+    {"Drop Folder Sync - Team", "DropFolderSync", ScheduleKind::Sync, ScheduleMode::Continuous,
+     TaskState::Pending, 10, 12min, "C:\\Users\\mara\\Team\t/Team"},
+    {"Prefetch Task /Home/Slides", "prefetch", ScheduleKind::Service, ScheduleMode::Continuous,
+     TaskState::Pending, 0, 0min, "/Home/Slides"},
+    {"Share index", "index#MESFTASK", ScheduleKind::Service, ScheduleMode::Daily, TaskState::Pending, 10,
+     610min, "/Home/Shares"},
+    {"Nightly cleaning", "maintenance", ScheduleKind::Service, ScheduleMode::Daily, TaskState::Held, 10,
+     500min, ""},
+};
+
+constexpr Story ServerStories[] = {
+    {"Shares of the office", "backup", ScheduleKind::Backup, ScheduleMode::Continuous, TaskState::Running, 5,
+     6min, "E:\\Shares\\Office\nE:\\Shares\\Workshop\t/Vault/Shares\t*.tmp"},
+    {"Daily databases", "advbackup", ScheduleKind::Backup, ScheduleMode::Daily, TaskState::Pending, 10,
+     480min, "Database Writer\t/Vault/Applications/Databases\t*"},
+    {"Weekly shares snapshot", "snapshotbackup", ScheduleKind::Backup, ScheduleMode::Weekdays,
+     TaskState::Running, 7, 31min, "E:\\Shares\t/Vault/Snapshots/Shares\t*.iso"},
+    {"Vault to Second Site", "ccbackup", ScheduleKind::Backup, ScheduleMode::Daily, TaskState::Failed, 8,
+     260min, "/Vault/Shares\t/Second Site/Shares\t*", "/Vault/Shares/stock.qdb"},
+    {"Accounting", "backup", ScheduleKind::Backup, ScheduleMode::Daily, TaskState::Paused, 3, 400min,
+     "E:\\Accounting\t/Vault/Accounting\t*"},
+    {"Restore of Workshop", "RestoreApp", ScheduleKind::Once, ScheduleMode::Continuous, TaskState::Completed,
+     10, 9000min, "E:\\Restored\\Workshop\t/Vault/Shares/Workshop\t*"},
+    {"Default Task For Vault", "vdirdefault", ScheduleKind::Service, ScheduleMode::Continuous,
+     TaskState::Running, 5, 1min, "/Vault"},
+    {"Share service", "shares#MESFTASK", ScheduleKind::Service, ScheduleMode::Continuous, TaskState::Pending,
+     10, 17min, "/Vault/Shares"},
+};
+
+std::string Guid(unsigned group, unsigned number) {
+    char text[64];
+    std::snprintf(text, sizeof text, "{%08X-5B1E-4C7A-9D20-3F6A%08X}", 0x6E2D0000U + group, number);
+    return text;
+}
+
+void SetProgress(Task& task, int doneOfTen) {
+    const size_t done = task.subTasks.size() * static_cast<size_t>(doneOfTen) / 10;
+    for (size_t i = 0; i < done; ++i)
+        task.subTasks[i].state = SubTaskState::Done;
+}
+
+Task Tell(const Story& story, unsigned number, SimTime now, std::mt19937_64& random) {
+    Task task;
+    task.id = Guid(1, number);
+    task.name = story.name;
+    task.type = story.type;
+    task.description = story.description;
+    task.state = story.state;
+    task.created = now - 24h * (number * 7 % 90 + 20) - 47min * number;
+    task.schedule = {story.kind, story.mode, task.created, {false, true, false, true, false, true, false}};
+    if (story.sinceLastRun > 0min)
+        task.lastRun = now - story.sinceLastRun;
+    if (story.state != TaskState::Held)
+        task.nextRun = story.mode == ScheduleMode::Continuous && story.kind != ScheduleKind::Once
+                           ? now + 12s * number // not all at once
+                           : task.schedule.NextRun(now);
+    task.runCount = story.sinceLastRun > 0min ? 1 + static_cast<int>(number) * 3 : 0;
+    task.subTasks = PlanWork(task, random);
+    SetProgress(task, story.doneOfTen);
+    if (story.lockedFile) {
+        SubTask locked = task.subTasks.back();
+        ++locked.number;
+        locked.type = "PUT";
+        locked.parameter1 = story.lockedFile;
+        locked.size = 1'830'912;
+        locked.retries = 3;
+        locked.note = LastingTrouble(locked);
+        locked.state = SubTaskState::Failed;
+        task.subTasks.push_back(locked);
+    }
+    return task;
+}
+
+/// What a task's earlier runs have left in the logs.
+void TellPast(const Task& task, TaskEngine& engine) {
+    const int runs = std::min(task.runCount, 6);
+    const int total = static_cast<int>(task.subTasks.size());
+    Changes& changes = engine.Unwritten();
+    for (int run = runs; run > 0; --run) {
+        const SimTime start = *task.lastRun - 24h * run;
+        const bool failed = task.state == TaskState::Failed || run == 4;
+        const SimTime stop = start + 6min + 13s * total;
+        changes.processLog.push_back({task.id, start, stop,
+                                      failed ? "1 sub-task failed" : "Completed successfully", total,
+                                      failed ? 1 : 0, total});
+        changes.audit.push_back({0, TaskTrace(task.id, "Task \"" + task.name + "\" has started"), start});
+        if (failed)
+            changes.audit.push_back(
+                {2, TaskTrace(task.id, "Upload failed: The file is used by another program"), start + 2min});
+        changes.audit.push_back(
+            {failed ? 2 : 0, TaskTrace(task.id, "Task \"" + task.name + "\" has ended"), stop});
+    }
+}
+
+/// Changes of the last month in the sync folder.
+void TellFolderChanges(Changes& changes, SimTime now) {
+    static constexpr const char* files[] = {"plan.odt", "rota.xlsx", "logo.svg", "minutes.docx",
+                                            "photos/hall.jpg"};
+    for (int i = 60; i > 0; --i) {
+        const char operation = i % 9 == 0 ? 'd' : i % 4 == 0 ? 'a' : 'm';
+        changes.history.push_back({VersionUri("Team", files[i % 5]), operation, i % 2 ? "mara" : "jonas",
+                                   i % 2 ? "STUDY-PC" : "LAPTOP-7", "Team", now - 11h * i});
+    }
+}
+
+void FillFileIndex(Connection& connection) {
+    static constexpr const char* folders[] = {"C:\\Users\\mara\\Documents", "D:\\Photos", "D:\\Work"};
+    static constexpr const char* extensions[] = {"docx", "xlsx", "pdf", "jpg", "odt"};
+    Transaction transaction(connection);
+    Statement insert(connection, "INSERT OR REPLACE INTO FileDB VALUES(?,?,?,?)");
+    for (int i = 0; i < 300; ++i) {
+        const std::string extension = extensions[i % 5];
+        insert.Bind(std::string(folders[i % 3]) + "\\file " + std::to_string(i) + '.' + extension)
+            .Bind(extension);
+        insert.Bind(1000 + i * 7919 % 900'000).Bind(FormatTime(MakeTime(2025, 1, 1) + i * 1h)).Run();
+    }
+    transaction.Commit();
+}
+
+template <size_t N>
+void TellAll(const Story (&stories)[N], TaskEngine& engine) {
+    std::mt19937_64 random(7);
+    unsigned number = 0;
+    for (const Story& story : stories) {
+        Task task = Tell(story, ++number, engine.Now(), random);
+        TellPast(task, engine);
+        engine.Put(std::move(task));
+    }
+}
+
+std::vector<SubTask> ManySubTasks(int count) {
+    std::vector<SubTask> subTasks(static_cast<size_t>(count));
+    for (int i = 0; i < count; ++i) {
+        SubTask& subTask = subTasks[static_cast<size_t>(i)];
+        subTask.number = i + 1;
+        subTask.type = i % 3 == 0 ? "BPUT" : "PUT";
+        subTask.parameter1 =
+            "E:\\Archive\\box " + std::to_string(i / 500) + "\\scan " + std::to_string(i) + ".tif";
+        subTask.parameter2 = "/Vault/Archive/box " + std::to_string(i / 500);
+        subTask.size = 40'000 + i * 7919 % 5'000'000;
+    }
+    return subTasks;
+}
+
+void FillHugeAudit(Connection& connection, const std::string& taskId, SimTime now) {
+    Transaction transaction(connection);
+    Statement insert(connection, "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " +
+                                     std::to_string(HugeAuditRows) +
+                                     ") INSERT INTO AuditTrace SELECT (i % 50 = 0) + (i % 400 = 0), ? || "
+                                     "'Upload of \"E:\\Archive\\scan ' "
+                                     "|| i || '.tif\" has ended', datetime(?, '-' || (" +
+                                     std::to_string(HugeAuditRows) + " - i) || ' seconds') FROM n");
+    insert.Bind(TaskTrace(taskId, "")).Bind(FormatTime(now)).Run();
+    transaction.Commit();
+}
+
+void TellHuge(TaskEngine& engine, Databases& databases) {
+    constexpr TaskState states[] = {TaskState::Pending, TaskState::Paused, TaskState::Failed,
+                                    TaskState::Completed};
+    const SimTime now = engine.Now();
+    for (int i = 0; i < HugeTasks; ++i) {
+        Task task;
+        task.id = Guid(2, static_cast<unsigned>(i));
+        task.name = i == 0 ? "The whole archive" : "Archive box " + std::to_string(i);
+        task.type = i % 4 == 1 ? "snapshotbackup" : "backup";
+        task.description = "E:\\Archive\\box " + std::to_string(i) + "\t/Vault/Archive\t*";
+        task.state = states[i % 4];
+        task.created = now - 1min * i;
+        task.schedule = {ScheduleKind::Backup, ScheduleMode::Daily, task.created};
+        task.lastRun = now - 1h - 1min * i;
+        task.nextRun = now + 24h + 1s * i;
+        task.runCount = i % 30;
+        if (i < TasksWithWork)
+            task.subTasks = ManySubTasks(i == 0 ? HugeSubTasks : 200);
+        engine.Put(std::move(task), i < TasksWithWork ? SubTaskFileOf::Every : SubTaskFileOf::None);
+    }
+    FillHugeAudit(databases.Open(databases.FileOf(Database::AuditTrace)), Guid(2, 0), now);
+}
+
+} // namespace
+
+bool IsScenario(const std::string& name) {
+    return name == "empty" || name == "desktop" || name == "server" || name == "huge";
+}
+
+std::vector<VirtualDirectory> DirectoriesOf(const std::string& scenario) {
+    const std::string provider = "{0F3C6B52-7A41-4E0B-9C55-21D8E3A7B901}";
+    if (scenario == "desktop")
+        return {{"Home", "{B1D4A6E0-2F57-4B1C-8E43-90A1C2D3E4F5}", 3, provider},
+                {"Archive", "{C2E5B7F1-3068-4C2D-9F54-A1B2D3E4F506}", 3, provider},
+                {"Team", "{D3F6C802-4179-4D3E-A065-B2C3E4F50617}", 3, provider},
+                {"Old Storage", "{E407D913-528A-4E4F-B176-C3D4F5061728}", 2, provider}};
+    if (scenario == "server" || scenario == "huge")
+        return {{"Vault", "{F518EA24-639B-4F50-8287-D4E506172839}", 3, provider},
+                {"Second Site", "{0629FB35-74AC-4061-9398-E5F60728394A}", 1, provider}};
+    return {};
+}
+
+void Populate(const std::string& scenario, TaskEngine& engine, Databases& databases, Settings& settings) {
+    if (scenario == "desktop")
+        TellAll(DesktopStories, engine);
+    else if (scenario == "server")
+        TellAll(ServerStories, engine);
+    else if (scenario == "huge")
+        TellHuge(engine, databases);
+    if (scenario == "desktop" || scenario == "server")
+        FillFileIndex(databases.Open(databases.FileOf(Database::FileIndex)));
+    if (scenario == "desktop")
+        TellFolderChanges(engine.Unwritten(), engine.Now());
+    if (scenario != "empty")
+        settings.Set("BSInitConfig", "4", "True");
+}
+
+} // namespace devservice

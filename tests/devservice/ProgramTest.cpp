@@ -1,0 +1,94 @@
+#include "RawHttp.h"
+#include "support/TestMain.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+using namespace Qt::Literals::StringLiterals;
+
+/// The program as the console's start script uses it.
+class ProgramTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void RunsUntilItIsToldToEnd_data() {
+        QTest::addColumn<bool>("byInput");
+        QTest::newRow("its input ends") << true;
+        if (QSysInfo::kernelType() != QLatin1String("winnt")) // no signal asks a console program there
+            QTest::newRow("a signal") << false;
+    }
+
+    void RunsUntilItIsToldToEnd() {
+        QFETCH(const bool, byInput);
+        QTemporaryDir home;
+        QProcess program;
+        const quint16 port =
+            Start(program, {u"--home"_s, home.path(), u"--port"_s, u"0"_s, u"--until-stdin-closes"_s});
+        QVERIFY(port != 0);
+        QCOMPARE(Send(port, Request("GET", "/settings/BSInitConfig")).Body(), QByteArray("True"));
+
+        QProcess second;
+        Start(second, {u"--home"_s, home.path() + "/2"_L1, u"--port"_s, QString::number(port)});
+        QVERIFY(HasEnded(second));
+        QCOMPARE(second.exitCode(), 1);
+        QVERIFY(second.readAllStandardError().contains(QByteArray::number(port)));
+
+        if (byInput)
+            program.closeWriteChannel();
+        else
+            program.terminate();
+        QVERIFY(HasEnded(program));
+        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(program.exitCode(), 0);
+
+        // The command that it leaves behind starts it again in the same place.
+        QFile file(home.filePath(u"brengroupsvc.start"_s));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QStringList command = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+        QVERIFY(QFile::exists(command.takeFirst()));
+        QProcess again;
+        QCOMPARE(Start(again, command), port);
+        again.kill();
+        QVERIFY(HasEnded(again));
+    }
+
+    void RefusesWhatItDoesNotKnow_data() {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::newRow("option") << QStringList{u"--what"_s};
+        QTest::newRow("port") << QStringList{u"--port"_s, u"70000"_s};
+        QTest::newRow("no value") << QStringList{u"--home"_s};
+        QTest::newRow("speed") << QStringList{u"--speed"_s, u"fast"_s};
+        QTest::newRow("fault") << QStringList{u"--fault"_s, u"drip"_s};
+    }
+
+    void RefusesWhatItDoesNotKnow() {
+        QFETCH(QStringList, arguments);
+        QTemporaryDir home;
+        arguments = QStringList{u"--home"_s, home.path(), u"--port"_s, u"0"_s} + arguments;
+        QProcess program;
+        Start(program, arguments);
+        QVERIFY(HasEnded(program));
+        QCOMPARE(program.exitCode(), 2);
+        QVERIFY(!program.readAllStandardError().isEmpty());
+    }
+
+private:
+    static bool HasEnded(QProcess& program) {
+        return program.state() == QProcess::NotRunning || program.waitForFinished();
+    }
+
+    /// Starts the program and gives the port that it names when ready; 0 when it ends without.
+    static quint16 Start(QProcess& program, const QStringList& arguments) {
+        program.start(QCoreApplication::applicationDirPath() + "/brengroupsvc-dev"_L1, arguments);
+        while (!program.canReadLine() && program.waitForReadyRead(20'000)) {
+        }
+        const QByteArray line = program.readLine();
+        const QByteArray beginning = "ready on port ";
+        return line.startsWith(beginning) ? line.mid(beginning.size()).split(',').first().toUShort() : 0;
+    }
+};
+
+BTASK_TEST(ProgramTest);
+#include "ProgramTest.moc"

@@ -1,0 +1,192 @@
+#include "RawHttp.h"
+#include "support/ServiceFixture.h"
+#include "support/TestMain.h"
+
+#include <QTcpServer>
+#include <QTcpSocket>
+
+using namespace devservice;
+
+namespace {
+
+constexpr char TaskId[] = "{00000000-0000-4000-8000-000000000001}";
+
+} // namespace
+
+class RequestsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void KeepsWhatCameOverTheWire() {
+        ServiceFixture service;
+        const QByteArray body("na\xC3\xAFve\0", 7);
+        Send(service->Port(), Request("PROPFIND", "/resources/a%20b?x=%d&y", body));
+        const std::vector<ReceivedRequest> requests = service->Requests();
+        QCOMPARE(requests.size(), size_t(1));
+        QCOMPARE(QByteArray::fromStdString(requests[0].verb), QByteArray("PROPFIND"));
+        QCOMPARE(QByteArray::fromStdString(requests[0].target), QByteArray("/resources/a%20b?x=%d&y"));
+        QCOMPARE(QByteArray::fromStdString(requests[0].body), body);
+        QCOMPARE(QByteArray::fromStdString(requests[0].Header("host")), QByteArray("127.0.0.1"));
+    }
+
+    void AnswersByState_data() {
+        QTest::addColumn<QByteArray>("request");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QByteArray>("body");
+        const QByteArray id = "%7B" + QByteArray(TaskId).mid(1, 36) + "%7D";
+        const QByteArray list =
+            "<?xml version=\"1.0\" encoding=\"utf-8\"?><Response><VDirs><VDir Name=\"A &amp; &quot;B&quot;\" "
+            "SafeCardId=\"{C}\" Status=\"2\" SPId=\"{P}\"/></VDirs></Response>";
+        QTest::newRow("setting never set") << Request("GET", "/settings/Never") << 404 << QByteArray();
+        QTest::newRow("setting without a type")
+            << Request("PUT", "/settings/A?Value=1") << 400 << QByteArray();
+        QTest::newRow("start") << Request("GET", "/schedule/startnow?" + id) << 200 << QByteArray();
+        QTest::newRow("unknown task") << Request("GET", "/schedule/startnow?{no}") << 404 << QByteArray();
+        QTest::newRow("unknown command") << Request("GET", "/schedule/stop?" + id) << 404 << QByteArray();
+        QTest::newRow("sub-task") << Request("GET", "/schedule/delsub?" + id + ":2") << 200 << QByteArray();
+        QTest::newRow("unknown sub-task")
+            << Request("GET", "/schedule/delsub?" + id + ":9") << 404 << QByteArray();
+        QTest::newRow("no number") << Request("GET", "/schedule/delsub?" + id + ":x") << 404 << QByteArray();
+        QTest::newRow("directories, literal")
+            << Request("GET", "/profile/%d?PMCMethod=GetVdirList") << 200 << list;
+        QTest::newRow("directories, counted")
+            << Request("GET", "/profile/17?pmcmethod=getvdirlist") << 200 << list;
+        QTest::newRow("status") << Request("GET", "/profile/?PMCMethod=GetVDirStatus",
+                                           QByteArray("a & \"b\"\0", 8))
+                                << 200 << QByteArray("2");
+        QTest::newRow("status of none")
+            << Request("GET", "/profile/?PMCMethod=GetVDirStatus", "C") << 404 << QByteArray();
+        QTest::newRow("nothing") << Request("GET", "/") << 404 << QByteArray();
+    }
+
+    void AnswersByState() {
+        QFETCH(const QByteArray, request);
+        QFETCH(const int, status);
+        QFETCH(const QByteArray, body);
+        ServiceFixture service;
+        service->PutTask(MakeTask(TaskId, "Task"));
+        service->PutSubTasks(TaskId, {MakeSubTask(1, "PUT", "a"), MakeSubTask(2, "PUT", "b")});
+        service->SetVirtualDirectories({{"A & \"B\"", "{C}", 2, "{P}"}});
+        const Exchange exchange = Send(service->Port(), request);
+        QCOMPARE(exchange.Status(), status);
+        if (!body.isEmpty())
+            QCOMPARE(exchange.Body(), body);
+    }
+
+    void SettingsSurviveTheService_data() {
+        QTest::addColumn<QByteArray>("sent");
+        QTest::addColumn<QByteArray>("kept");
+        QTest::newRow("escapes") << QByteArray("a%0Ab%09c%20d%C3%A4") << QByteArray("a\nb\tc d\xC3\xA4");
+        QTest::newRow("plus and lone percent") << QByteArray("a+b%zz%") << QByteArray("a+b%zz%");
+        QTest::newRow("empty") << QByteArray() << QByteArray();
+        QTest::newRow("64 KB") << QByteArray(65536, 'x') << QByteArray(65536, 'x');
+    }
+
+    void SettingsSurviveTheService() {
+        QFETCH(const QByteArray, sent);
+        QFETCH(const QByteArray, kept);
+        ServiceFixture service;
+        QCOMPARE(
+            Send(service->Port(), Request("PUT", "/settings/{id}/Na%6De?ValueType=2&Value=" + sent)).Status(),
+            200);
+        service->Stop();
+        service->Start();
+        const Exchange exchange = Send(service->Port(), Request("GET", "/settings/%7Bid%7D/Name"));
+        QCOMPARE(exchange.Status(), 200);
+        QCOMPARE(exchange.Body(), kept);
+    }
+
+    void MisbehavesAndRecovers_data() {
+        QTest::addColumn<QString>("fault");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<int>("end");
+        const int closed = QAbstractSocket::RemoteHostClosedError;
+        QTest::newRow("refuse") << "refuse" << 0 << QByteArray()
+                                << int(QAbstractSocket::ConnectionRefusedError);
+        QTest::newRow("hang") << "hang" << 0 << QByteArray() << int(QAbstractSocket::SocketTimeoutError);
+        QTest::newRow("delay") << "delay:20" << 200 << QByteArray("12345678") << closed;
+        QTest::newRow("drip") << "drip:2" << 200 << QByteArray("12345678") << closed;
+        QTest::newRow("fin") << "fin" << 200 << QByteArray("1234") << closed;
+        QTest::newRow("rst") << "rst" << 200 << QByteArray("1234") << closed;
+        QTest::newRow("status") << "status:503" << 503 << QByteArray("12345678") << closed;
+        QTest::newRow("garbage") << "garbage" << 0 << QByteArray() << closed;
+        QTest::newRow("others only") << "hang@/other" << 200 << QByteArray("12345678") << closed;
+    }
+
+    void MisbehavesAndRecovers() {
+        QFETCH(const QString, fault);
+        QFETCH(const int, status);
+        QFETCH(const QByteArray, body);
+        QFETCH(const int, end);
+        ServiceFixture service;
+        service->SetSetting("Eight", "12345678");
+        const QByteArray request = Request("GET", "/settings/Eight");
+        QVERIFY(service->SetFault(fault.toStdString()));
+        const Exchange exchange =
+            Send(service->Port(), request, end == QAbstractSocket::SocketTimeoutError ? 200 : 5000);
+        QCOMPARE(exchange.Status(), status);
+        if (status != 0)
+            QCOMPARE(exchange.Body(), body);
+        QCOMPARE(int(exchange.end), end);
+        service->ClearFaults();
+        QCOMPARE(Send(service->Port(), request).Body(), QByteArray("12345678"));
+    }
+
+    void FaultsEndByThemselvesOrByRequest() {
+        ServiceFixture service;
+        HttpFaultSwitch twice;
+        twice.fault = HttpFault::WrongStatus;
+        twice.status = 500;
+        twice.times = 2;
+        service->SetFault(twice);
+        const QByteArray request = Request("PUT", "/settings/A?ValueType=1&Value=1");
+        QList<int> statuses;
+        for (int i = 0; i < 3; ++i)
+            statuses << Send(service->Port(), request).Status();
+        QCOMPARE(statuses, (QList<int>{500, 500, 200}));
+
+        // The request that closes the port is answered all the same, and the port opens again.
+        QCOMPARE(Send(service->Port(), Request("PUT", "/dev/fault?refuse:100")).Status(), 200);
+        QTRY_COMPARE(Send(service->Port(), request).Status(), 200);
+        QCOMPARE(Send(service->Port(), Request("PUT", "/dev/fault?nonsense:1")).Status(), 400);
+        QVERIFY(!service.RequestLines().join(u'\n').contains(QLatin1String("/dev/")));
+    }
+
+    void StopsWhileRequestsHang() {
+        ServiceFixture service;
+        service->SetFault(HttpFault::Hang);
+        QTcpSocket hanging;
+        hanging.connectToHost(QStringLiteral("127.0.0.1"), service->Port());
+        QVERIFY(hanging.waitForConnected());
+        hanging.write(Request("GET", "/settings/A"));
+        hanging.flush();
+        QTRY_COMPARE(service->Requests().size(), size_t(1));
+        const quint16 port = service->Port();
+        service->Stop();
+        QCOMPARE(Send(port, Request("GET", "/")).end, QAbstractSocket::ConnectionRefusedError);
+        service->ClearFaults();
+        service->Start();
+        QCOMPARE(service->Port(), port);
+        QCOMPARE(Send(port, Request("GET", "/")).Status(), 404);
+    }
+
+    void NamesAPortThatIsTaken() {
+        QTcpServer other;
+        QVERIFY(other.listen(QHostAddress::LocalHost));
+        QTemporaryDir home;
+        Options options;
+        options.home = home.path().toStdU16String();
+        options.port = other.serverPort();
+        DevService service(options);
+        try {
+            service.Start();
+            QFAIL("started on a port that another holds");
+        } catch (const std::runtime_error& error) {
+            QVERIFY2(QByteArray(error.what()).contains(QByteArray::number(other.serverPort())), error.what());
+        }
+    }
+};
+
+BTASK_TEST(RequestsTest);
+#include "RequestsTest.moc"

@@ -1,0 +1,258 @@
+#include "RawHttp.h"
+#include "support/ServiceFixture.h"
+#include "support/TestMain.h"
+#include "zep/LiveCounters.h"
+
+#include <sqlite3.h>
+
+using namespace devservice;
+using namespace std::chrono_literals;
+
+namespace {
+
+const std::string Id = "{00000000-0000-4000-8000-000000000001}";
+
+/// Every row of a query, its columns joined by bars.
+QStringList Rows(const std::filesystem::path& file, const char* sql) {
+    QStringList rows;
+    sqlite3* connection = nullptr;
+    sqlite3_open_v2(file.string().c_str(), &connection, SQLITE_OPEN_READONLY, nullptr);
+    // The fast writer holds its lock for moments at a time; a database that is held locked stays so.
+    sqlite3_busy_timeout(connection, 200);
+    const auto collect = [](void* list, int count, char** values, char**) {
+        QStringList row;
+        for (int i = 0; i < count; ++i)
+            row << QString::fromUtf8(values[i] ? values[i] : "NULL");
+        static_cast<QStringList*>(list)->append(row.join(u'|'));
+        return 0;
+    };
+    if (sqlite3_exec(connection, sql, collect, &rows, nullptr) != SQLITE_OK)
+        rows = {QStringLiteral("error: ") + QString::fromUtf8(sqlite3_errmsg(connection))};
+    sqlite3_close(connection);
+    return rows;
+}
+
+QString TaskRow(ServiceFixture& service) {
+    return Rows(service->DatabaseFile(Database::Scheduler),
+                "SELECT TaskState, NextRun, LastRun FROM Scheduler")
+        .join(u';');
+}
+
+QString SubTaskStates(ServiceFixture& service) {
+    return Rows(service->SubTaskFile(Id), "SELECT TaskState FROM SubTaskDBWorker ORDER BY TaskIndex")
+        .join(u',');
+}
+
+int Command(ServiceFixture& service, const char* command, const char* more = "") {
+    return Send(service->Port(), Request("GET", QByteArray("/schedule/") + command + Id.c_str() + more))
+        .Status();
+}
+
+Task OneTask(ScheduleKind kind, std::vector<SubTask> subTasks) {
+    Task task = MakeTask(Id, "Task");
+    task.schedule.kind = kind;
+    task.subTasks = std::move(subTasks);
+    return task;
+}
+
+QStringList EverythingOf(DevService& service) {
+    return Rows(service.DatabaseFile(Database::Scheduler),
+                "SELECT TaskId, TaskState, NextRun, LastRun FROM Scheduler") +
+           Rows(service.DatabaseFile(Database::AuditTrace), "SELECT * FROM AuditTrace") +
+           Rows(service.DatabaseFile(Database::ProcessLog), "SELECT * FROM TaskProcessLog") +
+           Rows(service.DatabaseFile(Database::History), "SELECT * FROM History");
+}
+
+} // namespace
+
+class SimulationTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void ATaskRunsToItsEnd_data() {
+        QTest::addColumn<int>("kind");
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("row");
+        QTest::addColumn<QString>("subTasks");
+        QTest::addColumn<QString>("log");
+        QTest::newRow("scheduled again") << int(ScheduleKind::Backup) << "a.txt"
+                                         << "0|2025-03-04 21:00:00|2025-03-04 09:00:00"
+                                         << "2,2"
+                                         << "Completed successfully|2|0|2";
+        QTest::newRow("once") << int(ScheduleKind::Once) << "a.txt"
+                              << "5|NULL|2025-03-04 09:00:00"
+                              << "2,2"
+                              << "Completed successfully|2|0|2";
+        QTest::newRow("a file that stays open") << int(ScheduleKind::Once) << "a.qdb"
+                                                << "3|NULL|2025-03-04 09:00:00"
+                                                << "2,4"
+                                                << "1 sub-task failed|2|1|2";
+    }
+
+    void ATaskRunsToItsEnd() {
+        QFETCH(const int, kind);
+        QFETCH(const QString, file);
+        QFETCH(const QString, row);
+        QFETCH(const QString, subTasks);
+        QFETCH(const QString, log);
+        ServiceFixture service;
+        service->PutTask(OneTask(ScheduleKind(kind), {MakeSubTask(1, "MKCOL", "x"),
+                                                      MakeSubTask(2, "PUT", file.toStdString(), 50'000)}));
+        QCOMPARE(Command(service, "startnow?"), 200);
+        QVERIFY(TaskRow(service).startsWith(u'1'));
+        service->Advance(2min);
+        QCOMPARE(TaskRow(service), row);
+        QCOMPARE(SubTaskStates(service), subTasks);
+        QCOMPARE(
+            Rows(service->DatabaseFile(Database::ProcessLog),
+                 "SELECT StopReason, TotalSubTasks, FailedSubTasks, ProcessedSubTasks FROM TaskProcessLog")
+                .join(u';'),
+            log);
+        const QString levels = Rows(service->DatabaseFile(Database::AuditTrace),
+                                    "SELECT max(Level), min(substr(Trace, 1, 42)) FROM AuditTrace")
+                                   .join(u';');
+        QCOMPARE(levels,
+                 QString::fromStdString((file.endsWith(QLatin1String("qdb")) ? "2|$$" : "0|$$") + Id + "$ "));
+    }
+
+    void CommandsMoveATaskBetweenItsStates() {
+        ServiceFixture service;
+        service->PutTask(OneTask(ScheduleKind::Backup,
+                                 {MakeSubTask(1, "PUT", "a", 4'000'000), MakeSubTask(2, "PUT", "b", 5),
+                                  MakeSubTask(7, "GET", "/ChangeLog", 900'000'000)}));
+        Command(service, "startnow?");
+        service->Advance(400ms);
+        QCOMPARE(SubTaskStates(service), QStringLiteral("1,2,1"));
+        QCOMPARE(Command(service, "pausetask?"), 200);
+        QVERIFY(TaskRow(service).startsWith(u'2'));
+        QCOMPARE(SubTaskStates(service), QStringLiteral("0,2,0"));
+        service->Advance(48h); // its schedule does not wake a paused task
+        QVERIFY(TaskRow(service).startsWith(u'2'));
+        QCOMPARE(Command(service, "delsub?", ":7"), 200);
+        QCOMPARE(Command(service, "resumetask?"), 200);
+        service->Advance(1min);
+        QVERIFY(TaskRow(service).startsWith(u'0'));
+        QCOMPARE(SubTaskStates(service), QStringLiteral("2,2"));
+        QCOMPARE(Command(service, "deletetask?"), 200);
+        QVERIFY(TaskRow(service).isEmpty());
+        QVERIFY(!std::filesystem::exists(service->SubTaskFile(Id)));
+        QCOMPARE(Command(service, "deletetask?"), 404);
+    }
+
+    void LiveCountersFollow() {
+        ServiceFixture service;
+        LiveCounters counters;
+        const auto before = counters.ZEPTraceCounterGet(TraceCounter::TaskTable);
+        QVERIFY(before.has_value());
+        service->PutTask(
+            OneTask(ScheduleKind::Backup, {MakeSubTask(1, "PUT", "D:\\x\\a.txt", 4'000'000),
+                                           MakeSubTask(2, "PUT", "b", 1'000, SubTaskState::PendingRetry),
+                                           MakeSubTask(3, "PUT", "c", 1'000, SubTaskState::Failed),
+                                           MakeSubTask(4, "PUT", "d", 1'000, SubTaskState::Done)}));
+        QVERIFY(counters.ZEPTraceCounterGet(TraceCounter::TaskTable) != before);
+        const SubTaskCounts counts = counters.ZEPTraceGetSTaskInfo(QString::fromStdString(Id));
+        QCOMPARE(counts.total, std::optional<quint32>(4));
+        QCOMPARE(counts.processed, std::optional<quint32>(3));
+        QCOMPARE(counts.pendingRetry, std::optional<quint32>(2));
+        Command(service, "startnow?");
+        service->Advance(600ms);
+        QStringList running;
+        counters.ZEPEnumTasksWithCallBackEx({}, [&](const RunningSubTask& each) {
+            const bool moves = each.bytesDone > 0 && each.bytesDone < each.bytesTotal;
+            running << each.operation + u' ' + each.fileName + QLatin1String(moves ? " moves" : " stands");
+            return true;
+        });
+        QCOMPARE(running, QStringList{QStringLiteral("Upload a.txt moves")});
+        service->Stop();
+        QVERIFY(!counters.ZEPTraceCounterGet(TraceCounter::TaskTable));
+    }
+
+    void GoesOnFromTheFilesAfterARestart() {
+        ServiceFixture service("desktop");
+        service->Advance(30s);
+        QStringList before = EverythingOf(service.Service());
+        service->Stop();
+        service->Start();
+        QCOMPARE(EverythingOf(service.Service()), before);
+        service->Advance(25h);
+        const QStringList runs =
+            Rows(service->DatabaseFile(Database::ProcessLog),
+                 "SELECT DISTINCT TaskId FROM TaskProcessLog WHERE StopTime > '2025-03-04 09:00:31'");
+        QVERIFY2(runs.size() > 10, qPrintable(QString::number(runs.size())));
+    }
+
+    void TheSameSeedGivesTheSameDay() {
+        QList<QStringList> days;
+        for (int run = 0; run < 2; ++run) {
+            ServiceFixture service("desktop");
+            service->Advance(3h);
+            days << EverythingOf(service.Service());
+        }
+        QCOMPARE(days[0], days[1]);
+    }
+
+    void ScenariosFillTheFiles_data() {
+        QTest::addColumn<QString>("scenario");
+        QTest::addColumn<QString>("counts");
+        QTest::newRow("empty") << "empty"
+                               << "0 0 0 0";
+        QTest::newRow("huge") << "huge"
+                              << "10000 10000 1000000 100000";
+    }
+
+    void ScenariosFillTheFiles() {
+        QFETCH(const QString, scenario);
+        QFETCH(const QString, counts);
+        ServiceFixture service(scenario.toUtf8().constData());
+        QStringList found = Rows(service->DatabaseFile(Database::Scheduler),
+                                 "SELECT count(*) FROM Scheduler UNION ALL SELECT count(*) FROM Scheduler "
+                                 "WHERE length(Schedule) = 308");
+        found += Rows(service->DatabaseFile(Database::AuditTrace), "SELECT count(*) FROM AuditTrace");
+        size_t most = 0;
+        for (const Task& task : service->Tasks())
+            most = std::max(most, service->FindTask(task.id)->subTasks.size());
+        QCOMPARE(found.join(u' ') + u' ' + QString::number(most), counts);
+    }
+
+    void DatabaseFaultsShowAndPass_data() {
+        QTest::addColumn<QString>("fault");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("locked") << "db-locked"
+                                << "error: database is locked";
+        QTest::newRow("locked for a while") << "db-locked:1"
+                                            << "1";
+        QTest::newRow("truncated") << "db-truncated"
+                                   << "error: database disk image is malformed";
+        QTest::newRow("garbage") << "db-garbage"
+                                 << "error: file is not a database";
+        QTest::newRow("missing") << "db-missing"
+                                 << "error: unable to open database file";
+        QTest::newRow("schema") << "db-schema"
+                                << "error: no such table: Scheduler";
+        QTest::newRow("writer") << "db-writer:20@scheduler"
+                                << "1";
+    }
+
+    void DatabaseFaultsShowAndPass() {
+        QFETCH(const QString, fault);
+        QFETCH(const QString, shown);
+        for (const JournalMode journal : {JournalMode::Rollback, JournalMode::Wal}) {
+            Options options;
+            options.journal = journal;
+            ServiceFixture service(options);
+            service->PutTask(MakeTask(Id, "Task"));
+            const auto count = [&] {
+                return Rows(service->DatabaseFile(Database::Scheduler), "SELECT count(*) FROM Scheduler")
+                    .join(u';');
+            };
+            QVERIFY(service->SetFault(fault.toStdString()));
+            QTRY_COMPARE(count(), shown);
+            service->PutTask(MakeTask("{2}", "Made meanwhile"));
+            service->ClearFaults();
+            QTRY_COMPARE(count(), QStringLiteral("2"));
+        }
+    }
+};
+
+BTASK_TEST(SimulationTest);
+#include "SimulationTest.moc"

@@ -1,0 +1,101 @@
+#pragma once
+
+#include "ui/UserPrompts.h"
+
+#include <QPointer>
+#include <QStringList>
+#include <QWidget>
+#include <QtTest/QTest>
+
+#include <deque>
+
+/// Answers from a script, at once or when released. What the script does not expect fails the test and
+/// counts as cancelled; so does a script that was not played to its end.
+class ScriptedPrompts : public UserPrompts {
+public:
+    ~ScriptedPrompts() override {
+        for (const Line& line : m_script)
+            Fail(QStringLiteral("never asked"), line.text);
+    }
+
+    void ExpectMessage(const QString& text) { m_script.push_back({Kind::Message, text, {}}); }
+    void ExpectQuestion(const QString& text, bool yes) {
+        m_script.push_back({Kind::Question, text, yes ? std::optional(QString()) : std::nullopt});
+    }
+    void ExpectPick(const QString& caption, std::optional<QString> answer) {
+        m_script.push_back({Kind::Pick, caption, std::move(answer)});
+    }
+    bool IsPlayed() const { return m_script.empty(); }
+
+    /// From now on answers wait for `Release`, as a user thinks.
+    void Hold() { m_held = true; }
+    void Release() {
+        m_held = false;
+        for (const auto& answer : std::exchange(m_waiting, {}))
+            answer();
+    }
+
+    QStringList details;   ///< of each message and question
+    QString clipboardText; ///< as last written
+
+    void ShowMessage(QWidget* over, const QString& text, std::function<void()> done,
+                     const QString& more) override {
+        details.append(more);
+        Play(Kind::Message, text);
+        Answer(over, [done = std::move(done)] {
+            if (done)
+                done();
+        });
+    }
+
+    void AskYesNo(QWidget* over, const QString& question, std::function<void(bool)> answer,
+                  const QString& more) override {
+        details.append(more);
+        const bool yes = Play(Kind::Question, question).has_value();
+        Answer(over, [yes, answer = std::move(answer)] { answer(yes); });
+    }
+
+    void PickPath(QWidget* over, const PickRequest& request,
+                  std::function<void(std::optional<QString>)> answer) override {
+        const std::optional<QString> picked = Play(Kind::Pick, request.caption);
+        Answer(over, [picked, answer = std::move(answer)] { answer(picked); });
+    }
+
+    void SetClipboardText(const QString& text) override { clipboardText = text; }
+
+private:
+    enum class Kind { Message, Question, Pick };
+    struct Line {
+        Kind kind;
+        QString text;
+        std::optional<QString> answer;
+    };
+
+    std::optional<QString> Play(Kind kind, const QString& text) {
+        if (m_script.empty() || m_script.front().kind != kind || m_script.front().text != text) {
+            Fail(QStringLiteral("not expected"), text);
+            return {};
+        }
+        const Line line = m_script.front();
+        m_script.pop_front();
+        return line.answer;
+    }
+
+    void Answer(QWidget* over, std::function<void()> answer) {
+        m_waiting.emplace_back(
+            [over = QPointer<QWidget>(over), wanted = over != nullptr, answer = std::move(answer)] {
+                if (over || !wanted)
+                    answer();
+            });
+        if (!m_held)
+            Release();
+    }
+
+    static void Fail(const QString& how, const QString& text) {
+        QTest::qFail(qPrintable(QStringLiteral("prompt %1: %2").arg(how, text)), __FILE__, __LINE__);
+    }
+
+    std::deque<Line> m_script;
+    std::vector<std::function<void()>> m_waiting;
+    bool m_held = false;
+};

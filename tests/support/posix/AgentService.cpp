@@ -1,0 +1,6 @@
+#include "support/AgentService.h"
+
+struct AgentService::Registration {};
+
+AgentService::AgentService() = default;
+AgentService::~AgentService() = default;

@@ -1,0 +1,27 @@
+#include "support/MachineText.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTest>
+
+namespace {
+
+QString FileOf(QString key) {
+    return qEnvironmentVariable("BREN_HOME") + QStringLiteral("/etc/") +
+           key.replace(QLatin1Char('\\'), QLatin1Char('/')) + QStringLiteral(".ini");
+}
+
+} // namespace
+
+MachineText::MachineText(QString key, QString name, const QString& text)
+    : m_key(std::move(key)), m_name(std::move(name)) {
+    QFile file(FileOf(m_key));
+    QDir().mkpath(QFileInfo(file).path());
+    QVERIFY2(file.open(QIODevice::WriteOnly | QIODevice::Truncate), qPrintable(file.errorString()));
+    file.write((m_name + QStringLiteral("=\"") + text + QStringLiteral("\"\n")).toUtf8());
+}
+
+MachineText::~MachineText() {
+    QFile::remove(FileOf(m_key));
+}

@@ -204,7 +204,8 @@ struct HttpServer::State {
     std::mutex mutex; ///< guards what follows
     std::condition_variable_any changed;
     bool wanted = false;
-    bool open = false;
+    bool listening = false; ///< connections are taken
+    bool open = false;      ///< as `listening`, and false only when the connections have ended too
     std::string openError;
     HttpFaultSwitch fault;
     std::optional<std::chrono::steady_clock::time_point> refuseUntil;
@@ -214,6 +215,7 @@ struct HttpServer::State {
     tcp::acceptor Bind(asio::io_context& context, bool reuse) const;
     void Switch(std::stop_token stop);
     void Apply(bool shallBeOpen);
+    void NoteListening(bool now);
     void Listen(Operations& operations, tcp::acceptor& acceptor);
     void EndConnections();
     void Serve(Worker& worker);
@@ -236,6 +238,7 @@ void HttpServer::State::Switch(std::stop_token stop) {
         if (refuseUntil && std::chrono::steady_clock::now() >= *refuseUntil) {
             refuseUntil.reset();
             fault = {};
+            changed.notify_all();
         }
         if (const bool shall = ShallBeOpen(); shall != open) {
             lock.unlock();
@@ -258,6 +261,7 @@ void HttpServer::State::Apply(bool shallBeOpen) {
     listenerStop.request_stop();
     if (listener.joinable())
         listener.join();
+    NoteListening(false);
     EndConnections();
     holder.reset();
     try {
@@ -267,6 +271,7 @@ void HttpServer::State::Apply(bool shallBeOpen) {
             auto acceptor = std::make_shared<tcp::acceptor>(Bind(operations->Context(), true));
             acceptor->listen();
             listener = std::thread([this, operations, acceptor] { Listen(*operations, *acceptor); });
+            NoteListening(true);
         } else {
             holder.emplace(Bind(holdContext, true));
         }
@@ -274,6 +279,12 @@ void HttpServer::State::Apply(bool shallBeOpen) {
         const std::scoped_lock lock(mutex);
         openError = error.what();
     }
+}
+
+void HttpServer::State::NoteListening(bool now) {
+    const std::scoped_lock lock(mutex);
+    listening = now;
+    changed.notify_all();
 }
 
 void HttpServer::State::Listen(Operations& operations, tcp::acceptor& acceptor) {
@@ -325,8 +336,9 @@ HttpFaultSwitch HttpServer::State::TakeFault(const std::string& target) {
 
 void HttpServer::State::WaitUntilApplied(std::unique_lock<std::mutex>& lock) {
     changed.notify_all();
-    if (!answering)
-        changed.wait(lock, [this] { return ShallBeOpen() == open; });
+    const auto applied = [this] { return ShallBeOpen() == open && open == listening; };
+    // Who answers a request is among the connections whose end that waits for.
+    changed.wait(lock, [&] { return answering ? ShallBeOpen() || !listening : applied(); });
     if (!openError.empty())
         throw std::runtime_error(std::exchange(openError, {}));
 }

@@ -21,6 +21,17 @@ void AddRunning(LiveTraceSnapshot& view, const Task& task, const SubTask& subTas
     view.running.push_back(std::move(running));
 }
 
+/// Waits for changes of a sync folder.
+void AddWatcher(LiveTraceSnapshot& view, const Task& task) {
+    RunningSubTask watcher;
+    watcher.taskId = QString::fromStdString(task.id);
+    watcher.taskName = QString::fromStdString(task.name);
+    watcher.operation = QStringLiteral("Watch");
+    const std::string& folders = task.description;
+    watcher.target = QString::fromStdString(folders.substr(0, folders.find_first_of("\t\n")));
+    view.running.push_back(std::move(watcher));
+}
+
 } // namespace
 
 LiveTraceSnapshot LiveView(const TaskEngine& engine, char16_t driveLetter) {
@@ -35,6 +46,8 @@ LiveTraceSnapshot LiveView(const TaskEngine& engine, char16_t driveLetter) {
             if (subTask.state == SubTaskState::Running)
                 AddRunning(view, task, subTask);
         }
+        if (task.schedule.kind == ScheduleKind::Sync && task.state == TaskState::Pending)
+            AddWatcher(view, task);
         const auto count = [&](SubTaskState state) { return counts[static_cast<size_t>(state)]; };
         const quint32 wrong = count(SubTaskState::PendingRetry) + count(SubTaskState::Failed);
         SubTaskCounts& published = view.tasks[QString::fromStdString(id)];

@@ -3,7 +3,7 @@
 #include "app/GalleryPanel.h"
 #include "app/WebPagePanel.h"
 #include "settings/SettingsPanel.h"
-#include "taskman/TaskListPanel.h"
+#include "taskman/TaskManPanel.h"
 #include "ui/Console.h"
 
 namespace {
@@ -21,10 +21,8 @@ std::vector<PageEntry> PagesOf(bool serverMode, bool withGallery) {
     std::vector<PageEntry> pages;
     if (!serverMode)
         pages.push_back(WebPage("Welcome", "home", "welcome.html"));
-    pages.push_back(
-        {QStringLiteral("Task Manager"), QStringLiteral("tasks"), [](const Console& console) -> CBrenPanel* {
-             return new CTaskListPanel(console, TaskFilter::MyTasks);
-         }});
+    pages.push_back({QStringLiteral("Task Manager"), QStringLiteral("tasks"),
+                     [](const Console& console) -> CBrenPanel* { return new CTaskManPanel(console); }});
     pages.push_back({QStringLiteral("Settings"), QStringLiteral("settings"),
                      [](const Console& console) -> CBrenPanel* { return new CSettingsPanel(console); }});
     pages.push_back(WebPage("Support", "support", "support.html"));

@@ -1,9 +1,11 @@
 #include "app/Tour.h"
 
 #include "app/BTaskMMCDlg.h"
+#include "ui/ExpandableItem.h"
 #include "ui/ExpandableItemList.h"
 #include "ui/TabPanel.h"
 
+#include <QCheckBox>
 #include <QDir>
 #include <QPixmap>
 #include <QTextStream>
@@ -39,9 +41,8 @@ void Tour::Step() {
         return;
     TakePicture();
     m_quietSteps = 0;
-    if (ShowNextView())
+    if (ShowNextView(m_window.CurrentPage()))
         return;
-    m_view = 0;
     if (++m_section < m_window.SectionCount()) {
         m_window.SelectSection(m_section);
         return;
@@ -50,27 +51,57 @@ void Tour::Step() {
     m_window.close();
 }
 
-bool Tour::ShowNextView() {
-    ++m_view;
-    CBrenPanel* page = m_window.CurrentPage();
-    if (auto* tabs = qobject_cast<CTabPanel*>(page)) {
-        if (m_view >= tabs->PageCount() || !tabs->IsTabShown(m_view))
-            return false;
-        tabs->SelectPage(m_view);
+bool Tour::ShowNextView(CBrenPanel* page) {
+    if (auto* tabs = qobject_cast<CTabPanel*>(page))
+        return ShowNextTab(*tabs);
+    auto* cards = qobject_cast<CExpandableItemList*>(page);
+    if (!cards || cards->CardCount() == 0)
+        return false;
+    if (!m_opened.contains(cards)) {
+        m_opened.insert(cards);
+        cards->ToggleCard(*cards->CardAt(0));
         return true;
     }
-    auto* cards = qobject_cast<CExpandableItemList*>(page);
-    if (!cards || cards->CardCount() == 0 || m_view > 1)
+    CExpandableItem* card = cards->ExpandedCard();
+    if (card && ShowNextView(card->findChild<CTabPanel*>()))
+        return true;
+    cards->ShowAll();
+    return false;
+}
+
+bool Tour::ShowNextTab(CTabPanel& tabs) {
+    if (ShowNextView(tabs.CurrentPage()))
+        return true;
+    auto* more = tabs.findChild<QCheckBox*>(QString(), Qt::FindDirectChildrenOnly);
+    const int next = tabs.CurrentIndex() + 1;
+    if (next < tabs.PageCount() && !tabs.IsTabShown(next) && more && !more->isChecked())
+        more->click();
+    if (next >= tabs.PageCount() || !tabs.IsTabShown(next))
         return false;
-    cards->ToggleCard(*cards->CardAt(0));
+    tabs.SelectPage(next);
     return true;
 }
 
+QString Tour::ViewName() const {
+    QStringList names{m_window.SectionTitle(m_section)};
+    CBrenPanel* page = m_window.CurrentPage();
+    while (page) {
+        CBrenPanel* inner = nullptr;
+        if (auto* tabs = qobject_cast<CTabPanel*>(page)) {
+            inner = tabs->CurrentPage();
+            if (inner && tabs->CurrentIndex() > 0)
+                names.append(inner->accessibleName());
+        } else if (auto* cards = qobject_cast<CExpandableItemList*>(page); cards && cards->ExpandedCard()) {
+            inner = cards->ExpandedCard()->findChild<CBrenPanel*>();
+            names.append(QStringLiteral("card"));
+        }
+        page = inner;
+    }
+    return names.join(u'-').toLower().replace(u' ', u'-');
+}
+
 void Tour::TakePicture() {
-    QString name = m_window.SectionTitle(m_section).toLower().replace(u' ', u'-');
-    if (m_view > 0)
-        name += QStringLiteral("-%1").arg(m_view + 1);
-    const QString path = QDir(m_folder).filePath(name + QStringLiteral(".png"));
+    const QString path = QDir(m_folder).filePath(ViewName() + QStringLiteral(".png"));
     QTextStream out(stdout);
     if (m_window.grab().save(path))
         out << path << Qt::endl;

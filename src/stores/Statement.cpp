@@ -67,6 +67,10 @@ int Statement::Integer(int column) const {
     return sqlite3_column_int(m_statement.get(), column);
 }
 
+qint64 Statement::Integer64(int column) const {
+    return sqlite3_column_int64(m_statement.get(), column);
+}
+
 QByteArrayView Statement::Blob(int column) const {
     const void* data = sqlite3_column_blob(m_statement.get(), column);
     return {static_cast<const char*>(data), sqlite3_column_bytes(m_statement.get(), column)};

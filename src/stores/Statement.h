@@ -47,6 +47,7 @@ public:
     // Of the current row; the column counts from 0.
     QString Text(int column) const; ///< null for a null column; octets that are not UTF-8 become U+FFFD
     int Integer(int column) const;
+    qint64 Integer64(int column) const;
     QByteArrayView Blob(int column) const; ///< valid until the next step
 
 private:

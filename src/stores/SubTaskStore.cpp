@@ -47,8 +47,8 @@ SubTaskRecord RecordOf(const Statement& row) {
     record.text2 = row.Text(2);
     record.text3 = row.Text(3);
     record.text4 = row.Text(4);
-    record.number5 = row.Integer(5);
-    record.number6 = row.Integer(6);
+    record.number5 = row.Integer64(5);
+    record.number6 = row.Integer64(6);
     record.subTaskNumber = row.Integer(8);
     return record;
 }

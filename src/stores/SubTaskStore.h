@@ -12,8 +12,8 @@ struct SubTaskRecord {
     QString text2;
     QString text3;
     QString text4;
-    int number5 = 0;
-    int number6 = 0;
+    qint64 number5 = 0;
+    qint64 number6 = 0;
     int subTaskNumber = 0; ///< what DeleteSubTask takes
 };
 

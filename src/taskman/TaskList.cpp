@@ -4,6 +4,8 @@
 #include "stores/TaskState.h"
 #include "taskman/TaskClass.h"
 
+#include <QHash>
+
 bool IsShown(TaskFilter filter, const QString& type, const QString& name, int state) {
     const bool completed = state == static_cast<int>(TaskState::Completed);
     const bool system = ClassifyTask(type, name).system;
@@ -20,7 +22,30 @@ bool IsShown(TaskFilter filter, const QString& type, const QString& name, int st
     return true;
 }
 
-TaskList ReadTaskList(TaskFilter filter, std::stop_token stop) {
+namespace {
+
+void AddActivity(std::vector<TaskRow>& rows, const LiveCounters& counters) {
+    QHash<QString, TaskActivity*> running;
+    const auto now = std::chrono::steady_clock::now();
+    for (TaskRow& row : rows) {
+        if (row.state != static_cast<int>(TaskState::Running))
+            continue;
+        row.activity.counts = counters.ZEPTraceGetSTaskInfo(row.id);
+        row.activity.at = now;
+        running.insert(row.id.toCaseFolded(), &row.activity);
+    }
+    if (running.isEmpty())
+        return;
+    counters.ZEPEnumTasksWithCallBackEx({}, [&running](const RunningSubTask& subTask) {
+        if (TaskActivity* activity = running.value(subTask.taskId.toCaseFolded()))
+            activity->running.push_back(subTask);
+        return true;
+    });
+}
+
+} // namespace
+
+TaskList ReadTaskList(TaskFilter filter, const LiveCounters& counters, std::stop_token stop) {
     TaskList list;
     list.read = EnumAllTasks(
         [&](const TaskRecord& task) {
@@ -30,5 +55,6 @@ TaskList ReadTaskList(TaskFilter filter, std::stop_token stop) {
             return true;
         },
         stop);
+    AddActivity(list.rows, counters);
     return list;
 }

@@ -1,14 +1,23 @@
 #pragma once
 
 #include "stores/ReadResult.h"
+#include "zep/LiveCounters.h"
 
 #include <QString>
 
+#include <chrono>
 #include <stop_token>
 #include <vector>
 
 /// Which tasks a list shows.
 enum class TaskFilter { MyTasks = 0, CompletedUserTasks = 1, SystemTasks = 2, All = 3 };
+
+/// What a running task is doing.
+struct TaskActivity {
+    std::vector<RunningSubTask> running;
+    SubTaskCounts counts;
+    std::chrono::steady_clock::time_point at;
+};
 
 /// A task as a card shows it.
 struct TaskRow {
@@ -19,6 +28,7 @@ struct TaskRow {
     QString lastRun;
     QString nextRun;
     int state = 0;
+    TaskActivity activity = {}; ///< empty unless it runs
 };
 
 struct TaskList {
@@ -28,5 +38,5 @@ struct TaskList {
 
 bool IsShown(TaskFilter filter, const QString& type, const QString& name, int state);
 
-/// The tasks of a filter. On a lane.
-TaskList ReadTaskList(TaskFilter filter, std::stop_token stop);
+/// The tasks of a filter, and what the running ones do. On a lane.
+TaskList ReadTaskList(TaskFilter filter, const LiveCounters& counters, std::stop_token stop);

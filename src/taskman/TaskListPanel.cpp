@@ -3,17 +3,26 @@
 #include "platform/Folders.h"
 #include "taskman/TaskManItem.h"
 #include "ui/Console.h"
+#include "ui/FindBar.h"
 #include "ui/IconRegistry.h"
+#include "ui/Look.h"
 #include "ui/MainFrame.h"
+#include "ui/NoticeLine.h"
 
-#include <QSet>
+#include <QKeyEvent>
 #include <QTextBrowser>
 #include <QUrl>
+#include <QVBoxLayout>
 
 namespace {
 
 constexpr std::chrono::milliseconds RefreshPeriod{5000};
 constexpr QMargins EmptyPageMargins(20, 25, 20, 25);
+
+QUrl EmptyPage() {
+    const std::string folder = platform::Utf8FromPath(platform::ExecutableFolder());
+    return QUrl::fromLocalFile(QString::fromStdString(folder) + QStringLiteral("/task_list.html"));
+}
 
 } // namespace
 
@@ -23,12 +32,35 @@ CTaskListPanel::CTaskListPanel(const Console& console, TaskFilter filter)
 
 void CTaskListPanel::CreatePanel() {
     CExpandableItemList::CreatePanel();
-    auto* page = new QTextBrowser;
-    page->setFrameShape(QFrame::NoFrame);
-    page->setAccessibleName(tr("No tasks"));
-    const std::string folder = platform::Utf8FromPath(platform::ExecutableFolder());
-    page->setSource(QUrl::fromLocalFile(QString::fromStdString(folder) + QStringLiteral("/task_list.html")));
-    SetEmptyView(page, EmptyPageMargins);
+    m_emptyPage = new QTextBrowser;
+    m_emptyPage->setFrameShape(QFrame::NoFrame);
+    m_emptyPage->setAccessibleName(tr("No tasks"));
+    SetEmptyView(m_emptyPage, EmptyPageMargins);
+    ShowEmptyPage();
+
+    auto* header = new QWidget;
+    auto* column = new QVBoxLayout(header);
+    column->setContentsMargins(Look::PageMargin, 0, Look::PageMargin, 0);
+    column->setSpacing(0);
+    m_hiddenTasks = new NoticeLine;
+    m_find = new FindBar(this);
+    m_find->setContentsMargins(0, Look::CardGap, 0, 0);
+    column->addWidget(m_hiddenTasks);
+    column->addWidget(m_find);
+    SetHeader(header);
+    connect(m_find, &FindBar::Toggled, this, &CTaskListPanel::RecalcLayout);
+    connect(m_find, &FindBar::WordsChanged, this, [this] {
+        ShowEmptyPage();
+        if (m_wasRead)
+            ShowCards();
+    });
+}
+
+void CTaskListPanel::ShowEmptyPage() {
+    if (m_find && !m_find->Words().isEmpty())
+        m_emptyPage->setPlainText(tr("No task's name contains \"%1\".").arg(m_find->Words()));
+    else
+        m_emptyPage->setSource(EmptyPage());
 }
 
 void CTaskListPanel::Activate() {
@@ -54,6 +86,12 @@ void CTaskListPanel::OnAllShown() {
     ShowStatus();
 }
 
+void CTaskListPanel::keyPressEvent(QKeyEvent* event) {
+    if (!event->matches(QKeySequence::Find) || ExpandedCard())
+        return CExpandableItemList::keyPressEvent(event);
+    m_find->Open();
+}
+
 void CTaskListPanel::ShowStatus() {
     Frame().SetStatusText(m_failure.isEmpty()
                               ? tr("View tasks. Use the icons on the right to start the task now "
@@ -63,12 +101,18 @@ void CTaskListPanel::ShowStatus() {
 
 void CTaskListPanel::Refresh() {
     m_loader.Load(
-        Lane::Databases, [filter = m_filter](std::stop_token stop) { return ReadTaskList(filter, stop); },
+        Lane::Databases,
+        [filter = m_filter, counters = &m_console.counters](std::stop_token stop) {
+            return ReadTaskList(filter, *counters, stop);
+        },
         [this](const Loaded<TaskList>& loaded) {
             if (!loaded)
                 return;
-            if (loaded->read)
-                Show(*loaded);
+            if (loaded->read) {
+                m_tasks = loaded->rows;
+                m_wasRead = true;
+                ShowCards();
+            }
             TellFailure(loaded->read.Sentence());
         });
 }
@@ -81,20 +125,49 @@ void CTaskListPanel::TellFailure(const QString& failure) {
         ShowStatus();
 }
 
-void CTaskListPanel::Show(const TaskList& list) {
-    QSet<QString> ids;
-    for (const TaskRow& task : list.rows)
-        ids.insert(task.id);
+void CTaskListPanel::ShowCards() {
+    m_ids.clear();
+    for (const TaskRow& task : m_tasks)
+        m_ids.insert(task.id);
+    QSet<QString> titles; // of the cards: the list finds them one by one
+    for (int card = 0; card < CardCount(); ++card)
+        titles.insert(CardAt(card)->Title().toCaseFolded());
+    int matching = 0;
+    int hidden = 0;
     BeginRefresh();
-    for (const TaskRow& task : list.rows) {
-        auto* card = static_cast<CTaskManItem*>(Keep(task.name, [&] {
-            auto made = std::make_unique<CTaskManItem>(m_console, task);
-            connect(made.get(), &CTaskManItem::Deleted, this, &CTaskListPanel::Refresh);
-            return made;
-        }));
-        // Tasks of one name share a card, which stays with its task until that has left the data.
-        if (card && (card->TaskId() == task.id || !ids.contains(card->TaskId())))
-            card->Update(task);
+    for (const TaskRow& task : m_tasks) {
+        if (!task.name.contains(m_find->Words(), Qt::CaseInsensitive))
+            continue;
+        ++matching;
+        const QString title = task.name.toCaseFolded();
+        if (CardCount() == MaxCards && !titles.contains(title)) {
+            ++hidden;
+            continue;
+        }
+        titles.insert(title);
+        ShowCard(task);
     }
     EndRefresh();
+    TellHidden(matching, hidden);
+}
+
+void CTaskListPanel::ShowCard(const TaskRow& task) {
+    auto* card = static_cast<CTaskManItem*>(Keep(task.name, [&] {
+        auto made = std::make_unique<CTaskManItem>(m_console, task);
+        connect(made.get(), &CTaskManItem::Deleted, this, &CTaskListPanel::Refresh);
+        return made;
+    }));
+    // Tasks of one name share a card, which stays with its task until that has left the data.
+    if (card && (card->TaskId() == task.id || !m_ids.contains(card->TaskId())))
+        card->Update(task);
+}
+
+void CTaskListPanel::TellHidden(int matching, int hidden) {
+    m_hiddenTasks->SetText(
+        hidden > 0 ? tr("%1 more tasks are not shown. Find a task by its name to see it here.").arg(hidden)
+                   : QString());
+    m_find->SetCounts(matching, static_cast<int>(m_tasks.size()));
+    if (hidden > 0)
+        m_find->show();
+    RecalcLayout();
 }

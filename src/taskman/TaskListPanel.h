@@ -4,9 +4,15 @@
 #include "ui/ExpandableItemList.h"
 #include "ui/PageLoader.h"
 
+#include <QSet>
+
+class FindBar;
+class NoticeLine;
+class QTextBrowser;
 struct Console;
 
-/// The tasks of one filter as cards, read again every five seconds.
+/// The tasks of one filter as cards, read again every five seconds. The find bar above them leaves the cards
+/// of the tasks whose names hold its words, and so reaches those that the list has no room for.
 class CTaskListPanel : public CExpandableItemList {
     Q_OBJECT
 
@@ -20,16 +26,28 @@ public:
 protected:
     void CreatePanel() override;
     void OnAllShown() override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void Refresh();
-    void Show(const TaskList& list);
+    /// Gives the tasks their cards, of those that the find bar leaves.
+    void ShowCards();
+    void ShowCard(const TaskRow& task);
+    /// Says how many of the matching tasks have no card.
+    void TellHidden(int matching, int hidden);
+    void ShowEmptyPage();
     /// Says why the last read failed, in place of the page's own status text; empty when it did not.
     void TellFailure(const QString& failure);
     void ShowStatus();
 
     const Console& m_console;
     TaskFilter m_filter;
+    std::vector<TaskRow> m_tasks; ///< as last read
+    QSet<QString> m_ids;          ///< of them
+    bool m_wasRead = false;
     QString m_failure;
+    FindBar* m_find = nullptr;
+    NoticeLine* m_hiddenTasks = nullptr;
+    QTextBrowser* m_emptyPage = nullptr;
     PageLoader m_loader;
 };

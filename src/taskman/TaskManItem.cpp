@@ -1,12 +1,18 @@
 #include "taskman/TaskManItem.h"
 
 #include "stores/TaskState.h"
+#include "taskman/HistoryPanel.h"
+#include "taskman/RunningPanel.h"
+#include "taskman/SubtaskPanel.h"
+#include "taskman/TaskAudit.h"
 #include "taskman/TaskClass.h"
 #include "taskman/TaskSummary.h"
 #include "ui/Console.h"
 #include "ui/IconRegistry.h"
 #include "ui/TabPanel.h"
 #include "ui/UserPrompts.h"
+
+#include <algorithm>
 
 namespace {
 
@@ -41,18 +47,39 @@ CTaskManItem::CTaskManItem(const Console& console, const TaskRow& task)
       m_loader(console.reader, *this) {}
 
 void CTaskManItem::Update(const TaskRow& task) {
+    if (task.id != m_task.id)
+        m_meter = {};
     m_task = task;
     if (m_summary)
         m_summary->SetTask(task.id, task.type);
+    for (CTaskRecordPanel* view : m_views)
+        view->SetTask(task);
     const bool running = task.state == static_cast<int>(TaskState::Running);
     const StateLook look = LookOf(task.state);
     SetStatusIcon(look.icon, task.state, tr(look.text));
-    SetStatusText(running ? tr(look.text) : tr("Next Run: ") + task.nextRun);
+    if (running) {
+        ShowActivity();
+    } else {
+        m_meter = {};
+        SetStatusText(tr("Next Run: ") + task.nextRun);
+        SetProgress(0);
+    }
     SetBodyText(task.lastRun.isEmpty()
                     ? TaskTypeName(task.type)
                     : tr("%1  \u00B7  Last run %2").arg(TaskTypeName(task.type), task.lastRun));
     if (IsActionEnabled(m_startOrPause))
         ShowStartAction(running);
+}
+
+void CTaskManItem::ShowActivity() {
+    const TaskActivity& activity = m_task.activity;
+    const TransferProgress transfers = m_meter.Sample(activity.running, activity.at);
+    SetStatusText(transfers.done + transfers.left > 0 ? TransferText(transfers) : tr("Running"));
+    if (!activity.counts.total || !activity.counts.processed)
+        return;
+    const quint32 total = std::max(*activity.counts.total, 1u);
+    const quint32 processed = std::min(*activity.counts.processed, total);
+    SetProgress(static_cast<int>(quint64(1000) * processed / total));
 }
 
 void CTaskManItem::ShowStartAction(bool running) {
@@ -90,12 +117,24 @@ void CTaskManItem::Send(TaskCommand command, const QString& taskId, int action,
 }
 
 void CTaskManItem::OnExpanded() {
-    if (!m_summary) {
-        m_summary = new CTaskSummary(m_console, m_task.id, m_task.type);
-        connect(m_summary, &CTaskSummary::Deleted, this, &CTaskManItem::Deleted);
-        auto* views = new CTabPanel(m_console.frame);
-        views->AddTab(tr("Summary"), m_summary, SummaryIcon);
-        SetContent(views);
-    }
+    if (!m_summary)
+        MakeViews();
     CTaskItem::OnExpanded();
+}
+
+void CTaskManItem::MakeViews() {
+    auto* tabs = new CTabPanel(m_console.frame);
+    m_summary = new CTaskSummary(m_console, m_task.id, m_task.type);
+    connect(m_summary, &CTaskSummary::Deleted, this, &CTaskManItem::Deleted);
+    tabs->AddTab(tr("Summary"), m_summary, SummaryIcon);
+    const auto add = [&](const QString& title, CTaskRecordPanel* view, int image) {
+        m_views.push_back(view);
+        tabs->AddTab(title, view, image);
+    };
+    add(tr("Running"), new CRunningPanel(m_console, m_task), SystemActivitiesIcon);
+    add(tr("Pending"), new CSubtaskPanel(m_console, m_task, SubtaskView::Pending), TaskPendingIcon);
+    add(tr("Pending Retry"), new CSubtaskPanel(m_console, m_task, SubtaskView::PendingRetry), RefreshIcon);
+    add(tr("History"), new CHistoryPanel(m_console, m_task), FileVersionsIcon);
+    add(tr("Trace"), new CTaskAudit(m_console, m_task), TraceIcon);
+    SetContent(tabs);
 }

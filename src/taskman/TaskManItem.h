@@ -2,10 +2,12 @@
 
 #include "taskman/TaskCommands.h"
 #include "taskman/TaskList.h"
+#include "taskman/TransferMeter.h"
 #include "ui/TaskItem.h"
 
 struct Console;
 
+class CTaskRecordPanel;
 class CTaskSummary;
 
 /// The card of a task. Its commands go to the task that it shows at the click.
@@ -26,6 +28,8 @@ signals:
     void Deleted();
 
 private:
+    void MakeViews();
+    void ShowActivity();
     void StartOrPause();
     void Cancel();
     /// Sends to `taskId`, and nothing when the card has passed to another task meanwhile.
@@ -35,7 +39,9 @@ private:
 
     const Console& m_console;
     TaskRow m_task;
-    CTaskSummary* m_summary = nullptr; ///< made when the card is first expanded
+    TransferMeter m_meter;
+    CTaskSummary* m_summary = nullptr; ///< this and the other views are made when the card is first expanded
+    std::vector<CTaskRecordPanel*> m_views;
     int m_cancel;
     int m_startOrPause;
     bool m_pauses = false; ///< what the button does now

@@ -1,5 +1,6 @@
 #include "ui/BrenListCtrl.h"
 
+#include "ui/CellMarkup.h"
 #include "ui/ColumnWidths.h"
 #include "ui/ListText.h"
 #include "ui/Look.h"
@@ -140,17 +141,26 @@ void CBrenListCtrl::SetEmptyText(const QString& text) {
     viewport()->update();
 }
 
-void CBrenListCtrl::SetLoading() {
-    m_loading = true;
+void CBrenListCtrl::SetLoading(const QString& text) {
+    m_loadingText = text;
     viewport()->update();
+}
+
+void CBrenListCtrl::EndLoading() {
+    if (!std::exchange(m_loadingText, QString()).isNull())
+        viewport()->update();
+}
+
+void CBrenListCtrl::AppendRows(std::vector<ListRow> rows) {
+    m_model.AppendRows(std::move(rows));
+    EndLoading();
 }
 
 void CBrenListCtrl::SetRows(std::vector<ListRow> rows) {
     const std::vector<Anchor> anchors = VisibleRows();
     m_model.SetRows(std::move(rows));
     ScrollBackTo(anchors);
-    if (std::exchange(m_loading, false))
-        viewport()->update();
+    EndLoading();
 }
 
 std::vector<CBrenListCtrl::Anchor> CBrenListCtrl::VisibleRows() const {
@@ -287,9 +297,9 @@ void CBrenListCtrl::paintEvent(QPaintEvent* event) {
     painter.setPen(Look::Muted);
     painter.drawText(viewport()->rect().adjusted(Look::TextInset, 0, -Look::TextInset, 0),
                      Qt::AlignCenter | Qt::TextWordWrap,
-                     m_loading     ? tr("Loading...")
-                     : filteredOut ? tr("No row contains \"%1\"").arg(m_model.Filter())
-                                   : m_emptyText);
+                     !m_loadingText.isNull() ? m_loadingText
+                     : filteredOut           ? tr("No row contains \"%1\"").arg(m_model.Filter())
+                                             : m_emptyText);
 }
 
 void CBrenListCtrl::resizeEvent(QResizeEvent* event) {
@@ -310,6 +320,19 @@ void CBrenListCtrl::mouseReleaseEvent(QMouseEvent* event) {
     QTableView::mouseReleaseEvent(event);
     if (clicked && event->button() == Qt::LeftButton)
         Post(&CBrenListCtrl::LeftClicked, cell);
+}
+
+/// A click on an icon acts on the row, or on all selected ones when it is one of them: they stay selected.
+QItemSelectionModel::SelectionFlags CBrenListCtrl::selectionCommand(const QModelIndex& index,
+                                                                    const QEvent* event) const {
+    const auto* mouse =
+        event && event->type() == QEvent::MouseButtonPress ? static_cast<const QMouseEvent*>(event) : nullptr;
+    const bool onIcon =
+        index.isValid() &&
+        CellMarkup::Parse(m_model.CellText(index.row(), index.column())).kind == CellKind::Icon;
+    if (mouse && mouse->modifiers() == Qt::NoModifier && onIcon && selectionModel()->isSelected(index))
+        return QItemSelectionModel::NoUpdate;
+    return QTableView::selectionCommand(index, event);
 }
 
 void CBrenListCtrl::mouseDoubleClickEvent(QMouseEvent* event) {

@@ -43,12 +43,13 @@ public:
 
     /// What stands in a list without rows.
     void SetEmptyText(const QString& text);
-    /// Until rows are set.
-    void SetLoading();
+    /// Stands there instead until rows are set.
+    void SetLoading(const QString& text = tr("Loading..."));
 
     /// Replaces all rows. Selection, focus and scroll stay with the rows that are found again by their ids.
     void SetRows(std::vector<ListRow> rows);
-    void AppendRow(ListRow row) { m_model.AppendRow(std::move(row)); }
+    /// Adds rows at the end, with ids that no row has yet.
+    void AppendRows(std::vector<ListRow> rows);
     /// False when there is no such cell. An equal text is no change.
     bool SetCellText(int row, int column, const QString& text) {
         return m_model.SetCellText(row, column, text);
@@ -93,6 +94,8 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                         const QEvent* event) const override;
 
 protected slots:
     void rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) override;
@@ -104,6 +107,7 @@ private:
         int offset;
     };
 
+    void EndLoading();
     void Post(CellSignal signal, const QModelIndex& cell);
     std::vector<Anchor> VisibleRows() const;
     void ScrollBackTo(const std::vector<Anchor>& anchors);
@@ -124,7 +128,7 @@ private:
     bool m_filling = false;
     QString m_name;
     QString m_emptyText;
-    bool m_loading = false;
+    QString m_loadingText; ///< null while nothing is awaited
     QPersistentModelIndex m_pressed;
     QString m_typed;
     QElapsedTimer m_sinceTyped;

@@ -54,14 +54,18 @@ void BrenListModel::SetRows(std::vector<ListRow> rows) {
     emit CountsChanged();
 }
 
-void BrenListModel::AppendRow(ListRow row) {
-    const int shown = int(m_shown.size());
-    m_rows.push_back(std::move(row));
+void BrenListModel::AppendRows(std::vector<ListRow> rows) {
+    if (rows.empty())
+        return;
+    const size_t first = m_rows.size();
+    m_rows.insert(m_rows.end(), std::make_move_iterator(rows.begin()), std::make_move_iterator(rows.end()));
     if (m_sortOrder || !m_filter.isEmpty()) {
         ShowWanted();
     } else {
-        beginInsertRows({}, shown, shown);
-        m_shown.push_back(int(m_rows.size()) - 1);
+        const size_t shown = m_shown.size();
+        beginInsertRows({}, int(shown), int(shown + rows.size()) - 1);
+        m_shown.resize(shown + rows.size());
+        std::iota(m_shown.begin() + std::ptrdiff_t(shown), m_shown.end(), int(first));
         endInsertRows();
     }
     emit CountsChanged();

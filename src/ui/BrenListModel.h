@@ -23,7 +23,7 @@ public:
 
     /// Replaces all rows; given in the producer's order, with ids that differ from each other.
     void SetRows(std::vector<ListRow> rows);
-    void AppendRow(ListRow row);
+    void AppendRows(std::vector<ListRow> rows);
     /// False when there is no such row or column. The cell's sort key stays.
     bool SetCellText(int row, int column, const QString& text);
 
@@ -35,7 +35,8 @@ public:
     QString RowId(int row) const;
     /// -1 when no displayed row has the id.
     int RowOf(QStringView id) const;
-    /// Filtered-out rows included.
+    /// Filtered-out rows included, in the producer's order.
+    const std::vector<ListRow>& AllRows() const { return m_rows; }
     int TotalRows() const { return int(m_rows.size()); }
 
     /// Without an order: the producer's.

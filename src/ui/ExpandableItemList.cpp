@@ -13,14 +13,13 @@
 
 namespace {
 
-QRect ToRect(const CardRect& rect) {
-    return {static_cast<int>(rect.x), static_cast<int>(rect.y), static_cast<int>(rect.width),
+QRect ToRect(const CardRect& rect, int top) {
+    return {static_cast<int>(rect.x), static_cast<int>(rect.y) + top, static_cast<int>(rect.width),
             static_cast<int>(rect.height)};
 }
 
 /// Puts a link at its place, wider where its text needs more than the place has.
-void Place(LinkLabel& link, const CardRect& place, bool shown) {
-    QRect rect = ToRect(place);
+void Place(LinkLabel& link, QRect rect, bool shown) {
     const int missing = link.sizeHint().width() - rect.width();
     if (missing > 0 && link.alignment() & Qt::AlignHCenter)
         rect.adjust(-missing / 2, 0, missing - missing / 2, 0);
@@ -146,40 +145,58 @@ void CExpandableItemList::SetEmptyView(QWidget* view, const QMargins& margins) {
     view->hide();
 }
 
+void CExpandableItemList::SetHeader(QWidget* header) {
+    m_header = header;
+    header->setParent(this);
+    header->lower();
+    RecalcLayout();
+}
+
+/// Returns where the cards begin.
+int CExpandableItemList::PlaceHeader() {
+    if (!m_header)
+        return 0;
+    m_header->setVisible(!m_expanded);
+    const int height = m_expanded ? 0 : m_header->sizeHint().height();
+    m_header->setGeometry(0, 0, width(), height);
+    return height;
+}
+
 void CExpandableItemList::RecalcLayout() {
+    const int top = PlaceHeader();
     if (m_emptyView) {
-        m_emptyView->setGeometry(rect().marginsRemoved(m_emptyMargins));
+        m_emptyView->setGeometry(rect().adjusted(0, top, 0, 0).marginsRemoved(m_emptyMargins));
         m_emptyView->setVisible(m_cards.empty() && m_refreshed);
     }
     CardLayoutRequest request{m_geometry,
                               static_cast<quint32>(width()),
-                              static_cast<quint32>(height()),
+                              static_cast<quint32>(std::max(0, height() - top)),
                               static_cast<quint32>(CardCount()),
                               m_currentPage,
                               {}};
     if (m_expanded)
         request.expanded = static_cast<quint32>(IndexOf(*m_expanded));
     if (const std::optional<CardLayout> layout = LayOutCards(request))
-        Apply(*layout);
+        Apply(*layout, top);
 }
 
-void CExpandableItemList::Apply(const CardLayout& layout) {
+void CExpandableItemList::Apply(const CardLayout& layout, int top) {
     m_cardsPerPage = layout.cardsPerPage;
     m_pageCount = layout.pageCount;
     m_currentPage = layout.currentPage;
     for (std::size_t index = 0; index < m_cards.size(); ++index) {
         const std::optional<CardRect> place = layout.PlaceOf(static_cast<quint32>(index));
         if (place)
-            m_cards[index]->setGeometry(ToRect(*place));
+            m_cards[index]->setGeometry(ToRect(*place, top));
         m_cards[index]->setVisible(place.has_value());
     }
     m_hiddenLink->SetText(
         tr("%1 item(s) hidden, click <a>here</a> to show all items").arg(layout.hiddenCount));
     m_pageLabel->SetText(tr("%1 of %2 Pages").arg(layout.currentPage + 1).arg(layout.pageCount));
-    Place(*m_hiddenLink, layout.hiddenLink, layout.hiddenCount > 0);
-    Place(*m_previousLink, layout.previousLink, layout.showPrevious);
-    Place(*m_pageLabel, layout.pageLabel, layout.showPageLabel);
-    Place(*m_nextLink, layout.nextLink, layout.showNext);
+    Place(*m_hiddenLink, ToRect(layout.hiddenLink, top), layout.hiddenCount > 0);
+    Place(*m_previousLink, ToRect(layout.previousLink, top), layout.showPrevious);
+    Place(*m_pageLabel, ToRect(layout.pageLabel, top), layout.showPageLabel);
+    Place(*m_nextLink, ToRect(layout.nextLink, top), layout.showNext);
 }
 
 void CExpandableItemList::PreviousPage() {

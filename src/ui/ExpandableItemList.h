@@ -61,6 +61,10 @@ public:
     /// Shown, that far inside the list's edges, once a refresh has found no card. The list owns it.
     void SetEmptyView(QWidget* view, const QMargins& margins);
 
+    /// Stands above the cards while none is expanded, as high as its size hint. The list owns it. Call
+    /// RecalcLayout when that has changed.
+    void SetHeader(QWidget* header);
+
     /// What a key does that a card was given; false when it means nothing.
     bool OnCardKey(CExpandableItem& card, int key);
 
@@ -77,7 +81,8 @@ private:
     void Collapse();
     void Drop(std::size_t index);
     void GoToPage(quint32 page);
-    void Apply(const CardLayout& layout);
+    void Apply(const CardLayout& layout, int top);
+    int PlaceHeader();
     void FocusCard(int index);
     int IndexOf(const CExpandableItem& card) const;
 
@@ -88,6 +93,7 @@ private:
     LinkLabel* m_previousLink;
     LinkLabel* m_pageLabel;
     LinkLabel* m_nextLink;
+    QWidget* m_header = nullptr;
     QWidget* m_emptyView = nullptr;
     QMargins m_emptyMargins;
     quint32 m_cardsPerPage = 0;

@@ -14,8 +14,8 @@ constexpr int WordsWidth = 220;
 
 } // namespace
 
-FindBar::FindBar(CBrenListCtrl* list, QWidget* parent)
-    : QWidget(parent), m_list(list), m_words(new QLineEdit), m_count(new QLabel) {
+FindBar::FindBar(QWidget* target, QWidget* parent)
+    : QWidget(parent), m_target(target), m_words(new QLineEdit), m_count(new QLabel) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 8);
     row->setSpacing(8);
@@ -31,9 +31,7 @@ FindBar::FindBar(CBrenListCtrl* list, QWidget* parent)
     QPalette palette = m_count->palette();
     palette.setColor(QPalette::WindowText, Look::Muted);
     m_count->setPalette(palette);
-    connect(m_words, &QLineEdit::textChanged, list, &CBrenListCtrl::SetFilter);
-    connect(list, &CBrenListCtrl::CountsChanged, this, &FindBar::ShowCount);
-    connect(list, &CBrenListCtrl::FindRequested, this, &FindBar::Open);
+    connect(m_words, &QLineEdit::textChanged, this, &FindBar::WordsChanged);
     hide();
 }
 
@@ -42,36 +40,46 @@ QWidget* FindBar::Above(CBrenListCtrl* list, QWidget* parent) {
     auto* column = new QVBoxLayout(both);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    column->addWidget(new FindBar(list));
+    auto* bar = new FindBar(list);
+    column->addWidget(bar);
     column->addWidget(list);
+    connect(bar, &FindBar::WordsChanged, list, &CBrenListCtrl::SetFilter);
+    connect(list, &CBrenListCtrl::CountsChanged, bar,
+            [bar, list] { bar->SetCounts(list->Rows().rowCount(), list->Rows().TotalRows()); });
+    connect(list, &CBrenListCtrl::FindRequested, bar, &FindBar::Open);
     both->setFocusProxy(list);
     return both;
 }
 
 void FindBar::Open() {
-    ShowCount();
     show();
     m_words->setFocus(Qt::ShortcutFocusReason);
     m_words->selectAll();
+    emit Toggled();
 }
 
 void FindBar::Close() {
     m_words->clear();
     hide();
-    m_list->setFocus(Qt::OtherFocusReason);
+    m_target->setFocus(Qt::OtherFocusReason);
+    emit Toggled();
 }
 
 void FindBar::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape)
         Close();
     else if (event->key() == Qt::Key_Down || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        m_list->setFocus(Qt::OtherFocusReason);
+        m_target->setFocus(Qt::OtherFocusReason);
     else if (event->matches(QKeySequence::Find))
         Open();
     else
         QWidget::keyPressEvent(event);
 }
 
-void FindBar::ShowCount() {
-    m_count->setText(tr("%1 of %2").arg(m_list->Rows().rowCount()).arg(m_list->Rows().TotalRows()));
+void FindBar::SetCounts(int shown, int total) {
+    m_count->setText(tr("%1 of %2").arg(shown).arg(total));
+}
+
+QString FindBar::Words() const {
+    return m_words->text();
 }

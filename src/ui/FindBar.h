@@ -6,28 +6,32 @@ class CBrenListCtrl;
 class QLabel;
 class QLineEdit;
 
-/// Stands above a record table and shows itself when the list's find key is pressed: the list shows the rows
-/// with what is typed. The Escape key closes it and brings all rows back.
+/// Words to find, and how many were found. The Escape key clears and closes it.
 class FindBar : public QWidget {
     Q_OBJECT
 
 public:
-    /// The bar serves the list as long as both live.
-    explicit FindBar(CBrenListCtrl* list, QWidget* parent = nullptr);
+    /// Gives the focus back to `target`, which outlives it.
+    explicit FindBar(QWidget* target, QWidget* parent = nullptr);
 
-    /// A widget that holds the list with its bar above it, and owns both.
+    /// A widget that holds a record table with its bar above it, and owns both: the bar opens by the table's
+    /// find key, and the table shows the rows with the words.
     static QWidget* Above(CBrenListCtrl* list, QWidget* parent = nullptr);
 
     void Open();
     void Close();
+    void SetCounts(int shown, int total);
+    QString Words() const;
+
+signals:
+    void WordsChanged(const QString& words);
+    void Toggled(); ///< opened or closed
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void ShowCount();
-
-    CBrenListCtrl* m_list;
+    QWidget* m_target;
     QLineEdit* m_words;
     QLabel* m_count;
 };

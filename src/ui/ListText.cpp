@@ -29,6 +29,13 @@ QString Quoted(const QString& words) {
 
 } // namespace
 
+QStringList WordsOfRow(const ListRow& row) {
+    QStringList words;
+    for (int column = 0; column < row.CellCount(); ++column)
+        words.append(CellMarkup::Parse(row.Cell(column)).Words());
+    return words;
+}
+
 QString RowsAsLines(const BrenListModel& model, const std::vector<int>& rows,
                     const std::vector<int>& columns) {
     QStringList lines;

@@ -1,10 +1,14 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 #include <vector>
 
 class BrenListModel;
+class ListRow;
+
+/// The words of a row's cells.
+QStringList WordsOfRow(const ListRow& row);
 
 /// The words of the rows' cells between tabs, a row a line; tabs and line ends in words become blanks.
 QString RowsAsLines(const BrenListModel& model, const std::vector<int>& rows,

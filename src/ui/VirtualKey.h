@@ -2,6 +2,8 @@
 
 class QKeyEvent;
 
+inline constexpr int DeleteKey = 0x2E;
+
 /// The Windows code of the event's key, on every system; 0 for a key that has none.
 int VirtualKeyOf(const QKeyEvent& event);
 

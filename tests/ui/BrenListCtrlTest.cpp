@@ -295,7 +295,7 @@ void BrenListCtrlTest::RefreshKeepsSortAndFilter() {
     table.list->SetRows(std::move(rows));
     QCOMPARE(table.Names().join(u' '), QStringLiteral("0 2 4 5"));
     QVERIFY(table.list->SetCellText(1, 1, QStringLiteral("Task two")));
-    table.list->AppendRow(TaskRow(3));
+    table.list->AppendRows({TaskRow(3)});
     QCOMPARE(table.Names().join(u' '), QStringLiteral("0 two 3 4 5"));
 
     // Many runs of rows that come and go at once.

@@ -1,0 +1,99 @@
+#include "taskman/SubtaskPanel.h"
+
+#include "stores/SubTaskStore.h"
+#include "taskman/RowDeletion.h"
+#include "taskman/SubTaskText.h"
+#include "ui/BrenListCtrl.h"
+#include "ui/Console.h"
+#include "ui/Formatters.h"
+#include "ui/IconRegistry.h"
+
+namespace {
+
+constexpr int DeleteColumn = 9;
+
+RecordPage PageOf(SubtaskView view) {
+    const bool retry = view == SubtaskView::PendingRetry;
+    RecordPage page;
+    page.name = retry ? CSubtaskPanel::tr("Pending Retry") : CSubtaskPanel::tr("Pending");
+    page.widths = QStringLiteral("Subtasks");
+    page.status = CSubtaskPanel::tr("View the pending subtasks. They'll be processed later.");
+    page.empty = CSubtaskPanel::tr("No Subtask found.");
+    page.loading = CSubtaskPanel::tr("Loading...");
+    page.failure = CSubtaskPanel::tr("Failed to get subtask list, refresh later");
+    page.period = std::chrono::seconds(5);
+    return page;
+}
+
+QString DirectionCell(const QString& type) {
+    switch (DirectionOfSubTask(type)) {
+    case TransferDirection::Upload:
+        return QStringLiteral("#ICON:%1#@@Uploading...").arg(UploadIcon);
+    case TransferDirection::Download:
+        return QStringLiteral("#ICON:%1#@@Downloading...").arg(DownloadIcon);
+    case TransferDirection::None:
+        break;
+    }
+    return {};
+}
+
+/// The row's id is what the service deletes a sub-task by.
+QString RowIdOf(const QString& taskId, int number) {
+    return taskId + u':' + QString::number(number);
+}
+
+ServiceAnswer DeleteSubTask(const ServiceClient& service, const QString& rowId, std::stop_token stop) {
+    const qsizetype colon = rowId.lastIndexOf(u':');
+    return service.DeleteSubTask(rowId.left(colon), rowId.mid(colon + 1).toInt(), stop);
+}
+
+ListRow RowOf(const QString& taskId, const QStringList& sources, const SubTaskRecord& record) {
+    static const QString trace =
+        QStringLiteral("#ICON:%1@@").arg(TraceIcon) + CSubtaskPanel::tr("Click to see related trace");
+    static const QString remove = QStringLiteral("#ICON:%1@@").arg(DeleteIcon) +
+                                  CSubtaskPanel::tr("Click to delete the failed sub-task");
+    const QString number = QString::number(record.subTaskNumber);
+    return {RowIdOf(taskId, record.subTaskNumber),
+            {taskId, trace, DirectionCell(record.text1), SubTaskName(record.text1, record.text2),
+             ShownParameter(record.text2, sources), record.text3, number,
+             FormatSize(static_cast<quint64>(std::max<qint64>(record.number5, 0))), record.text4, remove},
+            {{}, {}, {}, {}, {}, {}, {}, NumberSortKey(record.number5), {}, {}}};
+}
+
+} // namespace
+
+CSubtaskPanel::CSubtaskPanel(const Console& console, const TaskRow& task, SubtaskView view)
+    : CTaskRecordPanel(console, task, PageOf(view)), m_view(view) {}
+
+void CSubtaskPanel::AddColumns(CBrenListCtrl& list) {
+    list.AddColumn(tr("TaskId"), 0);
+    list.AddColumn({}, 0);
+    list.AddColumn({}, 24);
+    list.AddColumn(tr("Task Name"), 190);
+    list.AddColumn(tr("Parameter 1"), 250);
+    list.AddColumn(tr("Parameter 2"), 0);
+    list.AddColumn(tr("Index"), 0);
+    list.AddColumn(tr("Size"), 80, Qt::AlignRight);
+    list.AddColumn(tr("Note"), 120);
+    list.AddColumn({}, 24);
+    auto* deletion = new RowDeletion(TheConsole(), list, DeleteColumn,
+                                     {tr("Do you really want to remove this sub-task?"),
+                                      tr("Do you really want to remove selected sub-tasks?"),
+                                      tr("Failed to delete the subtask")},
+                                     DeleteSubTask);
+    connect(deletion, &RowDeletion::Sent, this, [this] { Refresh(); });
+}
+
+CRecordPanel::RowReader CSubtaskPanel::Reading() const {
+    const bool retry = m_view == SubtaskView::PendingRetry;
+    const auto stateA = retry ? SubTaskState::PendingRetry : SubTaskState::Pending;
+    const auto stateB = retry ? SubTaskState::Failed : SubTaskState::Pending;
+    return [id = Task().id, sources = SourcesOf(Task().description), stateA, stateB](RowStream& rows,
+                                                                                     std::stop_token stop) {
+        const auto put = [&](const SubTaskRecord& record) {
+            rows.Put(RowOf(id, sources, record));
+            return true;
+        };
+        return EnumSubTasks(id, static_cast<int>(stateA), static_cast<int>(stateB), put, stop);
+    };
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "taskman/TaskRecordPanel.h"
+
+/// The service's trace of what it did for a task, newest first.
+class CTaskAudit : public CTaskRecordPanel {
+    Q_OBJECT
+
+public:
+    CTaskAudit(const Console& console, const TaskRow& task);
+
+    void Activate() override;
+    void OnCommand(int command) override;
+
+protected:
+    void AddColumns(CBrenListCtrl& list) override;
+    RowReader Reading() const override;
+    std::vector<FrameAction> Toolbar() const override;
+
+private:
+    void EnableActions();
+    void CopyAll();
+    void AskToDeleteAll();
+    void DeleteAll(const QString& taskId);
+
+    bool m_deleting = false;
+    bool m_copying = false;
+};

@@ -1,0 +1,76 @@
+#include "taskman/TaskManPanel.h"
+
+#include "service/ServiceClient.h"
+#include "settings/TaskItemSettings.h"
+#include "taskman/CompletedTasks.h"
+#include "taskman/RunningPanel.h"
+#include "taskman/TaskListPanel.h"
+#include "ui/Console.h"
+#include "ui/IconRegistry.h"
+#include "ui/Look.h"
+#include "ui/MainFrame.h"
+
+#include <QCheckBox>
+
+namespace {
+
+constexpr int SimpleTabs = 2;
+const QString ModeSetting = QStringLiteral("TaskAdvancedMode");
+
+} // namespace
+
+CTaskManPanel::CTaskManPanel(const Console& console)
+    : CTabPanel(console.frame), m_console(console), m_advanced(new QCheckBox(tr("Advanced Mode"))),
+      m_loader(console.reader, *this) {
+    AddTab(tr("My Tasks"), new CTaskListPanel(console, TaskFilter::MyTasks), TaskListIcon);
+    AddTab(tr("System Activities"), new CSysRunningPanel(console), SystemActivitiesIcon);
+    AddHiddenTab(tr("Task Settings"), new CTaskItemSettings(console), TaskSettingsIcon);
+    AddHiddenTab(tr("System Tasks"), new CTaskListPanel(console, TaskFilter::SystemTasks), SystemTasksIcon);
+    AddHiddenTab(tr("Completed Tasks"), new CCompletedTasks(console), CompletedTasksIcon);
+    m_advanced->setFont(Look::Font(Look::Small));
+    SetCorner(m_advanced);
+    connect(m_advanced, &QCheckBox::toggled, this, &CTaskManPanel::WriteMode);
+}
+
+void CTaskManPanel::Activate() {
+    CTabPanel::Activate();
+    Frame().SetSideActions(*this, {{tr("Refresh..."), Command::Refresh, RefreshIcon}});
+    if (!m_modeKnown)
+        ReadMode();
+}
+
+/// Keeps the simple mode while the service does not answer, and asks again when the page is next opened.
+void CTaskManPanel::ReadMode() {
+    m_loader.Load(
+        Lane::Service,
+        [service = m_console.service](std::stop_token stop) -> std::optional<bool> {
+            const ServiceAnswer answer = service.GetSetting(ModeSetting, stop);
+            if (answer.outcome != ServiceOutcome::Answered && answer.outcome != ServiceOutcome::OtherStatus)
+                return {};
+            return LeadingNumber(answer.body) != 0;
+        },
+        [this](const Loaded<bool>& advanced) {
+            if (advanced && !m_modeKnown)
+                SetMode(*advanced);
+        });
+}
+
+void CTaskManPanel::SetMode(bool advanced) {
+    m_modeKnown = true;
+    const QSignalBlocker asRead(m_advanced);
+    m_advanced->setChecked(advanced);
+    if (advanced)
+        ShowAllTabs(SimpleTabs);
+    else
+        ShowFirstTabs(SimpleTabs);
+}
+
+void CTaskManPanel::WriteMode(bool advanced) {
+    m_loader.Command(
+        Lane::Service,
+        [service = m_console.service, advanced](std::stop_token stop) {
+            return service.SetIntSetting(ModeSetting, advanced ? 1 : 0, stop);
+        },
+        [](const Loaded<ServiceAnswer>&) {});
+    SetMode(advanced);
+}

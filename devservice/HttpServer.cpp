@@ -297,11 +297,12 @@ void HttpServer::State::Listen(Operations& operations, tcp::acceptor& acceptor) 
             return;
         }
         next.thread = std::thread([this, &next] { Serve(next); });
-        for (auto worker = workers.begin(); worker != workers.end();) {
-            if (worker->ended)
-                worker->thread.join();
-            worker = worker->ended ? workers.erase(worker) : std::next(worker);
-        }
+        workers.remove_if([](Worker& worker) {
+            const bool ended = worker.ended; // asked once: it may end at any moment
+            if (ended)
+                worker.thread.join();
+            return ended;
+        });
     }
 }
 

@@ -34,9 +34,9 @@ void CHistoryPanel::AddColumns(CBrenListCtrl& list) {
     list.AddColumn(tr("Start Time"), 150);
     list.AddColumn(tr("Stop Time"), 150);
     list.AddColumn(tr("Stop Reason"), 250);
-    list.AddColumn(tr("Total Subtasks"), 200, Qt::AlignRight);
-    list.AddColumn(tr("Failed Subtasks"), 200, Qt::AlignRight);
-    list.AddColumn(tr("Processed Subtasks"), 200, Qt::AlignRight);
+    list.AddColumn(tr("Total Subtasks"), 200);
+    list.AddColumn(tr("Failed Subtasks"), 200);
+    list.AddColumn(tr("Processed Subtasks"), 200);
 }
 
 CRecordPanel::RowReader CHistoryPanel::Reading() const {

@@ -41,10 +41,9 @@ void CTaskListPanel::CreatePanel() {
     auto* header = new QWidget;
     auto* column = new QVBoxLayout(header);
     column->setContentsMargins(Look::PageMargin, 0, Look::PageMargin, 0);
-    column->setSpacing(0);
+    column->setSpacing(Look::CardGap);
     m_hiddenTasks = new NoticeLine;
     m_find = new FindBar(this);
-    m_find->setContentsMargins(0, Look::CardGap, 0, 0);
     column->addWidget(m_hiddenTasks);
     column->addWidget(m_find);
     SetHeader(header);
@@ -169,5 +168,8 @@ void CTaskListPanel::TellHidden(int matching, int hidden) {
     m_find->SetCounts(matching, static_cast<int>(m_tasks.size()));
     if (hidden > 0)
         m_find->show();
+    const bool any = hidden > 0 || !m_find->isHidden();
+    m_find->parentWidget()->layout()->setContentsMargins(Look::PageMargin, any ? Look::PageMargin : 0,
+                                                         Look::PageMargin, 0);
     RecalcLayout();
 }

@@ -157,7 +157,9 @@ int CExpandableItemList::PlaceHeader() {
     if (!m_header)
         return 0;
     m_header->setVisible(!m_expanded);
-    const int height = m_expanded ? 0 : m_header->sizeHint().height();
+    const int wanted =
+        m_header->hasHeightForWidth() ? m_header->heightForWidth(width()) : m_header->sizeHint().height();
+    const int height = m_expanded ? 0 : wanted;
     m_header->setGeometry(0, 0, width(), height);
     return height;
 }

@@ -61,7 +61,7 @@ public:
     /// Shown, that far inside the list's edges, once a refresh has found no card. The list owns it.
     void SetEmptyView(QWidget* view, const QMargins& margins);
 
-    /// Stands above the cards while none is expanded, as high as its size hint. The list owns it. Call
+    /// Stands above the cards while none is expanded, as high as it wants to be. The list owns it. Call
     /// RecalcLayout when that has changed.
     void SetHeader(QWidget* header);
 

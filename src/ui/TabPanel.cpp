@@ -122,7 +122,9 @@ void CTabPanel::OnTabChanged(int index) {
 void CTabPanel::LayOutPages() {
     const int cornerWidth = m_corner ? m_corner->sizeHint().width() + 2 * Look::PageMargin : 0;
     const int stripHeight = m_strip->sizeHint().height();
-    m_strip->setGeometry(StripLeft, 0, std::max(0, width() - StripLeft - cornerWidth), stripHeight);
+    const int stripWidth = std::max(0, width() - StripLeft - cornerWidth);
+    m_strip->FitInto(stripWidth);
+    m_strip->setGeometry(StripLeft, 0, stripWidth, stripHeight);
     if (m_corner) {
         const QSize size = m_corner->sizeHint();
         m_corner->setGeometry(width() - size.width() - Look::PageMargin - 4,

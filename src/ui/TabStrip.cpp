@@ -23,11 +23,23 @@ TabStrip::TabStrip(QWidget* parent) : QTabBar(parent) {
     setAttribute(Qt::WA_Hover);
 }
 
-QSize TabStrip::tabSizeHint(int index) const {
+void TabStrip::FitInto(int width) {
+    int wanted = 0;
+    for (int index = 0; index < count(); ++index)
+        wanted += isTabVisible(index) ? TabWidth(index, true) : 0;
+    const int icon = wanted <= width ? IconSize : 0;
+    setIconSize({icon, icon});
+}
+
+int TabStrip::TabWidth(int index, bool withIcon) const {
     QFont bold = font();
     bold.setBold(true);
-    const int icon = tabIcon(index).isNull() ? 0 : IconSize + IconGap;
-    return {2 * Inset + icon + QFontMetrics(bold).horizontalAdvance(tabText(index)), Height};
+    const int icon = withIcon && !tabIcon(index).isNull() ? IconSize + IconGap : 0;
+    return 2 * Inset + icon + QFontMetrics(bold).horizontalAdvance(tabText(index));
+}
+
+QSize TabStrip::tabSizeHint(int index) const {
+    return {TabWidth(index, !iconSize().isEmpty()), Height};
 }
 
 QSize TabStrip::minimumTabSizeHint(int index) const {
@@ -43,7 +55,7 @@ void TabStrip::paintEvent(QPaintEvent*) {
         const bool current = index == currentIndex();
         const bool hovered = tab.contains(mapFromGlobal(QCursor::pos())) && underMouse();
         QRect place = tab.adjusted(Inset, 0, -Inset, 0);
-        if (!tabIcon(index).isNull()) {
+        if (!iconSize().isEmpty() && !tabIcon(index).isNull()) {
             tabIcon(index).paint(&painter,
                                  QRect(place.left(), (tab.height() - IconSize) / 2, IconSize, IconSize));
             place.adjust(IconSize + IconGap, 0, 0, 0);

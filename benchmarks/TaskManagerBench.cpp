@@ -1,0 +1,255 @@
+#include "app/Tour.h"
+#include "benchmarks/BenchTable.h"
+#include "benchmarks/Home.h"
+#include "service/ServiceClient.h"
+#include "taskman/SubTaskText.h"
+#include "taskman/SubtaskPanel.h"
+#include "taskman/TaskAudit.h"
+#include "taskman/TaskListPanel.h"
+#include "ui/BrenListCtrl.h"
+#include "ui/Console.h"
+#include "ui/Formatters.h"
+#include "ui/MainFrame.h"
+#include "ui/ThreadReader.h"
+#include "ui/WindowPrompts.h"
+#include "zep/LiveCounters.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <benchmark/benchmark.h>
+#include <sqlite3.h>
+
+#include <stdexcept>
+
+namespace {
+
+constexpr int Tasks = 10'000;
+constexpr int SubTasks = 100'000;
+constexpr int Traces = 1'000'000;
+constexpr int Rounds = 9;
+constexpr QSize PageSize(770, 500);
+
+class NoFrame : public MainFrame {
+public:
+    void SetStatusText(const QString&) override {}
+    void SetToolbar(CBrenPanel&, const std::vector<FrameAction>&) override {}
+    void SetSideActions(CBrenPanel&, const std::vector<FrameAction>&) override {}
+    void EnableCommand(int, bool) override {}
+};
+
+/// Runs each job when told, and takes the time of both of its halves.
+class TimingReader : public Reader {
+public:
+    void Submit(Job job) override { m_jobs.push_back(std::move(job)); }
+
+    void RunAll() {
+        for (Job& job : std::exchange(m_jobs, {})) {
+            lane = MillisecondsOf([&job] { job.work(job.stop.get_token()); });
+            window = MillisecondsOf([&job] {
+                job.done();
+                QApplication::sendPostedEvents();
+            });
+        }
+    }
+
+    double lane = 0;
+    double window = 0;
+
+private:
+    std::vector<Job> m_jobs;
+};
+
+/// The parts of a console over a service of its own.
+struct Bench {
+    explicit Bench(const std::string& scenario) : home(scenario) {}
+
+    Console On(Reader& reader) { return {client, counters, prompts, reader, frame}; }
+
+    BenchHome home;
+    ServiceClient client;
+    LiveCounters counters;
+    WindowPrompts prompts;
+    NoFrame frame;
+};
+
+template <typename Condition>
+double MillisecondsUntil(const QElapsedTimer& since, Condition holds) {
+    while (!holds()) {
+        if (since.hasExpired(60'000))
+            throw std::runtime_error("the page was never filled");
+        QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    }
+    return static_cast<double>(since.nsecsElapsed()) / 1e6;
+}
+
+void MeasureCards(BenchTable& table) {
+    Bench bench("empty");
+    std::vector<devservice::Task> tasks;
+    for (int i = 0; i < Tasks; ++i)
+        tasks.push_back(devservice::MakeTask("task-" + std::to_string(i), "Task " + std::to_string(i)));
+    bench.home.Service().PutTasks(std::move(tasks));
+    TimingReader reader;
+    const Console console = bench.On(reader);
+    CTaskListPanel panel(console, TaskFilter::MyTasks);
+    panel.resize(PageSize);
+    panel.Activate();
+    reader.RunAll();
+    Samples lane;
+    Samples window;
+    for (int round = 0; round < Rounds; ++round) {
+        panel.OnCommand(Command::Refresh);
+        reader.RunAll();
+        lane.Add(reader.lane);
+        window.Add(reader.window);
+    }
+    table.Add(
+        {.name = "Refresh of 10,000 tasks, reader", .unit = "ms", .ours = lane.Median(), .maxOurs = 150.0});
+    table.Add(
+        {.name = "Refresh of 10,000 tasks, window", .unit = "ms", .ours = window.Median(), .maxOurs = 10.0});
+}
+
+QString TextOf(sqlite3_stmt* row, int column) {
+    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(row, column));
+    return text ? QString::fromUtf8(text, sqlite3_column_bytes(row, column)) : QString();
+}
+
+/// Steps over the rows of the plainest statement; false from `each` ends that.
+void Walk(const std::string& file, const std::string& sql, const std::function<bool(sqlite3_stmt*)>& each) {
+    sqlite3* connection = nullptr;
+    sqlite3_stmt* row = nullptr;
+    if (sqlite3_open_v2(file.c_str(), &connection, SQLITE_OPEN_READONLY, nullptr) != SQLITE_OK ||
+        sqlite3_prepare_v2(connection, sql.c_str(), -1, &row, nullptr) != SQLITE_OK)
+        throw std::runtime_error("the bare loop cannot read the database");
+    while (sqlite3_step(row) == SQLITE_ROW && each(row))
+        continue;
+    sqlite3_finalize(row);
+    sqlite3_close(connection);
+}
+
+/// The plainest loop that makes the same strings.
+std::vector<QStringList> BareSubTasks(const std::string& file, const QString& id) {
+    std::vector<QStringList> rows;
+    Walk(file, "SELECT * FROM SubTaskDBWorker WHERE TaskState=0 ORDER BY TaskIndex ASC",
+         [&](sqlite3_stmt* row) {
+             const QString type = TextOf(row, 1);
+             const QString parameter = TextOf(row, 2);
+             rows.push_back({id, QStringLiteral("#ICON:8022@@Click to see related trace"),
+                             QStringLiteral("#ICON:%1#@@Uploading...").arg(209), SubTaskName(type, parameter),
+                             ShownParameter(parameter, {}), TextOf(row, 3),
+                             QString::number(sqlite3_column_int(row, 8)),
+                             FormatSize(static_cast<quint64>(sqlite3_column_int64(row, 5))), TextOf(row, 4),
+                             QStringLiteral("#ICON:208@@Click to delete the failed sub-task")});
+             return true;
+         });
+    if (rows.size() != SubTasks)
+        throw std::runtime_error("the bare loop lost rows");
+    return rows;
+}
+
+struct Filling {
+    double first = 0;
+    double all = 0;
+};
+
+/// Opens a page whose list is empty, as a click does.
+template <typename Panel>
+Filling Fill(Panel& panel, int rows) {
+    panel.resize(PageSize);
+    QElapsedTimer clock;
+    clock.start();
+    panel.Activate();
+    const CBrenListCtrl* list = panel.template findChild<CBrenListCtrl*>();
+    Filling filling;
+    MillisecondsUntil(clock, [list] { return list->Rows().rowCount() > 0; });
+    panel.grab();
+    filling.first = static_cast<double>(clock.nsecsElapsed()) / 1e6;
+    filling.all = MillisecondsUntil(clock, [&] { return list->Rows().rowCount() == rows; });
+    return filling;
+}
+
+void MeasureSubTasks(BenchTable& table) {
+    Bench bench("empty");
+    const std::string id = "{7D2F4C1E-0B0A-4E1B-9C55-000000000001}";
+    std::vector<devservice::SubTask> subTasks;
+    for (int i = 1; i <= SubTasks; ++i)
+        subTasks.push_back(devservice::MakeSubTask(
+            i, "PUT", "/home/Photos/2026/IMG_" + std::to_string(i) + ".dng", i * 7919));
+    bench.home.Service().PutTask(devservice::MakeTask(id, "Photos"));
+    bench.home.Service().PutSubTasks(id, std::move(subTasks));
+    const std::string file = bench.home.Service().SubTaskFile(id).string();
+    TaskRow task;
+    task.id = QString::fromStdString(id);
+    Samples first;
+    Samples all;
+    Samples bare;
+    for (int round = 0; round < Rounds; ++round) {
+        ThreadReader reader;
+        const Console console = bench.On(reader);
+        CSubtaskPanel panel(console, task, SubtaskView::Pending);
+        const Filling filling = Fill(panel, SubTasks);
+        first.Add(filling.first);
+        all.Add(filling.all);
+        bare.Add(MillisecondsOf([&] { benchmark::DoNotOptimize(BareSubTasks(file, task.id).data()); }));
+    }
+    table.Add({.name = "100,000 pending sub-tasks, first rows",
+               .unit = "ms",
+               .ours = first.Median(),
+               .maxOurs = 100.0});
+    table.Add({.name = "100,000 pending sub-tasks, all rows",
+               .unit = "ms",
+               .ours = all.Median(),
+               .reference = bare.Median(),
+               .maxRatio = 1.5});
+}
+
+void MeasureTraces(BenchTable& table) {
+    Bench bench("empty");
+    const std::string id = "{7D2F4C1E-0B0A-4E1B-9C55-000000000002}";
+    bench.home.Service().PutTask(devservice::MakeTask(id, "Archive"));
+    std::vector<devservice::AuditRow> rows;
+    for (int i = 0; i < Traces; ++i)
+        rows.push_back({i % 3,
+                        devservice::TaskTrace(id, "Upload of scan " + std::to_string(i) + " has ended"),
+                        bench.home.Service().Now() + std::chrono::seconds(i)});
+    bench.home.Service().AddAuditRows(rows);
+    const std::string file = bench.home.Service().DatabaseFile(devservice::Database::AuditTrace).string();
+    const std::string sql = "SELECT * FROM AuditTrace  WHERE Trace LIKE '%%" + id + "%%' ORDER By DT DESC";
+    TaskRow task;
+    task.id = QString::fromStdString(id);
+    Samples first;
+    Samples bare;
+    Samples cancel;
+    for (int round = 0; round < 5; ++round) {
+        bare.Add(MillisecondsOf([&] { Walk(file, sql, [](sqlite3_stmt*) { return false; }); }));
+        ThreadReader threads;
+        IdleWatch reader(threads);
+        const Console console = bench.On(reader);
+        CTaskAudit panel(console, task);
+        panel.resize(PageSize);
+        QElapsedTimer clock;
+        clock.start();
+        panel.Activate();
+        const auto* list = panel.findChild<CBrenListCtrl*>();
+        MillisecondsUntil(clock, [list] { return list->Rows().rowCount() > 0; });
+        panel.grab();
+        first.Add(static_cast<double>(clock.nsecsElapsed()) / 1e6);
+        clock.restart();
+        panel.Deactivate();
+        cancel.Add(MillisecondsUntil(clock, [&reader] { return reader.IsIdle(); }));
+    }
+    table.Add({.name = "1,000,000 traces, first screen beyond SQLite's first row",
+               .unit = "ms",
+               .ours = first.Median() - bare.Median(),
+               .maxOurs = 100.0});
+    table.Add({.name = "1,000,000 traces, SQLite's own first row", .unit = "ms", .ours = bare.Median()});
+    table.Add({.name = "1,000,000 traces, end of a cancelled read",
+               .unit = "ms",
+               .ours = cancel.Percentile(100),
+               .maxOurs = 50.0});
+}
+
+const BenchRegistration Cards("task cards", MeasureCards);
+const BenchRegistration PendingSubTasks("task subtasks", MeasureSubTasks);
+const BenchRegistration AuditTraces("task traces", MeasureTraces);
+
+} // namespace

@@ -37,14 +37,17 @@ QString DirectionCell(const QString& type) {
     return {};
 }
 
-/// The row's id is what the service deletes a sub-task by.
-QString RowIdOf(const QString& taskId, int number) {
-    return taskId + u':' + QString::number(number);
+/// The service gives the numbers of one run to other sub-tasks in the next, so a row is known by its work
+/// too.
+QString RowIdOf(const QString& taskId, const SubTaskRecord& record) {
+    return QString::number(record.subTaskNumber) + u':' + taskId + u'\n' + record.text1 + u'\n' +
+           record.text2;
 }
 
 ServiceAnswer DeleteSubTask(const ServiceClient& service, const QString& rowId, std::stop_token stop) {
-    const qsizetype colon = rowId.lastIndexOf(u':');
-    return service.DeleteSubTask(rowId.left(colon), rowId.mid(colon + 1).toInt(), stop);
+    const qsizetype colon = rowId.indexOf(u':');
+    const QString taskId = rowId.mid(colon + 1, rowId.indexOf(u'\n') - colon - 1);
+    return service.DeleteSubTask(taskId, rowId.left(colon).toInt(), stop);
 }
 
 ListRow RowOf(const QString& taskId, const QStringList& sources, const SubTaskRecord& record) {
@@ -53,7 +56,7 @@ ListRow RowOf(const QString& taskId, const QStringList& sources, const SubTaskRe
     static const QString remove = QStringLiteral("#ICON:%1@@").arg(DeleteIcon) +
                                   CSubtaskPanel::tr("Click to delete the failed sub-task");
     const QString number = QString::number(record.subTaskNumber);
-    return {RowIdOf(taskId, record.subTaskNumber),
+    return {RowIdOf(taskId, record),
             {taskId, trace, DirectionCell(record.text1), SubTaskName(record.text1, record.text2),
              ShownParameter(record.text2, sources), record.text3, number,
              FormatSize(static_cast<quint64>(std::max<qint64>(record.number5, 0))), record.text4, remove},

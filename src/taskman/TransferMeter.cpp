@@ -46,7 +46,6 @@ QString TransferText(const TransferProgress& progress) {
     const QString done = FormatSize(progress.done).trimmed();
     if (!progress.secondsLeft)
         return QCoreApplication::translate("TransferText", "%1 transferred").arg(done);
-    return QCoreApplication::translate("TransferText", "%1 transferred, %2")
-        .arg(done,
-             FormatRemaining(FormatSize(progress.left).trimmed(), FormatDuration(*progress.secondsLeft)));
+    return QStringLiteral("%1, %2").arg(
+        done, FormatRemaining(FormatSize(progress.left).trimmed(), FormatDuration(*progress.secondsLeft)));
 }

@@ -27,5 +27,5 @@ private:
     std::optional<double> m_speed; ///< octets a second
 };
 
-/// "1.234 MB transferred, 5.678 MB (00:01:20) Remaining", without what is not known.
+/// What was moved and what is left, "1.234 MB, 5.678 MB (00:01:20) Remaining": short, for a card's band.
 QString TransferText(const TransferProgress& progress);

@@ -254,7 +254,8 @@ void CBrenListCtrl::keyboardSearch(const QString& search) {
     for (int step = 0; step < rows; ++step) {
         const int row = (from + step) % rows;
         const bool starts = std::any_of(columns.begin(), columns.end(), [&](int column) {
-            return m_model.CellText(row, column).startsWith(wanted, Qt::CaseInsensitive);
+            const QString words = CellMarkup::Parse(m_model.CellText(row, column)).Words();
+            return words.startsWith(wanted, Qt::CaseInsensitive);
         });
         if (starts) {
             setCurrentIndex(m_model.index(row, std::max(currentIndex().column(), columns.front())));

@@ -146,6 +146,13 @@ void CBrenListCtrl::SetLoading(const QString& text) {
     viewport()->update();
 }
 
+QString CBrenListCtrl::TextWithoutRows() const {
+    if (!m_loadingText.isNull())
+        return m_loadingText;
+    const bool filteredOut = m_model.TotalRows() > 0;
+    return filteredOut ? tr("No row contains \"%1\"").arg(m_model.Filter()) : m_emptyText;
+}
+
 void CBrenListCtrl::EndLoading() {
     if (!std::exchange(m_loadingText, QString()).isNull())
         viewport()->update();
@@ -293,14 +300,10 @@ void CBrenListCtrl::paintEvent(QPaintEvent* event) {
     QTableView::paintEvent(event);
     if (m_model.rowCount() > 0)
         return;
-    const bool filteredOut = m_model.TotalRows() > 0;
     QPainter painter(viewport());
     painter.setPen(Look::Muted);
     painter.drawText(viewport()->rect().adjusted(Look::TextInset, 0, -Look::TextInset, 0),
-                     Qt::AlignCenter | Qt::TextWordWrap,
-                     !m_loadingText.isNull() ? m_loadingText
-                     : filteredOut           ? tr("No row contains \"%1\"").arg(m_model.Filter())
-                                             : m_emptyText);
+                     Qt::AlignCenter | Qt::TextWordWrap, TextWithoutRows());
 }
 
 void CBrenListCtrl::resizeEvent(QResizeEvent* event) {
@@ -326,8 +329,9 @@ void CBrenListCtrl::mouseReleaseEvent(QMouseEvent* event) {
 /// A click on an icon acts on the row, or on all selected ones when it is one of them: they stay selected.
 QItemSelectionModel::SelectionFlags CBrenListCtrl::selectionCommand(const QModelIndex& index,
                                                                     const QEvent* event) const {
-    const auto* mouse =
-        event && event->type() == QEvent::MouseButtonPress ? static_cast<const QMouseEvent*>(event) : nullptr;
+    const bool click =
+        event && (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonRelease);
+    const auto* mouse = click ? static_cast<const QMouseEvent*>(event) : nullptr;
     const bool onIcon =
         index.isValid() &&
         CellMarkup::Parse(m_model.CellText(index.row(), index.column())).kind == CellKind::Icon;

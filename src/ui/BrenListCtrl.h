@@ -45,6 +45,8 @@ public:
     void SetEmptyText(const QString& text);
     /// Stands there instead until rows are set.
     void SetLoading(const QString& text = tr("Loading..."));
+    /// What stands in the list while it shows no row.
+    QString TextWithoutRows() const;
 
     /// Replaces all rows. Selection, focus and scroll stay with the rows that are found again by their ids.
     void SetRows(std::vector<ListRow> rows);

@@ -1,15 +1,7 @@
 #include "taskman/TaskListPanel.h"
-#include "service/ServiceClient.h"
-#include "support/NotingFrame.h"
-#include "support/ScriptedPrompts.h"
-#include "support/ServiceFixture.h"
-#include "support/SteppingReader.h"
+#include "TaskBench.h"
 #include "support/TestMain.h"
 #include "taskman/TaskManItem.h"
-#include "ui/Console.h"
-#include "zep/LiveCounters.h"
-
-#include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 using devservice::MakeTask;
@@ -34,36 +26,25 @@ private:
     void Click(CTaskManItem* card, const QString& caption);
     QStringList Titles(const CTaskListPanel& panel);
 
-    std::unique_ptr<ServiceFixture> m_fixture;
-    ServiceClient m_client;
-    std::unique_ptr<LiveCounters> m_counters;
-    std::unique_ptr<ScriptedPrompts> m_prompts;
-    std::unique_ptr<SteppingReader> m_reader;
-    NotingFrame m_frame;
-    std::unique_ptr<Console> m_console;
+    std::unique_ptr<TaskBench<>> m_bench;
 };
 
 void TaskListPanelTest::init() {
-    m_fixture = std::make_unique<ServiceFixture>();
-    m_fixture->Service().PutTasks(
+    m_bench = std::make_unique<TaskBench<>>();
+    m_bench->Service().PutTasks(
         {MakeTask("{1}", "Photos"), MakeTask("{2}", "Mail", "advbackup", TaskState::Running),
          MakeTask("{3}", "Default Task For X"), MakeTask("{4}", "Old", "backup", TaskState::Completed)});
-    m_counters = std::make_unique<LiveCounters>();
-    m_prompts = std::make_unique<ScriptedPrompts>();
-    m_reader = std::make_unique<SteppingReader>();
-    m_console = std::make_unique<Console>(Console{m_client, *m_counters, *m_prompts, *m_reader, m_frame});
 }
 
 void TaskListPanelTest::cleanup() {
-    m_console.reset();
-    m_fixture.reset();
+    m_bench.reset();
 }
 
 std::unique_ptr<CTaskListPanel> TaskListPanelTest::MakePanel(TaskFilter filter) {
-    auto panel = std::make_unique<CTaskListPanel>(*m_console, filter);
+    auto panel = std::make_unique<CTaskListPanel>(m_bench->console, filter);
     panel->resize(760, 560);
     panel->Activate();
-    m_reader->StepAll();
+    m_bench->reader.StepAll();
     return panel;
 }
 
@@ -107,79 +88,79 @@ void TaskListPanelTest::showsTheTasksOfItsFilter() {
 
 void TaskListPanelTest::commandsTheTaskThatWasClicked() {
     const auto panel = MakePanel();
-    m_fixture->Service().ForgetRequests();
+    m_bench->Service().ForgetRequests();
     Click(Card(*panel, u"Mail"_s), u"Pause"_s);
     Click(Card(*panel, u"Mail"_s), u"Pause"_s); // the second click of a double click is swallowed
     Click(Card(*panel, u"Photos"_s), u"Start Now"_s);
-    m_reader->StepAll();
-    QCOMPARE(m_fixture->RequestLines(),
+    m_bench->reader.StepAll();
+    QCOMPARE(m_bench->fixture.RequestLines(),
              QStringList({u"GET /schedule/pausetask?%7B2%7D"_s, u"GET /schedule/startnow?%7B1%7D"_s}));
 
-    m_fixture->Service().SetFault(devservice::HttpFault::Refuse);
+    m_bench->Service().SetFault(devservice::HttpFault::Refuse);
     Click(Card(*panel, u"Photos"_s), u"Pause"_s);
-    m_reader->StepAll();
+    m_bench->reader.StepAll();
     Click(Card(*panel, u"Photos"_s), u"Pause"_s); // the refused command left the button as it was
 }
 
 void TaskListPanelTest::asksBeforeItDeletes() {
     const auto panel = MakePanel();
-    m_fixture->Service().ForgetRequests();
-    m_prompts->ExpectQuestion(u"Do you really want to cancel the task?"_s, false);
+    m_bench->Service().ForgetRequests();
+    m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, false);
     Click(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
-    m_reader->StepAll();
-    QCOMPARE(m_fixture->RequestLines(), QStringList());
+    m_bench->reader.StepAll();
+    QCOMPARE(m_bench->fixture.RequestLines(), QStringList());
 
-    m_prompts->ExpectQuestion(u"Do you really want to cancel the task?"_s, true);
+    m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, true);
     Click(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
-    m_reader->StepAll();
-    QCOMPARE(m_fixture->RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
+    m_bench->reader.StepAll();
+    QCOMPARE(m_bench->fixture.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
     QCOMPARE(Titles(*panel), QStringList{u"Mail"_s});
 }
 
 void TaskListPanelTest::keepsItsCardsWhenTheReadFails() {
     const auto panel = MakePanel();
-    const QString usual = m_frame.StatusText();
+    const QString usual = m_bench->frame.StatusText();
     QVERIFY(usual.startsWith("View tasks."_L1));
-    m_fixture->Service().SetFault(devservice::DatabaseFault::Garbage);
+    m_bench->Service().SetFault(devservice::DatabaseFault::Garbage);
     panel->OnCommand(Command::Refresh);
-    m_reader->StepAll();
+    m_bench->reader.StepAll();
     QCOMPARE(Titles(*panel), QStringList({u"Mail"_s, u"Photos"_s}));
-    QVERIFY(m_frame.StatusText() != usual);
+    QVERIFY(m_bench->frame.StatusText() != usual);
 
-    m_fixture->Service().ClearFaults();
-    m_fixture->Service().PutTask(MakeTask("{5}", "New"));
+    m_bench->Service().ClearFaults();
+    m_bench->Service().PutTask(MakeTask("{5}", "New"));
     panel->OnCommand(Command::Refresh);
-    m_reader->StepAll();
+    m_bench->reader.StepAll();
     QCOMPARE(Titles(*panel), QStringList({u"Mail"_s, u"New"_s, u"Photos"_s}));
-    QCOMPARE(m_frame.StatusText(), usual);
+    QCOMPARE(m_bench->frame.StatusText(), usual);
 }
 
 void TaskListPanelTest::sharesACardBetweenTasksOfOneName() {
     const auto panel = MakePanel();
-    m_fixture->Service().PutTask(MakeTask("{9}", "photos"));
+    m_bench->Service().PutTask(MakeTask("{9}", "photos"));
     panel->OnCommand(Command::Refresh);
-    m_reader->StepAll();
+    m_bench->reader.StepAll();
     QCOMPARE(Titles(*panel), QStringList({u"Mail"_s, u"Photos"_s}));
     QCOMPARE(Card(*panel, u"Photos"_s)->TaskId(), u"{1}"_s);
-    m_fixture->Service().RemoveTask("{1}");
+    m_bench->Service().RemoveTask("{1}");
     panel->OnCommand(Command::Refresh);
-    m_reader->StepAll();
+    m_bench->reader.StepAll();
     QCOMPARE(Card(*panel, u"Photos"_s)->TaskId(), u"{9}"_s);
 }
 
 void TaskListPanelTest::deletesNothingWhenTheCardHasPassedOn() {
     const auto panel = MakePanel();
-    m_fixture->Service().PutTask(MakeTask("{9}", "photos"));
-    m_prompts->ExpectQuestion(u"Do you really want to cancel the task?"_s, true);
-    m_prompts->Hold();
+    m_bench->Service().PutTask(MakeTask("{9}", "photos"));
+    m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, true);
+    m_bench->prompts.Hold();
     Click(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
-    m_fixture->Service().RemoveTask("{1}");
+    m_bench->Service().RemoveTask("{1}");
     panel->OnCommand(Command::Refresh);
-    m_reader->StepAll();
-    m_fixture->Service().ForgetRequests();
-    m_prompts->Release();
-    m_reader->StepAll();
-    QCOMPARE(m_fixture->RequestLines(), QStringList());
+    m_bench->reader.StepAll();
+    m_bench->Service().ForgetRequests();
+    m_bench->prompts.Release();
+    m_bench->reader.StepAll();
+    QCOMPARE(m_bench->fixture.RequestLines(), QStringList());
 }
 
 BTASK_TEST(TaskListPanelTest);

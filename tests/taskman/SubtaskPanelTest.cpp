@@ -1,0 +1,340 @@
+#include "taskman/SubtaskPanel.h"
+#include "TaskBench.h"
+#include "support/TestMain.h"
+
+using namespace Qt::Literals::StringLiterals;
+using devservice::MakeSubTask;
+using devservice::MakeTask;
+
+namespace {
+
+enum Column { TaskIdColumn, TraceColumn, DirectionColumn, NameColumn, ParameterColumn, DeleteColumn = 9 };
+
+const QString AskOne = u"Do you really want to remove this sub-task?"_s;
+const QString AskSeveral = u"Do you really want to remove selected sub-tasks?"_s;
+const QString Failed = u"Failed to delete the subtask"_s;
+
+const TaskRow Photos{u"{1}"_s, u"backup"_s, u"Photos"_s, u"/home/mara/Photos\t/target"_s, {}, {}};
+
+devservice::SubTask Noted(devservice::SubTask subTask, const char* note) {
+    subTask.parameter2 = "/target";
+    subTask.note = note;
+    return subTask;
+}
+
+/// The requests for these sub-tasks, as they come over the wire.
+QStringList Deletions(const QList<int>& numbers) {
+    QStringList lines;
+    for (const int number : numbers)
+        lines.append(u"GET /schedule/delsub?%7B1%7D:"_s + QString::number(number));
+    return lines;
+}
+
+} // namespace
+
+class SubtaskPanelTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void listsWhatWaits_data();
+    void listsWhatWaits();
+    void saysWhyItIsEmpty();
+    void keepsItsRowsWhenAReadFails();
+    void deletesAfterOneQuestion_data();
+    void deletesAfterOneQuestion();
+    void tellsOnceOfThoseThatFailed_data();
+    void tellsOnceOfThoseThatFailed();
+    void aDoubleClickSendsOneRequest();
+    void deletesTheRowThatWasClicked_data();
+    void deletesTheRowThatWasClicked();
+    void deletesNothingOfAnotherTask();
+
+private:
+    std::unique_ptr<CSubtaskPanel> Open(SubtaskView view = SubtaskView::Pending);
+    void PutFiles(const QList<int>& numbers);
+    void Refresh(CSubtaskPanel& panel);
+
+    std::unique_ptr<TaskBench<>> m_bench;
+};
+
+void SubtaskPanelTest::init() {
+    m_bench = std::make_unique<TaskBench<>>();
+    m_bench->Service().PutTask(MakeTask("{1}", "Photos"));
+    PutFiles({1, 2, 3, 4, 5});
+}
+
+void SubtaskPanelTest::cleanup() {
+    m_bench.reset();
+}
+
+void SubtaskPanelTest::PutFiles(const QList<int>& numbers) {
+    std::vector<devservice::SubTask> files;
+    for (const int number : numbers)
+        files.push_back(MakeSubTask(number, "PUT", "file" + std::to_string(number)));
+    m_bench->Service().PutSubTasks("{1}", std::move(files));
+}
+
+std::unique_ptr<CSubtaskPanel> SubtaskPanelTest::Open(SubtaskView view) {
+    auto panel = std::make_unique<CSubtaskPanel>(m_bench->console, Photos, view);
+    panel->resize(820, 400);
+    panel->Activate();
+    m_bench->reader.StepAll();
+    m_bench->Service().ForgetRequests();
+    return panel;
+}
+
+void SubtaskPanelTest::Refresh(CSubtaskPanel& panel) {
+    panel.OnCommand(Command::Refresh);
+    m_bench->reader.StepAll();
+}
+
+void SubtaskPanelTest::listsWhatWaits_data() {
+    QTest::addColumn<SubtaskView>("view");
+    QTest::addColumn<QList<QStringList>>("rows");
+    const QString trace = u"#ICON:8022@@Click to see related trace"_s;
+    const QString upload = u"#ICON:209#@@Uploading..."_s;
+    const QString download = u"#ICON:210#@@Downloading..."_s;
+    const QString remove = u"#ICON:208@@Click to delete the failed sub-task"_s;
+    QTest::newRow("pending") << SubtaskView::Pending
+                             << QList<QStringList>{{u"{1}"_s,
+                                                    trace,
+                                                    upload,
+                                                    u"Upload"_s,
+                                                    u"2024/a.jpg"_s,
+                                                    u"/target"_s,
+                                                    u"1"_s,
+                                                    u" 2.000 KB"_s,
+                                                    {},
+                                                    remove},
+                                                   {u"{1}"_s,
+                                                    trace,
+                                                    download,
+                                                    u"Receive Change Notification"_s,
+                                                    u"/ChangeLog/7"_s,
+                                                    {},
+                                                    u"2"_s,
+                                                    u" 0.000 KB"_s,
+                                                    {},
+                                                    remove}};
+    QTest::newRow("pending retry") << SubtaskView::PendingRetry
+                                   << QList<QStringList>{{u"{1}"_s, trace, upload, u"Upload"_s, u"b.jpg"_s,
+                                                          u"/target"_s, u"3"_s, u" 1.000 KB"_s,
+                                                          u"no connection"_s, remove},
+                                                         {u"{1}"_s,
+                                                          trace,
+                                                          {},
+                                                          u"Odd"_s,
+                                                          u"Change(c.txt)"_s,
+                                                          u"/target"_s,
+                                                          u"14"_s,
+                                                          u" 0.000 KB"_s,
+                                                          u"odd"_s,
+                                                          remove}};
+}
+
+void SubtaskPanelTest::listsWhatWaits() {
+    m_bench->Service().PutSubTasks(
+        "{1}", {Noted(MakeSubTask(1, "put", "/home/mara/Photos/2024/a.jpg", 2048), ""),
+                MakeSubTask(2, "GET", "/ChangeLog/7"),
+                Noted(MakeSubTask(3, "BPUT", "/home/mara/Photos/b.jpg", 1024, SubTaskState::PendingRetry),
+                      "no connection"),
+                MakeSubTask(4, "PUT", "running", 9, SubTaskState::Running),
+                MakeSubTask(5, "PUT", "done", 9, SubTaskState::Done),
+                Noted(MakeSubTask(14, "Odd", "c.txt.###m", 0, SubTaskState::Failed), "odd")});
+    QFETCH(SubtaskView, view);
+    QFETCH(QList<QStringList>, rows);
+    const auto panel = Open(view);
+    const TableHand table(*panel);
+    QCOMPARE(table->Rows().rowCount(), rows.size());
+    for (int row = 0; row < rows.size(); ++row) {
+        if (view == SubtaskView::PendingRetry && row == 0)
+            rows[row][NameColumn] = u"Upload File Snapshot"_s;
+        QCOMPARE(table.Cells(row), rows[row]);
+    }
+    QCOMPARE(m_bench->frame.StatusText(), u"View the pending subtasks. They'll be processed later."_s);
+    QCOMPARE(m_bench->frame.Captions(), QStringList{u"Refresh"_s});
+}
+
+void SubtaskPanelTest::saysWhyItIsEmpty() {
+    PutFiles({});
+    CSubtaskPanel panel(m_bench->console, Photos, SubtaskView::Pending);
+    panel.Activate();
+    const TableHand table(panel);
+    QCOMPARE(table->TextWithoutRows(), u"Loading..."_s);
+    m_bench->reader.StepAll();
+    QCOMPARE(table->TextWithoutRows(), u"No Subtask found."_s);
+
+    const auto file = m_bench->Service().SubTaskFile("{1}");
+    m_bench->Service().SetFault({devservice::DatabaseFault::Garbage, file});
+    Refresh(panel);
+    QCOMPARE(table->TextWithoutRows(), u"Failed to get subtask list, refresh later"_s);
+    QVERIFY(m_bench->frame.StatusText().startsWith("The file is damaged"_L1));
+
+    m_bench->Service().ClearFaults();
+    PutFiles({8});
+    Refresh(panel);
+    QCOMPARE(table.Column(ParameterColumn), QStringList{u"file8"_s});
+    PutFiles({});
+    Refresh(panel);
+    QCOMPARE(table->TextWithoutRows(), u"No Subtask found."_s);
+    QVERIFY(m_bench->frame.StatusText().startsWith("View the pending"_L1));
+}
+
+void SubtaskPanelTest::keepsItsRowsWhenAReadFails() {
+    const auto panel = Open();
+    const TableHand table(*panel);
+    const auto file = m_bench->Service().SubTaskFile("{1}");
+    for (const auto fault : {devservice::DatabaseFault::Garbage, devservice::DatabaseFault::Missing,
+                             devservice::DatabaseFault::OtherSchema}) {
+        m_bench->Service().SetFault({fault, file});
+        Refresh(*panel);
+        QCOMPARE(table->Rows().rowCount(), 5);
+        QVERIFY(m_bench->frame.StatusText().contains("database"_L1));
+    }
+}
+
+void SubtaskPanelTest::deletesAfterOneQuestion_data() {
+    QTest::addColumn<QList<int>>("selected"); ///< rows
+    QTest::addColumn<int>("clicked");         ///< row; -1: the Delete key
+    QTest::addColumn<QString>("question");
+    QTest::addColumn<bool>("yes");
+    QTest::addColumn<QList<int>>("deleted"); ///< numbers
+    QTest::newRow("one, no") << QList<int>() << 1 << AskOne << false << QList<int>();
+    QTest::newRow("one, yes") << QList<int>() << 1 << AskOne << true << QList<int>{2};
+    QTest::newRow("one selected, by key") << QList<int>{3} << -1 << AskOne << true << QList<int>{4};
+    QTest::newRow("several, no") << QList<int>{0, 2} << 0 << AskSeveral << false << QList<int>();
+    QTest::newRow("several, yes") << QList<int>{4, 0, 2} << 2 << AskSeveral << true << QList<int>{1, 3, 5};
+    QTest::newRow("several, by key") << QList<int>{4, 2} << -1 << AskSeveral << true << QList<int>{3, 5};
+    QTest::newRow("another one than the selected")
+        << QList<int>{0, 2} << 1 << AskOne << true << QList<int>{2};
+}
+
+void SubtaskPanelTest::deletesAfterOneQuestion() {
+    QFETCH(QList<int>, selected);
+    QFETCH(int, clicked);
+    QFETCH(QString, question);
+    QFETCH(bool, yes);
+    QFETCH(QList<int>, deleted);
+    const auto panel = Open();
+    const TableHand table(*panel);
+    table.Select(selected, NameColumn);
+    m_bench->prompts.ExpectQuestion(question, yes);
+    if (clicked >= 0)
+        table.Click(clicked, DeleteColumn);
+    else
+        QTest::keyClick(panel->findChild<CBrenListCtrl*>(), Qt::Key_Delete);
+    QCoreApplication::sendPostedEvents();
+    m_bench->reader.StepAll();
+    QVERIFY(m_bench->prompts.IsPlayed());
+    QCOMPARE(m_bench->fixture.RequestLines(), Deletions(deleted));
+    QStringList left{u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"5"_s};
+    for (const int number : deleted)
+        left.removeAll(QString::number(number));
+    QCOMPARE(table.Column(6), left);
+}
+
+void SubtaskPanelTest::tellsOnceOfThoseThatFailed_data() {
+    QTest::addColumn<devservice::HttpFault>("fault"); ///< of the whole service; none: one row is refused
+    QTest::addColumn<QList<int>>("requested");
+    QTest::addColumn<QList<int>>("failed"); ///< and still selected
+    using devservice::HttpFault;
+    QTest::newRow("one of three") << HttpFault::None << QList<int>{1, 2, 3} << QList<int>{2};
+    QTest::newRow("each of three") << HttpFault::WrongStatus << QList<int>{1, 2, 3} << QList<int>{1, 2, 3};
+    QTest::newRow("the service is gone") << HttpFault::Refuse << QList<int>() << QList<int>{1, 2, 3};
+    QTest::newRow("the service goes away: no more is sent")
+        << HttpFault::GarbageHeaders << QList<int>{1} << QList<int>{2, 3};
+}
+
+void SubtaskPanelTest::tellsOnceOfThoseThatFailed() {
+    QFETCH(devservice::HttpFault, fault);
+    QFETCH(QList<int>, requested);
+    QFETCH(QList<int>, failed);
+    const auto panel = Open();
+    const TableHand table(*panel);
+    table.Select({0, 1, 2}, NameColumn);
+    if (fault == devservice::HttpFault::None)
+        m_bench->Service().SetAnswer("/schedule/delsub?%7B1%7D:2", devservice::Answer{500, {}});
+    else
+        m_bench->Service().SetFault(fault);
+    if (fault == devservice::HttpFault::WrongStatus)
+        m_bench->Service().SetAnswer("/schedule/delsub", devservice::Answer{200, {}});
+    m_bench->prompts.ExpectQuestion(AskSeveral, true);
+    m_bench->prompts.ExpectMessage(Failed);
+    table.Click(1, DeleteColumn);
+    QCoreApplication::sendPostedEvents();
+    m_bench->reader.StepAll();
+    QVERIFY(m_bench->prompts.IsPlayed());
+    QCOMPARE(m_bench->fixture.RequestLines(), Deletions(requested));
+    QStringList selected;
+    for (const int number : failed)
+        selected.append(u"{1}:"_s + QString::number(number));
+    QCOMPARE(table->SelectedIds(), selected);
+}
+
+void SubtaskPanelTest::aDoubleClickSendsOneRequest() {
+    const auto panel = Open();
+    const TableHand table(*panel);
+    m_bench->prompts.ExpectQuestion(AskOne, true);
+    table.DoubleClick(1, DeleteColumn);
+    QCoreApplication::sendPostedEvents();
+    table.Click(1, DeleteColumn); // a slow one: the first is under way
+    QCoreApplication::sendPostedEvents();
+    m_bench->reader.StepAll();
+    QCOMPARE(m_bench->fixture.RequestLines(), Deletions({2}));
+}
+
+void SubtaskPanelTest::deletesTheRowThatWasClicked_data() {
+    QTest::addColumn<QList<int>>("before"); ///< the click is heard
+    QTest::addColumn<QList<int>>("during"); ///< the question
+    QTest::addColumn<QList<int>>("deleted");
+    const QList<int> all{1, 2, 3, 4, 5};
+    QTest::newRow("moved before the click is heard") << QList<int>{2, 3, 4} << all << QList<int>{2};
+    QTest::newRow("gone before the click is heard") << QList<int>{1, 3, 4} << QList<int>{3} << QList<int>();
+    QTest::newRow("moved during the question") << all << QList<int>{0, 1, 2, 3} << QList<int>{2};
+    QTest::newRow("gone during the question") << all << QList<int>{0, 1, 3} << QList<int>();
+}
+
+void SubtaskPanelTest::deletesTheRowThatWasClicked() {
+    QFETCH(QList<int>, before);
+    QFETCH(QList<int>, during);
+    QFETCH(QList<int>, deleted);
+    const auto panel = Open();
+    const TableHand table(*panel);
+    m_bench->prompts.ExpectQuestion(AskOne, true);
+    m_bench->prompts.Hold();
+    table.Click(1, DeleteColumn);
+    PutFiles(before);
+    Refresh(*panel);
+    QCoreApplication::sendPostedEvents();
+    PutFiles(during);
+    Refresh(*panel);
+    m_bench->prompts.Release();
+    m_bench->reader.StepAll();
+    QCOMPARE(m_bench->fixture.RequestLines(), Deletions(deleted));
+}
+
+void SubtaskPanelTest::deletesNothingOfAnotherTask() {
+    const auto panel = Open();
+    m_bench->Service().PutTask(MakeTask("{2}", "Photos"));
+    m_bench->Service().PutSubTasks("{2}", {MakeSubTask(1, "PUT", "other")});
+    m_bench->prompts.ExpectQuestion(AskOne, true);
+    m_bench->prompts.Hold();
+    const TableHand table(*panel);
+    table.Click(0, DeleteColumn);
+    QCoreApplication::sendPostedEvents();
+    TaskRow other = Photos;
+    other.id = u"{2}"_s;
+    panel->SetTask(other);
+    QCOMPARE(table->Rows().rowCount(), 0);
+    m_bench->reader.StepAll();
+    m_bench->prompts.Release();
+    m_bench->reader.StepAll();
+    QCOMPARE(table.Column(ParameterColumn), QStringList{u"other"_s});
+    QCOMPARE(m_bench->fixture.RequestLines(), QStringList());
+}
+
+BTASK_TEST(SubtaskPanelTest);
+
+#include "SubtaskPanelTest.moc"

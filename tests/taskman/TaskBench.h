@@ -1,0 +1,67 @@
+#pragma once
+
+#include "service/ServiceClient.h"
+#include "support/NotingFrame.h"
+#include "support/ScriptedPrompts.h"
+#include "support/ServiceFixture.h"
+#include "support/SteppingReader.h"
+#include "ui/BrenListCtrl.h"
+#include "ui/Console.h"
+#include "zep/LiveCounters.h"
+
+#include <QTest>
+
+/// A console before a development service, for pages that do not outlive it.
+template <typename PageReader = SteppingReader>
+struct TaskBench {
+    devservice::DevService& Service() { return fixture.Service(); }
+
+    ServiceFixture fixture;
+    ServiceClient client;
+    LiveCounters counters;
+    ScriptedPrompts prompts;
+    PageReader reader;
+    NotingFrame frame;
+    const Console console{client, counters, prompts, reader, frame};
+};
+
+/// What a user sees of the table on a page and does to it.
+class TableHand {
+public:
+    explicit TableHand(const QWidget& page) : m_list(page.findChild<CBrenListCtrl*>()) {}
+
+    CBrenListCtrl* operator->() const { return m_list; }
+
+    QStringList Cells(int row) const {
+        QStringList cells;
+        for (int column = 0; column < m_list->Rows().columnCount(); ++column)
+            cells.append(m_list->Rows().CellText(row, column).toString());
+        return cells;
+    }
+    QStringList Column(int column) const {
+        QStringList cells;
+        for (int row = 0; row < m_list->Rows().rowCount(); ++row)
+            cells.append(m_list->Rows().CellText(row, column).toString());
+        return cells;
+    }
+
+    /// The page hears of a click when the posted events are next delivered.
+    void Click(int row, int column, Qt::KeyboardModifiers modifiers = {}) const {
+        QTest::mouseClick(m_list->viewport(), Qt::LeftButton, modifiers, Centre(row, column));
+    }
+    void DoubleClick(int row, int column) const {
+        QTest::mouseDClick(m_list->viewport(), Qt::LeftButton, {}, Centre(row, column));
+    }
+    void Select(const QList<int>& rows, int column) const {
+        for (const int row : rows)
+            Click(row, column, row == rows.front() ? Qt::NoModifier : Qt::ControlModifier);
+        QCoreApplication::sendPostedEvents();
+    }
+
+private:
+    QPoint Centre(int row, int column) const {
+        return m_list->visualRect(m_list->Rows().index(row, column)).center();
+    }
+
+    CBrenListCtrl* m_list;
+};

@@ -222,7 +222,7 @@ void TaskTextTest::metersTransfers() {
 
 void TaskTextTest::tellsWhatIsLeft() {
     QCOMPARE(TransferText({2048, 3072, {}}), u"2.000 KB transferred"_s);
-    QCOMPARE(TransferText({2048, 3072, 80}), u"2.000 KB transferred, 3.000 KB (00:01:20) Remaining"_s);
+    QCOMPARE(TransferText({2048, 3072, 80}), u"2.000 KB, 3.000 KB (00:01:20) Remaining"_s);
 }
 
 BTASK_TEST(TaskTextTest);

@@ -47,7 +47,13 @@ void CTaskListPanel::CreatePanel() {
     column->addWidget(m_hiddenTasks);
     column->addWidget(m_find);
     SetHeader(header);
-    connect(m_find, &FindBar::Toggled, this, &CTaskListPanel::RecalcLayout);
+    // The bar stays while it is the way to the tasks without a card.
+    connect(m_find, &FindBar::Toggled, this, [this] {
+        if (m_wasRead)
+            ShowCards();
+        else
+            RecalcLayout();
+    });
     connect(m_find, &FindBar::WordsChanged, this, [this] {
         ShowEmptyPage();
         if (m_wasRead)
@@ -132,22 +138,38 @@ void CTaskListPanel::ShowCards() {
     for (int card = 0; card < CardCount(); ++card)
         titles.insert(CardAt(card)->Title().toCaseFolded());
     int matching = 0;
-    int hidden = 0;
+    std::vector<const TaskRow*> others; // without a card
     BeginRefresh();
     for (const TaskRow& task : m_tasks) {
         if (!task.name.contains(m_find->Words(), Qt::CaseInsensitive))
             continue;
         ++matching;
-        const QString title = task.name.toCaseFolded();
+        if (titles.contains(task.name.toCaseFolded()))
+            ShowCard(task);
+        else
+            others.push_back(&task);
+    }
+    const bool removed = EndRefresh(); // first of all, to make room for the others
+    const int kept = CardCount();
+    const int hidden = ShowNewCards(others);
+    if (removed && CardCount() > kept)
+        ShowAll();
+    TellHidden(matching, hidden);
+}
+
+int CTaskListPanel::ShowNewCards(const std::vector<const TaskRow*>& tasks) {
+    QSet<QString> titles;
+    int hidden = 0;
+    for (const TaskRow* task : tasks) {
+        const QString title = task->name.toCaseFolded();
         if (CardCount() == MaxCards && !titles.contains(title)) {
             ++hidden;
             continue;
         }
         titles.insert(title);
-        ShowCard(task);
+        ShowCard(*task);
     }
-    EndRefresh();
-    TellHidden(matching, hidden);
+    return hidden;
 }
 
 void CTaskListPanel::ShowCard(const TaskRow& task) {

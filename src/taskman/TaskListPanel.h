@@ -32,6 +32,8 @@ private:
     void Refresh();
     /// Gives the tasks their cards, of those that the find bar leaves.
     void ShowCards();
+    /// Returns for how many there was no room.
+    int ShowNewCards(const std::vector<const TaskRow*>& tasks);
     void ShowCard(const TaskRow& task);
     /// Says how many of the matching tasks have no card.
     void TellHidden(int matching, int hidden);

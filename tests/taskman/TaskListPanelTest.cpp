@@ -2,6 +2,10 @@
 #include "TaskBench.h"
 #include "support/TestMain.h"
 #include "taskman/TaskManItem.h"
+#include "ui/FindBar.h"
+#include "ui/NoticeLine.h"
+
+#include <QLineEdit>
 
 using namespace Qt::Literals::StringLiterals;
 using devservice::MakeTask;
@@ -19,6 +23,8 @@ private slots:
     void keepsItsCardsWhenTheReadFails();
     void sharesACardBetweenTasksOfOneName();
     void deletesNothingWhenTheCardHasPassedOn();
+    void findsTasksThatItHasNoRoomFor();
+    void showsHowFarATaskHasCome();
 
 private:
     std::unique_ptr<CTaskListPanel> MakePanel(TaskFilter filter = TaskFilter::MyTasks);
@@ -161,6 +167,68 @@ void TaskListPanelTest::deletesNothingWhenTheCardHasPassedOn() {
     m_bench->prompts.Release();
     m_bench->reader.StepAll();
     QCOMPARE(m_bench->fixture.RequestLines(), QStringList());
+}
+
+void TaskListPanelTest::findsTasksThatItHasNoRoomFor() {
+    std::vector<devservice::Task> tasks;
+    for (int number = 1; number <= 130; ++number)
+        tasks.push_back(MakeTask("{t" + std::to_string(number) + '}', "Task no. " + std::to_string(number)));
+    m_bench->Service().PutTasks(tasks);
+    const auto panel = MakePanel();
+    const auto* notice = panel->findChild<NoticeLine*>();
+    const QString line = u"32 more tasks are not shown. Find a task by its name to see it here."_s;
+    QCOMPARE(Titles(*panel).size(), 100);
+    QCOMPARE(notice->Text(), line);
+    QString hidden;
+    for (int number = 1; hidden.isEmpty(); ++number) {
+        if (!panel->FindCard(u"Task no. %1"_s.arg(number)))
+            hidden = u"Task no. %1"_s.arg(number);
+    }
+
+    auto* find = panel->findChild<FindBar*>();
+    QVERIFY(find->isVisible());
+    auto* words = find->findChild<QLineEdit*>();
+    QTest::keyClicks(words, hidden.toUpper());
+    QVERIFY(Titles(*panel).contains(hidden));
+    QCOMPARE(notice->Text(), QString());
+    panel->OnCommand(Command::Refresh);
+    m_bench->reader.StepAll();
+    QCOMPARE(Titles(*panel).filter(hidden), Titles(*panel)); // a refresh brings no others
+    words->setText(u"Task no."_s);
+    QCOMPARE(notice->Text(), u"30 more tasks are not shown. Find a task by its name to see it here."_s);
+
+    QTest::keyClick(words, Qt::Key_Escape);
+    QCOMPARE(Titles(*panel).size(), 100);
+    QCOMPARE(notice->Text(), line);
+    QVERIFY(find->isVisible()); // what the line tells of is still to be found
+}
+
+void TaskListPanelTest::showsHowFarATaskHasCome() {
+    std::vector<devservice::SubTask> work{devservice::MakeSubTask(1, "PUT", "a", 2048, SubTaskState::Done),
+                                          devservice::MakeSubTask(2, "PUT", "b", 2048, SubTaskState::Running),
+                                          devservice::MakeSubTask(3, "PUT", "c", 2048)};
+    m_bench->Service().PutSubTasks("{2}", work);
+    const auto panel = MakePanel();
+    const CTaskManItem* mail = Card(*panel, u"Mail"_s);
+    const auto refresh = [&] {
+        panel->OnCommand(Command::Refresh);
+        m_bench->reader.StepAll();
+    };
+    QCOMPARE(mail->StatusText(), u"0.000 KB transferred"_s);
+    QCOMPARE(mail->Progress(), 333);
+    work[1].done = 1024;
+    m_bench->Service().PutSubTasks("{2}", work);
+    refresh();
+    QCOMPARE(mail->StatusText(), u"1.000 KB, 1.000 KB (00:00:00) Remaining"_s);
+    m_bench->Service().SetSubTaskState("{2}", 2, SubTaskState::Done);
+    refresh();
+    QCOMPARE(mail->StatusText(), u"Running"_s);
+    QCOMPARE(mail->Progress(), 666);
+
+    m_bench->Service().SetTaskState("{2}", TaskState::Paused);
+    refresh();
+    QCOMPARE(mail->StatusText(), u"Next Run: 2025-03-04 21:00:00"_s);
+    QCOMPARE(mail->Progress(), 0);
 }
 
 BTASK_TEST(TaskListPanelTest);

@@ -8,6 +8,8 @@
 #include "ui/Formatters.h"
 #include "ui/IconRegistry.h"
 
+#include <QStringBuilder>
+
 namespace {
 
 constexpr int DeleteColumn = 9;
@@ -40,7 +42,7 @@ QString DirectionCell(const QString& type) {
 /// The service gives the numbers of one run to other sub-tasks in the next, so a row is known by its work
 /// too.
 QString RowIdOf(const QString& taskId, const SubTaskRecord& record) {
-    return QString::number(record.subTaskNumber) + u':' + taskId + u'\n' + record.text1 + u'\n' +
+    return QString::number(record.subTaskNumber) % u':' % taskId % u'\n' % record.text1 % u'\n' %
            record.text2;
 }
 

@@ -49,9 +49,11 @@ TaskList ReadTaskList(TaskFilter filter, const LiveCounters& counters, std::stop
     TaskList list;
     list.read = EnumAllTasks(
         [&](const TaskRecord& task) {
-            if (IsShown(filter, task.kind, task.name, task.state))
+            if (IsShown(filter, task.kind, task.name, task.state)) {
                 list.rows.push_back({task.taskId, task.kind, task.name, task.description, task.lastRun,
-                                     task.nextRun, task.state});
+                                     task.nextRun, task.state, task.name.toCaseFolded()});
+                list.ids.insert(task.taskId);
+            }
             return true;
         },
         stop);

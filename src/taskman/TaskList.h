@@ -3,6 +3,7 @@
 #include "stores/ReadResult.h"
 #include "zep/LiveCounters.h"
 
+#include <QSet>
 #include <QString>
 
 #include <chrono>
@@ -28,12 +29,14 @@ struct TaskRow {
     QString lastRun;
     QString nextRun;
     int state = 0;
+    QString title = {};         ///< the name without its case: cards are found by it
     TaskActivity activity = {}; ///< empty unless it runs
 };
 
 struct TaskList {
     ReadResult read;
     std::vector<TaskRow> rows; ///< in the store's order
+    QSet<QString> ids;
 };
 
 bool IsShown(TaskFilter filter, const QString& type, const QString& name, int state);

@@ -49,15 +49,14 @@ void CTaskListPanel::CreatePanel() {
     SetHeader(header);
     // The bar stays while it is the way to the tasks without a card.
     connect(m_find, &FindBar::Toggled, this, [this] {
-        if (m_wasRead)
+        if (m_tasks)
             ShowCards();
         else
             RecalcLayout();
     });
     connect(m_find, &FindBar::WordsChanged, this, [this] {
         ShowEmptyPage();
-        if (m_wasRead)
-            ShowCards();
+        ShowCards();
     });
 }
 
@@ -108,17 +107,17 @@ void CTaskListPanel::Refresh() {
     m_loader.Load(
         Lane::Databases,
         [filter = m_filter, counters = &m_console.counters](std::stop_token stop) {
-            return ReadTaskList(filter, *counters, stop);
+            return std::make_shared<const TaskList>(ReadTaskList(filter, *counters, stop));
         },
-        [this](const Loaded<TaskList>& loaded) {
+        [this](const Loaded<std::shared_ptr<const TaskList>>& loaded) {
             if (!loaded)
                 return;
-            if (loaded->read) {
-                m_tasks = loaded->rows;
-                m_wasRead = true;
+            const std::shared_ptr<const TaskList>& tasks = *loaded;
+            if (tasks->read) {
+                m_tasks = tasks;
                 ShowCards();
             }
-            TellFailure(loaded->read.Sentence());
+            TellFailure(tasks->read.Sentence());
         });
 }
 
@@ -131,20 +130,20 @@ void CTaskListPanel::TellFailure(const QString& failure) {
 }
 
 void CTaskListPanel::ShowCards() {
-    m_ids.clear();
-    for (const TaskRow& task : m_tasks)
-        m_ids.insert(task.id);
+    if (!m_tasks)
+        return;
     QSet<QString> titles; // of the cards: the list finds them one by one
     for (int card = 0; card < CardCount(); ++card)
         titles.insert(CardAt(card)->Title().toCaseFolded());
+    const QString words = m_find->Words().toCaseFolded();
     int matching = 0;
     std::vector<const TaskRow*> others; // without a card
     BeginRefresh();
-    for (const TaskRow& task : m_tasks) {
-        if (!task.name.contains(m_find->Words(), Qt::CaseInsensitive))
+    for (const TaskRow& task : m_tasks->rows) {
+        if (!task.title.contains(words))
             continue;
         ++matching;
-        if (titles.contains(task.name.toCaseFolded()))
+        if (titles.contains(task.title))
             ShowCard(task);
         else
             others.push_back(&task);
@@ -161,12 +160,11 @@ int CTaskListPanel::ShowNewCards(const std::vector<const TaskRow*>& tasks) {
     QSet<QString> titles;
     int hidden = 0;
     for (const TaskRow* task : tasks) {
-        const QString title = task->name.toCaseFolded();
-        if (CardCount() == MaxCards && !titles.contains(title)) {
+        if (CardCount() == MaxCards && !titles.contains(task->title)) {
             ++hidden;
             continue;
         }
-        titles.insert(title);
+        titles.insert(task->title);
         ShowCard(*task);
     }
     return hidden;
@@ -179,7 +177,7 @@ void CTaskListPanel::ShowCard(const TaskRow& task) {
         return made;
     }));
     // Tasks of one name share a card, which stays with its task until that has left the data.
-    if (card && (card->TaskId() == task.id || !m_ids.contains(card->TaskId())))
+    if (card && (card->TaskId() == task.id || !m_tasks->ids.contains(card->TaskId())))
         card->Update(task);
 }
 
@@ -187,7 +185,7 @@ void CTaskListPanel::TellHidden(int matching, int hidden) {
     m_hiddenTasks->SetText(
         hidden > 0 ? tr("%1 more tasks are not shown. Find a task by its name to see it here.").arg(hidden)
                    : QString());
-    m_find->SetCounts(matching, static_cast<int>(m_tasks.size()));
+    m_find->SetCounts(matching, static_cast<int>(m_tasks->rows.size()));
     if (hidden > 0)
         m_find->show();
     const bool any = hidden > 0 || !m_find->isHidden();

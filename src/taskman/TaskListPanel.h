@@ -4,8 +4,6 @@
 #include "ui/ExpandableItemList.h"
 #include "ui/PageLoader.h"
 
-#include <QSet>
-
 class FindBar;
 class NoticeLine;
 class QTextBrowser;
@@ -44,9 +42,7 @@ private:
 
     const Console& m_console;
     TaskFilter m_filter;
-    std::vector<TaskRow> m_tasks; ///< as last read
-    QSet<QString> m_ids;          ///< of them
-    bool m_wasRead = false;
+    std::shared_ptr<const TaskList> m_tasks; ///< as last read well; none before
     QString m_failure;
     FindBar* m_find = nullptr;
     NoticeLine* m_hiddenTasks = nullptr;

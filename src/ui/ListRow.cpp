@@ -2,6 +2,8 @@
 
 #include "ui/CellMarkup.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr qsizetype CountUnits = 2;
@@ -10,7 +12,7 @@ constexpr qsizetype UnitsPerEnd = 2;
 } // namespace
 
 ListRow::ListRow(const QString& id, const QStringList& cells, const QStringList& sortKeys) {
-    Pack(QStringList(id) + cells + sortKeys, int(cells.size()));
+    Pack(id, cells, sortKeys);
 }
 
 QStringView ListRow::Cell(int column) const {
@@ -23,16 +25,15 @@ QString ListRow::SortKey(int column) const {
 }
 
 void ListRow::SetCell(int column, const QString& text) {
-    QStringList pieces;
-    for (int piece = 0; piece < PieceCount(); ++piece)
-        pieces.append(Piece(piece).toString());
-    if (pieces.isEmpty())
-        pieces.append(QString());
-    int cells = CellCount();
-    for (; cells <= column; ++cells)
-        pieces.insert(cells + 1, QString());
-    pieces[column + 1] = text;
-    Pack(pieces, cells);
+    const QString id = Id().toString();
+    QStringList cells;
+    QStringList sortKeys;
+    for (int piece = 1; piece < PieceCount(); ++piece)
+        (piece <= CellCount() ? cells : sortKeys).append(Piece(piece).toString());
+    while (cells.size() <= column)
+        cells.append(QString());
+    cells[column] = text;
+    Pack(id, cells, sortKeys);
 }
 
 qsizetype ListRow::End(int piece) const {
@@ -48,22 +49,29 @@ QStringView ListRow::Piece(int piece) const {
     return QStringView(m_packed).mid(texts + start, End(piece) - start);
 }
 
-void ListRow::Pack(const QStringList& pieces, int cells) {
-    qsizetype length = 0;
-    for (const QString& piece : pieces)
-        length += piece.size();
-    m_packed = QString();
-    m_packed.reserve(CountUnits + pieces.size() * UnitsPerEnd + length);
-    m_packed += QChar(char16_t(cells));
-    m_packed += QChar(char16_t(pieces.size()));
-    qsizetype end = 0;
-    for (const QString& piece : pieces) {
-        end += piece.size();
-        m_packed += QChar(char16_t(end >> 16));
-        m_packed += QChar(char16_t(end & 0xFFFF));
-    }
-    for (const QString& piece : pieces)
-        m_packed += piece;
+void ListRow::Pack(QStringView id, const QStringList& cells, const QStringList& sortKeys) {
+    std::size_t units = 0;
+    const qsizetype pieces = 1 + cells.size() + sortKeys.size();
+    const qsizetype texts = CountUnits + pieces * UnitsPerEnd;
+    qsizetype length = id.size();
+    for (const QStringList* list : {&cells, &sortKeys})
+        for (const QString& piece : *list)
+            length += piece.size();
+    m_packed = QString(texts + length, Qt::Uninitialized);
+    QChar* head = m_packed.data();
+    QChar* text = head + texts;
+    *head++ = QChar(char16_t(cells.size()));
+    *head++ = QChar(char16_t(pieces));
+    const auto add = [&](QStringView piece) {
+        text = std::copy(piece.begin(), piece.end(), text);
+        units += std::size_t(piece.size());
+        *head++ = QChar(char16_t(units >> 16));
+        *head++ = QChar(char16_t(units & 0xFFFF));
+    };
+    add(id);
+    for (const QStringList* list : {&cells, &sortKeys})
+        for (const QString& piece : *list)
+            add(piece);
 }
 
 QString NumberSortKey(qint64 number) {

@@ -30,7 +30,7 @@ private:
     int PieceCount() const { return m_packed.isEmpty() ? 0 : m_packed.at(1).unicode(); }
     qsizetype End(int piece) const;
     QStringView Piece(int piece) const;
-    void Pack(const QStringList& pieces, int cells);
+    void Pack(QStringView id, const QStringList& cells, const QStringList& sortKeys);
 
     /// The number of cells, the number of pieces, where each piece ends (two code units each), and the
     /// pieces: id, cells, sort keys.

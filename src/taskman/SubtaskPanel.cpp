@@ -28,11 +28,13 @@ RecordPage PageOf(SubtaskView view) {
 }
 
 QString DirectionCell(const QString& type) {
+    static const QString up = QStringLiteral("#ICON:%1#@@Uploading...").arg(UploadIcon);
+    static const QString down = QStringLiteral("#ICON:%1#@@Downloading...").arg(DownloadIcon);
     switch (DirectionOfSubTask(type)) {
     case TransferDirection::Upload:
-        return QStringLiteral("#ICON:%1#@@Uploading...").arg(UploadIcon);
+        return up;
     case TransferDirection::Download:
-        return QStringLiteral("#ICON:%1#@@Downloading...").arg(DownloadIcon);
+        return down;
     case TransferDirection::None:
         break;
     }

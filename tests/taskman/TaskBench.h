@@ -7,6 +7,7 @@
 #include "support/SteppingReader.h"
 #include "ui/BrenListCtrl.h"
 #include "ui/Console.h"
+#include "ui/TaskItem.h"
 #include "zep/LiveCounters.h"
 
 #include <QTest>
@@ -65,3 +66,14 @@ private:
 
     CBrenListCtrl* m_list;
 };
+
+/// A click on the card's action of this caption.
+inline void ClickAction(CTaskItem* card, const QString& caption) {
+    for (int action = 0; action < card->ActionCount(); ++action) {
+        if (card->ActionCaption(action) == caption) {
+            QTest::mouseClick(card->childAt(card->ActionRect(action).center()), Qt::LeftButton);
+            return;
+        }
+    }
+    QTest::qFail(qPrintable(QStringLiteral("there is no action ") + caption), __FILE__, __LINE__);
+}

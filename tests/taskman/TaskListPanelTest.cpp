@@ -29,7 +29,6 @@ private slots:
 private:
     std::unique_ptr<CTaskListPanel> MakePanel(TaskFilter filter = TaskFilter::MyTasks);
     CTaskManItem* Card(const CTaskListPanel& panel, const QString& title);
-    void Click(CTaskManItem* card, const QString& caption);
     QStringList Titles(const CTaskListPanel& panel);
 
     std::unique_ptr<TaskBench<>> m_bench;
@@ -58,17 +57,6 @@ CTaskManItem* TaskListPanelTest::Card(const CTaskListPanel& panel, const QString
     return static_cast<CTaskManItem*>(panel.FindCard(title));
 }
 
-void TaskListPanelTest::Click(CTaskManItem* card, const QString& caption) {
-    for (int action = 0; action < card->ActionCount(); ++action) {
-        if (card->ActionCaption(action) == caption) {
-            const QPoint centre = card->ActionRect(action).center();
-            QTest::mouseClick(card->childAt(centre), Qt::LeftButton);
-            return;
-        }
-    }
-    QTest::qFail(qPrintable("there is no action "_L1 + caption), __FILE__, __LINE__);
-}
-
 QStringList TaskListPanelTest::Titles(const CTaskListPanel& panel) {
     QStringList titles;
     for (int card = 0; card < panel.CardCount(); ++card)
@@ -95,29 +83,29 @@ void TaskListPanelTest::showsTheTasksOfItsFilter() {
 void TaskListPanelTest::commandsTheTaskThatWasClicked() {
     const auto panel = MakePanel();
     m_bench->Service().ForgetRequests();
-    Click(Card(*panel, u"Mail"_s), u"Pause"_s);
-    Click(Card(*panel, u"Mail"_s), u"Pause"_s); // the second click of a double click is swallowed
-    Click(Card(*panel, u"Photos"_s), u"Start Now"_s);
+    ClickAction(Card(*panel, u"Mail"_s), u"Pause"_s);
+    ClickAction(Card(*panel, u"Mail"_s), u"Pause"_s); // the second click of a double click is swallowed
+    ClickAction(Card(*panel, u"Photos"_s), u"Start Now"_s);
     m_bench->reader.StepAll();
     QCOMPARE(m_bench->fixture.RequestLines(),
              QStringList({u"GET /schedule/pausetask?%7B2%7D"_s, u"GET /schedule/startnow?%7B1%7D"_s}));
 
     m_bench->Service().SetFault(devservice::HttpFault::Refuse);
-    Click(Card(*panel, u"Photos"_s), u"Pause"_s);
+    ClickAction(Card(*panel, u"Photos"_s), u"Pause"_s);
     m_bench->reader.StepAll();
-    Click(Card(*panel, u"Photos"_s), u"Pause"_s); // the refused command left the button as it was
+    ClickAction(Card(*panel, u"Photos"_s), u"Pause"_s); // the refused command left the button as it was
 }
 
 void TaskListPanelTest::asksBeforeItDeletes() {
     const auto panel = MakePanel();
     m_bench->Service().ForgetRequests();
     m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, false);
-    Click(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
+    ClickAction(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
     m_bench->reader.StepAll();
     QCOMPARE(m_bench->fixture.RequestLines(), QStringList());
 
     m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, true);
-    Click(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
+    ClickAction(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
     m_bench->reader.StepAll();
     QCOMPARE(m_bench->fixture.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
     QCOMPARE(Titles(*panel), QStringList{u"Mail"_s});
@@ -159,7 +147,7 @@ void TaskListPanelTest::deletesNothingWhenTheCardHasPassedOn() {
     m_bench->Service().PutTask(MakeTask("{9}", "photos"));
     m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, true);
     m_bench->prompts.Hold();
-    Click(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
+    ClickAction(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
     m_bench->Service().RemoveTask("{1}");
     panel->OnCommand(Command::Refresh);
     m_bench->reader.StepAll();

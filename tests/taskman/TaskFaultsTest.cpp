@@ -1,0 +1,287 @@
+#include "TaskBench.h"
+#include "support/TestMain.h"
+#include "taskman/CompletedTasks.h"
+#include "taskman/HistoryPanel.h"
+#include "taskman/RunningPanel.h"
+#include "taskman/SubtaskPanel.h"
+#include "taskman/TaskAudit.h"
+#include "taskman/TaskListPanel.h"
+#include "taskman/TaskManItem.h"
+#include "taskman/TaskSummary.h"
+#include "ui/ThreadReader.h"
+
+using namespace Qt::Literals::StringLiterals;
+using devservice::MakeSubTask;
+using devservice::MakeTask;
+
+namespace {
+
+constexpr int Restarts = 100;
+const QString AskToCancel = u"Do you really want to cancel the task?"_s;
+
+TaskRow Photos() {
+    TaskRow task;
+    task.id = u"{1}"_s;
+    task.name = u"Photos"_s;
+    return task;
+}
+
+/// Every view of the task manager, all of them open.
+struct AllViews {
+    explicit AllViews(const Console& console)
+        : tasks(console, TaskFilter::MyTasks), summary(console, u"{1}"_s, u"backup"_s),
+          running(console, Photos()), pending(console, Photos(), SubtaskView::Pending),
+          retry(console, Photos(), SubtaskView::PendingRetry), history(console, Photos()),
+          audit(console, Photos()), system(console), completed(console) {
+        for (CBrenPanel* view : All())
+            view->Activate();
+    }
+
+    std::vector<CBrenPanel*> All() {
+        return {&tasks, &summary, &running, &pending, &retry, &history, &audit, &system, &completed};
+    }
+    void Refresh() {
+        for (CBrenPanel* view : All())
+            view->OnCommand(Command::Refresh);
+    }
+
+    CTaskListPanel tasks;
+    CTaskSummary summary;
+    CRunningPanel running;
+    CSubtaskPanel pending;
+    CSubtaskPanel retry;
+    CHistoryPanel history;
+    CTaskAudit audit;
+    CSysRunningPanel system;
+    CCompletedTasks completed;
+};
+
+/// True once all reads that were asked for before have been shown.
+bool WaitForReads(Reader& reader) {
+    bool shown = false;
+    reader.Submit({Lane::Databases, [] { return ReadPriority::Hidden; }, std::stop_source(),
+                   [](std::stop_token) {}, [&shown] { shown = true; }});
+    return QTest::qWaitFor([&shown] { return shown; }, 20'000);
+}
+
+/// The table's words in one column, from top to bottom.
+QString ColumnOf(const CBrenPanel& view, int column) {
+    return TableHand(view).Column(column).join(u' ');
+}
+
+int RowsOf(const CBrenPanel& view) {
+    return TableHand(view)->Rows().rowCount();
+}
+
+/// What the service does in a round: work that differs from the round before in every view.
+void Change(devservice::DevService& service, int round) {
+    const std::string number = std::to_string(round);
+    service.SetTaskState("{1}", round % 2 == 0 ? TaskState::Running : TaskState::Paused);
+    std::vector<devservice::SubTask> work{
+        MakeSubTask(1, "PUT", "run" + number, 100, SubTaskState::Running),
+        MakeSubTask(2, "PUT", "retry" + number, 100, SubTaskState::PendingRetry)};
+    for (int waiting = 0; waiting <= round % 7; ++waiting)
+        work.push_back(MakeSubTask(3 + waiting, "PUT", "wait" + number, 100));
+    service.PutSubTasks("{1}", work);
+    service.PutTask(MakeTask("{2}", "Old" + number, "backup", TaskState::Completed));
+    service.AddAuditRows({{0, devservice::TaskTrace("{1}", "trace" + number), service.Now()}});
+    service.Execute(service.DatabaseFile(devservice::Database::ProcessLog),
+                    "INSERT INTO TaskProcessLog VALUES(NULL,'{1}','','','run',1,0,1)");
+}
+
+void CompareViews(AllViews& views, int round) {
+    const QString number = QString::number(round);
+    const int waiting = round % 7 + 1;
+    QCOMPARE(views.tasks.CardCount(), 1);
+    QCOMPARE(views.tasks.CardAt(0)->StatusState(),
+             int(round % 2 == 0 ? TaskState::Running : TaskState::Paused));
+    QCOMPARE(TableHand(views.summary).Column(1).at(3),
+             u"%1 of %2 total sub-tasks"_s.arg(waiting + 1).arg(waiting + 2));
+    QCOMPARE(ColumnOf(views.running, 2), u"run"_s + number);
+    QCOMPARE(ColumnOf(views.system, 3), u"Photos: run"_s + number);
+    QCOMPARE(ColumnOf(views.retry, 4), u"retry"_s + number);
+    QCOMPARE(TableHand(views.pending).Column(4), QStringList(waiting, u"wait"_s + number));
+    QCOMPARE(RowsOf(views.history), round + 1);
+    QCOMPARE(RowsOf(views.audit), round + 1);
+    QCOMPARE(ColumnOf(views.completed, 1), u"Old"_s + number);
+}
+
+/// Puts another file in the database's place, as a restored backup of it would be.
+void Replace(devservice::DevService& service, const std::filesystem::path& file, const std::string& sql) {
+    std::filesystem::path other = file;
+    other += ".other";
+    std::filesystem::copy_file(file, other);
+    service.Execute(other, sql);
+    std::filesystem::rename(other, file);
+}
+
+} // namespace
+
+class TaskFaultsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void everyViewOutlivesRestarts();
+    void readsADatabaseThatWasReplaced();
+    void aTaskMayGoWhileItsCardIsExpanded();
+    void aTaskMayGoDuringItsQuestion_data();
+    void aTaskMayGoDuringItsQuestion();
+    void aTaskMayGoDuringItsDeletion();
+    void aTaskMayGoWhileItsSubTasksAreDeleted();
+};
+
+void TaskFaultsTest::everyViewOutlivesRestarts() {
+    TaskBench<ThreadReader> bench;
+    devservice::DevService& service = bench.Service();
+    service.PutTask(MakeTask("{1}", "Photos"));
+    AllViews views(bench.console);
+    for (int round = 0; round < Restarts; ++round) {
+        views.Refresh(); // still read while the service stops
+        service.Stop();
+        if (round % 10 == 5) { // the databases are still there, what runs is not
+            views.Refresh();
+            QVERIFY(WaitForReads(bench.reader));
+            QCOMPARE(TableHand(views.running)->TextWithoutRows(), u"No subtask is being processed."_s);
+            QCOMPARE(TableHand(views.system)->TextWithoutRows(), u"System is idle."_s);
+            QCOMPARE(ColumnOf(views.completed, 1), u"Old"_s + QString::number(round - 1));
+        }
+        service.Start();
+        Change(service, round);
+        views.Refresh();
+        QVERIFY(WaitForReads(bench.reader));
+        CompareViews(views, round);
+        if (QTest::currentTestFailed())
+            return;
+    }
+}
+
+void TaskFaultsTest::readsADatabaseThatWasReplaced() {
+    TaskBench<> bench;
+    devservice::DevService& service = bench.Service();
+    service.PutTask(MakeTask("{1}", "Photos"));
+    AllViews views(bench.console);
+    Change(service, 0);
+    views.Refresh();
+    bench.reader.StepAll();
+    CompareViews(views, 0);
+
+    service.Stop(); // which keeps some of the files open
+    Replace(service, service.DatabaseFile(devservice::Database::Scheduler),
+            "UPDATE Scheduler SET TaskName='Pictures' WHERE TaskId='{1}'; DELETE FROM Scheduler WHERE "
+            "TaskId='{2}'");
+    Replace(service, service.SubTaskFile("{1}"), "UPDATE SubTaskDBWorker SET Parameter1='replaced'");
+    Replace(service, service.DatabaseFile(devservice::Database::ProcessLog), "DELETE FROM TaskProcessLog");
+    Replace(service, service.DatabaseFile(devservice::Database::AuditTrace), "DELETE FROM AuditTrace");
+    views.Refresh();
+    bench.reader.StepAll();
+    QVERIFY(views.tasks.FindCard(u"Pictures"_s));
+    QCOMPARE(views.tasks.CardCount(), 1);
+    QCOMPARE(ColumnOf(views.pending, 4), u"replaced"_s);
+    QCOMPARE(ColumnOf(views.retry, 4), u"replaced"_s);
+    QCOMPARE(TableHand(views.history)->TextWithoutRows(), u"No History Record Found"_s);
+    QCOMPARE(TableHand(views.audit)->TextWithoutRows(), u"No Record Found."_s);
+    QCOMPARE(TableHand(views.completed)->TextWithoutRows(), u"No task found."_s);
+}
+
+/// A list with one task whose card is expanded or not.
+struct OneCard {
+    explicit OneCard(bool expanded) : list(bench.console, TaskFilter::MyTasks) {
+        bench.Service().PutTask(MakeTask("{1}", "Photos"));
+        list.resize(760, 560);
+        list.Activate();
+        bench.reader.StepAll();
+        if (expanded)
+            list.ToggleCard(*list.CardAt(0));
+    }
+
+    /// The service loses the task, and the list hears of it first.
+    void Lose() {
+        bench.Service().RemoveTask("{1}");
+        list.OnCommand(Command::Refresh);
+        bench.Service().ForgetRequests();
+        while (bench.reader.Step(Lane::Databases)) {
+        }
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCOMPARE(list.CardCount(), 0);
+    }
+
+    TaskBench<> bench;
+    CTaskListPanel list;
+};
+
+void TaskFaultsTest::aTaskMayGoWhileItsCardIsExpanded() {
+    OneCard one(true);
+    one.bench.reader.StepAll();
+    QVERIFY(one.bench.frame.Captions().contains("Start Now"_L1));
+    one.bench.frame.Click(u"Refresh"_s); // the summary's read is under way
+    one.Lose();
+    one.bench.reader.StepAll();
+    QVERIFY(!one.list.ExpandedCard());
+    QCOMPARE(one.bench.frame.Captions(), QStringList{u"Refresh..."_s});
+    QVERIFY(one.bench.frame.StatusText().startsWith("View tasks."_L1));
+
+    one.bench.Service().PutTask(MakeTask("{1}", "Photos"));
+    one.list.OnCommand(Command::Refresh);
+    one.bench.reader.StepAll();
+    QCOMPARE(one.list.CardCount(), 1);
+    QVERIFY(!one.list.CardAt(0)->IsExpanded());
+}
+
+void TaskFaultsTest::aTaskMayGoDuringItsQuestion_data() {
+    QTest::addColumn<bool>("expanded");
+    QTest::newRow("of the card") << false;
+    QTest::newRow("of the summary") << true;
+}
+
+void TaskFaultsTest::aTaskMayGoDuringItsQuestion() {
+    QFETCH(bool, expanded);
+    OneCard one(expanded);
+    one.bench.reader.StepAll();
+    one.bench.prompts.ExpectQuestion(AskToCancel, true);
+    one.bench.prompts.Hold();
+    if (expanded)
+        one.bench.frame.Click(u"Cancel Task"_s);
+    else
+        ClickAction(static_cast<CTaskItem*>(one.list.CardAt(0)), u"Cancel Task"_s);
+    QVERIFY(one.bench.prompts.IsPlayed());
+    one.Lose();
+    one.bench.prompts.Release();
+    one.bench.reader.StepAll();
+    QCOMPARE(one.bench.fixture.RequestLines(), QStringList());
+}
+
+void TaskFaultsTest::aTaskMayGoDuringItsDeletion() {
+    OneCard one(false);
+    one.bench.prompts.ExpectQuestion(AskToCancel, true);
+    ClickAction(static_cast<CTaskItem*>(one.list.CardAt(0)), u"Cancel Task"_s);
+    one.Lose();
+    one.bench.reader.StepAll(); // no box: there is nothing left to do
+    QCOMPARE(one.bench.fixture.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
+}
+
+void TaskFaultsTest::aTaskMayGoWhileItsSubTasksAreDeleted() {
+    TaskBench<> bench;
+    bench.Service().PutTask(MakeTask("{1}", "Photos"));
+    bench.Service().PutSubTasks("{1}", {MakeSubTask(1, "PUT", "a"), MakeSubTask(2, "PUT", "b")});
+    CSubtaskPanel panel(bench.console, Photos(), SubtaskView::Pending);
+    panel.resize(820, 400);
+    panel.Activate();
+    bench.reader.StepAll();
+    bench.prompts.ExpectQuestion(u"Do you really want to remove selected sub-tasks?"_s, true);
+    bench.prompts.ExpectMessage(u"Failed to delete the subtask"_s);
+    TableHand(panel).Select({0, 1}, 3);
+    TableHand(panel).Click(1, 9);
+    QCoreApplication::sendPostedEvents();
+    bench.Service().RemoveTask("{1}");
+    panel.OnCommand(Command::Refresh);
+    bench.reader.StepAll();
+    QVERIFY(bench.prompts.IsPlayed());
+    panel.Deactivate();
+    panel.Activate();
+    bench.reader.StepAll();
+    QVERIFY(bench.frame.StatusText().startsWith("The database does not exist"_L1));
+}
+
+BTASK_TEST(TaskFaultsTest);
+
+#include "TaskFaultsTest.moc"

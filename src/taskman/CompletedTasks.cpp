@@ -38,8 +38,8 @@ CCompletedTasks::CCompletedTasks(const Console& console) : CRecordPanel(console,
 
 void CCompletedTasks::AddColumns(CBrenListCtrl& list) {
     list.AddColumn(tr("TaskId"), 0);
-    list.AddColumn(tr("Task Name"), 380);
-    list.AddColumn(tr("Last Run Time"), 180);
+    list.AddColumn(tr("Task Name"), 340);
+    list.AddColumn(tr("Last Run Time"), 160);
     list.AddColumn({}, 24);
     auto* deletion = new RowDeletion(TheConsole(), list, DeleteColumn,
                                      {tr("Do you really want to delete the task?"),

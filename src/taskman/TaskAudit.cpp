@@ -120,7 +120,7 @@ void CTaskAudit::CopyAll() {
         return;
     EnableActions();
     Loader().Command(
-        Lane::Service, [rows = List().Rows().AllRows()](std::stop_token) { return JoinedRows(rows); },
+        Lane::Databases, [rows = List().Rows().AllRows()](std::stop_token) { return JoinedRows(rows); },
         [this](const Loaded<QString>& text) {
             m_copying = false;
             EnableActions();

@@ -137,8 +137,8 @@ void CBrenListCtrl::SetMultiSelection(bool multi) {
 }
 
 void CBrenListCtrl::SetEmptyText(const QString& text) {
-    m_emptyText = text;
-    viewport()->update();
+    if (std::exchange(m_emptyText, text) != text)
+        viewport()->update();
 }
 
 void CBrenListCtrl::SetLoading(const QString& text) {

@@ -10,29 +10,29 @@
 
 namespace {
 
-constexpr std::chrono::seconds Period{1};
-
-RecordPage TaskPage() {
+RecordPage LivePage() {
     RecordPage page;
-    page.name = CRunningPanel::tr("Running");
-    page.widths = QStringLiteral("RunningSubtasks");
-    page.status = CRunningPanel::tr("Check the progress of your currently processing sub-tasks");
-    page.empty = CRunningPanel::tr("No subtask is being processed.");
     page.loading = CRunningPanel::tr("Loading...");
-    page.period = Period;
+    page.period = std::chrono::seconds(1);
     page.gated = true;
     return page;
 }
 
+RecordPage TaskPage() {
+    RecordPage page = LivePage();
+    page.name = CRunningPanel::tr("Running");
+    page.widths = QStringLiteral("RunningSubtasks");
+    page.status = CRunningPanel::tr("Check the progress of your currently processing sub-tasks");
+    page.empty = CRunningPanel::tr("No subtask is being processed.");
+    return page;
+}
+
 RecordPage SystemPage() {
-    RecordPage page;
+    RecordPage page = LivePage();
     page.name = CSysRunningPanel::tr("System Activities");
     page.widths = QStringLiteral("SystemActivities");
     page.status = CSysRunningPanel::tr("View current system activities.");
     page.empty = CSysRunningPanel::tr("System is idle.");
-    page.loading = CSysRunningPanel::tr("Loading...");
-    page.period = Period;
-    page.gated = true;
     return page;
 }
 

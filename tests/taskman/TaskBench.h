@@ -50,8 +50,11 @@ public:
     void Click(int row, int column, Qt::KeyboardModifiers modifiers = {}) const {
         QTest::mouseClick(m_list->viewport(), Qt::LeftButton, modifiers, Centre(row, column));
     }
+    /// The events of a window system: the second press is the double click.
     void DoubleClick(int row, int column) const {
+        Click(row, column);
         QTest::mouseDClick(m_list->viewport(), Qt::LeftButton, {}, Centre(row, column));
+        QTest::mouseRelease(m_list->viewport(), Qt::LeftButton, {}, Centre(row, column));
     }
     void Select(const QList<int>& rows, int column) const {
         for (const int row : rows)

@@ -189,6 +189,12 @@ void RecordPanelTest::restartsWithoutTheOldRows() {
     QVERIFY(ReadToItsEnd());
     QCOMPARE(m_panel->RowCount(), 4);
     QCOMPARE(m_panel->FirstRow(), u"b0"_s);
+
+    m_tap->LetCome(0);
+    m_panel->Restart(); // after a read that had ended
+    QCOMPARE(m_panel->TextWithoutRows(), u"Loading."_s);
+    QVERIFY(ReadToItsEnd());
+    QCOMPARE(m_panel->RowCount(), 4); // as they were before
 }
 
 void RecordPanelTest::goesOnAfterItWasLeft_data() {

@@ -10,6 +10,8 @@
 #include "taskman/TaskSummary.h"
 #include "ui/ThreadReader.h"
 
+#include <QTestEventLoop>
+
 using namespace Qt::Literals::StringLiterals;
 using devservice::MakeSubTask;
 using devservice::MakeTask;
@@ -58,10 +60,11 @@ struct AllViews {
 
 /// True once all reads that were asked for before have been shown.
 bool WaitForReads(Reader& reader) {
-    bool shown = false;
+    QTestEventLoop loop;
     reader.Submit({Lane::Databases, [] { return ReadPriority::Hidden; }, std::stop_source(),
-                   [](std::stop_token) {}, [&shown] { shown = true; }});
-    return QTest::qWaitFor([&shown] { return shown; }, 20'000);
+                   [](std::stop_token) {}, [&loop] { loop.exitLoop(); }});
+    loop.enterLoopMSecs(20'000);
+    return !loop.timeout();
 }
 
 /// The table's words in one column, from top to bottom.

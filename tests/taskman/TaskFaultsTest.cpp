@@ -127,7 +127,6 @@ private slots:
     void everyViewOutlivesRestarts();
     void readsADatabaseThatWasReplaced();
     void aTaskMayGoWhileItsCardIsExpanded();
-    void aTaskMayGoDuringItsQuestion_data();
     void aTaskMayGoDuringItsQuestion();
     void aTaskMayGoDuringItsDeletion();
     void aTaskMayGoWhileItsSubTasksAreDeleted();
@@ -230,27 +229,22 @@ void TaskFaultsTest::aTaskMayGoWhileItsCardIsExpanded() {
     QVERIFY(!one.list.CardAt(0)->IsExpanded());
 }
 
-void TaskFaultsTest::aTaskMayGoDuringItsQuestion_data() {
-    QTest::addColumn<bool>("expanded");
-    QTest::newRow("of the card") << false;
-    QTest::newRow("of the summary") << true;
-}
-
 void TaskFaultsTest::aTaskMayGoDuringItsQuestion() {
-    QFETCH(bool, expanded);
-    OneCard one(expanded);
-    one.bench.reader.StepAll();
-    one.bench.prompts.ExpectQuestion(AskToCancel, true);
-    one.bench.prompts.Hold();
-    if (expanded)
-        one.bench.frame.Click(u"Cancel Task"_s);
-    else
-        ClickAction(static_cast<CTaskItem*>(one.list.CardAt(0)), u"Cancel Task"_s);
-    QVERIFY(one.bench.prompts.IsPlayed());
-    one.Lose();
-    one.bench.prompts.Release();
-    one.bench.reader.StepAll();
-    QCOMPARE(one.bench.fixture.RequestLines(), QStringList());
+    for (const bool expanded : {false, true}) { // asked by the card or by its summary
+        OneCard one(expanded);
+        one.bench.reader.StepAll();
+        one.bench.prompts.ExpectQuestion(AskToCancel, true);
+        one.bench.prompts.Hold();
+        if (expanded)
+            one.bench.frame.Click(u"Cancel Task"_s);
+        else
+            ClickAction(static_cast<CTaskItem*>(one.list.CardAt(0)), u"Cancel Task"_s);
+        QVERIFY(one.bench.prompts.IsPlayed());
+        one.Lose();
+        one.bench.prompts.Release();
+        one.bench.reader.StepAll();
+        QCOMPARE(one.bench.fixture.RequestLines(), QStringList());
+    }
 }
 
 void TaskFaultsTest::aTaskMayGoDuringItsDeletion() {

@@ -24,7 +24,6 @@ private slots:
     void keepsTheModeAsANumber();
     void asksAgainAfterTheServiceWasGone();
     void theUsersChoiceWinsOverALateAnswer();
-    void leavesATabThatGoes();
 
 private:
     void Open();
@@ -119,17 +118,6 @@ void TaskManPanelTest::theUsersChoiceWinsOverALateAnswer() {
     QVERIFY(Box()->isChecked());
     QCOMPARE(ShownTabs(), QList<int>({0, 1, 2, 3, 4}));
     QCOMPARE(Requests(), QStringList({ReadLine, WriteLine + u'1'}));
-}
-
-void TaskManPanelTest::leavesATabThatGoes() {
-    m_bench->Service().SetSetting("TaskAdvancedMode", "1");
-    Open();
-    m_panel->SelectPage(4);
-    m_bench->reader.StepAll();
-    QCOMPARE(m_bench->frame.StatusText(), u"Manage completed tasks."_s);
-    Box()->click();
-    QCOMPARE(m_panel->CurrentIndex(), 0);
-    QVERIFY(m_bench->frame.StatusText().startsWith("View tasks."_L1));
 }
 
 BTASK_TEST(TaskManPanelTest);

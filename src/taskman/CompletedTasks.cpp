@@ -17,7 +17,6 @@ RecordPage Page() {
     page.widths = QStringLiteral("CompletedTasks");
     page.status = CCompletedTasks::tr("Manage completed tasks.");
     page.empty = CCompletedTasks::tr("No task found.");
-    page.loading = CCompletedTasks::tr("Loading...");
     page.period = std::chrono::seconds(5);
     return page;
 }

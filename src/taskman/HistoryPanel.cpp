@@ -11,7 +11,6 @@ RecordPage Page() {
     page.widths = QStringLiteral("History");
     page.status = CHistoryPanel::tr("View the completion status of previous backups.");
     page.empty = CHistoryPanel::tr("No History Record Found");
-    page.loading = CHistoryPanel::tr("Loading...");
     page.period = std::chrono::seconds(5);
     return page;
 }

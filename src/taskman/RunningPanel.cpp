@@ -12,7 +12,6 @@ namespace {
 
 RecordPage LivePage() {
     RecordPage page;
-    page.loading = CRunningPanel::tr("Loading...");
     page.period = std::chrono::seconds(1);
     page.gated = true;
     return page;

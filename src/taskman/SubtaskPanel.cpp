@@ -21,7 +21,6 @@ RecordPage PageOf(SubtaskView view) {
     page.widths = QStringLiteral("Subtasks");
     page.status = CSubtaskPanel::tr("View the pending subtasks. They'll be processed later.");
     page.empty = CSubtaskPanel::tr("No Subtask found.");
-    page.loading = CSubtaskPanel::tr("Loading...");
     page.failure = CSubtaskPanel::tr("Failed to get subtask list, refresh later");
     page.period = std::chrono::seconds(5);
     return page;

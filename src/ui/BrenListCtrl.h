@@ -44,7 +44,7 @@ public:
     /// What stands in a list without rows.
     void SetEmptyText(const QString& text);
     /// Stands there instead until rows are set.
-    void SetLoading(const QString& text = tr("Loading..."));
+    void SetLoading(const QString& text);
     /// What stands in the list while it shows no row.
     QString TextWithoutRows() const;
 

@@ -102,7 +102,7 @@ void CRecordPanel::Read(std::optional<quint32> known) {
     if (m_list->Rows().TotalRows() > 0)
         return;
     if (!m_shown)
-        m_list->SetLoading(m_page.loading);
+        m_list->SetLoading(m_page.loading.isEmpty() ? tr("Loading...") : m_page.loading);
     m_coming = rows;
     m_glance.start(GlancePeriod);
 }

@@ -15,7 +15,7 @@ struct RecordPage {
     QString widths;
     QString status;
     QString empty;
-    QString loading;                    ///< until the first row has come
+    QString loading = {};               ///< until the first row has come; empty: "Loading..."
     QString listing = {};               ///< as the status, until all rows have come; empty: none
     QString failure = {};               ///< in a list whose read failed; empty: the read's own sentence
     std::chrono::milliseconds period{}; ///< of reading again by itself; 0: never

@@ -50,7 +50,8 @@ RowDeletion::RowDeletion(const Console& console, CBrenListCtrl& list, int column
     });
 }
 
-void RowDeletion::Ask(QStringList ids) {
+void RowDeletion::Ask(const QStringList& clicked) {
+    QStringList ids = Present(m_list.Rows(), clicked);
     ids.removeIf([this](const QString& id) { return m_inFlight.contains(id); });
     if (m_asking || ids.isEmpty())
         return;

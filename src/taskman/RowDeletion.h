@@ -32,7 +32,7 @@ signals:
     void Sent();
 
 private:
-    void Ask(QStringList ids);
+    void Ask(const QStringList& clicked);
     void Send(const QStringList& ids);
 
     const ServiceClient& m_service;

@@ -101,7 +101,7 @@ void CRecordPanel::Read(std::optional<quint32> known) {
     m_coming.reset();
     if (m_list->Rows().TotalRows() > 0)
         return;
-    if (!m_shown)
+    if (!m_shown && m_failure.isEmpty())
         m_list->SetLoading(m_page.loading.isEmpty() ? tr("Loading...") : m_page.loading);
     m_coming = rows;
     m_glance.start(GlancePeriod);

@@ -272,7 +272,8 @@ void SubtaskPanelTest::deletesTheRowThatWasClicked() {
     QFETCH(QList<int>, deleted);
     const auto panel = Open();
     const TableHand table(*panel);
-    m_bench->prompts.ExpectQuestion(AskOne, true);
+    if (before.contains(2)) // there is nothing to ask about a row that has gone
+        m_bench->prompts.ExpectQuestion(AskOne, true);
     m_bench->prompts.Hold();
     table.Click(1, DeleteColumn);
     PutFiles(before);

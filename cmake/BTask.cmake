@@ -10,6 +10,7 @@ set(CMAKE_AUTORCC ON)
 
 option(BTASK_BENCH "Build the benchmarks" OFF)
 option(BTASK_FUZZ "Build the fuzz targets (clang only)" OFF)
+option(BTASK_PCH "Precompile what most files include; whether each includes all it needs only a build without shows" OFF)
 set(BTASK_SANITIZE "" CACHE STRING "Sanitizers, as in -fsanitize=")
 
 find_program(CCACHE ccache)
@@ -31,6 +32,9 @@ if(WIN32)
   target_compile_definitions(btask_rules INTERFACE _GLIBCXX_USE_POSIX_SEMAPHORE=1)
   target_compile_definitions(btask_rules INTERFACE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00)
 endif()
+if(BTASK_PCH AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(btask_rules INTERFACE -fpch-preprocess) # ccache needs it
+endif()
 if(BTASK_SANITIZE)
   target_compile_options(btask_rules INTERFACE -fsanitize=${BTASK_SANITIZE} -fno-omit-frame-pointer -g1)
   target_link_options(btask_rules INTERFACE -fsanitize=${BTASK_SANITIZE})
@@ -50,10 +54,36 @@ function(btask_include_root target folder scope)
   target_include_directories(${target} ${scope} ${root})
 endfunction()
 
+# btask_precompiled(NAME HEADERS... LIBS...) makes a set of precompiled headers, btask_precompile(TARGET NAME) uses it.
+# The two need the same compiler options and, in what the headers ask for, the same definitions.
+function(btask_precompiled name)
+  if(BTASK_PCH)
+    cmake_parse_arguments(arg "" "" "HEADERS;LIBS" ${ARGN})
+    set(source ${CMAKE_CURRENT_BINARY_DIR}/precompiled_${name}.cpp)
+    file(CONFIGURE OUTPUT ${source} CONTENT "")
+    add_library(btask_precompiled_${name} OBJECT ${source})
+    set_target_properties(btask_precompiled_${name} PROPERTIES AUTOMOC OFF)
+    list(TRANSFORM arg_HEADERS REPLACE ".+" "<\\0>")
+    target_precompile_headers(btask_precompiled_${name} PRIVATE ${arg_HEADERS})
+    target_link_libraries(btask_precompiled_${name} PRIVATE btask_rules ${arg_LIBS})
+  endif()
+endfunction()
+
+function(btask_precompile target name)
+  if(BTASK_PCH)
+    target_precompile_headers(${target} REUSE_FROM btask_precompiled_${name})
+  endif()
+endfunction()
+
+set(btask_core_headers algorithm array chrono filesystem functional map memory mutex optional stop_token string thread
+  utility vector QByteArray QDateTime QDir QFile QString QStringList QTimer)
+set(btask_widgets_headers ${btask_core_headers} QApplication QLabel QLineEdit QMouseEvent QPainter QPushButton QVBoxLayout)
+
 # btask_library(NAME [LIBS lower floors and libraries in its headers] [PRIVATE libraries of its sources only])
-# makes btask_NAME of src/NAME (or of the folder given by DIR); posix/ or windows/ below it is chosen here.
+# makes btask_NAME of src/NAME (or of the folder given by DIR); posix/ or windows/ below it is chosen here. PCH names the
+# precompiled headers.
 function(btask_library name)
-  cmake_parse_arguments(arg "" "DIR" "LIBS;PRIVATE" ${ARGN})
+  cmake_parse_arguments(arg "" "DIR;PCH" "LIBS;PRIVATE" ${ARGN})
   if(NOT arg_DIR)
     set(arg_DIR ${CMAKE_SOURCE_DIR}/src/${name})
   endif()
@@ -69,6 +99,9 @@ function(btask_library name)
   btask_include_root(${target} ${arg_DIR} PUBLIC)
   list(TRANSFORM arg_LIBS REPLACE "^([a-z]+)$" "btask_\\1")
   target_link_libraries(${target} PUBLIC btask_rules ${arg_LIBS} PRIVATE ${arg_PRIVATE})
+  if(arg_PCH)
+    btask_precompile(${target} ${arg_PCH})
+  endif()
 endfunction()
 
 # Gives a Windows program its icon, manifest and version.

@@ -47,6 +47,7 @@ build_preset() {
     shift
     need_packages "${BUILD_PACKAGES[@]}"
     export CCACHE_DIR="${CCACHE_DIR:-$CACHE_DIR/ccache}" CCACHE_BASEDIR="$PWD" CCACHE_NOHASHDIR=1
+    export CCACHE_SLOPPINESS=pch_defines,time_macros # as precompiled headers need it
     cmake --preset "$preset" >"$(mkdir -p build && echo build)/$preset.configure.log" ||
         { cat "build/$preset.configure.log" >&2; return 1; }
     cmake --build "build/$preset" -j "$JOBS" ${1:+--target "$@"}

@@ -37,79 +37,75 @@ class ConnectProgressTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void endsAsTheWaitDoes_data();
-    void endsAsTheWaitDoes();
-    void stopsInsideAProbe();
-    void tellsThatTheManagerRefused();
-};
-
-void ConnectProgressTest::endsAsTheWaitDoes_data() {
-    QTest::addColumn<bool>("runs");
-    QTest::addColumn<bool>("mayStart");
-    QTest::addColumn<bool>("starts");
-    QTest::addColumn<int>("answersAfter");
-    QTest::addColumn<ConnectResult>("result");
-    QTest::addColumn<int>("started");
-    QTest::newRow("answers at once") << true << true << true << 0 << ConnectResult::Answered << 0;
-    QTest::newRow("answers after a while") << true << false << true << 5 << ConnectResult::Answered << 0;
-    QTest::newRow("is started, then answers") << false << true << true << 3 << ConnectResult::Answered << 1;
-    QTest::newRow("may not be started") << false << false << true << 1000 << ConnectResult::TimedOut << 0;
-    QTest::newRow("does not start") << false << true << false << 0 << ConnectResult::StartRefused << 1;
-    QTest::newRow("never answers") << true << true << true << 1000 << ConnectResult::TimedOut << 0;
-}
-
-void ConnectProgressTest::endsAsTheWaitDoes() {
-    QFETCH(bool, runs);
-    QFETCH(bool, mayStart);
-    QFETCH(bool, starts);
-    QFETCH(int, answersAfter);
-    FakeService service{.runs = runs, .starts = starts, .answersAfter = answersAfter};
-    ServiceWait wait(service.Steps(), mayStart, 1ms);
-    CConnectProgressDlg dialog(wait, 10ms);
-    QSignalSpy finished(&dialog, &QDialog::finished);
-    dialog.open();
-    QVERIFY(finished.wait());
-    QTEST(dialog.Result(), "result");
-    QTEST(service.started.load(), "started");
-    QVERIFY(service.probes <= ServiceWait::Tries);
-    if (dialog.Result() == ConnectResult::TimedOut)
-        QCOMPARE(dialog.findChild<QProgressBar*>()->value(), ServiceWait::Tries);
-}
-
-void ConnectProgressTest::stopsInsideAProbe() {
-    std::binary_semaphore entered{0};
-    bool stopped = false;
-    ServiceWait::Steps steps = FakeService().Steps();
-    steps.check = [] { return ServiceCheck{.running = true}; };
-    steps.probe = [&](const std::stop_token& stop) {
-        std::binary_semaphore left{0};
-        const std::stop_callback onStop(stop, [&] { left.release(); });
-        entered.release();
-        left.acquire();
-        stopped = true;
-        return false;
-    };
-    {
-        ServiceWait wait(steps, false, 1h);
-        entered.acquire();
-        QCOMPARE(wait.CurrentState(), ServiceWait::State::Waiting);
+    void endsAsTheWaitDoes_data() {
+        QTest::addColumn<bool>("runs");
+        QTest::addColumn<bool>("mayStart");
+        QTest::addColumn<bool>("starts");
+        QTest::addColumn<int>("answersAfter");
+        QTest::addColumn<ConnectResult>("result");
+        QTest::addColumn<int>("started");
+        QTest::newRow("answers at once") << true << true << true << 0 << ConnectResult::Answered << 0;
+        QTest::newRow("answers after a while") << true << false << true << 5 << ConnectResult::Answered << 0;
+        QTest::newRow("is started, then answers")
+            << false << true << true << 3 << ConnectResult::Answered << 1;
+        QTest::newRow("may not be started") << false << false << true << 1000 << ConnectResult::TimedOut << 0;
+        QTest::newRow("does not start") << false << true << false << 0 << ConnectResult::StartRefused << 1;
+        QTest::newRow("never answers") << true << true << true << 1000 << ConnectResult::TimedOut << 0;
     }
-    QVERIFY(stopped);
-}
 
-void ConnectProgressTest::tellsThatTheManagerRefused() {
-    FakeService service{.runs = false, .openFails = true};
-    ServiceWait wait(service.Steps(), false, 1ms);
-    CConnectProgressDlg dialog(wait, 10ms);
-    dialog.open();
-    QTRY_VERIFY(dialog.findChild<QMessageBox*>());
-    QCOMPARE(dialog.findChild<QMessageBox*>()->text(), QStringLiteral("Open Service Manager Failed\n"));
-    QTRY_COMPARE(wait.CurrentState(), ServiceWait::State::Answered);
-    QVERIFY(dialog.isVisible());
-    dialog.findChild<QMessageBox*>()->accept();
-    QTRY_VERIFY(!dialog.isVisible());
-    QCOMPARE(dialog.Result(), ConnectResult::Answered);
-}
+    void endsAsTheWaitDoes() {
+        QFETCH(bool, runs);
+        QFETCH(bool, mayStart);
+        QFETCH(bool, starts);
+        QFETCH(int, answersAfter);
+        FakeService service{.runs = runs, .starts = starts, .answersAfter = answersAfter};
+        ServiceWait wait(service.Steps(), mayStart, 1ms);
+        CConnectProgressDlg dialog(wait, 10ms);
+        QSignalSpy finished(&dialog, &QDialog::finished);
+        dialog.open();
+        QVERIFY(finished.wait());
+        QTEST(dialog.Result(), "result");
+        QTEST(service.started.load(), "started");
+        QVERIFY(service.probes <= ServiceWait::Tries);
+        if (dialog.Result() == ConnectResult::TimedOut)
+            QCOMPARE(dialog.findChild<QProgressBar*>()->value(), ServiceWait::Tries);
+    }
+
+    void stopsInsideAProbe() {
+        std::binary_semaphore entered{0};
+        bool stopped = false;
+        ServiceWait::Steps steps = FakeService().Steps();
+        steps.check = [] { return ServiceCheck{.running = true}; };
+        steps.probe = [&](const std::stop_token& stop) {
+            std::binary_semaphore left{0};
+            const std::stop_callback onStop(stop, [&] { left.release(); });
+            entered.release();
+            left.acquire();
+            stopped = true;
+            return false;
+        };
+        {
+            ServiceWait wait(steps, false, 1h);
+            entered.acquire();
+            QCOMPARE(wait.CurrentState(), ServiceWait::State::Waiting);
+        }
+        QVERIFY(stopped);
+    }
+
+    void tellsThatTheManagerRefused() {
+        FakeService service{.runs = false, .openFails = true};
+        ServiceWait wait(service.Steps(), false, 1ms);
+        CConnectProgressDlg dialog(wait, 10ms);
+        dialog.open();
+        QTRY_VERIFY(dialog.findChild<QMessageBox*>());
+        QCOMPARE(dialog.findChild<QMessageBox*>()->text(), QStringLiteral("Open Service Manager Failed\n"));
+        QTRY_COMPARE(wait.CurrentState(), ServiceWait::State::Answered);
+        QVERIFY(dialog.isVisible());
+        dialog.findChild<QMessageBox*>()->accept();
+        QTRY_VERIFY(!dialog.isVisible());
+        QCOMPARE(dialog.Result(), ConnectResult::Answered);
+    }
+};
 
 BTASK_TEST(ConnectProgressTest);
 

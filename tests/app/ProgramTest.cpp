@@ -13,60 +13,55 @@ class ProgramTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void opensItsWindow_data();
-    void opensItsWindow();
-    void toursEverySection();
+    void opensItsWindow_data() {
+        QTest::addColumn<QStringList>("switches");
+        QTest::addColumn<bool>("configured");
+        QTest::newRow("desktop") << QStringList() << false;
+        QTest::newRow("desktop, on a section") << QStringList{u"/view:1"_s} << false;
+        QTest::newRow("server") << QStringList{u"/server"_s, u"/runas"_s} << true;
+    }
+
+    void opensItsWindow() {
+        QFETCH(QStringList, switches);
+        QFETCH(bool, configured);
+        ServiceFixture fixture("desktop");
+        const AgentService service;
+        fixture->SetSetting("BSInitConfig", configured ? "True" : "False");
+        const QStringList told = Run(switches + QStringList{u"--dev-report-start"_s});
+        QCOMPARE(told, QStringList({u"painted"_s, u"filled"_s}));
+    }
+
+    void toursEverySection() {
+        ServiceFixture fixture("desktop");
+        const QString folder = fixture.Home() + "/pictures"_L1;
+        const QStringList pictures = Run({u"--dev-tour="_s + folder});
+        QVERIFY(pictures.size() >= 3);
+        for (const QString& picture : pictures)
+            QVERIFY2(QFileInfo(picture).size() > 1000, qPrintable(picture));
+    }
 
 private:
     /// What the program printed; fails the test unless it ended by itself with exit code 0.
-    QStringList Run(const QStringList& arguments);
-};
 
-QStringList ProgramTest::Run(const QStringList& arguments) {
-    const QFileInfo self(QCoreApplication::applicationFilePath());
-    const QString suffix = self.suffix().isEmpty() ? QString() : u'.' + self.suffix();
-    QProcess program;
-    // The program itself has the system's own platform; the tests' one is for their process alone.
-    if (QSysInfo::productType() == u"windows") {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.remove(u"QT_QPA_PLATFORM"_s);
-        program.setProcessEnvironment(environment);
+    QStringList Run(const QStringList& arguments) {
+        const QFileInfo self(QCoreApplication::applicationFilePath());
+        const QString suffix = self.suffix().isEmpty() ? QString() : u'.' + self.suffix();
+        QProcess program;
+        // The program itself has the system's own platform; the tests' one is for their process alone.
+        if (QSysInfo::productType() == u"windows") {
+            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+            environment.remove(u"QT_QPA_PLATFORM"_s);
+            program.setProcessEnvironment(environment);
+        }
+        program.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        program.start(self.absolutePath() + "/BTaskMMC"_L1 + suffix, arguments);
+        if (!program.waitForFinished(60'000) || program.exitStatus() != QProcess::NormalExit ||
+            program.exitCode() != 0)
+            QTest::qFail("the program did not end as it should", __FILE__, __LINE__);
+        const QString told = QString::fromUtf8(program.readAllStandardOutput()).remove(u'\r');
+        return told.split(u'\n', Qt::SkipEmptyParts);
     }
-    program.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    program.start(self.absolutePath() + "/BTaskMMC"_L1 + suffix, arguments);
-    if (!program.waitForFinished(60'000) || program.exitStatus() != QProcess::NormalExit ||
-        program.exitCode() != 0)
-        QTest::qFail("the program did not end as it should", __FILE__, __LINE__);
-    const QString told = QString::fromUtf8(program.readAllStandardOutput()).remove(u'\r');
-    return told.split(u'\n', Qt::SkipEmptyParts);
-}
-
-void ProgramTest::opensItsWindow_data() {
-    QTest::addColumn<QStringList>("switches");
-    QTest::addColumn<bool>("configured");
-    QTest::newRow("desktop") << QStringList() << false;
-    QTest::newRow("desktop, on a section") << QStringList{u"/view:1"_s} << false;
-    QTest::newRow("server") << QStringList{u"/server"_s, u"/runas"_s} << true;
-}
-
-void ProgramTest::opensItsWindow() {
-    QFETCH(QStringList, switches);
-    QFETCH(bool, configured);
-    ServiceFixture fixture("desktop");
-    const AgentService service;
-    fixture->SetSetting("BSInitConfig", configured ? "True" : "False");
-    const QStringList told = Run(switches + QStringList{u"--dev-report-start"_s});
-    QCOMPARE(told, QStringList({u"painted"_s, u"filled"_s}));
-}
-
-void ProgramTest::toursEverySection() {
-    ServiceFixture fixture("desktop");
-    const QString folder = fixture.Home() + "/pictures"_L1;
-    const QStringList pictures = Run({u"--dev-tour="_s + folder});
-    QVERIFY(pictures.size() >= 3);
-    for (const QString& picture : pictures)
-        QVERIFY2(QFileInfo(picture).size() > 1000, qPrintable(picture));
-}
+};
 
 BTASK_TEST(ProgramTest);
 

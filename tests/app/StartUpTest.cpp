@@ -92,128 +92,123 @@ class StartUpTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void everyPath_data();
-    void everyPath();
-    void readsTheInitialView_data();
-    void readsTheInitialView();
-    void takesDevelopmentOptionsOut();
-    void asksForTheBackupPages();
-};
+    void everyPath_data() {
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<World>("world");
+        QTest::addColumn<QStringList>("done");
 
-void StartUpTest::everyPath_data() {
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<World>("world");
-    QTest::addColumn<QStringList>("done");
+        const QString desktopTitle = ZEPMuiGetBrandingStringW(Branding::DesktopConsole);
+        const auto window = [](const QString& title, int view = 0) {
+            return QStringLiteral("window '%1' at %2").arg(title).arg(view);
+        };
+        const QString desktopWindow = window(desktopTitle);
+        const QString serverWindow = window(QStringLiteral("Brenvia Mesafile Console"));
+        const QString mayStart = QStringLiteral("connect, may start");
+        const auto row = [](const char* name, const char* line, const World& world, const QStringList& done) {
+            QTest::newRow(name) << QString::fromLatin1(line) << world << done;
+        };
 
-    const QString desktopTitle = ZEPMuiGetBrandingStringW(Branding::DesktopConsole);
-    const auto window = [](const QString& title, int view = 0) {
-        return QStringLiteral("window '%1' at %2").arg(title).arg(view);
-    };
-    const QString desktopWindow = window(desktopTitle);
-    const QString serverWindow = window(QStringLiteral("Brenvia Mesafile Console"));
-    const QString mayStart = QStringLiteral("connect, may start");
-    const auto row = [](const char* name, const char* line, const World& world, const QStringList& done) {
-        QTest::newRow(name) << QString::fromLatin1(line) << world << done;
-    };
-
-    row("desktop", "", {}, {u"desktop"_s, desktopWindow});
-    row("desktop, on a section", "/view:3", {}, {u"desktop"_s, window(desktopTitle, 3)});
-    row("desktop without its shell", "", {.shellRuns = false}, {u"desktop"_s, NoShellTrace, NoShell});
-    row("server hands over before anything else", "/server", {.connect = ConnectResult::TimedOut},
-        {u"elevated /server /runas"_s});
-    row("server whose elevation is declined", "/server /view:2", {.elevatedStarts = false},
-        {u"elevated /server /view:2 /runas"_s, NotElevated});
-    row("server, elevated", "/server /runas", {}, {u"server"_s, mayStart, serverWindow});
-    row("a switch counts wherever it stands", "x/server-y/runas", {}, {u"server"_s, mayStart, serverWindow});
-    row("a switch in another case is none", "/SERVER", {}, {u"desktop"_s, desktopWindow});
-    row("backup server", "/server /runas", {.serverModeValue = "qbs"},
-        {u"server"_s, mayStart, window(ZEPMuiGetBrandingStringW(Branding::BackupServerConsole))});
-    row("another server mode", "/server /runas", {.serverModeValue = "QBS2"},
-        {u"server"_s, mayStart, serverWindow});
-    row("a system without elevation", "/server", {.mayElevate = false},
-        {u"server"_s, u"connect"_s, serverWindow});
-    row("busy service", "/server /runas", {.connect = ConnectResult::TimedOut}, {u"server"_s, mayStart});
-    row("stopped service, elevated", "/server /runas",
-        {.serviceRuns = false, .connect = ConnectResult::TimedOut}, {u"server"_s, mayStart});
-    row("stopped service, no elevation", "/server",
-        {.mayElevate = false, .serviceRuns = false, .connect = ConnectResult::TimedOut},
-        {u"server"_s, u"connect"_s, NotPermitted});
-    row("service that does not start", "/server /runas", {.connect = ConnectResult::StartRefused},
-        {u"server"_s, mayStart, NotStarted});
-    row("connect dialog closed", "/server /runas", {.connect = ConnectResult::ClosedByUser},
-        {u"server"_s, mayStart});
-    row("denied database, Yes", "/server /runas", {.schedulerOpens = false},
-        {u"server"_s, mayStart, DeniedQuestion, serverWindow});
-    row("denied database, No", "/server /runas", {.schedulerOpens = false, .yes = false},
-        {u"server"_s, mayStart, DeniedQuestion});
-    row("denied database, not elevated", "/server", {.mayElevate = false, .schedulerOpens = false},
-        {u"server"_s, u"connect"_s, NotPermitted});
-    row("wizard finished", "/server /runas", {.configured = {false, true}},
-        {u"server"_s, mayStart, u"wizard"_s, serverWindow});
-    row("wizard given up", "/server /runas", {.configured = {false, false}},
-        {u"server"_s, mayStart, u"wizard"_s});
-    row("wizard wanted again", "/server /runas /bwiz", {},
-        {u"server"_s, mayStart, u"wizard"_s, serverWindow});
-    row("wizard wanted on a desktop", "/bwiz", {}, {u"desktop"_s, desktopWindow});
-    row("home, in another case", "/edithome", {}, {u"desktop"_s, u"edit hOME c2 s2"_s});
-    row("home, no answer", "/edithome", {.vdirs = std::nullopt},
-        {u"desktop"_s, u"says "_s + ZEPMuiGetStringW(Message::VirtualDirectoriesUnavailable)});
-    row("home, no list", "/edithome", {.vdirs = QByteArray("<Response/>")}, {u"desktop"_s});
-    row("home, not in the list", "/edithome", {.vdirs = QByteArray("<Response><VDirs/></Response>")},
-        {u"desktop"_s, u"says "_s + ZEPMuiGetStringW(Message::HomeDirectoryMissing)});
-    row("home goes before cloud", "/cloud /edithome", {}, {u"desktop"_s, u"edit hOME c2 s2"_s});
-    row("cloud", "/cloud", {}, {u"desktop"_s, u"cloud"_s});
-}
-
-void StartUpTest::everyPath() {
-    QFETCH(QString, line);
-    QFETCH(World, world);
-    QFETCH(QStringList, done);
-    ScriptedOperations operations(world);
-    const QStringList arguments =
-        QStringList{u"/server/in/the/path"_s} + line.split(u' ', Qt::SkipEmptyParts);
-    QVERIFY(!CBTaskMMCApp(CommandLine(arguments), operations).InitInstance());
-    QCOMPARE(operations.done, done);
-}
-
-void StartUpTest::readsTheInitialView_data() {
-    QTest::addColumn<QString>("argument");
-    QTest::addColumn<int>("view");
-    QTest::newRow("none") << u"/views"_s << 0;
-    QTest::newRow("no digits") << u"/view:"_s << 0;
-    QTest::newRow("a letter") << u"/view:x3"_s << 0;
-    QTest::newRow("digits and a letter") << u"/view:3x"_s << 3;
-    QTest::newRow("negative") << u"/view:-2"_s << -2;
-    QTest::newRow("in the midst of others") << u"/cloud/view:12/bwiz"_s << 12;
-}
-
-void StartUpTest::readsTheInitialView() {
-    QFETCH(QString, argument);
-    QTEST(CommandLine({u"program"_s, argument}).InitialView(), "view");
-}
-
-void StartUpTest::takesDevelopmentOptionsOut() {
-    const CommandLine line({u"program"_s, u"--dev-tour=/pictures/server"_s, u"/cloud"_s, u"--dev-gallery"_s});
-    QCOMPARE(line.Text(), QStringLiteral("/cloud"));
-    QCOMPARE(line.TourFolder(), QStringLiteral("/pictures/server"));
-    QVERIFY(line.Gallery());
-    QVERIFY(!line.Server());
-    QCOMPARE(CommandLine({u"program"_s}).ElevatedText(), QStringLiteral("/server /runas"));
-}
-
-void StartUpTest::asksForTheBackupPages() {
-    const QTemporaryDir home;
-    const QByteArray before = qgetenv("BREN_HOME");
-    qputenv("BREN_HOME", home.path().toUtf8());
-    const platform::RegistryKey key{platform::RegistryRoot::LocalMachine, "SOFTWARE\\Brenvia"};
-    QVERIFY(!IsBrQBSMode());
-    for (const uint32_t value : {1U, 0U, 2U}) {
-        if (!platform::WriteRegistryDword(key, "BrQBSMode", value))
-            QSKIP("the machine's registry cannot be written here");
-        QCOMPARE(IsBrQBSMode(), value == 0);
+        row("desktop", "", {}, {u"desktop"_s, desktopWindow});
+        row("desktop, on a section", "/view:3", {}, {u"desktop"_s, window(desktopTitle, 3)});
+        row("desktop without its shell", "", {.shellRuns = false}, {u"desktop"_s, NoShellTrace, NoShell});
+        row("server hands over before anything else", "/server", {.connect = ConnectResult::TimedOut},
+            {u"elevated /server /runas"_s});
+        row("server whose elevation is declined", "/server /view:2", {.elevatedStarts = false},
+            {u"elevated /server /view:2 /runas"_s, NotElevated});
+        row("server, elevated", "/server /runas", {}, {u"server"_s, mayStart, serverWindow});
+        row("a switch counts wherever it stands", "x/server-y/runas", {},
+            {u"server"_s, mayStart, serverWindow});
+        row("a switch in another case is none", "/SERVER", {}, {u"desktop"_s, desktopWindow});
+        row("backup server", "/server /runas", {.serverModeValue = "qbs"},
+            {u"server"_s, mayStart, window(ZEPMuiGetBrandingStringW(Branding::BackupServerConsole))});
+        row("another server mode", "/server /runas", {.serverModeValue = "QBS2"},
+            {u"server"_s, mayStart, serverWindow});
+        row("a system without elevation", "/server", {.mayElevate = false},
+            {u"server"_s, u"connect"_s, serverWindow});
+        row("busy service", "/server /runas", {.connect = ConnectResult::TimedOut}, {u"server"_s, mayStart});
+        row("stopped service, elevated", "/server /runas",
+            {.serviceRuns = false, .connect = ConnectResult::TimedOut}, {u"server"_s, mayStart});
+        row("stopped service, no elevation", "/server",
+            {.mayElevate = false, .serviceRuns = false, .connect = ConnectResult::TimedOut},
+            {u"server"_s, u"connect"_s, NotPermitted});
+        row("service that does not start", "/server /runas", {.connect = ConnectResult::StartRefused},
+            {u"server"_s, mayStart, NotStarted});
+        row("connect dialog closed", "/server /runas", {.connect = ConnectResult::ClosedByUser},
+            {u"server"_s, mayStart});
+        row("denied database, Yes", "/server /runas", {.schedulerOpens = false},
+            {u"server"_s, mayStart, DeniedQuestion, serverWindow});
+        row("denied database, No", "/server /runas", {.schedulerOpens = false, .yes = false},
+            {u"server"_s, mayStart, DeniedQuestion});
+        row("denied database, not elevated", "/server", {.mayElevate = false, .schedulerOpens = false},
+            {u"server"_s, u"connect"_s, NotPermitted});
+        row("wizard finished", "/server /runas", {.configured = {false, true}},
+            {u"server"_s, mayStart, u"wizard"_s, serverWindow});
+        row("wizard given up", "/server /runas", {.configured = {false, false}},
+            {u"server"_s, mayStart, u"wizard"_s});
+        row("wizard wanted again", "/server /runas /bwiz", {},
+            {u"server"_s, mayStart, u"wizard"_s, serverWindow});
+        row("wizard wanted on a desktop", "/bwiz", {}, {u"desktop"_s, desktopWindow});
+        row("home, in another case", "/edithome", {}, {u"desktop"_s, u"edit hOME c2 s2"_s});
+        row("home, no answer", "/edithome", {.vdirs = std::nullopt},
+            {u"desktop"_s, u"says "_s + ZEPMuiGetStringW(Message::VirtualDirectoriesUnavailable)});
+        row("home, no list", "/edithome", {.vdirs = QByteArray("<Response/>")}, {u"desktop"_s});
+        row("home, not in the list", "/edithome", {.vdirs = QByteArray("<Response><VDirs/></Response>")},
+            {u"desktop"_s, u"says "_s + ZEPMuiGetStringW(Message::HomeDirectoryMissing)});
+        row("home goes before cloud", "/cloud /edithome", {}, {u"desktop"_s, u"edit hOME c2 s2"_s});
+        row("cloud", "/cloud", {}, {u"desktop"_s, u"cloud"_s});
     }
-    qputenv("BREN_HOME", before);
-}
+
+    void everyPath() {
+        QFETCH(QString, line);
+        QFETCH(World, world);
+        QFETCH(QStringList, done);
+        ScriptedOperations operations(world);
+        const QStringList arguments =
+            QStringList{u"/server/in/the/path"_s} + line.split(u' ', Qt::SkipEmptyParts);
+        QVERIFY(!CBTaskMMCApp(CommandLine(arguments), operations).InitInstance());
+        QCOMPARE(operations.done, done);
+    }
+
+    void readsTheInitialView_data() {
+        QTest::addColumn<QString>("argument");
+        QTest::addColumn<int>("view");
+        QTest::newRow("none") << u"/views"_s << 0;
+        QTest::newRow("no digits") << u"/view:"_s << 0;
+        QTest::newRow("a letter") << u"/view:x3"_s << 0;
+        QTest::newRow("digits and a letter") << u"/view:3x"_s << 3;
+        QTest::newRow("negative") << u"/view:-2"_s << -2;
+        QTest::newRow("in the midst of others") << u"/cloud/view:12/bwiz"_s << 12;
+    }
+
+    void readsTheInitialView() {
+        QFETCH(QString, argument);
+        QTEST(CommandLine({u"program"_s, argument}).InitialView(), "view");
+    }
+
+    void takesDevelopmentOptionsOut() {
+        const CommandLine line(
+            {u"program"_s, u"--dev-tour=/pictures/server"_s, u"/cloud"_s, u"--dev-gallery"_s});
+        QCOMPARE(line.Text(), QStringLiteral("/cloud"));
+        QCOMPARE(line.TourFolder(), QStringLiteral("/pictures/server"));
+        QVERIFY(line.Gallery());
+        QVERIFY(!line.Server());
+        QCOMPARE(CommandLine({u"program"_s}).ElevatedText(), QStringLiteral("/server /runas"));
+    }
+
+    void asksForTheBackupPages() {
+        const QTemporaryDir home;
+        const QByteArray before = qgetenv("BREN_HOME");
+        qputenv("BREN_HOME", home.path().toUtf8());
+        const platform::RegistryKey key{platform::RegistryRoot::LocalMachine, "SOFTWARE\\Brenvia"};
+        QVERIFY(!IsBrQBSMode());
+        for (const uint32_t value : {1U, 0U, 2U}) {
+            if (!platform::WriteRegistryDword(key, "BrQBSMode", value))
+                QSKIP("the machine's registry cannot be written here");
+            QCOMPARE(IsBrQBSMode(), value == 0);
+        }
+        qputenv("BREN_HOME", before);
+    }
+};
 
 BTASK_TEST(StartUpTest);
 

@@ -61,137 +61,129 @@ class ProxyPageTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void theSavedTypeIsShown_data();
-    void theSavedTypeIsShown();
-    void aCustomProxyIsWrittenInOrder();
-    void disablingKeepsWhatWasStored();
-    void cancelWritesNothing();
-    void nothingIsAnnouncedWhenTheServiceGoesAway();
-    void nothingIsTakenBeforeTheValuesAreRead();
-    void theChoiceRulesTheFields();
-};
-
-void ProxyPageTest::theSavedTypeIsShown_data() {
-    QTest::addColumn<QString>("savedType");
-    QTest::addColumn<QString>("shown");
-    QTest::newRow("disabled") << u"0"_s << u"0:host,8080,ann,pw,a;b"_s;
-    QTest::newRow("custom") << u"3"_s << u"1:host,8080,ann,pw,a;b"_s;
-    QTest::newRow("another") << u"1"_s << u"1:host,8080,ann,pw,a;b"_s;
-    QTest::newRow("no number") << u"x"_s << u"0:host,8080,ann,pw,a;b"_s;
-}
-
-void ProxyPageTest::theSavedTypeIsShown() {
-    QFETCH(QString, savedType);
-    ProxyBench bench;
-    bench.Store(savedType, {u"host"_s, u"8080"_s, u"ann"_s, u"pw"_s, u"a;b"_s});
-    bench.service->SetSetting("ProxyType", "3");
-    QVERIFY(bench.Open());
-    QTEST(bench.Shown(), "shown");
-    QCOMPARE(bench.Fields()[3]->echoMode(), QLineEdit::Password);
-}
-
-void ProxyPageTest::aCustomProxyIsWrittenInOrder() {
-    ProxyBench bench;
-    QVERIFY(bench.Open());
-    QCOMPARE(bench.Shown(), u"0:,,,,"_s);
-    bench.Choice()->setCurrentIndex(1);
-    bench.Fill({u"host"_s, u"8080"_s, u"ann"_s, u"p&w"_s, u"a;b"_s});
-    const auto* notice = bench.Dialog()->findChild<NoticeLine*>();
-    QVERIFY(notice->Text().contains(u"\"&\"") && !notice->Text().contains(u"p&w"));
-    QCOMPARE(bench.Save(),
-             (QStringList{u"ProxyType?ValueType=1&Value=3"_s, u"ProxyAddr?ValueType=2&Value=host"_s,
-                          u"ProxyPort?ValueType=2&Value=8080"_s, u"ProxyUser?ValueType=2&Value=ann"_s,
-                          u"ProxyPwd?ValueType=2&Value=p&w"_s, u"ProxyBypass?ValueType=2&Value=a;b"_s,
-                          u"ProxyTypeChanged?ValueType=1&Value=3"_s}));
-    const ProxyEnv proxy = ZEPGetProxyEnv();
-    QCOMPARE(proxy.type, 3);
-    QCOMPARE((QStringList{proxy.address, proxy.port, proxy.user, proxy.password, proxy.bypass}).join(u','),
-             u"host,8080,ann,p&w,a;b"_s);
-}
-
-void ProxyPageTest::disablingKeepsWhatWasStored() {
-    ProxyBench bench;
-    bench.Store(u"3"_s, {u"host"_s, u"8080"_s, u"ann"_s, u"pw"_s, u"a;b"_s});
-    QVERIFY(bench.Open());
-    bench.Fields()[0]->setText(u"changed"_s);
-    bench.Choice()->setCurrentIndex(0);
-    QCOMPARE(bench.Save(),
-             (QStringList{u"ProxyType?ValueType=1&Value=0"_s, u"ProxyTypeChanged?ValueType=1&Value=0"_s}));
-    QTRY_VERIFY(!bench.Dialog());
-    QVERIFY(bench.Open());
-    QCOMPARE(bench.Shown(), u"0:host,8080,ann,pw,a;b"_s);
-}
-
-void ProxyPageTest::cancelWritesNothing() {
-    ProxyBench bench;
-    QVERIFY(bench.Open());
-    bench.panel->OnCommand(CSettingsPanel::ProxySetup);
-    QCOMPARE(bench.panel->findChildren<CProxyPage*>().size(), 1);
-    bench.Choice()->setCurrentIndex(1);
-    bench.Fill({u"host"_s});
-    QTest::keyClick(bench.Dialog(), Qt::Key_Escape);
-    bench.reader.StepAll();
-    QCOMPARE(bench.service.RequestLines(), QStringList());
-    QTRY_VERIFY(!bench.Dialog());
-}
-
-void ProxyPageTest::nothingIsAnnouncedWhenTheServiceGoesAway() {
-    ProxyBench bench;
-    QVERIFY(bench.Open());
-    bench.Choice()->setCurrentIndex(1);
-    bench.service->SetFault(devservice::HttpFault::GarbageHeaders, {}, "ProxyPort");
-    const QStringList written = bench.Save();
-    QCOMPARE(written.size(), 3);
-    QCOMPARE(bench.Stored(u"ProxyTypeChanged"_s), u"(none)"_s);
-}
-
-void ProxyPageTest::nothingIsTakenBeforeTheValuesAreRead() {
-    ProxyBench bench;
-    bench.Store(u"3"_s, {u"host"_s});
-    bench.service->Stop();
-    QVERIFY(bench.Open());
-    QVERIFY(!bench.Button(QDialogButtonBox::Ok)->isEnabled());
-    QVERIFY(!bench.Choice()->isEnabled());
-    QVERIFY(bench.Dialog()->findChild<NoticeLine*>()->isVisible());
-    QTest::keyClick(bench.Dialog(), Qt::Key_Return);
-    QVERIFY(bench.Dialog()->isVisible());
-    bench.service->Start();
-    QTRY_VERIFY((bench.reader.StepAll(), bench.Button(QDialogButtonBox::Ok)->isEnabled()));
-    QCOMPARE(bench.Shown(), u"1:host,,,,"_s);
-    QVERIFY(!bench.Dialog()->findChild<NoticeLine*>()->isVisible());
-}
-
-void ProxyPageTest::theChoiceRulesTheFields() {
-    ProxyBench bench;
-    QVERIFY(bench.Open());
-    const auto explanation = [&bench] {
-        for (const QLabel* label : bench.Dialog()->findChildren<QLabel*>())
-            if (label->text().contains(u"roxy support") || label->text().startsWith(u"Warning"))
-                return label->text();
-        return QString();
-    };
-    struct Case {
-        int index;
-        bool enabled;
-        int type;
-        QString explanation;
-    };
-    const std::vector<Case> cases{
-        {1, true, 3,
-         u"Proxy support is enabled. Please configure the proxy settings below. Leave the field blank if not applicable. "_s},
-        {-1, false, 3, u"Warning: No Proxy Type Is Selected!"_s},
-        {0, false, 0,
-         u"Proxy support is disabled. Brenvia will connect to Cloud Storage directly. This is a common case for home users."_s},
-        {-1, false, 0, u"Warning: No Proxy Type Is Selected!"_s},
-    };
-    for (const Case& each : cases) {
-        bench.Choice()->setCurrentIndex(each.index);
-        for (const QLineEdit* field : bench.Fields())
-            QCOMPARE(field->isEnabled(), each.enabled);
-        QCOMPARE(bench.Dialog()->Wanted().type, each.type);
-        QCOMPARE(explanation(), each.explanation);
+    void theSavedTypeIsShown_data() {
+        QTest::addColumn<QString>("savedType");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("disabled") << u"0"_s << u"0:host,8080,ann,pw,a;b"_s;
+        QTest::newRow("custom") << u"3"_s << u"1:host,8080,ann,pw,a;b"_s;
+        QTest::newRow("another") << u"1"_s << u"1:host,8080,ann,pw,a;b"_s;
+        QTest::newRow("no number") << u"x"_s << u"0:host,8080,ann,pw,a;b"_s;
     }
-}
+
+    void theSavedTypeIsShown() {
+        QFETCH(QString, savedType);
+        ProxyBench bench;
+        bench.Store(savedType, {u"host"_s, u"8080"_s, u"ann"_s, u"pw"_s, u"a;b"_s});
+        bench.service->SetSetting("ProxyType", "3");
+        QVERIFY(bench.Open());
+        QTEST(bench.Shown(), "shown");
+        QCOMPARE(bench.Fields()[3]->echoMode(), QLineEdit::Password);
+    }
+
+    void aCustomProxyIsWrittenInOrder() {
+        ProxyBench bench;
+        QVERIFY(bench.Open());
+        QCOMPARE(bench.Shown(), u"0:,,,,"_s);
+        bench.Choice()->setCurrentIndex(1);
+        bench.Fill({u"host"_s, u"8080"_s, u"ann"_s, u"p&w"_s, u"a;b"_s});
+        const auto* notice = bench.Dialog()->findChild<NoticeLine*>();
+        QVERIFY(notice->Text().contains(u"\"&\"") && !notice->Text().contains(u"p&w"));
+        QCOMPARE(bench.Save(),
+                 (QStringList{u"ProxyType?ValueType=1&Value=3"_s, u"ProxyAddr?ValueType=2&Value=host"_s,
+                              u"ProxyPort?ValueType=2&Value=8080"_s, u"ProxyUser?ValueType=2&Value=ann"_s,
+                              u"ProxyPwd?ValueType=2&Value=p&w"_s, u"ProxyBypass?ValueType=2&Value=a;b"_s,
+                              u"ProxyTypeChanged?ValueType=1&Value=3"_s}));
+        const ProxyEnv proxy = ZEPGetProxyEnv();
+        QCOMPARE(proxy.type, 3);
+        QCOMPARE(
+            (QStringList{proxy.address, proxy.port, proxy.user, proxy.password, proxy.bypass}).join(u','),
+            u"host,8080,ann,p&w,a;b"_s);
+    }
+
+    void disablingKeepsWhatWasStored() {
+        ProxyBench bench;
+        bench.Store(u"3"_s, {u"host"_s, u"8080"_s, u"ann"_s, u"pw"_s, u"a;b"_s});
+        QVERIFY(bench.Open());
+        bench.Fields()[0]->setText(u"changed"_s);
+        bench.Choice()->setCurrentIndex(0);
+        QCOMPARE(bench.Save(), (QStringList{u"ProxyType?ValueType=1&Value=0"_s,
+                                            u"ProxyTypeChanged?ValueType=1&Value=0"_s}));
+        QTRY_VERIFY(!bench.Dialog());
+        QVERIFY(bench.Open());
+        QCOMPARE(bench.Shown(), u"0:host,8080,ann,pw,a;b"_s);
+    }
+
+    void cancelWritesNothing() {
+        ProxyBench bench;
+        QVERIFY(bench.Open());
+        bench.panel->OnCommand(CSettingsPanel::ProxySetup);
+        QCOMPARE(bench.panel->findChildren<CProxyPage*>().size(), 1);
+        bench.Choice()->setCurrentIndex(1);
+        bench.Fill({u"host"_s});
+        QTest::keyClick(bench.Dialog(), Qt::Key_Escape);
+        bench.reader.StepAll();
+        QCOMPARE(bench.service.RequestLines(), QStringList());
+        QTRY_VERIFY(!bench.Dialog());
+    }
+
+    void nothingIsAnnouncedWhenTheServiceGoesAway() {
+        ProxyBench bench;
+        QVERIFY(bench.Open());
+        bench.Choice()->setCurrentIndex(1);
+        bench.service->SetFault(devservice::HttpFault::GarbageHeaders, {}, "ProxyPort");
+        const QStringList written = bench.Save();
+        QCOMPARE(written.size(), 3);
+        QCOMPARE(bench.Stored(u"ProxyTypeChanged"_s), u"(none)"_s);
+    }
+
+    void nothingIsTakenBeforeTheValuesAreRead() {
+        ProxyBench bench;
+        bench.Store(u"3"_s, {u"host"_s});
+        bench.service->Stop();
+        QVERIFY(bench.Open());
+        QVERIFY(!bench.Button(QDialogButtonBox::Ok)->isEnabled());
+        QVERIFY(!bench.Choice()->isEnabled());
+        QVERIFY(bench.Dialog()->findChild<NoticeLine*>()->isVisible());
+        QTest::keyClick(bench.Dialog(), Qt::Key_Return);
+        QVERIFY(bench.Dialog()->isVisible());
+        bench.service->Start();
+        QTRY_VERIFY((bench.reader.StepAll(), bench.Button(QDialogButtonBox::Ok)->isEnabled()));
+        QCOMPARE(bench.Shown(), u"1:host,,,,"_s);
+        QVERIFY(!bench.Dialog()->findChild<NoticeLine*>()->isVisible());
+    }
+
+    void theChoiceRulesTheFields() {
+        ProxyBench bench;
+        QVERIFY(bench.Open());
+        const auto explanation = [&bench] {
+            for (const QLabel* label : bench.Dialog()->findChildren<QLabel*>())
+                if (label->text().contains(u"roxy support") || label->text().startsWith(u"Warning"))
+                    return label->text();
+            return QString();
+        };
+        struct Case {
+            int index;
+            bool enabled;
+            int type;
+            QString explanation;
+        };
+        const std::vector<Case> cases{
+            {1, true, 3,
+             u"Proxy support is enabled. Please configure the proxy settings below. Leave the field blank if not applicable. "_s},
+            {-1, false, 3, u"Warning: No Proxy Type Is Selected!"_s},
+            {0, false, 0,
+             u"Proxy support is disabled. Brenvia will connect to Cloud Storage directly. This is a common case for home users."_s},
+            {-1, false, 0, u"Warning: No Proxy Type Is Selected!"_s},
+        };
+        for (const Case& each : cases) {
+            bench.Choice()->setCurrentIndex(each.index);
+            for (const QLineEdit* field : bench.Fields())
+                QCOMPARE(field->isEnabled(), each.enabled);
+            QCOMPARE(bench.Dialog()->Wanted().type, each.type);
+            QCOMPARE(explanation(), each.explanation);
+        }
+    }
+};
 
 BTASK_TEST(ProxyPageTest);
 #include "ProxyPageTest.moc"

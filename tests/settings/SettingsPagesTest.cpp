@@ -33,221 +33,212 @@ class SettingsPagesTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void valuesAreReadWhenThePageIsShown();
-    void defaultsStandWhileTheServiceIsDown();
-    void aReadStopsWhenTheServiceDoes();
-    void aFailedReadKeepsWhatWasRead();
-    void writesArriveAsTheyAre_data();
-    void writesArriveAsTheyAre();
-    void strangeValuesSurviveAnUnrelatedEdit();
-    void anOlderReadDoesNotUndoAnEdit();
-    void aSettingMarkedForARestartSaysSo();
-    void aBrokenCatalogShowsAnEmptyPage();
-    void theSectionHoldsBothPages();
-};
+    void valuesAreReadWhenThePageIsShown() {
+        SettingsBench bench;
+        bench.service->SetSetting("DeleteCacheAfterUpload", "FALSE");
+        bench.service->SetSetting("KeepCompletedTaskInDB", "1");
+        bench.service->SetSetting("UploadWorkerCount", "8 of them");
+        CTaskItemSettings page(bench.console);
+        page.EnsureCreated();
+        QVERIFY(AllReadOnly(page, true));
+        QVERIFY(!bench.reader.Work(Lane::Service));
+        page.Activate();
+        QVERIFY(AllReadOnly(page, true));
+        QCOMPARE(bench.reader.StepAll(), 1);
+        QVERIFY(AllReadOnly(page, false));
+        QCOMPARE(Value(page, u"DeleteCacheAfterUpload"_s), u"False"_s);
+        QCOMPARE(Value(page, u"KeepCompletedTaskInDB"_s), u"False"_s);
+        QCOMPARE(Value(page, u"UploadWorkerCount"_s), u"8"_s);
+        QCOMPARE(Value(page, u"FailedTaskRetryTimeout"_s), u"120"_s);
+        QCOMPARE(ShownNotice(page), QString());
+        QCOMPARE(bench.frame.toolbarPanel, &page);
+        QVERIFY(bench.frame.toolbar.empty());
+    }
 
-void SettingsPagesTest::valuesAreReadWhenThePageIsShown() {
-    SettingsBench bench;
-    bench.service->SetSetting("DeleteCacheAfterUpload", "FALSE");
-    bench.service->SetSetting("KeepCompletedTaskInDB", "1");
-    bench.service->SetSetting("UploadWorkerCount", "8 of them");
-    CTaskItemSettings page(bench.console);
-    page.EnsureCreated();
-    QVERIFY(AllReadOnly(page, true));
-    QVERIFY(!bench.reader.Work(Lane::Service));
-    page.Activate();
-    QVERIFY(AllReadOnly(page, true));
-    QCOMPARE(bench.reader.StepAll(), 1);
-    QVERIFY(AllReadOnly(page, false));
-    QCOMPARE(Value(page, u"DeleteCacheAfterUpload"_s), u"False"_s);
-    QCOMPARE(Value(page, u"KeepCompletedTaskInDB"_s), u"False"_s);
-    QCOMPARE(Value(page, u"UploadWorkerCount"_s), u"8"_s);
-    QCOMPARE(Value(page, u"FailedTaskRetryTimeout"_s), u"120"_s);
-    QCOMPARE(ShownNotice(page), QString());
-    QCOMPARE(bench.frame.toolbarPanel, &page);
-    QVERIFY(bench.frame.toolbar.empty());
-}
+    void defaultsStandWhileTheServiceIsDown() {
+        SettingsBench bench;
+        bench.service->SetSetting("UploadBandwidth", "50");
+        bench.service->Stop();
+        CTaskItemSettings tasks(bench.console);
+        CSettingsMgr all(bench.console);
+        for (CBrenPanel* page : std::initializer_list<CBrenPanel*>{&tasks, &all}) {
+            page->Activate();
+            bench.reader.StepAll();
+            QVERIFY(AllReadOnly(*page, true));
+            QVERIFY(ShownNotice(*page).contains(u"defaults"));
+        }
+        // What is built in and what is shipped must agree on every setting that both know.
+        QCOMPARE(Rows(tasks).size(), std::size_t(13));
+        for (const Place& row : Rows(tasks)) {
+            const Place shipped = FindRow(all, (*row).key);
+            QVERIFY2(shipped, qPrintable((*row).key));
+            QCOMPARE(Describe(*row), Describe(*shipped));
+            QVERIFY(!(*row).value.isEmpty());
+        }
 
-void SettingsPagesTest::defaultsStandWhileTheServiceIsDown() {
-    SettingsBench bench;
-    bench.service->SetSetting("UploadBandwidth", "50");
-    bench.service->Stop();
-    CTaskItemSettings tasks(bench.console);
-    CSettingsMgr all(bench.console);
-    for (CBrenPanel* page : std::initializer_list<CBrenPanel*>{&tasks, &all}) {
-        page->Activate();
+        bench.service->Start();
+        tasks.OnCommand(Command::Refresh);
         bench.reader.StepAll();
-        QVERIFY(AllReadOnly(*page, true));
-        QVERIFY(ShownNotice(*page).contains(u"defaults"));
-    }
-    // What is built in and what is shipped must agree on every setting that both know.
-    QCOMPARE(Rows(tasks).size(), std::size_t(13));
-    for (const Place& row : Rows(tasks)) {
-        const Place shipped = FindRow(all, (*row).key);
-        QVERIFY2(shipped, qPrintable((*row).key));
-        QCOMPARE(Describe(*row), Describe(*shipped));
-        QVERIFY(!(*row).value.isEmpty());
+        QCOMPARE(Value(tasks, u"UploadBandwidth"_s), u"50"_s);
+        QVERIFY(AllReadOnly(tasks, false));
+        QCOMPARE(ShownNotice(tasks), QString());
     }
 
-    bench.service->Start();
-    tasks.OnCommand(Command::Refresh);
-    bench.reader.StepAll();
-    QCOMPARE(Value(tasks, u"UploadBandwidth"_s), u"50"_s);
-    QVERIFY(AllReadOnly(tasks, false));
-    QCOMPARE(ShownNotice(tasks), QString());
-}
+    void aReadStopsWhenTheServiceDoes() {
+        SettingsBench bench;
+        bench.service->SetSetting("EnableTaskVerification", "true");
+        bench.service->SetSetting("DownloadBandwidth", "70");
+        bench.service->SetFault(devservice::HttpFault::GarbageHeaders, {}, "UploadWorkerCount");
+        CTaskItemSettings page(bench.console);
+        page.Activate();
+        bench.reader.StepAll();
+        QCOMPARE(bench.service.RequestLines().size(), 8);
+        QCOMPARE(bench.service.RequestLines().last(), u"GET /settings/UploadWorkerCount"_s);
+        QCOMPARE(Value(page, u"EnableTaskVerification"_s), u"True"_s);
+        QVERIFY(!(*FindRow(page, u"EnableTaskVerification"_s)).readOnly);
+        QCOMPARE(Value(page, u"DownloadBandwidth"_s), u"0"_s);
+        QVERIFY((*FindRow(page, u"DownloadBandwidth"_s)).readOnly);
+        QVERIFY(ShownNotice(page).contains(u"defaults"));
+    }
 
-void SettingsPagesTest::aReadStopsWhenTheServiceDoes() {
-    SettingsBench bench;
-    bench.service->SetSetting("EnableTaskVerification", "true");
-    bench.service->SetSetting("DownloadBandwidth", "70");
-    bench.service->SetFault(devservice::HttpFault::GarbageHeaders, {}, "UploadWorkerCount");
-    CTaskItemSettings page(bench.console);
-    page.Activate();
-    bench.reader.StepAll();
-    QCOMPARE(bench.service.RequestLines().size(), 8);
-    QCOMPARE(bench.service.RequestLines().last(), u"GET /settings/UploadWorkerCount"_s);
-    QCOMPARE(Value(page, u"EnableTaskVerification"_s), u"True"_s);
-    QVERIFY(!(*FindRow(page, u"EnableTaskVerification"_s)).readOnly);
-    QCOMPARE(Value(page, u"DownloadBandwidth"_s), u"0"_s);
-    QVERIFY((*FindRow(page, u"DownloadBandwidth"_s)).readOnly);
-    QVERIFY(ShownNotice(page).contains(u"defaults"));
-}
+    void aFailedReadKeepsWhatWasRead() {
+        SettingsBench bench;
+        bench.service->SetSetting("UploadBandwidth", "50");
+        CTaskItemSettings page(bench.console);
+        page.Activate();
+        bench.reader.StepAll();
+        bench.service->Stop();
+        page.OnCommand(Command::Refresh);
+        bench.reader.StepAll();
+        QCOMPARE(Value(page, u"UploadBandwidth"_s), u"50"_s);
+        QVERIFY(AllReadOnly(page, false));
+        QVERIFY(Edit(page, u"UploadBandwidth"_s, u"60"_s));
+        bench.reader.StepAll();
+        QCOMPARE(Value(page, u"UploadBandwidth"_s), u"60"_s);
+    }
 
-void SettingsPagesTest::aFailedReadKeepsWhatWasRead() {
-    SettingsBench bench;
-    bench.service->SetSetting("UploadBandwidth", "50");
-    CTaskItemSettings page(bench.console);
-    page.Activate();
-    bench.reader.StepAll();
-    bench.service->Stop();
-    page.OnCommand(Command::Refresh);
-    bench.reader.StepAll();
-    QCOMPARE(Value(page, u"UploadBandwidth"_s), u"50"_s);
-    QVERIFY(AllReadOnly(page, false));
-    QVERIFY(Edit(page, u"UploadBandwidth"_s, u"60"_s));
-    bench.reader.StepAll();
-    QCOMPARE(Value(page, u"UploadBandwidth"_s), u"60"_s);
-}
+    void writesArriveAsTheyAre_data() {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("entered");
+        QTest::addColumn<QString>("request");
+        QTest::addColumn<QString>("stored");
+        QTest::newRow("integer") << u"UploadBandwidth"_s << u"50"_s
+                                 << u"UploadBandwidth?ValueType=1&Value=50"_s << u"50"_s;
+        QTest::newRow("negative") << u"DropCTMin"_s << u"-1"_s << u"DropCTMin?ValueType=1&Value=-1"_s
+                                  << u"-1"_s;
+        QTest::newRow("boolean") << u"SuccNotification"_s << u"True"_s
+                                 << u"SuccNotification?ValueType=4&Value=True"_s << u"True"_s;
+        QTest::newRow("text") << u"WriterName"_s << u"Ann"_s << u"WriterName?ValueType=2&Value=Ann"_s
+                              << u"Ann"_s;
+        QTest::newRow("emptied") << u"WriterName"_s << QString() << u"WriterName?ValueType=2&Value="_s
+                                 << QString();
+        QTest::newRow("encoded octets")
+            << u"WriterName"_s << u"Ä <b>\n#"_s << u"WriterName?ValueType=2&Value=%C3%84%20%3Cb%3E%0A%23"_s
+            << u"Ä <b>\n#"_s;
+        QTest::newRow("sent as it stands")
+            << u"WriterName"_s << u"a&b+c%41"_s << u"WriterName?ValueType=2&Value=a&b+c%41"_s << u"a"_s;
+        QTest::newRow("unchanged") << u"WriterName"_s << u"LOCAL USER"_s << QString() << u"(none)"_s;
+        QTest::newRow("no integer") << u"UploadBandwidth"_s << u"fast"_s << QString() << u"(none)"_s;
+    }
 
-void SettingsPagesTest::writesArriveAsTheyAre_data() {
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("entered");
-    QTest::addColumn<QString>("request");
-    QTest::addColumn<QString>("stored");
-    QTest::newRow("integer") << u"UploadBandwidth"_s << u"50"_s << u"UploadBandwidth?ValueType=1&Value=50"_s
-                             << u"50"_s;
-    QTest::newRow("negative") << u"DropCTMin"_s << u"-1"_s << u"DropCTMin?ValueType=1&Value=-1"_s << u"-1"_s;
-    QTest::newRow("boolean") << u"SuccNotification"_s << u"True"_s
-                             << u"SuccNotification?ValueType=4&Value=True"_s << u"True"_s;
-    QTest::newRow("text") << u"WriterName"_s << u"Ann"_s << u"WriterName?ValueType=2&Value=Ann"_s << u"Ann"_s;
-    QTest::newRow("emptied") << u"WriterName"_s << QString() << u"WriterName?ValueType=2&Value="_s
-                             << QString();
-    QTest::newRow("encoded octets") << u"WriterName"_s << u"Ä <b>\n#"_s
-                                    << u"WriterName?ValueType=2&Value=%C3%84%20%3Cb%3E%0A%23"_s
-                                    << u"Ä <b>\n#"_s;
-    QTest::newRow("sent as it stands")
-        << u"WriterName"_s << u"a&b+c%41"_s << u"WriterName?ValueType=2&Value=a&b+c%41"_s << u"a"_s;
-    QTest::newRow("unchanged") << u"WriterName"_s << u"LOCAL USER"_s << QString() << u"(none)"_s;
-    QTest::newRow("no integer") << u"UploadBandwidth"_s << u"fast"_s << QString() << u"(none)"_s;
-}
+    void writesArriveAsTheyAre() {
+        QFETCH(QString, key);
+        QFETCH(QString, entered);
+        QFETCH(QString, request);
+        SettingsBench bench;
+        CSettingsMgr page(bench.console);
+        page.Activate();
+        bench.reader.StepAll();
+        QVERIFY(Edit(page, key, entered));
+        bench.reader.StepAll();
+        QCOMPARE(bench.Written(),
+                 request.isEmpty() ? QStringList() : QStringList{u"PUT /settings/"_s + request});
+        QTEST(bench.Stored(key), "stored");
+    }
 
-void SettingsPagesTest::writesArriveAsTheyAre() {
-    QFETCH(QString, key);
-    QFETCH(QString, entered);
-    QFETCH(QString, request);
-    SettingsBench bench;
-    CSettingsMgr page(bench.console);
-    page.Activate();
-    bench.reader.StepAll();
-    QVERIFY(Edit(page, key, entered));
-    bench.reader.StepAll();
-    QCOMPARE(bench.Written(), request.isEmpty() ? QStringList() : QStringList{u"PUT /settings/"_s + request});
-    QTEST(bench.Stored(key), "stored");
-}
+    void strangeValuesSurviveAnUnrelatedEdit() {
+        SettingsBench bench;
+        const QString strange =
+            u"<a href=\"x\">&amp;</a>\r\n\"'\x01\x1B\u202Eabc\u200F\tend "_s + QString(64 * 1024, u'y');
+        bench.service->SetSetting("WriterName", strange.toStdString());
+        CSettingsMgr page(bench.console);
+        page.resize(760, 500);
+        page.Activate();
+        bench.reader.StepAll();
+        QCOMPARE(Value(page, u"WriterName"_s), strange);
+        QVERIFY(!page.grab().isNull());
+        QVERIFY(Edit(page, u"ComputerName"_s, u"box"_s));
+        const Place row = FindRow(page, u"WriterName"_s);
+        QVERIFY(row && row.group->OpenEditor(row.row));
+        QTest::keyClick(row.group->Editor(), Qt::Key_Return);
+        QCoreApplication::processEvents();
+        bench.reader.StepAll();
+        QCOMPARE(bench.Written(), QStringList{u"PUT /settings/ComputerName?ValueType=2&Value=box"_s});
+        QCOMPARE(bench.Stored(u"WriterName"_s), strange);
+    }
 
-void SettingsPagesTest::strangeValuesSurviveAnUnrelatedEdit() {
-    SettingsBench bench;
-    const QString strange =
-        u"<a href=\"x\">&amp;</a>\r\n\"'\x01\x1B\u202Eabc\u200F\tend "_s + QString(64 * 1024, u'y');
-    bench.service->SetSetting("WriterName", strange.toStdString());
-    CSettingsMgr page(bench.console);
-    page.resize(760, 500);
-    page.Activate();
-    bench.reader.StepAll();
-    QCOMPARE(Value(page, u"WriterName"_s), strange);
-    QVERIFY(!page.grab().isNull());
-    QVERIFY(Edit(page, u"ComputerName"_s, u"box"_s));
-    const Place row = FindRow(page, u"WriterName"_s);
-    QVERIFY(row && row.group->OpenEditor(row.row));
-    QTest::keyClick(row.group->Editor(), Qt::Key_Return);
-    QCoreApplication::processEvents();
-    bench.reader.StepAll();
-    QCOMPARE(bench.Written(), QStringList{u"PUT /settings/ComputerName?ValueType=2&Value=box"_s});
-    QCOMPARE(bench.Stored(u"WriterName"_s), strange);
-}
+    void anOlderReadDoesNotUndoAnEdit() {
+        SettingsBench bench;
+        bench.service->SetSetting("UploadBandwidth", "5");
+        CTaskItemSettings page(bench.console);
+        page.Activate();
+        bench.reader.StepAll();
+        page.OnCommand(Command::Refresh);
+        QVERIFY(bench.reader.Work(Lane::Service));
+        QVERIFY(Edit(page, u"UploadBandwidth"_s, u"50"_s));
+        bench.reader.Finish();
+        QCOMPARE(Value(page, u"UploadBandwidth"_s), u"50"_s);
+        bench.reader.StepAll();
+        QCOMPARE(Value(page, u"UploadBandwidth"_s), u"50"_s);
+        QCOMPARE(bench.Stored(u"UploadBandwidth"_s), u"50"_s);
+    }
 
-void SettingsPagesTest::anOlderReadDoesNotUndoAnEdit() {
-    SettingsBench bench;
-    bench.service->SetSetting("UploadBandwidth", "5");
-    CTaskItemSettings page(bench.console);
-    page.Activate();
-    bench.reader.StepAll();
-    page.OnCommand(Command::Refresh);
-    QVERIFY(bench.reader.Work(Lane::Service));
-    QVERIFY(Edit(page, u"UploadBandwidth"_s, u"50"_s));
-    bench.reader.Finish();
-    QCOMPARE(Value(page, u"UploadBandwidth"_s), u"50"_s);
-    bench.reader.StepAll();
-    QCOMPARE(Value(page, u"UploadBandwidth"_s), u"50"_s);
-    QCOMPARE(bench.Stored(u"UploadBandwidth"_s), u"50"_s);
-}
+    void aSettingMarkedForARestartSaysSo() {
+        const QString words = u"Settings will take effect when the application starts next time."_s;
+        SettingsBench bench;
+        CSettingsMgr page(bench.console);
+        page.Activate();
+        bench.reader.StepAll();
+        QCOMPARE((*FindRow(page, u"BSInitConfig"_s)).hint, words);
+        QCOMPARE((*FindRow(page, u"UploadBandwidth"_s)).hint, QString());
+        QVERIFY(Edit(page, u"UploadBandwidth"_s, u"50"_s));
+        QCOMPARE(ShownNotice(page), QString());
+        QVERIFY(Edit(page, u"BSInitConfig"_s, u"True"_s));
+        QCOMPARE(ShownNotice(page), words);
+    }
 
-void SettingsPagesTest::aSettingMarkedForARestartSaysSo() {
-    const QString words = u"Settings will take effect when the application starts next time."_s;
-    SettingsBench bench;
-    CSettingsMgr page(bench.console);
-    page.Activate();
-    bench.reader.StepAll();
-    QCOMPARE((*FindRow(page, u"BSInitConfig"_s)).hint, words);
-    QCOMPARE((*FindRow(page, u"UploadBandwidth"_s)).hint, QString());
-    QVERIFY(Edit(page, u"UploadBandwidth"_s, u"50"_s));
-    QCOMPARE(ShownNotice(page), QString());
-    QVERIFY(Edit(page, u"BSInitConfig"_s, u"True"_s));
-    QCOMPARE(ShownNotice(page), words);
-}
+    void aBrokenCatalogShowsAnEmptyPage() {
+        SettingsBench bench;
+        CSettingsMgr page(bench.console, "/no/such/catalog.xml");
+        page.Activate();
+        bench.reader.StepAll();
+        QVERIFY(Rows(page).empty());
+        QCOMPARE(ShownNotice(page), QString());
+        QCOMPARE(bench.service.RequestLines(), QStringList());
+        QCOMPARE(bench.frame.StatusText(), u"There are no settings to show."_s);
+    }
 
-void SettingsPagesTest::aBrokenCatalogShowsAnEmptyPage() {
-    SettingsBench bench;
-    CSettingsMgr page(bench.console, "/no/such/catalog.xml");
-    page.Activate();
-    bench.reader.StepAll();
-    QVERIFY(Rows(page).empty());
-    QCOMPARE(ShownNotice(page), QString());
-    QCOMPARE(bench.service.RequestLines(), QStringList());
-    QCOMPARE(bench.frame.StatusText(), u"There are no settings to show."_s);
-}
+    void theSectionHoldsBothPages() {
+        SettingsBench bench;
+        CSettingsPanel panel(bench.console);
+        panel.Activate();
+        bench.reader.StepAll();
+        QStringList actions;
+        for (const FrameAction& action : bench.frame.sideActions)
+            actions << action.caption;
+        QCOMPARE(actions, (QStringList{u"Proxy Setup"_s, u"Refresh..."_s}));
+        QCOMPARE(panel.PageCount(), 2);
 
-void SettingsPagesTest::theSectionHoldsBothPages() {
-    SettingsBench bench;
-    CSettingsPanel panel(bench.console);
-    panel.Activate();
-    bench.reader.StepAll();
-    QStringList actions;
-    for (const FrameAction& action : bench.frame.sideActions)
-        actions << action.caption;
-    QCOMPARE(actions, (QStringList{u"Proxy Setup"_s, u"Refresh..."_s}));
-    QCOMPARE(panel.PageCount(), 2);
-
-    bench.service->SetSetting("WriterName", "Ann");
-    panel.SelectPage(1);
-    bench.reader.StepAll();
-    QCOMPARE(Value(*panel.CurrentPage(), u"WriterName"_s), u"Ann"_s);
-    bench.service->SetSetting("WriterName", "Ben");
-    panel.OnCommand(Command::Refresh);
-    bench.reader.StepAll();
-    QCOMPARE(Value(*panel.CurrentPage(), u"WriterName"_s), u"Ben"_s);
-}
+        bench.service->SetSetting("WriterName", "Ann");
+        panel.SelectPage(1);
+        bench.reader.StepAll();
+        QCOMPARE(Value(*panel.CurrentPage(), u"WriterName"_s), u"Ann"_s);
+        bench.service->SetSetting("WriterName", "Ben");
+        panel.OnCommand(Command::Refresh);
+        bench.reader.StepAll();
+        QCOMPARE(Value(*panel.CurrentPage(), u"WriterName"_s), u"Ben"_s);
+    }
+};
 
 BTASK_TEST(SettingsPagesTest);
 #include "SettingsPagesTest.moc"

@@ -5,6 +5,8 @@
 
 #include <functional>
 #include <memory>
+#include <tuple>
+#include <vector>
 
 /// Puts a test object into the program of its folder, which runs all of them or those named by
 /// "-class NAME". The test is made when its turn comes, so its constructor may use the application.
@@ -15,3 +17,41 @@ struct TestRegistration {
 #define BTASK_TEST(Class)                                                                                    \
     static const TestRegistration registration##Class(                                                       \
         #Class, []() -> std::unique_ptr<QObject> { return std::make_unique<Class>(); })
+
+/// A value of a table's row as it may be written: a text also as plain UTF-8.
+template <typename Type>
+struct TableValue {
+    using Written = Type;
+};
+template <>
+struct TableValue<QString> {
+    struct Written : QString {
+        Written() = default;
+        Written(const QString& text) : QString(text) {}
+        Written(const char* utf8) : QString(QString::fromUtf8(utf8)) {}
+    };
+};
+
+inline std::vector<const char*> columnNames; ///< of the table in work
+
+/// The columns of a test's table. Called with a name and their values it adds a row.
+template <typename... Types>
+class Columns {
+public:
+    template <typename... Names>
+    explicit Columns(Names... names) {
+        (QTest::addColumn<Types>(names), ...);
+        columnNames = {names...};
+    }
+
+    void operator()(const char* name, const typename TableValue<Types>::Written&... values) const {
+        (QTest::newRow(name) << ... << static_cast<const Types&>(values));
+    }
+};
+
+/// The values of the row in work, from the first column on.
+template <typename... Types>
+std::tuple<Types...> Fetched() {
+    auto name = columnNames.cbegin();
+    return {*static_cast<const Types*>(QTest::qData(*name++, qMetaTypeId<Types>()))...};
+}

@@ -43,248 +43,232 @@ class SubtaskPanelTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-    void listsWhatWaits_data();
-    void listsWhatWaits();
-    void saysWhyItIsEmpty();
-    void deletesAfterOneQuestion_data();
-    void deletesAfterOneQuestion();
-    void tellsOnceOfThoseThatFailed_data();
-    void tellsOnceOfThoseThatFailed();
-    void aDoubleClickSendsOneRequest();
-    void deletesTheRowThatWasClicked_data();
-    void deletesTheRowThatWasClicked();
+    void init() {
+        m_bench = std::make_unique<TaskBench<>>();
+        m_bench->Service().PutTask(MakeTask("{1}", "Photos"));
+        PutFiles({1, 2, 3, 4, 5});
+    }
+
+    void cleanup() { m_bench.reset(); }
+
+    void listsWhatWaits_data() {
+        QTest::addColumn<SubtaskView>("view");
+        QTest::addColumn<QStringList>("rows"); ///< without the ends that all of them have
+        QTest::newRow("pending")
+            << SubtaskView::Pending
+            << QStringList{
+                   u"#ICON:209#@@Uploading...|Upload|2024/a.jpg|/target|1| 2.000 KB|"_s,
+                   u"#ICON:210#@@Downloading...|Receive Change Notification|/ChangeLog/7||2| 0.000 KB|"_s};
+        QTest::newRow("pending retry")
+            << SubtaskView::PendingRetry
+            << QStringList{
+                   u"#ICON:209#@@Uploading...|Upload File Snapshot|b.jpg|/target|3| 1.000 KB|no connection"_s,
+                   u"|Odd|Change(c.txt)|/target|14| 0.000 KB|odd"_s};
+    }
+
+    void listsWhatWaits() {
+        m_bench->Service().PutSubTasks(
+            "{1}", {Noted(MakeSubTask(1, "put", "/home/mara/Photos/2024/a.jpg", 2048), ""),
+                    MakeSubTask(2, "GET", "/ChangeLog/7"),
+                    Noted(MakeSubTask(3, "BPUT", "/home/mara/Photos/b.jpg", 1024, SubTaskState::PendingRetry),
+                          "no connection"),
+                    MakeSubTask(4, "PUT", "running", 9, SubTaskState::Running),
+                    MakeSubTask(5, "PUT", "done", 9, SubTaskState::Done),
+                    Noted(MakeSubTask(14, "Odd", "c.txt.###m", 0, SubTaskState::Failed), "odd")});
+        QFETCH(SubtaskView, view);
+        QFETCH(QStringList, rows);
+        const auto panel = Open(view);
+        const TableHand table(*panel);
+        QCOMPARE(table->Rows().rowCount(), rows.size());
+        for (int row = 0; row < rows.size(); ++row)
+            QCOMPARE(table.Cells(row).join(u'|'), u"{1}|#ICON:8022@@Click to see related trace|"_s +
+                                                      rows[row] +
+                                                      u"|#ICON:208@@Click to delete the failed sub-task"_s);
+        QCOMPARE(m_bench->frame.StatusText(), u"View the pending subtasks. They'll be processed later."_s);
+        QCOMPARE(m_bench->frame.Captions(), QStringList{u"Refresh"_s});
+    }
+
+    void saysWhyItIsEmpty() {
+        PutFiles({});
+        CSubtaskPanel panel(m_bench->console, Photos, SubtaskView::Pending);
+        panel.Activate();
+        const TableHand table(panel);
+        QCOMPARE(table->TextWithoutRows(), u"Loading..."_s);
+        m_bench->reader.StepAll();
+        QCOMPARE(table->TextWithoutRows(), u"No Subtask found."_s);
+
+        const auto file = m_bench->Service().SubTaskFile("{1}");
+        m_bench->Service().SetFault({devservice::DatabaseFault::Garbage, file});
+        Refresh(panel);
+        QCOMPARE(table->TextWithoutRows(), u"Failed to get subtask list, refresh later"_s);
+        QVERIFY(m_bench->frame.StatusText().startsWith("The file is damaged"_L1));
+
+        m_bench->Service().ClearFaults();
+        PutFiles({8});
+        Refresh(panel);
+        QCOMPARE(table.Column(ParameterColumn), QStringList{u"file8"_s});
+        PutFiles({});
+        Refresh(panel);
+        QCOMPARE(table->TextWithoutRows(), u"No Subtask found."_s);
+        QVERIFY(m_bench->frame.StatusText().startsWith("View the pending"_L1));
+    }
+
+    void deletesAfterOneQuestion_data() {
+        QTest::addColumn<QList<int>>("selected"); ///< rows
+        QTest::addColumn<int>("clicked");         ///< row; -1: the Delete key
+        QTest::addColumn<QString>("question");
+        QTest::addColumn<bool>("yes");
+        QTest::addColumn<QList<int>>("deleted"); ///< numbers
+        QTest::newRow("one, no") << QList<int>() << 1 << AskOne << false << QList<int>();
+        QTest::newRow("one, yes") << QList<int>() << 1 << AskOne << true << QList<int>{2};
+        QTest::newRow("one selected, by key") << QList<int>{3} << -1 << AskOne << true << QList<int>{4};
+        QTest::newRow("several, no") << QList<int>{0, 2} << 0 << AskSeveral << false << QList<int>();
+        QTest::newRow("several, yes")
+            << QList<int>{4, 0, 2} << 2 << AskSeveral << true << QList<int>{1, 3, 5};
+        QTest::newRow("several, by key") << QList<int>{4, 2} << -1 << AskSeveral << true << QList<int>{3, 5};
+        QTest::newRow("another one than the selected")
+            << QList<int>{0, 2} << 1 << AskOne << true << QList<int>{2};
+    }
+
+    void deletesAfterOneQuestion() {
+        QFETCH(QList<int>, selected);
+        QFETCH(int, clicked);
+        QFETCH(QString, question);
+        QFETCH(bool, yes);
+        QFETCH(QList<int>, deleted);
+        const auto panel = Open();
+        const TableHand table(*panel);
+        table.Select(selected, NameColumn);
+        m_bench->prompts.ExpectQuestion(question, yes);
+        if (clicked >= 0)
+            table.Click(clicked, DeleteColumn);
+        else
+            QTest::keyClick(panel->findChild<CBrenListCtrl*>(), Qt::Key_Delete);
+        QCoreApplication::sendPostedEvents();
+        m_bench->reader.StepAll();
+        QVERIFY(m_bench->prompts.IsPlayed());
+        QCOMPARE(m_bench->fixture.RequestLines(), Deletions(deleted));
+        QList<int> left{1, 2, 3, 4, 5};
+        left.removeIf([&](int number) { return deleted.contains(number); });
+        QCOMPARE(table.Column(NumberColumn), Words(left));
+    }
+
+    void tellsOnceOfThoseThatFailed_data() {
+        QTest::addColumn<devservice::HttpFault>("fault"); ///< of the whole service; none: one row is refused
+        QTest::addColumn<QList<int>>("requested");
+        QTest::addColumn<QList<int>>("failed"); ///< and still selected
+        using devservice::HttpFault;
+        QTest::newRow("one of three") << HttpFault::None << QList<int>{1, 2, 3} << QList<int>{2};
+        QTest::newRow("each of three")
+            << HttpFault::WrongStatus << QList<int>{1, 2, 3} << QList<int>{1, 2, 3};
+        QTest::newRow("the service is gone") << HttpFault::Refuse << QList<int>() << QList<int>{1, 2, 3};
+        QTest::newRow("the service goes away: no more is sent")
+            << HttpFault::GarbageHeaders << QList<int>{1} << QList<int>{2, 3};
+    }
+
+    void tellsOnceOfThoseThatFailed() {
+        QFETCH(devservice::HttpFault, fault);
+        QFETCH(QList<int>, requested);
+        QFETCH(QList<int>, failed);
+        const auto panel = Open();
+        const TableHand table(*panel);
+        table.Select({0, 1, 2}, NameColumn);
+        if (fault == devservice::HttpFault::None)
+            m_bench->Service().SetAnswer("/schedule/delsub?%7B1%7D:2", devservice::Answer{500, {}});
+        else
+            m_bench->Service().SetFault(fault);
+        if (fault == devservice::HttpFault::WrongStatus)
+            m_bench->Service().SetAnswer("/schedule/delsub", devservice::Answer{200, {}});
+        m_bench->prompts.ExpectQuestion(AskSeveral, true);
+        m_bench->prompts.ExpectMessage(Failed);
+        table.Click(1, DeleteColumn);
+        QCoreApplication::sendPostedEvents();
+        m_bench->reader.StepAll();
+        QVERIFY(m_bench->prompts.IsPlayed());
+        QCOMPARE(m_bench->fixture.RequestLines(), Deletions(requested));
+        QStringList selected;
+        for (const QString& id : table->SelectedIds())
+            selected.append(table->Rows().CellText(table->Rows().RowOf(id), NumberColumn).toString());
+        QCOMPARE(selected, Words(failed));
+    }
+
+    void aDoubleClickSendsOneRequest() {
+        const auto panel = Open();
+        const TableHand table(*panel);
+        m_bench->prompts.ExpectQuestion(AskOne, false);
+        table.DoubleClick(0, DeleteColumn);
+        QCoreApplication::sendPostedEvents();
+        m_bench->prompts.ExpectQuestion(AskOne, true);
+        table.DoubleClick(1, DeleteColumn);
+        QCoreApplication::sendPostedEvents();
+        table.Click(1, DeleteColumn); // a slow one: the first is under way
+        QCoreApplication::sendPostedEvents();
+        m_bench->reader.StepAll();
+        QCOMPARE(m_bench->fixture.RequestLines(), Deletions({2}));
+    }
+
+    void deletesTheRowThatWasClicked_data() {
+        QTest::addColumn<QList<int>>("before"); ///< the click is heard
+        QTest::addColumn<QList<int>>("during"); ///< the question
+        QTest::addColumn<bool>("nextRun");      ///< gives their numbers to other files meanwhile
+        QTest::addColumn<QList<int>>("deleted");
+        const QList<int> all{1, 2, 3, 4, 5};
+        const auto row = [](const char* what, const QList<int>& before, const QList<int>& during,
+                            bool nextRun, const QList<int>& deleted) {
+            QTest::newRow(what) << before << during << nextRun << deleted;
+        };
+        row("moved before the click is heard", {2, 3, 4}, all, false, {2});
+        row("gone before the click is heard", {1, 3, 4}, {3}, false, {});
+        row("moved during the question", all, {0, 1, 2, 3}, false, {2});
+        row("gone during the question", all, {0, 1, 3}, false, {});
+        row("its number is another file's", all, all, true, {});
+    }
+
+    void deletesTheRowThatWasClicked() {
+        QFETCH(QList<int>, before);
+        QFETCH(QList<int>, during);
+        QFETCH(bool, nextRun);
+        QFETCH(QList<int>, deleted);
+        const auto panel = Open();
+        const TableHand table(*panel);
+        if (before.contains(2)) // there is nothing to ask about a row that has gone
+            m_bench->prompts.ExpectQuestion(AskOne, true);
+        m_bench->prompts.Hold();
+        table.Click(1, DeleteColumn);
+        PutFiles(before);
+        Refresh(*panel);
+        QCoreApplication::sendPostedEvents();
+        PutFiles(during, nextRun ? "next" : "file");
+        Refresh(*panel);
+        m_bench->prompts.Release();
+        m_bench->reader.StepAll();
+        QCOMPARE(m_bench->fixture.RequestLines(), Deletions(deleted));
+    }
 
 private:
-    std::unique_ptr<CSubtaskPanel> Open(SubtaskView view = SubtaskView::Pending);
-    void PutFiles(const QList<int>& numbers, const std::string& name = "file");
-    void Refresh(CSubtaskPanel& panel);
+    std::unique_ptr<CSubtaskPanel> Open(SubtaskView view = SubtaskView::Pending) {
+        auto panel = std::make_unique<CSubtaskPanel>(m_bench->console, Photos, view);
+        panel->resize(820, 400);
+        panel->Activate();
+        m_bench->reader.StepAll();
+        m_bench->Service().ForgetRequests();
+        return panel;
+    }
+
+    void PutFiles(const QList<int>& numbers, const std::string& name = "file") {
+        std::vector<devservice::SubTask> files;
+        for (const int number : numbers)
+            files.push_back(MakeSubTask(number, "PUT", name + std::to_string(number)));
+        m_bench->Service().PutSubTasks("{1}", std::move(files));
+    }
+
+    void Refresh(CSubtaskPanel& panel) {
+        panel.OnCommand(Command::Refresh);
+        m_bench->reader.StepAll();
+    }
 
     std::unique_ptr<TaskBench<>> m_bench;
 };
-
-void SubtaskPanelTest::init() {
-    m_bench = std::make_unique<TaskBench<>>();
-    m_bench->Service().PutTask(MakeTask("{1}", "Photos"));
-    PutFiles({1, 2, 3, 4, 5});
-}
-
-void SubtaskPanelTest::cleanup() {
-    m_bench.reset();
-}
-
-void SubtaskPanelTest::PutFiles(const QList<int>& numbers, const std::string& name) {
-    std::vector<devservice::SubTask> files;
-    for (const int number : numbers)
-        files.push_back(MakeSubTask(number, "PUT", name + std::to_string(number)));
-    m_bench->Service().PutSubTasks("{1}", std::move(files));
-}
-
-std::unique_ptr<CSubtaskPanel> SubtaskPanelTest::Open(SubtaskView view) {
-    auto panel = std::make_unique<CSubtaskPanel>(m_bench->console, Photos, view);
-    panel->resize(820, 400);
-    panel->Activate();
-    m_bench->reader.StepAll();
-    m_bench->Service().ForgetRequests();
-    return panel;
-}
-
-void SubtaskPanelTest::Refresh(CSubtaskPanel& panel) {
-    panel.OnCommand(Command::Refresh);
-    m_bench->reader.StepAll();
-}
-
-void SubtaskPanelTest::listsWhatWaits_data() {
-    QTest::addColumn<SubtaskView>("view");
-    QTest::addColumn<QStringList>("rows"); ///< without the ends that all of them have
-    QTest::newRow("pending")
-        << SubtaskView::Pending
-        << QStringList{
-               u"#ICON:209#@@Uploading...|Upload|2024/a.jpg|/target|1| 2.000 KB|"_s,
-               u"#ICON:210#@@Downloading...|Receive Change Notification|/ChangeLog/7||2| 0.000 KB|"_s};
-    QTest::newRow("pending retry")
-        << SubtaskView::PendingRetry
-        << QStringList{
-               u"#ICON:209#@@Uploading...|Upload File Snapshot|b.jpg|/target|3| 1.000 KB|no connection"_s,
-               u"|Odd|Change(c.txt)|/target|14| 0.000 KB|odd"_s};
-}
-
-void SubtaskPanelTest::listsWhatWaits() {
-    m_bench->Service().PutSubTasks(
-        "{1}", {Noted(MakeSubTask(1, "put", "/home/mara/Photos/2024/a.jpg", 2048), ""),
-                MakeSubTask(2, "GET", "/ChangeLog/7"),
-                Noted(MakeSubTask(3, "BPUT", "/home/mara/Photos/b.jpg", 1024, SubTaskState::PendingRetry),
-                      "no connection"),
-                MakeSubTask(4, "PUT", "running", 9, SubTaskState::Running),
-                MakeSubTask(5, "PUT", "done", 9, SubTaskState::Done),
-                Noted(MakeSubTask(14, "Odd", "c.txt.###m", 0, SubTaskState::Failed), "odd")});
-    QFETCH(SubtaskView, view);
-    QFETCH(QStringList, rows);
-    const auto panel = Open(view);
-    const TableHand table(*panel);
-    QCOMPARE(table->Rows().rowCount(), rows.size());
-    for (int row = 0; row < rows.size(); ++row)
-        QCOMPARE(table.Cells(row).join(u'|'), u"{1}|#ICON:8022@@Click to see related trace|"_s + rows[row] +
-                                                  u"|#ICON:208@@Click to delete the failed sub-task"_s);
-    QCOMPARE(m_bench->frame.StatusText(), u"View the pending subtasks. They'll be processed later."_s);
-    QCOMPARE(m_bench->frame.Captions(), QStringList{u"Refresh"_s});
-}
-
-void SubtaskPanelTest::saysWhyItIsEmpty() {
-    PutFiles({});
-    CSubtaskPanel panel(m_bench->console, Photos, SubtaskView::Pending);
-    panel.Activate();
-    const TableHand table(panel);
-    QCOMPARE(table->TextWithoutRows(), u"Loading..."_s);
-    m_bench->reader.StepAll();
-    QCOMPARE(table->TextWithoutRows(), u"No Subtask found."_s);
-
-    const auto file = m_bench->Service().SubTaskFile("{1}");
-    m_bench->Service().SetFault({devservice::DatabaseFault::Garbage, file});
-    Refresh(panel);
-    QCOMPARE(table->TextWithoutRows(), u"Failed to get subtask list, refresh later"_s);
-    QVERIFY(m_bench->frame.StatusText().startsWith("The file is damaged"_L1));
-
-    m_bench->Service().ClearFaults();
-    PutFiles({8});
-    Refresh(panel);
-    QCOMPARE(table.Column(ParameterColumn), QStringList{u"file8"_s});
-    PutFiles({});
-    Refresh(panel);
-    QCOMPARE(table->TextWithoutRows(), u"No Subtask found."_s);
-    QVERIFY(m_bench->frame.StatusText().startsWith("View the pending"_L1));
-}
-
-void SubtaskPanelTest::deletesAfterOneQuestion_data() {
-    QTest::addColumn<QList<int>>("selected"); ///< rows
-    QTest::addColumn<int>("clicked");         ///< row; -1: the Delete key
-    QTest::addColumn<QString>("question");
-    QTest::addColumn<bool>("yes");
-    QTest::addColumn<QList<int>>("deleted"); ///< numbers
-    QTest::newRow("one, no") << QList<int>() << 1 << AskOne << false << QList<int>();
-    QTest::newRow("one, yes") << QList<int>() << 1 << AskOne << true << QList<int>{2};
-    QTest::newRow("one selected, by key") << QList<int>{3} << -1 << AskOne << true << QList<int>{4};
-    QTest::newRow("several, no") << QList<int>{0, 2} << 0 << AskSeveral << false << QList<int>();
-    QTest::newRow("several, yes") << QList<int>{4, 0, 2} << 2 << AskSeveral << true << QList<int>{1, 3, 5};
-    QTest::newRow("several, by key") << QList<int>{4, 2} << -1 << AskSeveral << true << QList<int>{3, 5};
-    QTest::newRow("another one than the selected")
-        << QList<int>{0, 2} << 1 << AskOne << true << QList<int>{2};
-}
-
-void SubtaskPanelTest::deletesAfterOneQuestion() {
-    QFETCH(QList<int>, selected);
-    QFETCH(int, clicked);
-    QFETCH(QString, question);
-    QFETCH(bool, yes);
-    QFETCH(QList<int>, deleted);
-    const auto panel = Open();
-    const TableHand table(*panel);
-    table.Select(selected, NameColumn);
-    m_bench->prompts.ExpectQuestion(question, yes);
-    if (clicked >= 0)
-        table.Click(clicked, DeleteColumn);
-    else
-        QTest::keyClick(panel->findChild<CBrenListCtrl*>(), Qt::Key_Delete);
-    QCoreApplication::sendPostedEvents();
-    m_bench->reader.StepAll();
-    QVERIFY(m_bench->prompts.IsPlayed());
-    QCOMPARE(m_bench->fixture.RequestLines(), Deletions(deleted));
-    QList<int> left{1, 2, 3, 4, 5};
-    left.removeIf([&](int number) { return deleted.contains(number); });
-    QCOMPARE(table.Column(NumberColumn), Words(left));
-}
-
-void SubtaskPanelTest::tellsOnceOfThoseThatFailed_data() {
-    QTest::addColumn<devservice::HttpFault>("fault"); ///< of the whole service; none: one row is refused
-    QTest::addColumn<QList<int>>("requested");
-    QTest::addColumn<QList<int>>("failed"); ///< and still selected
-    using devservice::HttpFault;
-    QTest::newRow("one of three") << HttpFault::None << QList<int>{1, 2, 3} << QList<int>{2};
-    QTest::newRow("each of three") << HttpFault::WrongStatus << QList<int>{1, 2, 3} << QList<int>{1, 2, 3};
-    QTest::newRow("the service is gone") << HttpFault::Refuse << QList<int>() << QList<int>{1, 2, 3};
-    QTest::newRow("the service goes away: no more is sent")
-        << HttpFault::GarbageHeaders << QList<int>{1} << QList<int>{2, 3};
-}
-
-void SubtaskPanelTest::tellsOnceOfThoseThatFailed() {
-    QFETCH(devservice::HttpFault, fault);
-    QFETCH(QList<int>, requested);
-    QFETCH(QList<int>, failed);
-    const auto panel = Open();
-    const TableHand table(*panel);
-    table.Select({0, 1, 2}, NameColumn);
-    if (fault == devservice::HttpFault::None)
-        m_bench->Service().SetAnswer("/schedule/delsub?%7B1%7D:2", devservice::Answer{500, {}});
-    else
-        m_bench->Service().SetFault(fault);
-    if (fault == devservice::HttpFault::WrongStatus)
-        m_bench->Service().SetAnswer("/schedule/delsub", devservice::Answer{200, {}});
-    m_bench->prompts.ExpectQuestion(AskSeveral, true);
-    m_bench->prompts.ExpectMessage(Failed);
-    table.Click(1, DeleteColumn);
-    QCoreApplication::sendPostedEvents();
-    m_bench->reader.StepAll();
-    QVERIFY(m_bench->prompts.IsPlayed());
-    QCOMPARE(m_bench->fixture.RequestLines(), Deletions(requested));
-    QStringList selected;
-    for (const QString& id : table->SelectedIds())
-        selected.append(table->Rows().CellText(table->Rows().RowOf(id), NumberColumn).toString());
-    QCOMPARE(selected, Words(failed));
-}
-
-void SubtaskPanelTest::aDoubleClickSendsOneRequest() {
-    const auto panel = Open();
-    const TableHand table(*panel);
-    m_bench->prompts.ExpectQuestion(AskOne, false);
-    table.DoubleClick(0, DeleteColumn);
-    QCoreApplication::sendPostedEvents();
-    m_bench->prompts.ExpectQuestion(AskOne, true);
-    table.DoubleClick(1, DeleteColumn);
-    QCoreApplication::sendPostedEvents();
-    table.Click(1, DeleteColumn); // a slow one: the first is under way
-    QCoreApplication::sendPostedEvents();
-    m_bench->reader.StepAll();
-    QCOMPARE(m_bench->fixture.RequestLines(), Deletions({2}));
-}
-
-void SubtaskPanelTest::deletesTheRowThatWasClicked_data() {
-    QTest::addColumn<QList<int>>("before"); ///< the click is heard
-    QTest::addColumn<QList<int>>("during"); ///< the question
-    QTest::addColumn<bool>("nextRun");      ///< gives their numbers to other files meanwhile
-    QTest::addColumn<QList<int>>("deleted");
-    const QList<int> all{1, 2, 3, 4, 5};
-    const auto row = [](const char* what, const QList<int>& before, const QList<int>& during, bool nextRun,
-                        const QList<int>& deleted) {
-        QTest::newRow(what) << before << during << nextRun << deleted;
-    };
-    row("moved before the click is heard", {2, 3, 4}, all, false, {2});
-    row("gone before the click is heard", {1, 3, 4}, {3}, false, {});
-    row("moved during the question", all, {0, 1, 2, 3}, false, {2});
-    row("gone during the question", all, {0, 1, 3}, false, {});
-    row("its number is another file's", all, all, true, {});
-}
-
-void SubtaskPanelTest::deletesTheRowThatWasClicked() {
-    QFETCH(QList<int>, before);
-    QFETCH(QList<int>, during);
-    QFETCH(bool, nextRun);
-    QFETCH(QList<int>, deleted);
-    const auto panel = Open();
-    const TableHand table(*panel);
-    if (before.contains(2)) // there is nothing to ask about a row that has gone
-        m_bench->prompts.ExpectQuestion(AskOne, true);
-    m_bench->prompts.Hold();
-    table.Click(1, DeleteColumn);
-    PutFiles(before);
-    Refresh(*panel);
-    QCoreApplication::sendPostedEvents();
-    PutFiles(during, nextRun ? "next" : "file");
-    Refresh(*panel);
-    m_bench->prompts.Release();
-    m_bench->reader.StepAll();
-    QCOMPARE(m_bench->fixture.RequestLines(), Deletions(deleted));
-}
 
 BTASK_TEST(SubtaskPanelTest);
 

@@ -31,147 +31,135 @@ class TaskAuditTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-    void listsTheTraceNewestFirst();
-    void copiesAllRows();
-    void deletesAllAfterAQuestion();
-    void refusesAKeyThatMatchesOthers();
-    void tellsAFailedDeletion();
-    void cancelsTheReadBeforeItDeletes();
-    void deletesNothingOfAnotherTask();
+    void init() {
+        m_bench = std::make_unique<TaskBench<>>();
+        m_bench->Service().AddAuditRows({{0, TaskTrace("{1}", "oldest"), MakeTime(2025, 3, 4, 9, 1)},
+                                         {1, TaskTrace("{1}", "a $ sign"), MakeTime(2025, 3, 4, 9, 2)},
+                                         {7, "about {1}", MakeTime(2025, 3, 4, 9, 3)},
+                                         {2, TaskTrace("{1}", "went wrong"), MakeTime(2025, 3, 4, 9, 4)},
+                                         {-1, "$${1}", MakeTime(2025, 3, 4, 9, 5)},
+                                         {0, TaskTrace("{2}", "another's"), MakeTime(2025, 3, 4, 9, 6)}});
+    }
 
-private:
-    std::unique_ptr<CTaskAudit> Open(const QString& id = u"{1}"_s);
+    void cleanup() { m_bench.reset(); }
 
-    std::unique_ptr<TaskBench<>> m_bench;
-};
+    void listsTheTraceNewestFirst() {
+        CTaskAudit audit(m_bench->console, TaskOf(u"{1}"_s));
+        audit.Activate();
+        const TableHand table(audit);
+        QCOMPARE(table->TextWithoutRows(), u"Querying, please wait..."_s);
+        QCOMPARE(m_bench->frame.Captions(),
+                 QStringList{u"Refresh"_s}); // there is nothing to copy or delete yet
+        m_bench->reader.StepAll();
+        // An unknown level keeps the colour of the row before, and a key that does not end takes all.
+        QCOMPARE(table.Column(0),
+                 QStringList({{}, u"#COLOR:RED"_s, u"#COLOR:RED"_s, u"#COLOR:YELLOW"_s, u"#COLOR:GREEN"_s}));
+        QCOMPARE(table.Column(2),
+                 QStringList({{}, u"went wrong"_s, u"about {1}"_s, u"a $ sign"_s, u"oldest"_s}));
+        QCOMPARE(table.Cells(1).at(1), u"2025-03-04 09:04:00"_s);
+        QCOMPARE(m_bench->frame.StatusText(), u"View audit trace of activities related to this task."_s);
+        QCOMPARE(m_bench->frame.Captions(), QStringList({u"Refresh"_s, u"Copy All"_s, u"Delete All"_s}));
+        QCOMPARE(TableHand(*Open(u"{3}"_s))->TextWithoutRows(), u"No Record Found."_s);
+    }
 
-void TaskAuditTest::init() {
-    m_bench = std::make_unique<TaskBench<>>();
-    m_bench->Service().AddAuditRows({{0, TaskTrace("{1}", "oldest"), MakeTime(2025, 3, 4, 9, 1)},
-                                     {1, TaskTrace("{1}", "a $ sign"), MakeTime(2025, 3, 4, 9, 2)},
-                                     {7, "about {1}", MakeTime(2025, 3, 4, 9, 3)},
-                                     {2, TaskTrace("{1}", "went wrong"), MakeTime(2025, 3, 4, 9, 4)},
-                                     {-1, "$${1}", MakeTime(2025, 3, 4, 9, 5)},
-                                     {0, TaskTrace("{2}", "another's"), MakeTime(2025, 3, 4, 9, 6)}});
-}
+    void copiesAllRows() {
+        const auto audit = Open();
+        m_bench->prompts.ExpectMessage(u"All trace items have been copied to clipboard"_s);
+        m_bench->frame.Click(u"Copy All"_s);
+        m_bench->frame.Click(u"Copy All"_s);
+        m_bench->reader.StepAll();
+        QCOMPARE(m_bench->prompts.clipboardText, u"    2025-03-04 09:05:00    \r\n"
+                                                 "red    2025-03-04 09:04:00    went wrong\r\n"
+                                                 "red    2025-03-04 09:03:00    about {1}\r\n"
+                                                 "yellow    2025-03-04 09:02:00    a $ sign\r\n"
+                                                 "green    2025-03-04 09:01:00    oldest"_s);
+        QVERIFY(m_bench->frame.Captions().contains("Copy All"_L1));
+    }
 
-void TaskAuditTest::cleanup() {
-    m_bench.reset();
-}
+    void deletesAllAfterAQuestion() {
+        const auto audit = Open();
+        const TableHand table(*audit);
+        m_bench->prompts.ExpectQuestion(AskAll, false);
+        m_bench->frame.Click(u"Delete All"_s);
+        m_bench->reader.StepAll();
+        QCOMPARE(table->Rows().rowCount(), 5);
+        QCOMPARE(StoredTraces(u"{1}"_s), 5);
 
-std::unique_ptr<CTaskAudit> TaskAuditTest::Open(const QString& id) {
-    auto audit = std::make_unique<CTaskAudit>(m_bench->console, TaskOf(id));
-    audit->Activate();
-    m_bench->reader.StepAll();
-    return audit;
-}
+        m_bench->prompts.ExpectQuestion(AskAll, true);
+        m_bench->frame.Click(u"Delete All"_s);
+        m_bench->frame.Click(u"Delete All"_s);
+        m_bench->reader.StepAll();
+        QCOMPARE(table->TextWithoutRows(), u"No Record Found."_s);
+        QCOMPARE(StoredTraces(u"{1}"_s), 0);
+        QCOMPARE(StoredTraces(u"{2}"_s), 1);
+        QCOMPARE(m_bench->frame.Captions(), QStringList{u"Refresh"_s});
+    }
 
-void TaskAuditTest::listsTheTraceNewestFirst() {
-    CTaskAudit audit(m_bench->console, TaskOf(u"{1}"_s));
-    audit.Activate();
-    const TableHand table(audit);
-    QCOMPARE(table->TextWithoutRows(), u"Querying, please wait..."_s);
-    QCOMPARE(m_bench->frame.Captions(), QStringList{u"Refresh"_s}); // there is nothing to copy or delete yet
-    m_bench->reader.StepAll();
-    // An unknown level keeps the colour of the row before, and a key that does not end takes all.
-    QCOMPARE(table.Column(0),
-             QStringList({{}, u"#COLOR:RED"_s, u"#COLOR:RED"_s, u"#COLOR:YELLOW"_s, u"#COLOR:GREEN"_s}));
-    QCOMPARE(table.Column(2), QStringList({{}, u"went wrong"_s, u"about {1}"_s, u"a $ sign"_s, u"oldest"_s}));
-    QCOMPARE(table.Cells(1).at(1), u"2025-03-04 09:04:00"_s);
-    QCOMPARE(m_bench->frame.StatusText(), u"View audit trace of activities related to this task."_s);
-    QCOMPARE(m_bench->frame.Captions(), QStringList({u"Refresh"_s, u"Copy All"_s, u"Delete All"_s}));
-    QCOMPARE(TableHand(*Open(u"{3}"_s))->TextWithoutRows(), u"No Record Found."_s);
-}
+    void refusesAKeyThatMatchesOthers() {
+        m_bench->Service().AddAuditRows({{0, "about {}", MakeTime(2025, 3, 4, 9, 7)}});
+        for (const QString& key : {QString(), u"%"_s, u"{%}"_s, u"{}"_s}) {
+            const auto audit = Open(key);
+            const int rows = TableHand(*audit)->Rows().rowCount();
+            QVERIFY(rows > 0);
+            m_bench->prompts.ExpectQuestion(AskAll, true);
+            m_bench->prompts.ExpectMessage(DeletionFailed);
+            m_bench->frame.Click(u"Delete All"_s);
+            m_bench->reader.StepAll();
+            QVERIFY(m_bench->prompts.details.last().contains("is no key of a task"_L1));
+            QCOMPARE(TableHand(*audit)->Rows().rowCount(), rows);
+            QCOMPARE(StoredTraces(u"{1}"_s), 5);
+        }
+    }
 
-void TaskAuditTest::copiesAllRows() {
-    const auto audit = Open();
-    m_bench->prompts.ExpectMessage(u"All trace items have been copied to clipboard"_s);
-    m_bench->frame.Click(u"Copy All"_s);
-    m_bench->frame.Click(u"Copy All"_s);
-    m_bench->reader.StepAll();
-    QCOMPARE(m_bench->prompts.clipboardText, u"    2025-03-04 09:05:00    \r\n"
-                                             "red    2025-03-04 09:04:00    went wrong\r\n"
-                                             "red    2025-03-04 09:03:00    about {1}\r\n"
-                                             "yellow    2025-03-04 09:02:00    a $ sign\r\n"
-                                             "green    2025-03-04 09:01:00    oldest"_s);
-    QVERIFY(m_bench->frame.Captions().contains("Copy All"_L1));
-}
-
-void TaskAuditTest::deletesAllAfterAQuestion() {
-    const auto audit = Open();
-    const TableHand table(*audit);
-    m_bench->prompts.ExpectQuestion(AskAll, false);
-    m_bench->frame.Click(u"Delete All"_s);
-    m_bench->reader.StepAll();
-    QCOMPARE(table->Rows().rowCount(), 5);
-    QCOMPARE(StoredTraces(u"{1}"_s), 5);
-
-    m_bench->prompts.ExpectQuestion(AskAll, true);
-    m_bench->frame.Click(u"Delete All"_s);
-    m_bench->frame.Click(u"Delete All"_s);
-    m_bench->reader.StepAll();
-    QCOMPARE(table->TextWithoutRows(), u"No Record Found."_s);
-    QCOMPARE(StoredTraces(u"{1}"_s), 0);
-    QCOMPARE(StoredTraces(u"{2}"_s), 1);
-    QCOMPARE(m_bench->frame.Captions(), QStringList{u"Refresh"_s});
-}
-
-void TaskAuditTest::refusesAKeyThatMatchesOthers() {
-    m_bench->Service().AddAuditRows({{0, "about {}", MakeTime(2025, 3, 4, 9, 7)}});
-    for (const QString& key : {QString(), u"%"_s, u"{%}"_s, u"{}"_s}) {
-        const auto audit = Open(key);
-        const int rows = TableHand(*audit)->Rows().rowCount();
-        QVERIFY(rows > 0);
+    void tellsAFailedDeletion() {
+        const auto audit = Open();
+        m_bench->Service().SetFault(devservice::DatabaseFault::Locked, devservice::Database::AuditTrace);
         m_bench->prompts.ExpectQuestion(AskAll, true);
         m_bench->prompts.ExpectMessage(DeletionFailed);
         m_bench->frame.Click(u"Delete All"_s);
         m_bench->reader.StepAll();
-        QVERIFY(m_bench->prompts.details.last().contains("is no key of a task"_L1));
-        QCOMPARE(TableHand(*audit)->Rows().rowCount(), rows);
-        QCOMPARE(StoredTraces(u"{1}"_s), 5);
+        QVERIFY(m_bench->prompts.details.last().contains("locked"_L1));
+        QCOMPARE(TableHand(*audit)->Rows().rowCount(), 5);
+        QVERIFY(m_bench->frame.Captions().contains("Delete All"_L1)); // to be tried again
     }
-}
 
-void TaskAuditTest::tellsAFailedDeletion() {
-    const auto audit = Open();
-    m_bench->Service().SetFault(devservice::DatabaseFault::Locked, devservice::Database::AuditTrace);
-    m_bench->prompts.ExpectQuestion(AskAll, true);
-    m_bench->prompts.ExpectMessage(DeletionFailed);
-    m_bench->frame.Click(u"Delete All"_s);
-    m_bench->reader.StepAll();
-    QVERIFY(m_bench->prompts.details.last().contains("locked"_L1));
-    QCOMPARE(TableHand(*audit)->Rows().rowCount(), 5);
-    QVERIFY(m_bench->frame.Captions().contains("Delete All"_L1)); // to be tried again
-}
+    void cancelsTheReadBeforeItDeletes() {
+        const auto audit = Open();
+        m_bench->frame.Click(u"Refresh"_s); // has not begun yet
+        m_bench->prompts.ExpectQuestion(AskAll, true);
+        m_bench->frame.Click(u"Delete All"_s);
+        // A reader ends what was told to stop before it takes the next job.
+        QVERIFY(m_bench->reader.Step(Lane::Databases));
+        QCOMPARE(StoredTraces(u"{1}"_s), 5);
+        QVERIFY(m_bench->reader.Step(Lane::Databases));
+        QCOMPARE(StoredTraces(u"{1}"_s), 0);
+        m_bench->reader.StepAll();
+        QCOMPARE(TableHand(*audit)->Rows().rowCount(), 0);
+    }
 
-void TaskAuditTest::cancelsTheReadBeforeItDeletes() {
-    const auto audit = Open();
-    m_bench->frame.Click(u"Refresh"_s); // has not begun yet
-    m_bench->prompts.ExpectQuestion(AskAll, true);
-    m_bench->frame.Click(u"Delete All"_s);
-    // A reader ends what was told to stop before it takes the next job.
-    QVERIFY(m_bench->reader.Step(Lane::Databases));
-    QCOMPARE(StoredTraces(u"{1}"_s), 5);
-    QVERIFY(m_bench->reader.Step(Lane::Databases));
-    QCOMPARE(StoredTraces(u"{1}"_s), 0);
-    m_bench->reader.StepAll();
-    QCOMPARE(TableHand(*audit)->Rows().rowCount(), 0);
-}
+    void deletesNothingOfAnotherTask() {
+        const auto audit = Open();
+        m_bench->prompts.ExpectQuestion(AskAll, true);
+        m_bench->prompts.Hold();
+        m_bench->frame.Click(u"Delete All"_s);
+        audit->SetTask(TaskOf(u"{2}"_s));
+        m_bench->prompts.Release();
+        m_bench->reader.StepAll();
+        QCOMPARE(TableHand(*audit).Column(2), QStringList{u"another's"_s});
+        QCOMPARE(StoredTraces(u"{1}"_s) + StoredTraces(u"{2}"_s), 6);
+        QVERIFY(m_bench->frame.Captions().contains("Delete All"_L1));
+    }
 
-void TaskAuditTest::deletesNothingOfAnotherTask() {
-    const auto audit = Open();
-    m_bench->prompts.ExpectQuestion(AskAll, true);
-    m_bench->prompts.Hold();
-    m_bench->frame.Click(u"Delete All"_s);
-    audit->SetTask(TaskOf(u"{2}"_s));
-    m_bench->prompts.Release();
-    m_bench->reader.StepAll();
-    QCOMPARE(TableHand(*audit).Column(2), QStringList{u"another's"_s});
-    QCOMPARE(StoredTraces(u"{1}"_s) + StoredTraces(u"{2}"_s), 6);
-    QVERIFY(m_bench->frame.Captions().contains("Delete All"_L1));
-}
+private:
+    std::unique_ptr<CTaskAudit> Open(const QString& id = u"{1}"_s) {
+        auto audit = std::make_unique<CTaskAudit>(m_bench->console, TaskOf(id));
+        audit->Activate();
+        m_bench->reader.StepAll();
+        return audit;
+    }
+
+    std::unique_ptr<TaskBench<>> m_bench;
+};
 
 BTASK_TEST(TaskAuditTest);
 

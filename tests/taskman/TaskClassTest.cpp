@@ -7,47 +7,44 @@ class TaskClassTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void classifiesAndNames_data();
-    void classifiesAndNames();
+    void classifiesAndNames_data() {
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("system");
+        QTest::addColumn<bool>("backup");
+        QTest::addColumn<QString>("shown");
+        const auto row = [](const char* type, const char* name, bool system, bool backup, const char* shown) {
+            QTest::addRow("%s, %s", type, name) << QString::fromLatin1(type) << QString::fromLatin1(name)
+                                                << system << backup << QString::fromLatin1(shown);
+        };
+        row("BACKUP", "Photos", false, true, "Mirrored Backup");
+        row("ccbackup", "Photos", false, true, "Cross Cloud Backup");
+        row("AdvBackup", "Mail", false, true, "Application Data Backup");
+        row("restoreapp", "Restore [A] From [B]", false, false, "Restore");
+        row("snapshotBackup", "Accounts", false, false, "Snapshot Backup");
+        row("backups", "Photos", false, false, "backups");
+        row("mirror", "default task for X", true, false, "mirror");
+        row("mirror", "My Default Task For X", false, false, "mirror");
+        row("Default Task For X", "X", false, false, "Virtual Directory Default Task ");
+        row("Cloud Sync Folder Task", "CLOUD SYNC FOLDER TASK FOR Y", true, false, "Cloud Sync Folder Task");
+        row("sync", "Drop Folder Sync 1", false, false, "sync");
+        row("sync", "a Prefetch Task of Z", true, false, "sync");
+        row("sync", "a prefetch task of Z", false, false, "sync");
+        row("x#MESFTASKx", "Files", true, false, "Mesafile System Task");
+        row("x#mesftaskx", "Files", false, false, "x#mesftaskx");
+        row("", "", false, false, "");
+    }
+
+    void classifiesAndNames() {
+        QFETCH(QString, type);
+        QFETCH(QString, name);
+        const TaskClass found = ClassifyTask(type, name);
+        QTEST(found.system, "system");
+        QTEST(found.backup, "backup");
+        QTEST(TaskTypeName(type), "shown");
+        QVERIFY(ClassifyTask(type, name, true).backup);
+    }
 };
-
-void TaskClassTest::classifiesAndNames_data() {
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("system");
-    QTest::addColumn<bool>("backup");
-    QTest::addColumn<QString>("shown");
-    const auto row = [](const char* type, const char* name, bool system, bool backup, const char* shown) {
-        QTest::addRow("%s, %s", type, name) << QString::fromLatin1(type) << QString::fromLatin1(name)
-                                            << system << backup << QString::fromLatin1(shown);
-    };
-    row("BACKUP", "Photos", false, true, "Mirrored Backup");
-    row("ccbackup", "Photos", false, true, "Cross Cloud Backup");
-    row("AdvBackup", "Mail", false, true, "Application Data Backup");
-    row("restoreapp", "Restore [A] From [B]", false, false, "Restore");
-    row("snapshotBackup", "Accounts", false, false, "Snapshot Backup");
-    row("backups", "Photos", false, false, "backups");
-    row("mirror", "default task for X", true, false, "mirror");
-    row("mirror", "My Default Task For X", false, false, "mirror");
-    row("Default Task For X", "X", false, false, "Virtual Directory Default Task ");
-    row("Cloud Sync Folder Task", "CLOUD SYNC FOLDER TASK FOR Y", true, false, "Cloud Sync Folder Task");
-    row("sync", "Drop Folder Sync 1", false, false, "sync");
-    row("sync", "a Prefetch Task of Z", true, false, "sync");
-    row("sync", "a prefetch task of Z", false, false, "sync");
-    row("x#MESFTASKx", "Files", true, false, "Mesafile System Task");
-    row("x#mesftaskx", "Files", false, false, "x#mesftaskx");
-    row("", "", false, false, "");
-}
-
-void TaskClassTest::classifiesAndNames() {
-    QFETCH(QString, type);
-    QFETCH(QString, name);
-    const TaskClass found = ClassifyTask(type, name);
-    QTEST(found.system, "system");
-    QTEST(found.backup, "backup");
-    QTEST(TaskTypeName(type), "shown");
-    QVERIFY(ClassifyTask(type, name, true).backup);
-}
 
 BTASK_TEST(TaskClassTest);
 

@@ -120,71 +120,6 @@ void Replace(devservice::DevService& service, const std::filesystem::path& file,
 
 } // namespace
 
-class TaskFaultsTest : public QObject {
-    Q_OBJECT
-
-private slots:
-    void everyViewOutlivesRestarts();
-    void readsADatabaseThatWasReplaced();
-    void aTaskMayGoWhileItsCardIsExpanded();
-    void aTaskMayGoDuringItsQuestion();
-    void aTaskMayGoDuringItsDeletion();
-    void aTaskMayGoWhileItsSubTasksAreDeleted();
-};
-
-void TaskFaultsTest::everyViewOutlivesRestarts() {
-    TaskBench<ThreadReader> bench;
-    devservice::DevService& service = bench.Service();
-    service.PutTask(MakeTask("{1}", "Photos"));
-    AllViews views(bench.console);
-    for (int round = 0; round < Restarts; ++round) {
-        views.Refresh(); // still read while the service stops
-        service.Stop();
-        if (round % 10 == 5) { // the databases are still there, what runs is not
-            views.Refresh();
-            QVERIFY(WaitForReads(bench.reader));
-            QCOMPARE(TableHand(views.running)->TextWithoutRows(), u"No subtask is being processed."_s);
-            QCOMPARE(TableHand(views.system)->TextWithoutRows(), u"System is idle."_s);
-            QCOMPARE(ColumnOf(views.completed, 1), u"Old"_s + QString::number(round - 1));
-        }
-        service.Start();
-        Change(service, round);
-        views.Refresh();
-        QVERIFY(WaitForReads(bench.reader));
-        CompareViews(views, round);
-        if (QTest::currentTestFailed())
-            return;
-    }
-}
-
-void TaskFaultsTest::readsADatabaseThatWasReplaced() {
-    TaskBench<> bench;
-    devservice::DevService& service = bench.Service();
-    service.PutTask(MakeTask("{1}", "Photos"));
-    AllViews views(bench.console);
-    Change(service, 0);
-    views.Refresh();
-    bench.reader.StepAll();
-    CompareViews(views, 0);
-
-    service.Stop(); // which keeps some of the files open
-    Replace(service, service.DatabaseFile(devservice::Database::Scheduler),
-            "UPDATE Scheduler SET TaskName='Pictures' WHERE TaskId='{1}'; DELETE FROM Scheduler WHERE "
-            "TaskId='{2}'");
-    Replace(service, service.SubTaskFile("{1}"), "UPDATE SubTaskDBWorker SET Parameter1='replaced'");
-    Replace(service, service.DatabaseFile(devservice::Database::ProcessLog), "DELETE FROM TaskProcessLog");
-    Replace(service, service.DatabaseFile(devservice::Database::AuditTrace), "DELETE FROM AuditTrace");
-    views.Refresh();
-    bench.reader.StepAll();
-    QVERIFY(views.tasks.FindCard(u"Pictures"_s));
-    QCOMPARE(views.tasks.CardCount(), 1);
-    QCOMPARE(ColumnOf(views.pending, 4), u"replaced"_s);
-    QCOMPARE(ColumnOf(views.retry, 4), u"replaced"_s);
-    QCOMPARE(TableHand(views.history)->TextWithoutRows(), u"No History Record Found"_s);
-    QCOMPARE(TableHand(views.audit)->TextWithoutRows(), u"No Record Found."_s);
-    QCOMPARE(TableHand(views.completed)->TextWithoutRows(), u"No task found."_s);
-}
-
 /// A list with one task whose card is expanded or not.
 struct OneCard {
     explicit OneCard(bool expanded) : list(bench.console, TaskFilter::MyTasks) {
@@ -211,73 +146,132 @@ struct OneCard {
     CTaskListPanel list;
 };
 
-void TaskFaultsTest::aTaskMayGoWhileItsCardIsExpanded() {
-    OneCard one(true);
-    one.bench.reader.StepAll();
-    QVERIFY(one.bench.frame.Captions().contains("Start Now"_L1));
-    one.bench.frame.Click(u"Refresh"_s); // the summary's read is under way
-    one.Lose();
-    one.bench.reader.StepAll();
-    QVERIFY(!one.list.ExpandedCard());
-    QCOMPARE(one.bench.frame.Captions(), QStringList{u"Refresh..."_s});
-    QVERIFY(one.bench.frame.StatusText().startsWith("View tasks."_L1));
+class TaskFaultsTest : public QObject {
+    Q_OBJECT
 
-    one.bench.Service().PutTask(MakeTask("{1}", "Photos"));
-    one.list.OnCommand(Command::Refresh);
-    one.bench.reader.StepAll();
-    QCOMPARE(one.list.CardCount(), 1);
-    QVERIFY(!one.list.CardAt(0)->IsExpanded());
-}
-
-void TaskFaultsTest::aTaskMayGoDuringItsQuestion() {
-    for (const bool expanded : {false, true}) { // asked by the card or by its summary
-        OneCard one(expanded);
-        one.bench.reader.StepAll();
-        one.bench.prompts.ExpectQuestion(AskToCancel, true);
-        one.bench.prompts.Hold();
-        if (expanded)
-            one.bench.frame.Click(u"Cancel Task"_s);
-        else
-            ClickAction(static_cast<CTaskItem*>(one.list.CardAt(0)), u"Cancel Task"_s);
-        QVERIFY(one.bench.prompts.IsPlayed());
-        one.Lose();
-        one.bench.prompts.Release();
-        one.bench.reader.StepAll();
-        QCOMPARE(one.bench.fixture.RequestLines(), QStringList());
+private slots:
+    void everyViewOutlivesRestarts() {
+        TaskBench<ThreadReader> bench;
+        devservice::DevService& service = bench.Service();
+        service.PutTask(MakeTask("{1}", "Photos"));
+        AllViews views(bench.console);
+        for (int round = 0; round < Restarts; ++round) {
+            views.Refresh(); // still read while the service stops
+            service.Stop();
+            if (round % 10 == 5) { // the databases are still there, what runs is not
+                views.Refresh();
+                QVERIFY(WaitForReads(bench.reader));
+                QCOMPARE(TableHand(views.running)->TextWithoutRows(), u"No subtask is being processed."_s);
+                QCOMPARE(TableHand(views.system)->TextWithoutRows(), u"System is idle."_s);
+                QCOMPARE(ColumnOf(views.completed, 1), u"Old"_s + QString::number(round - 1));
+            }
+            service.Start();
+            Change(service, round);
+            views.Refresh();
+            QVERIFY(WaitForReads(bench.reader));
+            CompareViews(views, round);
+            if (QTest::currentTestFailed())
+                return;
+        }
     }
-}
 
-void TaskFaultsTest::aTaskMayGoDuringItsDeletion() {
-    OneCard one(false);
-    one.bench.prompts.ExpectQuestion(AskToCancel, true);
-    ClickAction(static_cast<CTaskItem*>(one.list.CardAt(0)), u"Cancel Task"_s);
-    one.Lose();
-    one.bench.reader.StepAll(); // no box: there is nothing left to do
-    QCOMPARE(one.bench.fixture.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
-}
+    void readsADatabaseThatWasReplaced() {
+        TaskBench<> bench;
+        devservice::DevService& service = bench.Service();
+        service.PutTask(MakeTask("{1}", "Photos"));
+        AllViews views(bench.console);
+        Change(service, 0);
+        views.Refresh();
+        bench.reader.StepAll();
+        CompareViews(views, 0);
 
-void TaskFaultsTest::aTaskMayGoWhileItsSubTasksAreDeleted() {
-    TaskBench<> bench;
-    bench.Service().PutTask(MakeTask("{1}", "Photos"));
-    bench.Service().PutSubTasks("{1}", {MakeSubTask(1, "PUT", "a"), MakeSubTask(2, "PUT", "b")});
-    CSubtaskPanel panel(bench.console, Photos(), SubtaskView::Pending);
-    panel.resize(820, 400);
-    panel.Activate();
-    bench.reader.StepAll();
-    bench.prompts.ExpectQuestion(u"Do you really want to remove selected sub-tasks?"_s, true);
-    bench.prompts.ExpectMessage(u"Failed to delete the subtask"_s);
-    TableHand(panel).Select({0, 1}, 3);
-    TableHand(panel).Click(1, 9);
-    QCoreApplication::sendPostedEvents();
-    bench.Service().RemoveTask("{1}");
-    panel.OnCommand(Command::Refresh);
-    bench.reader.StepAll();
-    QVERIFY(bench.prompts.IsPlayed());
-    panel.Deactivate();
-    panel.Activate();
-    bench.reader.StepAll();
-    QVERIFY(bench.frame.StatusText().startsWith("The database does not exist"_L1));
-}
+        service.Stop(); // which keeps some of the files open
+        Replace(service, service.DatabaseFile(devservice::Database::Scheduler),
+                "UPDATE Scheduler SET TaskName='Pictures' WHERE TaskId='{1}'; DELETE FROM Scheduler WHERE "
+                "TaskId='{2}'");
+        Replace(service, service.SubTaskFile("{1}"), "UPDATE SubTaskDBWorker SET Parameter1='replaced'");
+        Replace(service, service.DatabaseFile(devservice::Database::ProcessLog),
+                "DELETE FROM TaskProcessLog");
+        Replace(service, service.DatabaseFile(devservice::Database::AuditTrace), "DELETE FROM AuditTrace");
+        views.Refresh();
+        bench.reader.StepAll();
+        QVERIFY(views.tasks.FindCard(u"Pictures"_s));
+        QCOMPARE(views.tasks.CardCount(), 1);
+        QCOMPARE(ColumnOf(views.pending, 4), u"replaced"_s);
+        QCOMPARE(ColumnOf(views.retry, 4), u"replaced"_s);
+        QCOMPARE(TableHand(views.history)->TextWithoutRows(), u"No History Record Found"_s);
+        QCOMPARE(TableHand(views.audit)->TextWithoutRows(), u"No Record Found."_s);
+        QCOMPARE(TableHand(views.completed)->TextWithoutRows(), u"No task found."_s);
+    }
+
+    void aTaskMayGoWhileItsCardIsExpanded() {
+        OneCard one(true);
+        one.bench.reader.StepAll();
+        QVERIFY(one.bench.frame.Captions().contains("Start Now"_L1));
+        one.bench.frame.Click(u"Refresh"_s); // the summary's read is under way
+        one.Lose();
+        one.bench.reader.StepAll();
+        QVERIFY(!one.list.ExpandedCard());
+        QCOMPARE(one.bench.frame.Captions(), QStringList{u"Refresh..."_s});
+        QVERIFY(one.bench.frame.StatusText().startsWith("View tasks."_L1));
+
+        one.bench.Service().PutTask(MakeTask("{1}", "Photos"));
+        one.list.OnCommand(Command::Refresh);
+        one.bench.reader.StepAll();
+        QCOMPARE(one.list.CardCount(), 1);
+        QVERIFY(!one.list.CardAt(0)->IsExpanded());
+    }
+
+    void aTaskMayGoDuringItsQuestion() {
+        for (const bool expanded : {false, true}) { // asked by the card or by its summary
+            OneCard one(expanded);
+            one.bench.reader.StepAll();
+            one.bench.prompts.ExpectQuestion(AskToCancel, true);
+            one.bench.prompts.Hold();
+            if (expanded)
+                one.bench.frame.Click(u"Cancel Task"_s);
+            else
+                ClickAction(static_cast<CTaskItem*>(one.list.CardAt(0)), u"Cancel Task"_s);
+            QVERIFY(one.bench.prompts.IsPlayed());
+            one.Lose();
+            one.bench.prompts.Release();
+            one.bench.reader.StepAll();
+            QCOMPARE(one.bench.fixture.RequestLines(), QStringList());
+        }
+    }
+
+    void aTaskMayGoDuringItsDeletion() {
+        OneCard one(false);
+        one.bench.prompts.ExpectQuestion(AskToCancel, true);
+        ClickAction(static_cast<CTaskItem*>(one.list.CardAt(0)), u"Cancel Task"_s);
+        one.Lose();
+        one.bench.reader.StepAll(); // no box: there is nothing left to do
+        QCOMPARE(one.bench.fixture.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
+    }
+
+    void aTaskMayGoWhileItsSubTasksAreDeleted() {
+        TaskBench<> bench;
+        bench.Service().PutTask(MakeTask("{1}", "Photos"));
+        bench.Service().PutSubTasks("{1}", {MakeSubTask(1, "PUT", "a"), MakeSubTask(2, "PUT", "b")});
+        CSubtaskPanel panel(bench.console, Photos(), SubtaskView::Pending);
+        panel.resize(820, 400);
+        panel.Activate();
+        bench.reader.StepAll();
+        bench.prompts.ExpectQuestion(u"Do you really want to remove selected sub-tasks?"_s, true);
+        bench.prompts.ExpectMessage(u"Failed to delete the subtask"_s);
+        TableHand(panel).Select({0, 1}, 3);
+        TableHand(panel).Click(1, 9);
+        QCoreApplication::sendPostedEvents();
+        bench.Service().RemoveTask("{1}");
+        panel.OnCommand(Command::Refresh);
+        bench.reader.StepAll();
+        QVERIFY(bench.prompts.IsPlayed());
+        panel.Deactivate();
+        panel.Activate();
+        bench.reader.StepAll();
+        QVERIFY(bench.frame.StatusText().startsWith("The database does not exist"_L1));
+    }
+};
 
 BTASK_TEST(TaskFaultsTest);
 

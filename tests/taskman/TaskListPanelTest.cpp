@@ -14,210 +14,194 @@ class TaskListPanelTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-    void showsTheTasksOfItsFilter_data();
-    void showsTheTasksOfItsFilter();
-    void commandsTheTaskThatWasClicked();
-    void asksBeforeItDeletes();
-    void keepsItsCardsWhenTheReadFails();
-    void sharesACardBetweenTasksOfOneName();
-    void deletesNothingWhenTheCardHasPassedOn();
-    void findsTasksThatItHasNoRoomFor();
-    void showsHowFarATaskHasCome();
+    void init() {
+        m_bench = std::make_unique<TaskBench<>>();
+        m_bench->Service().PutTasks(
+            {MakeTask("{1}", "Photos"), MakeTask("{2}", "Mail", "advbackup", TaskState::Running),
+             MakeTask("{3}", "Default Task For X"), MakeTask("{4}", "Old", "backup", TaskState::Completed)});
+    }
+
+    void cleanup() { m_bench.reset(); }
+
+    void showsTheTasksOfItsFilter_data() {
+        QTest::addColumn<TaskFilter>("filter");
+        QTest::addColumn<QStringList>("titles");
+        QTest::newRow("my tasks") << TaskFilter::MyTasks << QStringList{u"Mail"_s, u"Photos"_s};
+        QTest::newRow("completed") << TaskFilter::CompletedUserTasks << QStringList{u"Old"_s};
+        QTest::newRow("system") << TaskFilter::SystemTasks << QStringList{u"Default Task For X"_s};
+        QTest::newRow("all") << TaskFilter::All
+                             << QStringList{u"Default Task For X"_s, u"Mail"_s, u"Old"_s, u"Photos"_s};
+    }
+
+    void showsTheTasksOfItsFilter() {
+        QFETCH(TaskFilter, filter);
+        QTEST(Titles(*MakePanel(filter)), "titles");
+    }
+
+    void commandsTheTaskThatWasClicked() {
+        const auto panel = MakePanel();
+        m_bench->Service().ForgetRequests();
+        ClickAction(Card(*panel, u"Mail"_s), u"Pause"_s);
+        ClickAction(Card(*panel, u"Mail"_s), u"Pause"_s); // the second click of a double click is swallowed
+        ClickAction(Card(*panel, u"Photos"_s), u"Start Now"_s);
+        m_bench->reader.StepAll();
+        QCOMPARE(m_bench->fixture.RequestLines(),
+                 QStringList({u"GET /schedule/pausetask?%7B2%7D"_s, u"GET /schedule/startnow?%7B1%7D"_s}));
+
+        m_bench->Service().SetFault(devservice::HttpFault::Refuse);
+        ClickAction(Card(*panel, u"Photos"_s), u"Pause"_s);
+        m_bench->reader.StepAll();
+        ClickAction(Card(*panel, u"Photos"_s), u"Pause"_s); // the refused command left the button as it was
+    }
+
+    void asksBeforeItDeletes() {
+        const auto panel = MakePanel();
+        m_bench->Service().ForgetRequests();
+        m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, false);
+        ClickAction(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
+        m_bench->reader.StepAll();
+        QCOMPARE(m_bench->fixture.RequestLines(), QStringList());
+
+        m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, true);
+        ClickAction(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
+        m_bench->reader.StepAll();
+        QCOMPARE(m_bench->fixture.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
+        QCOMPARE(Titles(*panel), QStringList{u"Mail"_s});
+    }
+
+    void keepsItsCardsWhenTheReadFails() {
+        const auto panel = MakePanel();
+        const QString usual = m_bench->frame.StatusText();
+        QVERIFY(usual.startsWith("View tasks."_L1));
+        m_bench->Service().SetFault(devservice::DatabaseFault::Garbage);
+        panel->OnCommand(Command::Refresh);
+        m_bench->reader.StepAll();
+        QCOMPARE(Titles(*panel), QStringList({u"Mail"_s, u"Photos"_s}));
+        QVERIFY(m_bench->frame.StatusText() != usual);
+
+        m_bench->Service().ClearFaults();
+        m_bench->Service().PutTask(MakeTask("{5}", "New"));
+        panel->OnCommand(Command::Refresh);
+        m_bench->reader.StepAll();
+        QCOMPARE(Titles(*panel), QStringList({u"Mail"_s, u"New"_s, u"Photos"_s}));
+        QCOMPARE(m_bench->frame.StatusText(), usual);
+    }
+
+    void sharesACardBetweenTasksOfOneName() {
+        const auto panel = MakePanel();
+        m_bench->Service().PutTask(MakeTask("{9}", "photos"));
+        panel->OnCommand(Command::Refresh);
+        m_bench->reader.StepAll();
+        QCOMPARE(Titles(*panel), QStringList({u"Mail"_s, u"Photos"_s}));
+        QCOMPARE(Card(*panel, u"Photos"_s)->TaskId(), u"{1}"_s);
+        m_bench->Service().RemoveTask("{1}");
+        panel->OnCommand(Command::Refresh);
+        m_bench->reader.StepAll();
+        QCOMPARE(Card(*panel, u"Photos"_s)->TaskId(), u"{9}"_s);
+    }
+
+    void deletesNothingWhenTheCardHasPassedOn() {
+        const auto panel = MakePanel();
+        m_bench->Service().PutTask(MakeTask("{9}", "photos"));
+        m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, true);
+        m_bench->prompts.Hold();
+        ClickAction(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
+        m_bench->Service().RemoveTask("{1}");
+        panel->OnCommand(Command::Refresh);
+        m_bench->reader.StepAll();
+        m_bench->Service().ForgetRequests();
+        m_bench->prompts.Release();
+        m_bench->reader.StepAll();
+        QCOMPARE(m_bench->fixture.RequestLines(), QStringList());
+    }
+
+    void findsTasksThatItHasNoRoomFor() {
+        std::vector<devservice::Task> tasks;
+        for (int number = 1; number <= 130; ++number)
+            tasks.push_back(
+                MakeTask("{t" + std::to_string(number) + '}', "Task no. " + std::to_string(number)));
+        m_bench->Service().PutTasks(tasks);
+        const auto panel = MakePanel();
+        const auto* notice = panel->findChild<NoticeLine*>();
+        const QString line = u"32 more tasks are not shown. Find a task by its name to see it here."_s;
+        QCOMPARE(Titles(*panel).size(), 100);
+        QCOMPARE(notice->Text(), line);
+        QString hidden;
+        for (int number = 1; hidden.isEmpty(); ++number) {
+            if (!panel->FindCard(u"Task no. %1"_s.arg(number)))
+                hidden = u"Task no. %1"_s.arg(number);
+        }
+
+        auto* find = panel->findChild<FindBar*>();
+        QVERIFY(find->isVisible());
+        auto* words = find->findChild<QLineEdit*>();
+        QTest::keyClicks(words, hidden.toUpper());
+        QVERIFY(Titles(*panel).contains(hidden));
+        QCOMPARE(notice->Text(), QString());
+        panel->OnCommand(Command::Refresh);
+        m_bench->reader.StepAll();
+        QCOMPARE(Titles(*panel).filter(hidden), Titles(*panel)); // a refresh brings no others
+        words->setText(u"Task no."_s);
+        QCOMPARE(notice->Text(), u"30 more tasks are not shown. Find a task by its name to see it here."_s);
+
+        QTest::keyClick(words, Qt::Key_Escape);
+        QCOMPARE(Titles(*panel).size(), 100);
+        QCOMPARE(notice->Text(), line);
+        QVERIFY(find->isVisible()); // what the line tells of is still to be found
+    }
+
+    void showsHowFarATaskHasCome() {
+        std::vector<devservice::SubTask> work{
+            devservice::MakeSubTask(1, "PUT", "a", 2048, SubTaskState::Done),
+            devservice::MakeSubTask(2, "PUT", "b", 2048, SubTaskState::Running),
+            devservice::MakeSubTask(3, "PUT", "c", 2048)};
+        m_bench->Service().PutSubTasks("{2}", work);
+        const auto panel = MakePanel();
+        const CTaskManItem* mail = Card(*panel, u"Mail"_s);
+        const auto refresh = [&] {
+            panel->OnCommand(Command::Refresh);
+            m_bench->reader.StepAll();
+        };
+        QCOMPARE(mail->StatusText(), u"0.000 KB transferred"_s);
+        QCOMPARE(mail->Progress(), 333);
+        work[1].done = 1024;
+        m_bench->Service().PutSubTasks("{2}", work);
+        refresh();
+        QCOMPARE(mail->StatusText(), u"1.000 KB, 1.000 KB (00:00:00) Remaining"_s);
+        m_bench->Service().SetSubTaskState("{2}", 2, SubTaskState::Done);
+        refresh();
+        QCOMPARE(mail->StatusText(), u"Running"_s);
+        QCOMPARE(mail->Progress(), 666);
+
+        m_bench->Service().SetTaskState("{2}", TaskState::Paused);
+        refresh();
+        QCOMPARE(mail->StatusText(), u"Next Run: 2025-03-04 21:00:00"_s);
+        QCOMPARE(mail->Progress(), 0);
+    }
 
 private:
-    std::unique_ptr<CTaskListPanel> MakePanel(TaskFilter filter = TaskFilter::MyTasks);
-    CTaskManItem* Card(const CTaskListPanel& panel, const QString& title);
-    QStringList Titles(const CTaskListPanel& panel);
+    std::unique_ptr<CTaskListPanel> MakePanel(TaskFilter filter = TaskFilter::MyTasks) {
+        auto panel = std::make_unique<CTaskListPanel>(m_bench->console, filter);
+        panel->resize(760, 560);
+        panel->Activate();
+        m_bench->reader.StepAll();
+        return panel;
+    }
+
+    CTaskManItem* Card(const CTaskListPanel& panel, const QString& title) {
+        return static_cast<CTaskManItem*>(panel.FindCard(title));
+    }
+
+    QStringList Titles(const CTaskListPanel& panel) {
+        QStringList titles;
+        for (int card = 0; card < panel.CardCount(); ++card)
+            titles << panel.CardAt(card)->Title();
+        titles.sort();
+        return titles;
+    }
 
     std::unique_ptr<TaskBench<>> m_bench;
 };
-
-void TaskListPanelTest::init() {
-    m_bench = std::make_unique<TaskBench<>>();
-    m_bench->Service().PutTasks(
-        {MakeTask("{1}", "Photos"), MakeTask("{2}", "Mail", "advbackup", TaskState::Running),
-         MakeTask("{3}", "Default Task For X"), MakeTask("{4}", "Old", "backup", TaskState::Completed)});
-}
-
-void TaskListPanelTest::cleanup() {
-    m_bench.reset();
-}
-
-std::unique_ptr<CTaskListPanel> TaskListPanelTest::MakePanel(TaskFilter filter) {
-    auto panel = std::make_unique<CTaskListPanel>(m_bench->console, filter);
-    panel->resize(760, 560);
-    panel->Activate();
-    m_bench->reader.StepAll();
-    return panel;
-}
-
-CTaskManItem* TaskListPanelTest::Card(const CTaskListPanel& panel, const QString& title) {
-    return static_cast<CTaskManItem*>(panel.FindCard(title));
-}
-
-QStringList TaskListPanelTest::Titles(const CTaskListPanel& panel) {
-    QStringList titles;
-    for (int card = 0; card < panel.CardCount(); ++card)
-        titles << panel.CardAt(card)->Title();
-    titles.sort();
-    return titles;
-}
-
-void TaskListPanelTest::showsTheTasksOfItsFilter_data() {
-    QTest::addColumn<TaskFilter>("filter");
-    QTest::addColumn<QStringList>("titles");
-    QTest::newRow("my tasks") << TaskFilter::MyTasks << QStringList{u"Mail"_s, u"Photos"_s};
-    QTest::newRow("completed") << TaskFilter::CompletedUserTasks << QStringList{u"Old"_s};
-    QTest::newRow("system") << TaskFilter::SystemTasks << QStringList{u"Default Task For X"_s};
-    QTest::newRow("all") << TaskFilter::All
-                         << QStringList{u"Default Task For X"_s, u"Mail"_s, u"Old"_s, u"Photos"_s};
-}
-
-void TaskListPanelTest::showsTheTasksOfItsFilter() {
-    QFETCH(TaskFilter, filter);
-    QTEST(Titles(*MakePanel(filter)), "titles");
-}
-
-void TaskListPanelTest::commandsTheTaskThatWasClicked() {
-    const auto panel = MakePanel();
-    m_bench->Service().ForgetRequests();
-    ClickAction(Card(*panel, u"Mail"_s), u"Pause"_s);
-    ClickAction(Card(*panel, u"Mail"_s), u"Pause"_s); // the second click of a double click is swallowed
-    ClickAction(Card(*panel, u"Photos"_s), u"Start Now"_s);
-    m_bench->reader.StepAll();
-    QCOMPARE(m_bench->fixture.RequestLines(),
-             QStringList({u"GET /schedule/pausetask?%7B2%7D"_s, u"GET /schedule/startnow?%7B1%7D"_s}));
-
-    m_bench->Service().SetFault(devservice::HttpFault::Refuse);
-    ClickAction(Card(*panel, u"Photos"_s), u"Pause"_s);
-    m_bench->reader.StepAll();
-    ClickAction(Card(*panel, u"Photos"_s), u"Pause"_s); // the refused command left the button as it was
-}
-
-void TaskListPanelTest::asksBeforeItDeletes() {
-    const auto panel = MakePanel();
-    m_bench->Service().ForgetRequests();
-    m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, false);
-    ClickAction(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
-    m_bench->reader.StepAll();
-    QCOMPARE(m_bench->fixture.RequestLines(), QStringList());
-
-    m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, true);
-    ClickAction(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
-    m_bench->reader.StepAll();
-    QCOMPARE(m_bench->fixture.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
-    QCOMPARE(Titles(*panel), QStringList{u"Mail"_s});
-}
-
-void TaskListPanelTest::keepsItsCardsWhenTheReadFails() {
-    const auto panel = MakePanel();
-    const QString usual = m_bench->frame.StatusText();
-    QVERIFY(usual.startsWith("View tasks."_L1));
-    m_bench->Service().SetFault(devservice::DatabaseFault::Garbage);
-    panel->OnCommand(Command::Refresh);
-    m_bench->reader.StepAll();
-    QCOMPARE(Titles(*panel), QStringList({u"Mail"_s, u"Photos"_s}));
-    QVERIFY(m_bench->frame.StatusText() != usual);
-
-    m_bench->Service().ClearFaults();
-    m_bench->Service().PutTask(MakeTask("{5}", "New"));
-    panel->OnCommand(Command::Refresh);
-    m_bench->reader.StepAll();
-    QCOMPARE(Titles(*panel), QStringList({u"Mail"_s, u"New"_s, u"Photos"_s}));
-    QCOMPARE(m_bench->frame.StatusText(), usual);
-}
-
-void TaskListPanelTest::sharesACardBetweenTasksOfOneName() {
-    const auto panel = MakePanel();
-    m_bench->Service().PutTask(MakeTask("{9}", "photos"));
-    panel->OnCommand(Command::Refresh);
-    m_bench->reader.StepAll();
-    QCOMPARE(Titles(*panel), QStringList({u"Mail"_s, u"Photos"_s}));
-    QCOMPARE(Card(*panel, u"Photos"_s)->TaskId(), u"{1}"_s);
-    m_bench->Service().RemoveTask("{1}");
-    panel->OnCommand(Command::Refresh);
-    m_bench->reader.StepAll();
-    QCOMPARE(Card(*panel, u"Photos"_s)->TaskId(), u"{9}"_s);
-}
-
-void TaskListPanelTest::deletesNothingWhenTheCardHasPassedOn() {
-    const auto panel = MakePanel();
-    m_bench->Service().PutTask(MakeTask("{9}", "photos"));
-    m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, true);
-    m_bench->prompts.Hold();
-    ClickAction(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
-    m_bench->Service().RemoveTask("{1}");
-    panel->OnCommand(Command::Refresh);
-    m_bench->reader.StepAll();
-    m_bench->Service().ForgetRequests();
-    m_bench->prompts.Release();
-    m_bench->reader.StepAll();
-    QCOMPARE(m_bench->fixture.RequestLines(), QStringList());
-}
-
-void TaskListPanelTest::findsTasksThatItHasNoRoomFor() {
-    std::vector<devservice::Task> tasks;
-    for (int number = 1; number <= 130; ++number)
-        tasks.push_back(MakeTask("{t" + std::to_string(number) + '}', "Task no. " + std::to_string(number)));
-    m_bench->Service().PutTasks(tasks);
-    const auto panel = MakePanel();
-    const auto* notice = panel->findChild<NoticeLine*>();
-    const QString line = u"32 more tasks are not shown. Find a task by its name to see it here."_s;
-    QCOMPARE(Titles(*panel).size(), 100);
-    QCOMPARE(notice->Text(), line);
-    QString hidden;
-    for (int number = 1; hidden.isEmpty(); ++number) {
-        if (!panel->FindCard(u"Task no. %1"_s.arg(number)))
-            hidden = u"Task no. %1"_s.arg(number);
-    }
-
-    auto* find = panel->findChild<FindBar*>();
-    QVERIFY(find->isVisible());
-    auto* words = find->findChild<QLineEdit*>();
-    QTest::keyClicks(words, hidden.toUpper());
-    QVERIFY(Titles(*panel).contains(hidden));
-    QCOMPARE(notice->Text(), QString());
-    panel->OnCommand(Command::Refresh);
-    m_bench->reader.StepAll();
-    QCOMPARE(Titles(*panel).filter(hidden), Titles(*panel)); // a refresh brings no others
-    words->setText(u"Task no."_s);
-    QCOMPARE(notice->Text(), u"30 more tasks are not shown. Find a task by its name to see it here."_s);
-
-    QTest::keyClick(words, Qt::Key_Escape);
-    QCOMPARE(Titles(*panel).size(), 100);
-    QCOMPARE(notice->Text(), line);
-    QVERIFY(find->isVisible()); // what the line tells of is still to be found
-}
-
-void TaskListPanelTest::showsHowFarATaskHasCome() {
-    std::vector<devservice::SubTask> work{devservice::MakeSubTask(1, "PUT", "a", 2048, SubTaskState::Done),
-                                          devservice::MakeSubTask(2, "PUT", "b", 2048, SubTaskState::Running),
-                                          devservice::MakeSubTask(3, "PUT", "c", 2048)};
-    m_bench->Service().PutSubTasks("{2}", work);
-    const auto panel = MakePanel();
-    const CTaskManItem* mail = Card(*panel, u"Mail"_s);
-    const auto refresh = [&] {
-        panel->OnCommand(Command::Refresh);
-        m_bench->reader.StepAll();
-    };
-    QCOMPARE(mail->StatusText(), u"0.000 KB transferred"_s);
-    QCOMPARE(mail->Progress(), 333);
-    work[1].done = 1024;
-    m_bench->Service().PutSubTasks("{2}", work);
-    refresh();
-    QCOMPARE(mail->StatusText(), u"1.000 KB, 1.000 KB (00:00:00) Remaining"_s);
-    m_bench->Service().SetSubTaskState("{2}", 2, SubTaskState::Done);
-    refresh();
-    QCOMPARE(mail->StatusText(), u"Running"_s);
-    QCOMPARE(mail->Progress(), 666);
-
-    m_bench->Service().SetTaskState("{2}", TaskState::Paused);
-    refresh();
-    QCOMPARE(mail->StatusText(), u"Next Run: 2025-03-04 21:00:00"_s);
-    QCOMPARE(mail->Progress(), 0);
-}
 
 BTASK_TEST(TaskListPanelTest);
 

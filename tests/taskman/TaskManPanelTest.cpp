@@ -17,17 +17,90 @@ class TaskManPanelTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-    void beginsInTheKeptMode_data();
-    void beginsInTheKeptMode();
-    void keepsTheModeAsANumber();
-    void asksAgainAfterTheServiceWasGone();
-    void theUsersChoiceWinsOverALateAnswer();
+    void init() {
+        m_bench = std::make_unique<TaskBench<>>();
+        m_panel = std::make_unique<CTaskManPanel>(m_bench->console);
+        m_panel->resize(900, 600);
+    }
+
+    void cleanup() {
+        m_panel.reset();
+        m_bench.reset();
+    }
+
+    void beginsInTheKeptMode_data() {
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<bool>("advanced");
+        QTest::newRow("never set") << QString() << false;
+        QTest::newRow("0") << u"0"_s << false;
+        QTest::newRow("1") << u"1"_s << true;
+        QTest::newRow("no number") << u"True"_s << false;
+    }
+
+    void beginsInTheKeptMode() {
+        QFETCH(QString, value);
+        QFETCH(bool, advanced);
+        if (!value.isEmpty())
+            m_bench->Service().SetSetting("TaskAdvancedMode", value.toStdString());
+        QCOMPARE(ShownTabs(), QList<int>({0, 1}));
+        Open();
+        QCOMPARE(Box()->isChecked(), advanced);
+        QCOMPARE(ShownTabs(), advanced ? QList<int>({0, 1, 2, 3, 4}) : QList<int>({0, 1}));
+        m_panel->Deactivate();
+        Open();
+        QCOMPARE(Requests(), QStringList{ReadLine}); // once, and nothing is written
+    }
+
+    void keepsTheModeAsANumber() {
+        Open();
+        m_bench->Service().ForgetRequests();
+        Box()->click();
+        QCOMPARE(ShownTabs(), QList<int>({0, 1, 2, 3, 4}));
+        m_bench->reader.StepAll();
+        QCOMPARE(m_bench->Service().Setting("TaskAdvancedMode"), std::optional<std::string>("1"));
+        Box()->click();
+        QCOMPARE(ShownTabs(), QList<int>({0, 1}));
+        m_bench->reader.StepAll();
+        QCOMPARE(Requests(), QStringList({WriteLine + u'1', WriteLine + u'0'}));
+    }
+
+    void asksAgainAfterTheServiceWasGone() {
+        m_bench->Service().SetSetting("TaskAdvancedMode", "1");
+        m_bench->Service().SetFault(devservice::HttpFault::Refuse);
+        Open();
+        QCOMPARE(ShownTabs(), QList<int>({0, 1}));
+        m_bench->Service().ClearFaults();
+        m_panel->Deactivate();
+        Open();
+        QCOMPARE(ShownTabs(), QList<int>({0, 1, 2, 3, 4}));
+        QVERIFY(Box()->isChecked());
+    }
+
+    void theUsersChoiceWinsOverALateAnswer() {
+        m_panel->Activate();
+        QVERIFY(m_bench->reader.Work(Lane::Service)); // answered, and the answer is on its way
+        Box()->click();
+        m_bench->reader.Finish();
+        m_bench->reader.StepAll();
+        QVERIFY(Box()->isChecked());
+        QCOMPARE(ShownTabs(), QList<int>({0, 1, 2, 3, 4}));
+        QCOMPARE(Requests(), QStringList({ReadLine, WriteLine + u'1'}));
+    }
 
 private:
-    void Open();
-    QList<int> ShownTabs() const;
+    void Open() {
+        m_panel->Activate();
+        m_bench->reader.StepAll();
+    }
+
+    QList<int> ShownTabs() const {
+        QList<int> shown;
+        for (int tab = 0; tab < m_panel->PageCount(); ++tab) {
+            if (m_panel->IsTabShown(tab))
+                shown.append(tab);
+        }
+        return shown;
+    }
     QCheckBox* Box() const { return m_panel->findChild<QCheckBox*>(); }
     /// Those of the mode.
     QStringList Requests() const { return m_bench->fixture.RequestLines().filter(u"TaskAdvancedMode"_s); }
@@ -35,90 +108,6 @@ private:
     std::unique_ptr<TaskBench<>> m_bench;
     std::unique_ptr<CTaskManPanel> m_panel;
 };
-
-void TaskManPanelTest::init() {
-    m_bench = std::make_unique<TaskBench<>>();
-    m_panel = std::make_unique<CTaskManPanel>(m_bench->console);
-    m_panel->resize(900, 600);
-}
-
-void TaskManPanelTest::cleanup() {
-    m_panel.reset();
-    m_bench.reset();
-}
-
-void TaskManPanelTest::Open() {
-    m_panel->Activate();
-    m_bench->reader.StepAll();
-}
-
-QList<int> TaskManPanelTest::ShownTabs() const {
-    QList<int> shown;
-    for (int tab = 0; tab < m_panel->PageCount(); ++tab) {
-        if (m_panel->IsTabShown(tab))
-            shown.append(tab);
-    }
-    return shown;
-}
-
-void TaskManPanelTest::beginsInTheKeptMode_data() {
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<bool>("advanced");
-    QTest::newRow("never set") << QString() << false;
-    QTest::newRow("0") << u"0"_s << false;
-    QTest::newRow("1") << u"1"_s << true;
-    QTest::newRow("no number") << u"True"_s << false;
-}
-
-void TaskManPanelTest::beginsInTheKeptMode() {
-    QFETCH(QString, value);
-    QFETCH(bool, advanced);
-    if (!value.isEmpty())
-        m_bench->Service().SetSetting("TaskAdvancedMode", value.toStdString());
-    QCOMPARE(ShownTabs(), QList<int>({0, 1}));
-    Open();
-    QCOMPARE(Box()->isChecked(), advanced);
-    QCOMPARE(ShownTabs(), advanced ? QList<int>({0, 1, 2, 3, 4}) : QList<int>({0, 1}));
-    m_panel->Deactivate();
-    Open();
-    QCOMPARE(Requests(), QStringList{ReadLine}); // once, and nothing is written
-}
-
-void TaskManPanelTest::keepsTheModeAsANumber() {
-    Open();
-    m_bench->Service().ForgetRequests();
-    Box()->click();
-    QCOMPARE(ShownTabs(), QList<int>({0, 1, 2, 3, 4}));
-    m_bench->reader.StepAll();
-    QCOMPARE(m_bench->Service().Setting("TaskAdvancedMode"), std::optional<std::string>("1"));
-    Box()->click();
-    QCOMPARE(ShownTabs(), QList<int>({0, 1}));
-    m_bench->reader.StepAll();
-    QCOMPARE(Requests(), QStringList({WriteLine + u'1', WriteLine + u'0'}));
-}
-
-void TaskManPanelTest::asksAgainAfterTheServiceWasGone() {
-    m_bench->Service().SetSetting("TaskAdvancedMode", "1");
-    m_bench->Service().SetFault(devservice::HttpFault::Refuse);
-    Open();
-    QCOMPARE(ShownTabs(), QList<int>({0, 1}));
-    m_bench->Service().ClearFaults();
-    m_panel->Deactivate();
-    Open();
-    QCOMPARE(ShownTabs(), QList<int>({0, 1, 2, 3, 4}));
-    QVERIFY(Box()->isChecked());
-}
-
-void TaskManPanelTest::theUsersChoiceWinsOverALateAnswer() {
-    m_panel->Activate();
-    QVERIFY(m_bench->reader.Work(Lane::Service)); // answered, and the answer is on its way
-    Box()->click();
-    m_bench->reader.Finish();
-    m_bench->reader.StepAll();
-    QVERIFY(Box()->isChecked());
-    QCOMPARE(ShownTabs(), QList<int>({0, 1, 2, 3, 4}));
-    QCOMPARE(Requests(), QStringList({ReadLine, WriteLine + u'1'}));
-}
 
 BTASK_TEST(TaskManPanelTest);
 

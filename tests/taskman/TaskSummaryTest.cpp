@@ -10,117 +10,106 @@ class TaskSummaryTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-    void showsTheState_data();
-    void showsTheState();
-    void countsSubTasks();
-    void sendsACommandOnce();
-    void asksBeforeItDeletes();
-    void leavesTheToolbarOfTheNextPageAlone();
+    void init() {
+        m_bench = std::make_unique<TaskBench<>>();
+        m_bench->Service().PutTask(MakeTask("{1}", "Photos"));
+    }
+
+    void cleanup() { m_bench.reset(); }
+
+    void showsTheState_data() {
+        QTest::addColumn<TaskState>("state");
+        QTest::addColumn<QString>("status");
+        QTest::addColumn<bool>("hasNextStart");
+        QTest::addColumn<QStringList>("buttons");
+        const QStringList waiting{u"Start Now"_s, u"Pause"_s, u"Cancel Task"_s, u"Refresh"_s};
+        QTest::newRow("pending") << TaskState::Pending << u"Pending"_s << true << waiting;
+        QTest::newRow("failed") << TaskState::Failed << u"Failed"_s << true << waiting;
+        QTest::newRow("paused") << TaskState::Paused << u"Paused"_s << false
+                                << QStringList{u"Start Now"_s, u"Resume"_s, u"Cancel Task"_s, u"Refresh"_s};
+        QTest::newRow("completed") << TaskState::Completed << u"Completed"_s << true
+                                   << QStringList{u"Refresh"_s};
+        QTest::newRow("held: the row stays as it was")
+            << TaskState::Held << QString() << true << QStringList();
+    }
+
+    void showsTheState() {
+        QFETCH(TaskState, state);
+        QFETCH(bool, hasNextStart);
+        m_bench->Service().SetTaskState("{1}", state);
+        const auto summary = MakeSummary();
+        QCOMPARE(Detail(*summary, u"Task Type"_s), u"Mirrored Backup"_s);
+        QTEST(Detail(*summary, u"Status"_s), "status");
+        QTEST(m_bench->frame.Captions(), "buttons");
+        QCOMPARE(Detail(*summary, u"Next Start Time"_s) != "NA"_L1, hasNextStart);
+    }
+
+    void countsSubTasks() {
+        m_bench->Service().SetTaskState("{1}", TaskState::Running);
+        m_bench->Service().PutSubTasks("{1}",
+                                       {MakeSubTask(1, "PUT", "a", 10, SubTaskState::Done),
+                                        MakeSubTask(2, "PUT", "b", 10, SubTaskState::PendingRetry),
+                                        MakeSubTask(3, "PUT", "c", 10), MakeSubTask(4, "PUT", "d", 10)});
+        const auto summary = MakeSummary();
+        QCOMPARE(Detail(*summary, u"Pending Subtasks"_s), u"2 of 4 total sub-tasks"_s);
+        QCOMPARE(Detail(*summary, u"Completed Subtasks"_s), u"1"_s);
+        QCOMPARE(Detail(*summary, u"Pending Retry Subtasks"_s), u"1"_s);
+        QVERIFY(Detail(*summary, u"Status"_s).startsWith("#Progress:2 4@@2 of 4 processed, "_L1));
+    }
+
+    void sendsACommandOnce() {
+        const auto summary = MakeSummary();
+        m_bench->Service().ForgetRequests();
+        m_bench->frame.Click(u"Pause"_s);
+        m_bench->frame.Click(u"Pause"_s);
+        summary->OnCommand(8024); // as a click that was on its way
+        m_bench->reader.StepAll();
+        QCOMPARE(m_bench->fixture.RequestLines(), QStringList{u"GET /schedule/pausetask?%7B1%7D"_s});
+        QVERIFY(m_bench->frame.Captions().contains(u"Resume"_s));
+    }
+
+    void asksBeforeItDeletes() {
+        const auto summary = MakeSummary();
+        m_bench->Service().ForgetRequests();
+        m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, false);
+        m_bench->frame.Click(u"Cancel Task"_s);
+        m_bench->reader.StepAll();
+        QCOMPARE(m_bench->fixture.RequestLines(), QStringList());
+        m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, true);
+        m_bench->frame.Click(u"Cancel Task"_s);
+        m_bench->reader.StepAll();
+        QCOMPARE(m_bench->fixture.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
+    }
+
+    void leavesTheToolbarOfTheNextPageAlone() {
+        const auto summary = MakeSummary();
+        m_bench->Service().SetTaskState("{1}", TaskState::Paused);
+        summary->OnCommand(Command::Refresh);
+        summary->Deactivate();
+        m_bench->frame.SetToolbar(*summary, {{u"Of the next page"_s, 1}});
+        m_bench->reader.StepAll();
+        QCOMPARE(m_bench->frame.Captions(), QStringList{u"Of the next page"_s});
+    }
 
 private:
-    std::unique_ptr<CTaskSummary> MakeSummary();
-    QString Detail(const CTaskSummary& summary, const QString& info);
+    std::unique_ptr<CTaskSummary> MakeSummary() {
+        auto summary = std::make_unique<CTaskSummary>(m_bench->console, u"{1}"_s, u"BACKUP"_s);
+        summary->Activate();
+        m_bench->reader.StepAll();
+        return summary;
+    }
+
+    QString Detail(const CTaskSummary& summary, const QString& info) {
+        const auto& rows = summary.findChild<CBrenListCtrl*>()->Rows();
+        for (int row = 0; row < rows.rowCount(); ++row) {
+            if (rows.CellText(row, 0) == info)
+                return rows.CellText(row, 1).toString();
+        }
+        return u"no such row"_s;
+    }
 
     std::unique_ptr<TaskBench<>> m_bench;
 };
-
-void TaskSummaryTest::init() {
-    m_bench = std::make_unique<TaskBench<>>();
-    m_bench->Service().PutTask(MakeTask("{1}", "Photos"));
-}
-
-void TaskSummaryTest::cleanup() {
-    m_bench.reset();
-}
-
-std::unique_ptr<CTaskSummary> TaskSummaryTest::MakeSummary() {
-    auto summary = std::make_unique<CTaskSummary>(m_bench->console, u"{1}"_s, u"BACKUP"_s);
-    summary->Activate();
-    m_bench->reader.StepAll();
-    return summary;
-}
-
-QString TaskSummaryTest::Detail(const CTaskSummary& summary, const QString& info) {
-    const auto& rows = summary.findChild<CBrenListCtrl*>()->Rows();
-    for (int row = 0; row < rows.rowCount(); ++row) {
-        if (rows.CellText(row, 0) == info)
-            return rows.CellText(row, 1).toString();
-    }
-    return u"no such row"_s;
-}
-
-void TaskSummaryTest::showsTheState_data() {
-    QTest::addColumn<TaskState>("state");
-    QTest::addColumn<QString>("status");
-    QTest::addColumn<bool>("hasNextStart");
-    QTest::addColumn<QStringList>("buttons");
-    const QStringList waiting{u"Start Now"_s, u"Pause"_s, u"Cancel Task"_s, u"Refresh"_s};
-    QTest::newRow("pending") << TaskState::Pending << u"Pending"_s << true << waiting;
-    QTest::newRow("failed") << TaskState::Failed << u"Failed"_s << true << waiting;
-    QTest::newRow("paused") << TaskState::Paused << u"Paused"_s << false
-                            << QStringList{u"Start Now"_s, u"Resume"_s, u"Cancel Task"_s, u"Refresh"_s};
-    QTest::newRow("completed") << TaskState::Completed << u"Completed"_s << true << QStringList{u"Refresh"_s};
-    QTest::newRow("held: the row stays as it was") << TaskState::Held << QString() << true << QStringList();
-}
-
-void TaskSummaryTest::showsTheState() {
-    QFETCH(TaskState, state);
-    QFETCH(bool, hasNextStart);
-    m_bench->Service().SetTaskState("{1}", state);
-    const auto summary = MakeSummary();
-    QCOMPARE(Detail(*summary, u"Task Type"_s), u"Mirrored Backup"_s);
-    QTEST(Detail(*summary, u"Status"_s), "status");
-    QTEST(m_bench->frame.Captions(), "buttons");
-    QCOMPARE(Detail(*summary, u"Next Start Time"_s) != "NA"_L1, hasNextStart);
-}
-
-void TaskSummaryTest::countsSubTasks() {
-    m_bench->Service().SetTaskState("{1}", TaskState::Running);
-    m_bench->Service().PutSubTasks("{1}", {MakeSubTask(1, "PUT", "a", 10, SubTaskState::Done),
-                                           MakeSubTask(2, "PUT", "b", 10, SubTaskState::PendingRetry),
-                                           MakeSubTask(3, "PUT", "c", 10), MakeSubTask(4, "PUT", "d", 10)});
-    const auto summary = MakeSummary();
-    QCOMPARE(Detail(*summary, u"Pending Subtasks"_s), u"2 of 4 total sub-tasks"_s);
-    QCOMPARE(Detail(*summary, u"Completed Subtasks"_s), u"1"_s);
-    QCOMPARE(Detail(*summary, u"Pending Retry Subtasks"_s), u"1"_s);
-    QVERIFY(Detail(*summary, u"Status"_s).startsWith("#Progress:2 4@@2 of 4 processed, "_L1));
-}
-
-void TaskSummaryTest::sendsACommandOnce() {
-    const auto summary = MakeSummary();
-    m_bench->Service().ForgetRequests();
-    m_bench->frame.Click(u"Pause"_s);
-    m_bench->frame.Click(u"Pause"_s);
-    summary->OnCommand(8024); // as a click that was on its way
-    m_bench->reader.StepAll();
-    QCOMPARE(m_bench->fixture.RequestLines(), QStringList{u"GET /schedule/pausetask?%7B1%7D"_s});
-    QVERIFY(m_bench->frame.Captions().contains(u"Resume"_s));
-}
-
-void TaskSummaryTest::asksBeforeItDeletes() {
-    const auto summary = MakeSummary();
-    m_bench->Service().ForgetRequests();
-    m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, false);
-    m_bench->frame.Click(u"Cancel Task"_s);
-    m_bench->reader.StepAll();
-    QCOMPARE(m_bench->fixture.RequestLines(), QStringList());
-    m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, true);
-    m_bench->frame.Click(u"Cancel Task"_s);
-    m_bench->reader.StepAll();
-    QCOMPARE(m_bench->fixture.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
-}
-
-void TaskSummaryTest::leavesTheToolbarOfTheNextPageAlone() {
-    const auto summary = MakeSummary();
-    m_bench->Service().SetTaskState("{1}", TaskState::Paused);
-    summary->OnCommand(Command::Refresh);
-    summary->Deactivate();
-    m_bench->frame.SetToolbar(*summary, {{u"Of the next page"_s, 1}});
-    m_bench->reader.StepAll();
-    QCOMPARE(m_bench->frame.Captions(), QStringList{u"Of the next page"_s});
-}
 
 BTASK_TEST(TaskSummaryTest);
 

@@ -8,143 +8,6 @@
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-class TaskTextTest : public QObject {
-    Q_OBJECT
-
-private slots:
-    void namesSubTasks_data();
-    void namesSubTasks();
-    void shortensParameters_data();
-    void shortensParameters();
-    void findsSources();
-    void showsFileNames();
-    void showsProgress_data();
-    void showsProgress();
-    void saysWhatAnOperationDoes();
-    void metersTransfers_data();
-    void metersTransfers();
-    void tellsWhatIsLeft();
-};
-
-void TaskTextTest::namesSubTasks_data() {
-    using enum TransferDirection;
-    QTest::addColumn<QString>("type");
-    QTest::addColumn<QString>("parameter");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<TransferDirection>("direction");
-    const auto row = [](const QString& type, const QString& parameter, const QString& name,
-                        TransferDirection direction) {
-        QTest::addRow("%s %s", qPrintable(type), qPrintable(parameter))
-            << type << parameter << name << direction;
-    };
-    const QString marker = u"x/43811DCD-8C5A-4EF9-B903-2EEA9CE88487/y"_s;
-    row(u"PUT"_s, u"a"_s, u"Upload"_s, Upload);
-    row(u"put"_s, u"/ChangeLog/1"_s, u"Upload"_s, Upload);
-    row(u"GET"_s, u"a"_s, u"Download"_s, Download);
-    row(u"Get"_s, u"/ChangeLog/1"_s, u"Receive Change Notification"_s, Download);
-    row(u"get"_s, u"a/ChangeLog"_s, u"Download"_s, Download);
-    row(u"DPUT"_s, u"a"_s, u"Upload"_s, Upload);
-    row(u"dput"_s, u"/ChangeLog/1"_s, u"Send Change Notification"_s, Upload);
-    row(u"dput"_s, u"/changelog/1"_s, u"Upload"_s, Upload);
-    row(u"DeleteFolder"_s, {}, u"Delete Directory"_s, None);
-    row(u"DROPSYNC"_s, u"a"_s, u"Apply File Change"_s, None);
-    row(u"dropsync"_s, marker, u"Re-Sync Cloud Sync Folder"_s, None);
-    row(u"DROPFOLDERSYNCFORCE"_s, marker, u"Force Re-Sync Cloud Sync Folder"_s, None);
-    row(u"DropUpload"_s, {}, u"Upload Local Changed File"_s, Upload);
-    row(u"bput"_s, {}, u"Upload File Snapshot"_s, Upload);
-    row(u"restorecommit"_s, {}, u"Commit Restore"_s, None);
-    row(u"Puts"_s, u"/ChangeLog/1"_s, u"Puts"_s, None);
-    row({}, {}, {}, None);
-}
-
-void TaskTextTest::namesSubTasks() {
-    QFETCH(QString, type);
-    QFETCH(QString, parameter);
-    QTEST(SubTaskName(type, parameter), "name");
-    QTEST(DirectionOfSubTask(type), "direction");
-}
-
-void TaskTextTest::shortensParameters_data() {
-    QTest::addColumn<QString>("parameter");
-    QTest::addColumn<QString>("shown");
-    const auto row = [](const char* what, const QString& parameter, const QString& shown) {
-        QTest::newRow(what) << parameter << shown;
-    };
-    row("below a base", u"/home/mara/Photos/2024/a.jpg"_s, u"2024/a.jpg"_s);
-    row("the other separator", u"C:\\Data\\books\\b.txt"_s, u"books\\b.txt"_s);
-    row("a base that ends with one", u"D:\\b.txt"_s, u"b.txt"_s);
-    row("a base's name goes on", u"/home/mara/Photos2/a.jpg"_s, u"/home/mara/Photos2/a.jpg"_s);
-    row("a base itself", u"/home/mara/Photos"_s, u"/home/mara/Photos"_s);
-    row("a base itself, closed", u"/home/mara/Photos/"_s, u"/home/mara/Photos/"_s);
-    row("elsewhere", u"/srv/a.jpg"_s, u"/srv/a.jpg"_s);
-    row("added", u"a.txt.###a"_s, u"New(a.txt)"_s);
-    row("deleted", u"a.txt.###d"_s, u"Delete(a.txt)"_s);
-    row("modified, below a base", u"C:\\Data\\a.txt.###m"_s, u"Change(a.txt)"_s);
-    row("the last entry counts", u"a.###m.###d"_s, u"Delete(a.###m)"_s);
-    row("another letter", u"a.txt.###z"_s, u"a.txt.###z"_s);
-    row("no letter", u"a.txt.###"_s, u"a.txt.###"_s);
-    row("two letters", u"a.txt.###md"_s, u"a.txt.###md"_s);
-    row("not at the end", u"a.###m/b"_s, u"a.###m/b"_s);
-    row("empty", {}, {});
-}
-
-void TaskTextTest::shortensParameters() {
-    QFETCH(QString, parameter);
-    QTEST(ShownParameter(parameter, {QString(), u"/home/mara/Photos"_s, u"C:\\Data"_s, u"D:\\"_s}), "shown");
-}
-
-void TaskTextTest::findsSources() {
-    QCOMPARE(SourcesOf(u"/a\nC:\\b\n\t/target\t*.tmp"_s), QStringList({u"/a"_s, u"C:\\b"_s}));
-    QCOMPARE(SourcesOf(u"/a"_s), QStringList{u"/a"_s});
-    QCOMPARE(SourcesOf({}), QStringList());
-}
-
-void TaskTextTest::showsFileNames() {
-    const std::pair<QString, QString> names[] = {
-        {u"report.doc"_s, u"report.doc"_s},
-        {u"report.doc.BODPART_3"_s, u"report.doc    PART_3"_s},
-        {u"report.doc.BOD"_s, u"report.doc"_s},
-        {u"report.doc.BOD.tmp"_s, u"report.doc"_s},
-        {u"report.doc.BODPART"_s, u"report.doc"_s},
-        {u"report.doc.bodpart_3"_s, u"report.doc.bodpart_3"_s},
-        {u"a.BOD.BODPART_12"_s, u"a.BOD    PART_12"_s},
-    };
-    for (const auto& [name, shown] : names)
-        QCOMPARE(ShownFileName(name), shown);
-}
-
-void TaskTextTest::showsProgress_data() {
-    QTest::addColumn<quint64>("done");
-    QTest::addColumn<quint64>("total");
-    QTest::addColumn<QString>("progress");
-    QTest::addColumn<QString>("count"); ///< of the total
-    const quint64 gib = quint64(1) << 30;
-    QTest::newRow("nothing to move") << quint64(3) << quint64(0) << QString() << u"0"_s;
-    QTest::newRow("half") << quint64(5) << quint64(10) << u"#Progress:5 10"_s << u"10"_s;
-    QTest::newRow("more done than there is") << quint64(12) << quint64(10) << u"#Progress:10 10"_s << u"10"_s;
-    QTest::newRow("the largest plain one")
-        << gib << 2 * gib - 1 << u"#Progress:1073741824 2147483647"_s << u"2147483647"_s;
-    QTest::newRow("beyond 31 bits") << gib << 2 * gib << u"#Progress:536870912 1073741824"_s
-                                    << u"-2147483648"_s;
-    QTest::newRow("beyond 32 bits") << 2 * gib << 8 * gib + 8 << u"#Progress:268435456 1073741825"_s
-                                    << u"8"_s;
-    QTest::newRow("the largest of all")
-        << ~quint64(0) << ~quint64(0) << u"#Progress:2147483647 2147483647"_s << u"-1"_s;
-}
-
-void TaskTextTest::showsProgress() {
-    QFETCH(quint64, done);
-    QFETCH(quint64, total);
-    QTEST(ProgressCell(done, total), "progress");
-    QTEST(CountCell(total), "count");
-}
-
-void TaskTextTest::saysWhatAnOperationDoes() {
-    QCOMPARE(OperationCell(u"Upload"_s), u"#ICON:209#@@Uploading..."_s);
-    QCOMPARE(OperationCell(u"Download"_s), u"#ICON:210#@@Downloading..."_s);
-    QCOMPARE(OperationCell(u"List Directory"_s), u"#ICON:211#@@List Directory..."_s);
-}
-
 struct Transfer {
     const char* file;
     quint64 done;
@@ -160,54 +23,180 @@ struct MeterStep {
 };
 Q_DECLARE_METATYPE(std::vector<MeterStep>)
 
-void TaskTextTest::metersTransfers_data() {
-    QTest::addColumn<std::vector<MeterStep>>("steps");
-    const auto row = [](const char* what, const std::vector<MeterStep>& steps) {
-        QTest::newRow(what) << steps;
-    };
-    const MeterStep first{0s, {{"a", 100, 1000}}, 100, 900, {}};
-    const MeterStep second{2s, {{"a", 300, 1000}}, 300, 700, 7};
-    row("the speed is known from the second sample on", {first, second});
-    row("one ended meanwhile, another began: the speed is that of what is seen",
-        {first, second, {4s, {{"b", 100, 600}}, 100, 500, 10}});
-    row("one ended and nothing else has moved: the last speed stays",
-        {first, second, {4s, {{"b", 0, 600}}, 0, 600, 6}});
-    row("a pause between two files keeps the speed, and is no time of work",
-        {first, second, {4s, {}, 0, 0, 0}, {100s, {{"b", 0, 200}}, 0, 200, 2}});
-    row("a transfer that begins anew has moved nothing",
-        {first, second, {4s, {{"a", 50, 1000}}, 50, 950, 9}});
-    row("two samples of one moment", {first, {0s, {{"a", 500, 1000}}, 500, 500, {}}});
-    row("a transfer stands still", {first, {2s, {{"a", 100, 1000}}, 100, 900, {}}});
-    row("more done than there is", {first, {1s, {{"a", 1200, 1000}}, 1000, 0, 0}});
-    row("what moves nothing does not count", {{0s, {{"a", 5, 0}}, 0, 0, {}}});
-    row("beyond 32 bits of seconds",
-        {{0s, {{"a", 0, ~quint64(0)}}, 0, ~quint64(0), {}},
-         {1s, {{"a", 1, ~quint64(0)}}, 1, ~quint64(0) - 1, std::numeric_limits<quint32>::max()}});
-}
+class TaskTextTest : public QObject {
+    Q_OBJECT
 
-void TaskTextTest::metersTransfers() {
-    QFETCH(std::vector<MeterStep>, steps);
-    const TransferMeter::Clock::time_point start{1000s};
-    TransferMeter meter;
-    for (const MeterStep& step : steps) {
-        std::vector<RunningSubTask> running;
-        for (const Transfer& transfer : step.transfers) {
-            RunningSubTask& subTask = running.emplace_back();
-            subTask.fileName = QString::fromLatin1(transfer.file);
-            subTask.bytesDone = transfer.done;
-            subTask.bytesTotal = transfer.total;
-        }
-        const TransferProgress progress = meter.Sample(running, start + step.at);
-        QCOMPARE(progress.done, step.done);
-        QCOMPARE(progress.left, step.left);
-        QCOMPARE(progress.secondsLeft, step.secondsLeft);
+private slots:
+    void namesSubTasks_data() {
+        using enum TransferDirection;
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QString>("parameter");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<TransferDirection>("direction");
+        const auto row = [](const QString& type, const QString& parameter, const QString& name,
+                            TransferDirection direction) {
+            QTest::addRow("%s %s", qPrintable(type), qPrintable(parameter))
+                << type << parameter << name << direction;
+        };
+        const QString marker = u"x/43811DCD-8C5A-4EF9-B903-2EEA9CE88487/y"_s;
+        row(u"PUT"_s, u"a"_s, u"Upload"_s, Upload);
+        row(u"put"_s, u"/ChangeLog/1"_s, u"Upload"_s, Upload);
+        row(u"GET"_s, u"a"_s, u"Download"_s, Download);
+        row(u"Get"_s, u"/ChangeLog/1"_s, u"Receive Change Notification"_s, Download);
+        row(u"get"_s, u"a/ChangeLog"_s, u"Download"_s, Download);
+        row(u"DPUT"_s, u"a"_s, u"Upload"_s, Upload);
+        row(u"dput"_s, u"/ChangeLog/1"_s, u"Send Change Notification"_s, Upload);
+        row(u"dput"_s, u"/changelog/1"_s, u"Upload"_s, Upload);
+        row(u"DeleteFolder"_s, {}, u"Delete Directory"_s, None);
+        row(u"DROPSYNC"_s, u"a"_s, u"Apply File Change"_s, None);
+        row(u"dropsync"_s, marker, u"Re-Sync Cloud Sync Folder"_s, None);
+        row(u"DROPFOLDERSYNCFORCE"_s, marker, u"Force Re-Sync Cloud Sync Folder"_s, None);
+        row(u"DropUpload"_s, {}, u"Upload Local Changed File"_s, Upload);
+        row(u"bput"_s, {}, u"Upload File Snapshot"_s, Upload);
+        row(u"restorecommit"_s, {}, u"Commit Restore"_s, None);
+        row(u"Puts"_s, u"/ChangeLog/1"_s, u"Puts"_s, None);
+        row({}, {}, {}, None);
     }
-}
 
-void TaskTextTest::tellsWhatIsLeft() {
-    QCOMPARE(TransferText({2048, 3072, {}}), u"2.000 KB transferred"_s);
-    QCOMPARE(TransferText({2048, 3072, 80}), u"2.000 KB, 3.000 KB (00:01:20) Remaining"_s);
-}
+    void namesSubTasks() {
+        QFETCH(QString, type);
+        QFETCH(QString, parameter);
+        QTEST(SubTaskName(type, parameter), "name");
+        QTEST(DirectionOfSubTask(type), "direction");
+    }
+
+    void shortensParameters_data() {
+        QTest::addColumn<QString>("parameter");
+        QTest::addColumn<QString>("shown");
+        const auto row = [](const char* what, const QString& parameter, const QString& shown) {
+            QTest::newRow(what) << parameter << shown;
+        };
+        row("below a base", u"/home/mara/Photos/2024/a.jpg"_s, u"2024/a.jpg"_s);
+        row("the other separator", u"C:\\Data\\books\\b.txt"_s, u"books\\b.txt"_s);
+        row("a base that ends with one", u"D:\\b.txt"_s, u"b.txt"_s);
+        row("a base's name goes on", u"/home/mara/Photos2/a.jpg"_s, u"/home/mara/Photos2/a.jpg"_s);
+        row("a base itself", u"/home/mara/Photos"_s, u"/home/mara/Photos"_s);
+        row("a base itself, closed", u"/home/mara/Photos/"_s, u"/home/mara/Photos/"_s);
+        row("elsewhere", u"/srv/a.jpg"_s, u"/srv/a.jpg"_s);
+        row("added", u"a.txt.###a"_s, u"New(a.txt)"_s);
+        row("deleted", u"a.txt.###d"_s, u"Delete(a.txt)"_s);
+        row("modified, below a base", u"C:\\Data\\a.txt.###m"_s, u"Change(a.txt)"_s);
+        row("the last entry counts", u"a.###m.###d"_s, u"Delete(a.###m)"_s);
+        row("another letter", u"a.txt.###z"_s, u"a.txt.###z"_s);
+        row("no letter", u"a.txt.###"_s, u"a.txt.###"_s);
+        row("two letters", u"a.txt.###md"_s, u"a.txt.###md"_s);
+        row("not at the end", u"a.###m/b"_s, u"a.###m/b"_s);
+        row("empty", {}, {});
+    }
+
+    void shortensParameters() {
+        QFETCH(QString, parameter);
+        QTEST(ShownParameter(parameter, {QString(), u"/home/mara/Photos"_s, u"C:\\Data"_s, u"D:\\"_s}),
+              "shown");
+    }
+
+    void findsSources() {
+        QCOMPARE(SourcesOf(u"/a\nC:\\b\n\t/target\t*.tmp"_s), QStringList({u"/a"_s, u"C:\\b"_s}));
+        QCOMPARE(SourcesOf(u"/a"_s), QStringList{u"/a"_s});
+        QCOMPARE(SourcesOf({}), QStringList());
+    }
+
+    void showsFileNames() {
+        const std::pair<QString, QString> names[] = {
+            {u"report.doc"_s, u"report.doc"_s},
+            {u"report.doc.BODPART_3"_s, u"report.doc    PART_3"_s},
+            {u"report.doc.BOD"_s, u"report.doc"_s},
+            {u"report.doc.BOD.tmp"_s, u"report.doc"_s},
+            {u"report.doc.BODPART"_s, u"report.doc"_s},
+            {u"report.doc.bodpart_3"_s, u"report.doc.bodpart_3"_s},
+            {u"a.BOD.BODPART_12"_s, u"a.BOD    PART_12"_s},
+        };
+        for (const auto& [name, shown] : names)
+            QCOMPARE(ShownFileName(name), shown);
+    }
+
+    void showsProgress_data() {
+        QTest::addColumn<quint64>("done");
+        QTest::addColumn<quint64>("total");
+        QTest::addColumn<QString>("progress");
+        QTest::addColumn<QString>("count"); ///< of the total
+        const quint64 gib = quint64(1) << 30;
+        QTest::newRow("nothing to move") << quint64(3) << quint64(0) << QString() << u"0"_s;
+        QTest::newRow("half") << quint64(5) << quint64(10) << u"#Progress:5 10"_s << u"10"_s;
+        QTest::newRow("more done than there is")
+            << quint64(12) << quint64(10) << u"#Progress:10 10"_s << u"10"_s;
+        QTest::newRow("the largest plain one")
+            << gib << 2 * gib - 1 << u"#Progress:1073741824 2147483647"_s << u"2147483647"_s;
+        QTest::newRow("beyond 31 bits")
+            << gib << 2 * gib << u"#Progress:536870912 1073741824"_s << u"-2147483648"_s;
+        QTest::newRow("beyond 32 bits")
+            << 2 * gib << 8 * gib + 8 << u"#Progress:268435456 1073741825"_s << u"8"_s;
+        QTest::newRow("the largest of all")
+            << ~quint64(0) << ~quint64(0) << u"#Progress:2147483647 2147483647"_s << u"-1"_s;
+    }
+
+    void showsProgress() {
+        QFETCH(quint64, done);
+        QFETCH(quint64, total);
+        QTEST(ProgressCell(done, total), "progress");
+        QTEST(CountCell(total), "count");
+    }
+
+    void saysWhatAnOperationDoes() {
+        QCOMPARE(OperationCell(u"Upload"_s), u"#ICON:209#@@Uploading..."_s);
+        QCOMPARE(OperationCell(u"Download"_s), u"#ICON:210#@@Downloading..."_s);
+        QCOMPARE(OperationCell(u"List Directory"_s), u"#ICON:211#@@List Directory..."_s);
+    }
+
+    void metersTransfers_data() {
+        QTest::addColumn<std::vector<MeterStep>>("steps");
+        const auto row = [](const char* what, const std::vector<MeterStep>& steps) {
+            QTest::newRow(what) << steps;
+        };
+        const MeterStep first{0s, {{"a", 100, 1000}}, 100, 900, {}};
+        const MeterStep second{2s, {{"a", 300, 1000}}, 300, 700, 7};
+        row("the speed is known from the second sample on", {first, second});
+        row("one ended meanwhile, another began: the speed is that of what is seen",
+            {first, second, {4s, {{"b", 100, 600}}, 100, 500, 10}});
+        row("one ended and nothing else has moved: the last speed stays",
+            {first, second, {4s, {{"b", 0, 600}}, 0, 600, 6}});
+        row("a pause between two files keeps the speed, and is no time of work",
+            {first, second, {4s, {}, 0, 0, 0}, {100s, {{"b", 0, 200}}, 0, 200, 2}});
+        row("a transfer that begins anew has moved nothing",
+            {first, second, {4s, {{"a", 50, 1000}}, 50, 950, 9}});
+        row("two samples of one moment", {first, {0s, {{"a", 500, 1000}}, 500, 500, {}}});
+        row("a transfer stands still", {first, {2s, {{"a", 100, 1000}}, 100, 900, {}}});
+        row("more done than there is", {first, {1s, {{"a", 1200, 1000}}, 1000, 0, 0}});
+        row("what moves nothing does not count", {{0s, {{"a", 5, 0}}, 0, 0, {}}});
+        row("beyond 32 bits of seconds",
+            {{0s, {{"a", 0, ~quint64(0)}}, 0, ~quint64(0), {}},
+             {1s, {{"a", 1, ~quint64(0)}}, 1, ~quint64(0) - 1, std::numeric_limits<quint32>::max()}});
+    }
+
+    void metersTransfers() {
+        QFETCH(std::vector<MeterStep>, steps);
+        const TransferMeter::Clock::time_point start{1000s};
+        TransferMeter meter;
+        for (const MeterStep& step : steps) {
+            std::vector<RunningSubTask> running;
+            for (const Transfer& transfer : step.transfers) {
+                RunningSubTask& subTask = running.emplace_back();
+                subTask.fileName = QString::fromLatin1(transfer.file);
+                subTask.bytesDone = transfer.done;
+                subTask.bytesTotal = transfer.total;
+            }
+            const TransferProgress progress = meter.Sample(running, start + step.at);
+            QCOMPARE(progress.done, step.done);
+            QCOMPARE(progress.left, step.left);
+            QCOMPARE(progress.secondsLeft, step.secondsLeft);
+        }
+    }
+
+    void tellsWhatIsLeft() {
+        QCOMPARE(TransferText({2048, 3072, {}}), u"2.000 KB transferred"_s);
+        QCOMPARE(TransferText({2048, 3072, 80}), u"2.000 KB, 3.000 KB (00:01:20) Remaining"_s);
+    }
+};
 
 BTASK_TEST(TaskTextTest);
 

@@ -31,186 +31,175 @@ class TaskViewsTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-    void listsTheRunsOfATask();
-    void listsWhatATaskProcesses();
-    void listsWhatTheServiceDoes();
-    void readsAgainWhenTheCounterMoves();
-    void deletesCompletedTasks();
+    void init() { m_bench = std::make_unique<TaskBench<>>(); }
+
+    void cleanup() { m_bench.reset(); }
+
+    void listsTheRunsOfATask() {
+        CHistoryPanel history(m_bench->console, TaskOf(u"{1}"_s));
+        Open(history);
+        const TableHand table(history);
+        QCOMPARE(table->TextWithoutRows(), u"No History Record Found"_s);
+        QCOMPARE(m_bench->frame.StatusText(), u"View the completion status of previous backups."_s);
+        QCOMPARE(m_bench->frame.Captions(), QStringList{u"Refresh"_s});
+
+        m_bench->Service().Execute(
+            m_bench->Service().DatabaseFile(devservice::Database::ProcessLog),
+            "INSERT INTO TaskProcessLog VALUES(NULL,'{1}','2025-03-01 21:00:00','2025-03-01 "
+            "21:05:00','Done',9,0,9),"
+            "(NULL,'{2}','2025-03-01 22:00:00','2025-03-01 22:05:00','Done',1,0,1),"
+            "(NULL,'{1}','2025-03-02 21:00:00','2025-03-02 21:01:00','Paused by the user',10,2,4)");
+        Refresh(history);
+        QCOMPARE(table->Rows().rowCount(), 2);
+        QCOMPARE(table.Cells(1), QStringList({u"2025-03-02 21:00:00"_s, u"2025-03-02 21:01:00"_s,
+                                              u"Paused by the user"_s, u"10"_s, u"2"_s, u"4"_s}));
+        table->SortByNext(3);
+        QCOMPARE(table.Column(3), QStringList({u"9"_s, u"10"_s})); // as numbers
+    }
+
+    void listsWhatATaskProcesses() {
+        m_bench->Service().PutTasks(
+            {MakeTask("{1}", "Photos", "backup", TaskState::Running), MakeTask("{2}", "Mail")});
+        m_bench->Service().PutSubTasks("{2}", {MakeTransfer(1, "PUT", "other", 1, 2)});
+        m_bench->Service().PutSubTasks("{1}", {MakeTransfer(1, "PUT", "/a/report.doc.BODPART_3", 250, 1000),
+                                               MakeTransfer(2, "GET", "C:\\a\\report.doc.BOD", 3'000, 2'000),
+                                               MakeTransfer(3, "PUT", "/a/big", 1LL << 31, 1LL << 33),
+                                               MakeTransfer(4, "PUT", "/b/big", 1LL << 31, 1LL << 33)});
+        CRunningPanel running(m_bench->console, TaskOf(u"{1}"_s));
+        Open(running);
+        const TableHand table(running);
+        QCOMPARE(m_bench->frame.StatusText(), u"Check the progress of your currently processing sub-tasks"_s);
+        QCOMPARE(table->Rows().rowCount(), 4);
+        QCOMPARE(table.Cells(0),
+                 QStringList({u"{1}"_s, u"#ICON:209#@@Uploading..."_s, u"report.doc    PART_3"_s,
+                              u"/target"_s, u"1000"_s, u"250"_s, u"#Progress:250 1000"_s}));
+        QCOMPARE(table.Cells(1), QStringList({u"{1}"_s, u"#ICON:210#@@Downloading..."_s, u"report.doc"_s,
+                                              u"/target"_s, u"2000"_s, u"2000"_s, u"#Progress:2000 2000"_s}));
+        // Two that nothing tells apart are two rows, and their counts beyond 32 bits still make a quarter.
+        QCOMPARE(table.Cells(2), table.Cells(3));
+        QCOMPARE(table.Cells(2).last(), u"#Progress:268435456 1073741824"_s);
+
+        m_bench->Service().SetSubTaskState("{1}", 1, SubTaskState::Done);
+        Refresh(running);
+        QCOMPARE(table.Column(2), QStringList({u"report.doc"_s, u"big"_s, u"big"_s}));
+        m_bench->Service().PutSubTasks("{1}", {});
+        Refresh(running);
+        QCOMPARE(table->TextWithoutRows(), u"No subtask is being processed."_s);
+    }
+
+    void listsWhatTheServiceDoes() {
+        CSysRunningPanel system(m_bench->console);
+        Open(system);
+        const TableHand table(system);
+        QCOMPARE(table->TextWithoutRows(), u"System is idle."_s);
+        QCOMPARE(m_bench->frame.StatusText(), u"View current system activities."_s);
+
+        devservice::Task watched = MakeTask("{2}", "Drop Folder Sync 1");
+        watched.schedule.kind = devservice::ScheduleKind::Sync;
+        watched.description = "/home/mara/Sync\n/more\t/target";
+        m_bench->Service().PutTasks({MakeTask("{1}", "Photos", "backup", TaskState::Running), watched});
+        devservice::SubTask busy = MakeTransfer(1, "PUT", "/a/a.jpg", 1, 4);
+        busy.note = "waiting for the network";
+        m_bench->Service().PutSubTasks("{1}", {busy});
+        Refresh(system);
+        QCOMPARE(table->Rows().rowCount(), 2);
+        QCOMPARE(table.Cells(0),
+                 QStringList({u"{1}"_s, u"4"_s, u"1"_s, u"Photos: a.jpg"_s, u"/target"_s,
+                              u"Uploading... waiting for the network"_s, u"#Progress:1 4"_s}));
+        QCOMPARE(table.Cells(1), QStringList({u"{2}"_s, u"0"_s, u"0"_s, u"Drop Folder Sync 1"_s,
+                                              u"/home/mara/Sync"_s, u"Monitoring changes"_s, QString()}));
+        CRunningPanel watcher(m_bench->console, TaskOf(u"{2}"_s));
+        Open(watcher);
+        QCOMPARE(TableHand(watcher)->Rows().rowCount(), 0); // waiting is no processing
+    }
+
+    void readsAgainWhenTheCounterMoves() {
+        const std::filesystem::path file = m_bench->fixture.Home().toStdU16String() + u"/own.map";
+        LiveTraceWriter writer(file);
+        LiveTraceSnapshot snapshot;
+        const auto publish = [&](quint32 changes, const QString& fileName) {
+            snapshot.counters[TraceCounter::TaskTable] = changes;
+            snapshot.running = {RunningSubTask()};
+            snapshot.running[0].fileName = fileName;
+            snapshot.running[0].taskName = u"Photos"_s;
+            writer.Publish(snapshot);
+        };
+        publish(1, u"first"_s);
+        LiveCounters counters(file);
+        const Console& console = m_bench->console;
+        const Console own{console.service, counters, console.prompts, console.reader, console.frame};
+        CSysRunningPanel system(own);
+        Open(system);
+        const TableHand table(system);
+        const auto tick = [&] {
+            return QTest::qWaitFor([&] { return m_bench->reader.Step(Lane::Databases); });
+        };
+
+        publish(1, u"second"_s); // as while nothing but octets has moved
+        QVERIFY(tick());
+        QCOMPARE(table.Column(3), QStringList{u"Photos: first"_s});
+        publish(2, u"second"_s);
+        QVERIFY(tick());
+        QCOMPARE(table.Column(3), QStringList{u"Photos: second"_s});
+        publish(2, u"third"_s);
+        Refresh(system); // a user's wish is no tick
+        QCOMPARE(table.Column(3), QStringList{u"Photos: third"_s});
+    }
+
+    void deletesCompletedTasks() {
+        CCompletedTasks tasks(m_bench->console);
+        Open(tasks);
+        const TableHand table(tasks);
+        QCOMPARE(table->TextWithoutRows(), u"No task found."_s);
+        QCOMPARE(m_bench->frame.Captions(), QStringList{u"Refresh..."_s});
+        std::vector<devservice::Task> made{MakeTask("{0}", "Pending")};
+        for (const char* id : {"{1}", "{2}", "{3}", "{4}"}) {
+            devservice::Task& task = made.emplace_back(MakeTask(id, "Old", "backup", TaskState::Completed));
+            task.lastRun = devservice::MakeTime(2025, 3, 1, 21);
+        }
+        m_bench->Service().PutTasks(made);
+        Refresh(tasks);
+        QCOMPARE(table->Rows().rowCount(), 4);
+        const QString first = table.Cells(0).first();
+        QCOMPARE(table.Cells(0).mid(1),
+                 QStringList({u"Old"_s, u"2025-03-01 21:00:00"_s, u"#ICON:208@@Click to delete the task"_s}));
+
+        m_bench->Service().ForgetRequests();
+        m_bench->prompts.ExpectQuestion(u"Do you really want to delete the task?"_s, true);
+        table.Click(0, 3);
+        QCoreApplication::sendPostedEvents();
+        m_bench->reader.StepAll();
+        QCOMPARE(table->Rows().rowCount(), 3);
+        QCOMPARE(m_bench->fixture.RequestLines(),
+                 QStringList{u"GET /schedule/deletetask?%7B%1%7D"_s.arg(first.at(1))});
+
+        const QString kept = table.Cells(1).first();
+        m_bench->Service().SetAnswer("/schedule/deletetask?%7B" + kept.mid(1, 1).toStdString(),
+                                     devservice::Answer{500, {}});
+        m_bench->prompts.ExpectQuestion(u"Do you really want to remove the selected tasks?"_s, true);
+        m_bench->prompts.ExpectMessage(u"Failed to delete the task"_s);
+        table.Select({0, 1, 2}, 1);
+        table.Click(2, 3);
+        QCoreApplication::sendPostedEvents();
+        m_bench->reader.StepAll();
+        QCOMPARE(table.Column(0), QStringList{kept});
+        QCOMPARE(table->SelectedIds(), QStringList{kept});
+    }
 
 private:
-    void Open(CRecordPanel& panel);
-    void Refresh(CRecordPanel& panel);
+    void Open(CRecordPanel& panel) {
+        panel.resize(820, 400);
+        panel.Activate();
+        m_bench->reader.StepAll();
+    }
+
+    void Refresh(CRecordPanel& panel) {
+        panel.OnCommand(Command::Refresh);
+        m_bench->reader.StepAll();
+    }
 
     std::unique_ptr<TaskBench<>> m_bench;
 };
-
-void TaskViewsTest::init() {
-    m_bench = std::make_unique<TaskBench<>>();
-}
-
-void TaskViewsTest::cleanup() {
-    m_bench.reset();
-}
-
-void TaskViewsTest::Open(CRecordPanel& panel) {
-    panel.resize(820, 400);
-    panel.Activate();
-    m_bench->reader.StepAll();
-}
-
-void TaskViewsTest::Refresh(CRecordPanel& panel) {
-    panel.OnCommand(Command::Refresh);
-    m_bench->reader.StepAll();
-}
-
-void TaskViewsTest::listsTheRunsOfATask() {
-    CHistoryPanel history(m_bench->console, TaskOf(u"{1}"_s));
-    Open(history);
-    const TableHand table(history);
-    QCOMPARE(table->TextWithoutRows(), u"No History Record Found"_s);
-    QCOMPARE(m_bench->frame.StatusText(), u"View the completion status of previous backups."_s);
-    QCOMPARE(m_bench->frame.Captions(), QStringList{u"Refresh"_s});
-
-    m_bench->Service().Execute(
-        m_bench->Service().DatabaseFile(devservice::Database::ProcessLog),
-        "INSERT INTO TaskProcessLog VALUES(NULL,'{1}','2025-03-01 21:00:00','2025-03-01 "
-        "21:05:00','Done',9,0,9),"
-        "(NULL,'{2}','2025-03-01 22:00:00','2025-03-01 22:05:00','Done',1,0,1),"
-        "(NULL,'{1}','2025-03-02 21:00:00','2025-03-02 21:01:00','Paused by the user',10,2,4)");
-    Refresh(history);
-    QCOMPARE(table->Rows().rowCount(), 2);
-    QCOMPARE(table.Cells(1), QStringList({u"2025-03-02 21:00:00"_s, u"2025-03-02 21:01:00"_s,
-                                          u"Paused by the user"_s, u"10"_s, u"2"_s, u"4"_s}));
-    table->SortByNext(3);
-    QCOMPARE(table.Column(3), QStringList({u"9"_s, u"10"_s})); // as numbers
-}
-
-void TaskViewsTest::listsWhatATaskProcesses() {
-    m_bench->Service().PutTasks(
-        {MakeTask("{1}", "Photos", "backup", TaskState::Running), MakeTask("{2}", "Mail")});
-    m_bench->Service().PutSubTasks("{2}", {MakeTransfer(1, "PUT", "other", 1, 2)});
-    m_bench->Service().PutSubTasks("{1}", {MakeTransfer(1, "PUT", "/a/report.doc.BODPART_3", 250, 1000),
-                                           MakeTransfer(2, "GET", "C:\\a\\report.doc.BOD", 3'000, 2'000),
-                                           MakeTransfer(3, "PUT", "/a/big", 1LL << 31, 1LL << 33),
-                                           MakeTransfer(4, "PUT", "/b/big", 1LL << 31, 1LL << 33)});
-    CRunningPanel running(m_bench->console, TaskOf(u"{1}"_s));
-    Open(running);
-    const TableHand table(running);
-    QCOMPARE(m_bench->frame.StatusText(), u"Check the progress of your currently processing sub-tasks"_s);
-    QCOMPARE(table->Rows().rowCount(), 4);
-    QCOMPARE(table.Cells(0), QStringList({u"{1}"_s, u"#ICON:209#@@Uploading..."_s, u"report.doc    PART_3"_s,
-                                          u"/target"_s, u"1000"_s, u"250"_s, u"#Progress:250 1000"_s}));
-    QCOMPARE(table.Cells(1), QStringList({u"{1}"_s, u"#ICON:210#@@Downloading..."_s, u"report.doc"_s,
-                                          u"/target"_s, u"2000"_s, u"2000"_s, u"#Progress:2000 2000"_s}));
-    // Two that nothing tells apart are two rows, and their counts beyond 32 bits still make a quarter.
-    QCOMPARE(table.Cells(2), table.Cells(3));
-    QCOMPARE(table.Cells(2).last(), u"#Progress:268435456 1073741824"_s);
-
-    m_bench->Service().SetSubTaskState("{1}", 1, SubTaskState::Done);
-    Refresh(running);
-    QCOMPARE(table.Column(2), QStringList({u"report.doc"_s, u"big"_s, u"big"_s}));
-    m_bench->Service().PutSubTasks("{1}", {});
-    Refresh(running);
-    QCOMPARE(table->TextWithoutRows(), u"No subtask is being processed."_s);
-}
-
-void TaskViewsTest::listsWhatTheServiceDoes() {
-    CSysRunningPanel system(m_bench->console);
-    Open(system);
-    const TableHand table(system);
-    QCOMPARE(table->TextWithoutRows(), u"System is idle."_s);
-    QCOMPARE(m_bench->frame.StatusText(), u"View current system activities."_s);
-
-    devservice::Task watched = MakeTask("{2}", "Drop Folder Sync 1");
-    watched.schedule.kind = devservice::ScheduleKind::Sync;
-    watched.description = "/home/mara/Sync\n/more\t/target";
-    m_bench->Service().PutTasks({MakeTask("{1}", "Photos", "backup", TaskState::Running), watched});
-    devservice::SubTask busy = MakeTransfer(1, "PUT", "/a/a.jpg", 1, 4);
-    busy.note = "waiting for the network";
-    m_bench->Service().PutSubTasks("{1}", {busy});
-    Refresh(system);
-    QCOMPARE(table->Rows().rowCount(), 2);
-    QCOMPARE(table.Cells(0), QStringList({u"{1}"_s, u"4"_s, u"1"_s, u"Photos: a.jpg"_s, u"/target"_s,
-                                          u"Uploading... waiting for the network"_s, u"#Progress:1 4"_s}));
-    QCOMPARE(table.Cells(1), QStringList({u"{2}"_s, u"0"_s, u"0"_s, u"Drop Folder Sync 1"_s,
-                                          u"/home/mara/Sync"_s, u"Monitoring changes"_s, QString()}));
-    CRunningPanel watcher(m_bench->console, TaskOf(u"{2}"_s));
-    Open(watcher);
-    QCOMPARE(TableHand(watcher)->Rows().rowCount(), 0); // waiting is no processing
-}
-
-void TaskViewsTest::readsAgainWhenTheCounterMoves() {
-    const std::filesystem::path file = m_bench->fixture.Home().toStdU16String() + u"/own.map";
-    LiveTraceWriter writer(file);
-    LiveTraceSnapshot snapshot;
-    const auto publish = [&](quint32 changes, const QString& fileName) {
-        snapshot.counters[TraceCounter::TaskTable] = changes;
-        snapshot.running = {RunningSubTask()};
-        snapshot.running[0].fileName = fileName;
-        snapshot.running[0].taskName = u"Photos"_s;
-        writer.Publish(snapshot);
-    };
-    publish(1, u"first"_s);
-    LiveCounters counters(file);
-    const Console& console = m_bench->console;
-    const Console own{console.service, counters, console.prompts, console.reader, console.frame};
-    CSysRunningPanel system(own);
-    Open(system);
-    const TableHand table(system);
-    const auto tick = [&] { return QTest::qWaitFor([&] { return m_bench->reader.Step(Lane::Databases); }); };
-
-    publish(1, u"second"_s); // as while nothing but octets has moved
-    QVERIFY(tick());
-    QCOMPARE(table.Column(3), QStringList{u"Photos: first"_s});
-    publish(2, u"second"_s);
-    QVERIFY(tick());
-    QCOMPARE(table.Column(3), QStringList{u"Photos: second"_s});
-    publish(2, u"third"_s);
-    Refresh(system); // a user's wish is no tick
-    QCOMPARE(table.Column(3), QStringList{u"Photos: third"_s});
-}
-
-void TaskViewsTest::deletesCompletedTasks() {
-    CCompletedTasks tasks(m_bench->console);
-    Open(tasks);
-    const TableHand table(tasks);
-    QCOMPARE(table->TextWithoutRows(), u"No task found."_s);
-    QCOMPARE(m_bench->frame.Captions(), QStringList{u"Refresh..."_s});
-    std::vector<devservice::Task> made{MakeTask("{0}", "Pending")};
-    for (const char* id : {"{1}", "{2}", "{3}", "{4}"}) {
-        devservice::Task& task = made.emplace_back(MakeTask(id, "Old", "backup", TaskState::Completed));
-        task.lastRun = devservice::MakeTime(2025, 3, 1, 21);
-    }
-    m_bench->Service().PutTasks(made);
-    Refresh(tasks);
-    QCOMPARE(table->Rows().rowCount(), 4);
-    const QString first = table.Cells(0).first();
-    QCOMPARE(table.Cells(0).mid(1),
-             QStringList({u"Old"_s, u"2025-03-01 21:00:00"_s, u"#ICON:208@@Click to delete the task"_s}));
-
-    m_bench->Service().ForgetRequests();
-    m_bench->prompts.ExpectQuestion(u"Do you really want to delete the task?"_s, true);
-    table.Click(0, 3);
-    QCoreApplication::sendPostedEvents();
-    m_bench->reader.StepAll();
-    QCOMPARE(table->Rows().rowCount(), 3);
-    QCOMPARE(m_bench->fixture.RequestLines(),
-             QStringList{u"GET /schedule/deletetask?%7B%1%7D"_s.arg(first.at(1))});
-
-    const QString kept = table.Cells(1).first();
-    m_bench->Service().SetAnswer("/schedule/deletetask?%7B" + kept.mid(1, 1).toStdString(),
-                                 devservice::Answer{500, {}});
-    m_bench->prompts.ExpectQuestion(u"Do you really want to remove the selected tasks?"_s, true);
-    m_bench->prompts.ExpectMessage(u"Failed to delete the task"_s);
-    table.Select({0, 1, 2}, 1);
-    table.Click(2, 3);
-    QCoreApplication::sendPostedEvents();
-    m_bench->reader.StepAll();
-    QCOMPARE(table.Column(0), QStringList{kept});
-    QCOMPARE(table->SelectedIds(), QStringList{kept});
-}
 
 BTASK_TEST(TaskViewsTest);
 

@@ -31,137 +31,128 @@ class CardLayoutTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void pages_data();
-    void pages();
-    void places();
-    void laysNothingOutWithoutRoom_data();
-    void laysNothingOutWithoutRoom();
-    void nothingWraps();
-    void expandedHeights_data();
-    void expandedHeights();
+    void pages_data() {
+        QTest::addColumn<quint32>("count");
+        QTest::addColumn<quint32>("page");
+        QTest::addColumn<int>("expanded");
+        QTest::addColumn<QString>("words");
+        const auto row = [](const char* name, quint32 count, quint32 page, int expanded, const char* words) {
+            QTest::newRow(name) << count << page << expanded << QString::fromLatin1(words);
+        };
+        row("no card", 0, 0, -1, "page 0 of 0");
+        row("no card, late page", 0, 5, -1, "page 0 of 0");
+        row("one", 1, 0, -1, "page 0 of 1");
+        row("a full page", 3, 0, -1, "page 0 of 1");
+        row("one more", 4, 0, -1, "page 0 of 2 label next");
+        row("first of 7", 7, 0, -1, "page 0 of 3 label next");
+        row("middle of 7", 7, 1, -1, "page 1 of 3 previous label next");
+        row("last of 7", 7, 2, -1, "page 2 of 3 previous label");
+        row("beyond the last", 7, 3, -1, "page 2 of 3 previous label");
+        row("far beyond", 100, Huge, -1, "page 33 of 34 previous label");
+        row("expanded on the middle page", 7, 1, 4, "page 1 of 3 6 hidden");
+        row("the only card expanded", 1, 0, 0, "page 0 of 1");
+    }
+
+    void pages() {
+        QFETCH(quint32, count);
+        QFETCH(quint32, page);
+        QFETCH(int, expanded);
+        QFETCH(QString, words);
+        const auto index = expanded < 0 ? std::nullopt : std::optional(static_cast<quint32>(expanded));
+        const std::optional<CardLayout> layout = LayOutCards(Request(count, page, index));
+        QVERIFY(layout);
+        QCOMPARE(Words(*layout), words);
+    }
+
+    void places() {
+        const CardLayout second = *LayOutCards(Request(7, 1));
+        QVERIFY(!second.PlaceOf(2));
+        QCOMPARE(second.PlaceOf(3), (CardRect{10, 20, 780, 100}));
+        QCOMPARE(second.PlaceOf(4), (CardRect{10, 140, 780, 100}));
+        QCOMPARE(second.PlaceOf(5), (CardRect{10, 260, 780, 100}));
+        QVERIFY(!second.PlaceOf(6));
+        QCOMPARE(second.previousLink, (CardRect{550, 380, 70, 14}));
+        QCOMPARE(second.pageLabel, (CardRect{630, 380, 70, 14}));
+        QCOMPARE(second.nextLink, (CardRect{710, 380, 70, 14}));
+
+        const CardLayout last = *LayOutCards(Request(7, 2));
+        QCOMPARE(last.PlaceOf(6), (CardRect{10, 20, 780, 100}));
+        QVERIFY(!last.PlaceOf(7));
+
+        const CardLayout expanded = *LayOutCards(Request(7, 1, 4));
+        QVERIFY(!expanded.PlaceOf(3));
+        QCOMPARE(expanded.PlaceOf(4), (CardRect{10, 20, 780, 340}));
+        QCOMPARE(expanded.hiddenLink, (CardRect{10, 380, 780, 14}));
+    }
+
+    void laysNothingOutWithoutRoom_data() {
+        QTest::addColumn<quint32>("height");
+        QTest::addColumn<quint32>("topMargin");
+        QTest::addColumn<quint32>("cardHeight");
+        QTest::addColumn<quint32>("gap");
+        QTest::addColumn<bool>("room");
+        const auto row = [](const char* name, quint32 height, quint32 topMargin, quint32 cardHeight,
+                            quint32 gap, bool room) {
+            QTest::newRow(name) << height << topMargin << cardHeight << gap << room;
+        };
+        row("just fits", 160, 20, 100, 20, true);
+        row("a pixel short", 159, 20, 100, 20, false);
+        row("lower than its margins", 39, 20, 100, 20, false);
+        row("no height", 0, 20, 100, 20, false);
+        row("no stride", 400, 20, 0, 0, false);
+        row("a stride beyond 32 bits", 400, 0, Huge, 1, false);
+        row("margins beyond 32 bits", 400, 1U << 31, 100, 20, false);
+    }
+
+    void laysNothingOutWithoutRoom() {
+        QFETCH(quint32, height);
+        QFETCH(quint32, topMargin);
+        QFETCH(quint32, cardHeight);
+        QFETCH(quint32, gap);
+        CardLayoutRequest request = Request(7);
+        request.height = height;
+        request.geometry.topMargin = topMargin;
+        request.geometry.cardHeight = cardHeight;
+        request.geometry.gap = gap;
+        QTEST(LayOutCards(request).has_value(), "room");
+    }
+
+    void nothingWraps() {
+        CardLayoutRequest narrow = Request(7, 1);
+        narrow.width = 15;
+        const CardLayout paged = *LayOutCards(narrow);
+        QCOMPARE(paged.PlaceOf(3)->width, 0U);
+        QCOMPARE(paged.previousLink.x, 0U);
+        QCOMPARE(paged.nextLink.x, 0U);
+
+        narrow.expanded = 3;
+        narrow.geometry.topMargin = 30;
+        narrow.geometry.cardHeight = 1;
+        narrow.geometry.gap = 0;
+        narrow.height = 80;
+        QCOMPARE(LayOutCards(narrow)->PlaceOf(3)->height, 0U);
+        QCOMPARE(LayOutCards(narrow)->hiddenLink.width, 0U);
+    }
+
+    void expandedHeights_data() {
+        QTest::addColumn<quint32>("fixed");
+        QTest::addColumn<quint32>("least");
+        QTest::addColumn<quint32>("height");
+        QTest::newRow("what is left") << 0U << 0U << 340U;
+        QTest::newRow("fixed") << 123U << 200U << 123U;
+        QTest::newRow("at least") << 0U << 500U << 500U;
+        QTest::newRow("more than the least") << 0U << 200U << 340U;
+    }
+
+    void expandedHeights() {
+        QFETCH(quint32, fixed);
+        QFETCH(quint32, least);
+        CardLayoutRequest request = Request(7, 0, 0);
+        request.geometry.expandedHeight = fixed;
+        request.geometry.minExpandedHeight = least;
+        QTEST(LayOutCards(request)->PlaceOf(0)->height, "height");
+    }
 };
-
-void CardLayoutTest::pages_data() {
-    QTest::addColumn<quint32>("count");
-    QTest::addColumn<quint32>("page");
-    QTest::addColumn<int>("expanded");
-    QTest::addColumn<QString>("words");
-    const auto row = [](const char* name, quint32 count, quint32 page, int expanded, const char* words) {
-        QTest::newRow(name) << count << page << expanded << QString::fromLatin1(words);
-    };
-    row("no card", 0, 0, -1, "page 0 of 0");
-    row("no card, late page", 0, 5, -1, "page 0 of 0");
-    row("one", 1, 0, -1, "page 0 of 1");
-    row("a full page", 3, 0, -1, "page 0 of 1");
-    row("one more", 4, 0, -1, "page 0 of 2 label next");
-    row("first of 7", 7, 0, -1, "page 0 of 3 label next");
-    row("middle of 7", 7, 1, -1, "page 1 of 3 previous label next");
-    row("last of 7", 7, 2, -1, "page 2 of 3 previous label");
-    row("beyond the last", 7, 3, -1, "page 2 of 3 previous label");
-    row("far beyond", 100, Huge, -1, "page 33 of 34 previous label");
-    row("expanded on the middle page", 7, 1, 4, "page 1 of 3 6 hidden");
-    row("the only card expanded", 1, 0, 0, "page 0 of 1");
-}
-
-void CardLayoutTest::pages() {
-    QFETCH(quint32, count);
-    QFETCH(quint32, page);
-    QFETCH(int, expanded);
-    QFETCH(QString, words);
-    const auto index = expanded < 0 ? std::nullopt : std::optional(static_cast<quint32>(expanded));
-    const std::optional<CardLayout> layout = LayOutCards(Request(count, page, index));
-    QVERIFY(layout);
-    QCOMPARE(Words(*layout), words);
-}
-
-void CardLayoutTest::places() {
-    const CardLayout second = *LayOutCards(Request(7, 1));
-    QVERIFY(!second.PlaceOf(2));
-    QCOMPARE(second.PlaceOf(3), (CardRect{10, 20, 780, 100}));
-    QCOMPARE(second.PlaceOf(4), (CardRect{10, 140, 780, 100}));
-    QCOMPARE(second.PlaceOf(5), (CardRect{10, 260, 780, 100}));
-    QVERIFY(!second.PlaceOf(6));
-    QCOMPARE(second.previousLink, (CardRect{550, 380, 70, 14}));
-    QCOMPARE(second.pageLabel, (CardRect{630, 380, 70, 14}));
-    QCOMPARE(second.nextLink, (CardRect{710, 380, 70, 14}));
-
-    const CardLayout last = *LayOutCards(Request(7, 2));
-    QCOMPARE(last.PlaceOf(6), (CardRect{10, 20, 780, 100}));
-    QVERIFY(!last.PlaceOf(7));
-
-    const CardLayout expanded = *LayOutCards(Request(7, 1, 4));
-    QVERIFY(!expanded.PlaceOf(3));
-    QCOMPARE(expanded.PlaceOf(4), (CardRect{10, 20, 780, 340}));
-    QCOMPARE(expanded.hiddenLink, (CardRect{10, 380, 780, 14}));
-}
-
-void CardLayoutTest::laysNothingOutWithoutRoom_data() {
-    QTest::addColumn<quint32>("height");
-    QTest::addColumn<quint32>("topMargin");
-    QTest::addColumn<quint32>("cardHeight");
-    QTest::addColumn<quint32>("gap");
-    QTest::addColumn<bool>("room");
-    const auto row = [](const char* name, quint32 height, quint32 topMargin, quint32 cardHeight, quint32 gap,
-                        bool room) {
-        QTest::newRow(name) << height << topMargin << cardHeight << gap << room;
-    };
-    row("just fits", 160, 20, 100, 20, true);
-    row("a pixel short", 159, 20, 100, 20, false);
-    row("lower than its margins", 39, 20, 100, 20, false);
-    row("no height", 0, 20, 100, 20, false);
-    row("no stride", 400, 20, 0, 0, false);
-    row("a stride beyond 32 bits", 400, 0, Huge, 1, false);
-    row("margins beyond 32 bits", 400, 1U << 31, 100, 20, false);
-}
-
-void CardLayoutTest::laysNothingOutWithoutRoom() {
-    QFETCH(quint32, height);
-    QFETCH(quint32, topMargin);
-    QFETCH(quint32, cardHeight);
-    QFETCH(quint32, gap);
-    CardLayoutRequest request = Request(7);
-    request.height = height;
-    request.geometry.topMargin = topMargin;
-    request.geometry.cardHeight = cardHeight;
-    request.geometry.gap = gap;
-    QTEST(LayOutCards(request).has_value(), "room");
-}
-
-void CardLayoutTest::nothingWraps() {
-    CardLayoutRequest narrow = Request(7, 1);
-    narrow.width = 15;
-    const CardLayout paged = *LayOutCards(narrow);
-    QCOMPARE(paged.PlaceOf(3)->width, 0U);
-    QCOMPARE(paged.previousLink.x, 0U);
-    QCOMPARE(paged.nextLink.x, 0U);
-
-    narrow.expanded = 3;
-    narrow.geometry.topMargin = 30;
-    narrow.geometry.cardHeight = 1;
-    narrow.geometry.gap = 0;
-    narrow.height = 80;
-    QCOMPARE(LayOutCards(narrow)->PlaceOf(3)->height, 0U);
-    QCOMPARE(LayOutCards(narrow)->hiddenLink.width, 0U);
-}
-
-void CardLayoutTest::expandedHeights_data() {
-    QTest::addColumn<quint32>("fixed");
-    QTest::addColumn<quint32>("least");
-    QTest::addColumn<quint32>("height");
-    QTest::newRow("what is left") << 0U << 0U << 340U;
-    QTest::newRow("fixed") << 123U << 200U << 123U;
-    QTest::newRow("at least") << 0U << 500U << 500U;
-    QTest::newRow("more than the least") << 0U << 200U << 340U;
-}
-
-void CardLayoutTest::expandedHeights() {
-    QFETCH(quint32, fixed);
-    QFETCH(quint32, least);
-    CardLayoutRequest request = Request(7, 0, 0);
-    request.geometry.expandedHeight = fixed;
-    request.geometry.minExpandedHeight = least;
-    QTEST(LayOutCards(request)->PlaceOf(0)->height, "height");
-}
 
 BTASK_TEST(CardLayoutTest);
 #include "CardLayoutTest.moc"

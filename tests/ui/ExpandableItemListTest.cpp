@@ -80,263 +80,6 @@ QStringList Titles(int count) {
     return titles;
 }
 
-} // namespace
-
-class ExpandableItemListTest : public QObject {
-    Q_OBJECT
-
-private slots:
-    void refusesTheHundredAndFirst();
-    void turnsPages();
-    void expandsByTheTitleBand();
-    void clicksOnEdgesAndBodies();
-    void sweeps();
-    void aSweepTakesTheExpandedCardAway();
-    void removesACardFromItsOwnAction();
-    void goesWithThePage();
-    void walksByKeyboard();
-    void showsTheEmptyViewOnlyAfterARefresh();
-    void repaintsOnlyWhatChanged();
-    void aBusyActionSwallowsClicks();
-    void tellsScreenReadersWhatIsSeen();
-};
-
-void ExpandableItemListTest::refusesTheHundredAndFirst() {
-    TestList list;
-    list.Refresh(Titles(100));
-    QCOMPARE(list.CardCount(), 100);
-    list.ToggleCard(*list.CardAt(0));
-
-    QPointer<CExpandableItem> refused = new CountingCard(QStringLiteral("Card 101"));
-    QVERIFY(!list.AddItem(std::unique_ptr<CExpandableItem>(refused)));
-    QVERIFY(!refused);
-    QCOMPARE(list.CardCount(), 100);
-
-    // Card 2 goes, but the refused card was not created: the expanded one stays expanded.
-    QStringList titles = Titles(101);
-    list.BeginRefresh();
-    for (const QString& title : titles)
-        if (title != titles.at(1))
-            list.Keep(title, [&title] { return std::make_unique<CountingCard>(title); });
-    QVERIFY(list.EndRefresh());
-    QCOMPARE(list.CardCount(), 99);
-    QCOMPARE(list.ExpandedCard(), list.CardAt(0));
-}
-
-void ExpandableItemListTest::turnsPages() {
-    TestList list;
-    list.Refresh(Titles(7));
-    QCOMPARE(list.Shown(), Titles(3));
-    QCOMPARE(list.Links(), (QStringList{QStringLiteral("1 of 3 Pages"), QStringLiteral("Next Page")}));
-    list.PreviousPage();
-    QCOMPARE(list.CurrentPage(), 0);
-
-    list.ClickLink(QStringLiteral("Next"));
-    QCOMPARE(list.Shown(), Titles(6).mid(3));
-    list.ClickLink(QStringLiteral("Next"));
-    QCOMPARE(list.Shown(), Titles(7).mid(6));
-    QCOMPARE(list.Links(), (QStringList{QStringLiteral("Previous Page"), QStringLiteral("3 of 3 Pages")}));
-    list.NextPage();
-    QCOMPARE(list.CurrentPage(), 2);
-
-    list.Refresh(Titles(4));
-    QCOMPARE(list.Shown(), Titles(4).mid(3));
-    list.resize(800, 1000);
-    QCOMPARE(list.Shown(), Titles(4));
-    QVERIFY(list.Links().isEmpty());
-    list.resize(800, 100);
-    QCOMPARE(list.Shown(), Titles(4));
-    list.RemoveAll();
-    QCOMPARE(list.CardCount(), 0);
-    list.Refresh(Titles(1));
-    QCOMPARE(list.CardCount(), 1);
-}
-
-void ExpandableItemListTest::expandsByTheTitleBand() {
-    TestList list;
-    list.Refresh(Titles(7));
-    list.NextPage();
-    CountingCard* card = list.Card(4);
-    list.frame.SetStatusText(QStringLiteral("page"));
-
-    QTest::mouseClick(card, Qt::LeftButton, {}, {100, 35});
-    QCOMPARE(list.ExpandedCard(), card);
-    QVERIFY(card->IsExpanded());
-    QCOMPARE(card->geometry(), QRect(10, 20, 780, 340));
-    QCOMPARE(list.Shown(), QStringList{QStringLiteral("Card 5")});
-    QCOMPARE(list.Links(), QStringList{QStringLiteral("6 item(s) hidden, click here to show all items")});
-    QCOMPARE(card->expansions, 1);
-    QCOMPARE(list.frame.StatusText(), QStringLiteral("page"));
-
-    QTest::mouseClick(card, Qt::LeftButton, {}, {100, 5});
-    QVERIFY(!list.ExpandedCard());
-    QCOMPARE(card->collapses, 1);
-    QCOMPARE(list.frame.StatusText(), QString());
-    QCOMPARE(list.Shown(), Titles(6).mid(3));
-
-    list.ToggleCard(*list.Card(3));
-    list.ToggleCard(*card);
-    QCOMPARE(list.Card(3)->collapses, 1);
-    QVERIFY(!list.Card(3)->IsExpanded());
-    QCOMPARE(list.ExpandedCard(), card);
-    list.ClickLink(QStringLiteral("here"));
-    QVERIFY(!list.ExpandedCard());
-    QCOMPARE(list.CurrentPage(), 1);
-    QCOMPARE(list.allShown, 3);
-}
-
-void ExpandableItemListTest::clicksOnEdgesAndBodies() {
-    TestList list;
-    list.Refresh(Titles(2));
-    CountingCard* card = list.Card(0);
-    for (const QPoint edge : {QPoint(0, 10), QPoint(100, 0)})
-        QTest::mouseClick(card, Qt::LeftButton, {}, edge);
-    QTest::mouseClick(card, Qt::RightButton, {}, {100, 10});
-    QVERIFY(!list.ExpandedCard());
-    QTest::mouseClick(card, Qt::LeftButton, {}, {100, 36});
-    QCOMPARE(card->bodyClicks, 1);
-    QVERIFY(!list.ExpandedCard());
-    QTest::mouseClick(card, Qt::LeftButton, {}, {779, 35});
-    QCOMPARE(list.ExpandedCard(), card);
-}
-
-void ExpandableItemListTest::sweeps() {
-    TestList list;
-    list.Refresh(Titles(4));
-    CountingCard* first = list.Card(0);
-    list.ToggleCard(*first);
-
-    list.Refresh({QStringLiteral("CARD 1"), QStringLiteral("card 2"), QStringLiteral("Card 3"),
-                  QStringLiteral("Card 4")});
-    QVERIFY(!list.removed);
-    QCOMPARE(list.CardCount(), 4);
-    QCOMPARE(list.ExpandedCard(), first);
-
-    list.Refresh(Titles(3));
-    QVERIFY(list.removed);
-    QCOMPARE(list.ExpandedCard(), first);
-
-    list.Refresh(Titles(4));
-    QVERIFY(!list.removed);
-    QCOMPARE(list.ExpandedCard(), first);
-
-    list.Refresh({QStringLiteral("Card 1"), QStringLiteral("New")});
-    QVERIFY(list.removed);
-    QVERIFY(!list.ExpandedCard());
-    QCOMPARE(first->collapses, 1);
-}
-
-void ExpandableItemListTest::aSweepTakesTheExpandedCardAway() {
-    TestList list;
-    QVERIFY(QTest::qWaitForWindowActive(&list));
-    list.Refresh(Titles(7));
-    list.NextPage();
-    QPointer<CountingCard> card = list.Card(4);
-    list.ToggleCard(*card);
-    QVERIFY(card->hasFocus());
-
-    list.Refresh(Titles(4));
-    QVERIFY(!list.ExpandedCard());
-    QCOMPARE(card->collapses, 1);
-    QCOMPARE(list.CurrentPage(), 1);
-    QCOMPARE(list.Shown(), QStringList{QStringLiteral("Card 4")});
-    QVERIFY(list.Card(3)->hasFocus());
-    QTRY_VERIFY(!card);
-    QTest::keyClick(list.focusWidget(), Qt::Key_Escape);
-    QTest::mouseClick(&list, Qt::LeftButton, {}, {100, 30});
-    list.Refresh({});
-    QCOMPARE(list.CardCount(), 0);
-}
-
-void ExpandableItemListTest::removesACardFromItsOwnAction() {
-    TestList list;
-    list.Refresh(Titles(2));
-    QPointer<CountingCard> card = list.Card(0);
-    card->AddAction(QStringLiteral("Cancel"), 332, [&list, card] { list.RemoveCard(*card); });
-    list.RecalcLayout();
-    QTest::mouseClick(card->findChildren<CardButton*>().last(), Qt::LeftButton);
-    QCOMPARE(list.CardCount(), 1);
-    QTRY_VERIFY(!card);
-}
-
-void ExpandableItemListTest::goesWithThePage() {
-    TestList list;
-    list.Refresh(Titles(2));
-    CountingCard* card = list.Card(1);
-    list.Deactivate();
-    QCOMPARE(card->collapses, 0);
-    list.Activate();
-    list.ToggleCard(*card);
-    list.Deactivate();
-    QCOMPARE(card->collapses, 1);
-    QVERIFY(card->IsExpanded());
-
-    // The status text is another page's by now.
-    list.frame.SetStatusText(QStringLiteral("other page"));
-    list.Refresh({QStringLiteral("New")});
-    QCOMPARE(list.frame.StatusText(), QStringLiteral("other page"));
-    QCOMPARE(list.allShown, 0);
-}
-
-void ExpandableItemListTest::walksByKeyboard() {
-    TestList list;
-    QVERIFY(QTest::qWaitForWindowActive(&list));
-    list.Refresh(Titles(5));
-    list.Card(0)->AddAction(QStringLiteral("Start"), 331, [] {});
-    list.Card(0)->setFocus();
-    const auto press = [&list](Qt::Key key) { QTest::keyClick(list.focusWidget(), key); };
-    const auto focused = [&list](int index) {
-        return list.Card(index)->hasFocus() && list.Card(index)->isVisible();
-    };
-
-    press(Qt::Key_Up);
-    QVERIFY(focused(0));
-    for (int step = 0; step < 3; ++step)
-        press(Qt::Key_Down);
-    QVERIFY(focused(3));
-    QCOMPARE(list.CurrentPage(), 1);
-    press(Qt::Key_Home);
-    QVERIFY(focused(0));
-    press(Qt::Key_End);
-    QVERIFY(focused(4));
-
-    press(Qt::Key_Return);
-    QCOMPARE(list.ExpandedCard(), list.Card(4));
-    press(Qt::Key_Down);
-    QVERIFY(focused(4));
-    press(Qt::Key_Escape);
-    QVERIFY(!list.ExpandedCard());
-    QVERIFY(focused(4));
-
-    press(Qt::Key_PageUp);
-    QCOMPARE(list.CurrentPage(), 0);
-    list.Card(0)->setFocus();
-    QTest::keyClick(list.Card(0), Qt::Key_Tab);
-    auto* start = qobject_cast<CardButton*>(list.focusWidget());
-    QVERIFY(start);
-    QCOMPARE(start->accessibleName(), QStringLiteral("Start"));
-    press(Qt::Key_Down);
-    QVERIFY(focused(1));
-}
-
-void ExpandableItemListTest::showsTheEmptyViewOnlyAfterARefresh() {
-    TestList list;
-    auto* view = new QWidget;
-    list.SetEmptyView(view, {20, 25, 20, 25});
-    list.RecalcLayout();
-    QVERIFY(!view->isVisible());
-    list.Refresh({});
-    QVERIFY(view->isVisible());
-    QCOMPARE(view->geometry(), QRect(20, 25, 760, 350));
-    list.resize(50, 50);
-    QCOMPARE(view->geometry().topLeft(), QPoint(20, 25));
-    list.resize(800, 400);
-    list.Refresh(Titles(1));
-    QVERIFY(!view->isVisible());
-}
-
-namespace {
-
 /// Notes what is repainted of the widget that it watches.
 class PaintNote : public QObject {
 public:
@@ -357,90 +100,330 @@ private:
 
 } // namespace
 
-void ExpandableItemListTest::repaintsOnlyWhatChanged() {
-    TestList list;
-    QVERIFY(QTest::qWaitForWindowExposed(&list));
-    list.Refresh(Titles(1));
-    CountingCard* card = list.Card(0);
-    PaintNote note(*card);
-    const auto painted = [&list, &note] {
-        QEvent flush(QEvent::UpdateRequest);
-        QCoreApplication::sendEvent(&list, &flush);
-        return note.Take();
-    };
-    QTRY_COMPARE(note.Painted(), card->rect());
-    note.Take();
+class ExpandableItemListTest : public QObject {
+    Q_OBJECT
 
-    card->SetStatusText(QStringLiteral("Next Run"));
-    QCOMPARE(painted(), QRect(480, 0, 250, 36));
-    card->SetProgress(500);
-    QCOMPARE(painted(), QRect(0, 33, 780, 3));
-    card->SetStatusText(QStringLiteral("NEXT RUN"));
-    QCOMPARE(painted(), QRect());
-    QCOMPARE(card->StatusText(), QStringLiteral("Next Run"));
-    QCOMPARE(card->Progress(), 500);
-    card->SetStatusText(QStringLiteral("Paused"));
-    QCOMPARE(card->Progress(), 0);
-    painted();
+private slots:
+    void refusesTheHundredAndFirst() {
+        TestList list;
+        list.Refresh(Titles(100));
+        QCOMPARE(list.CardCount(), 100);
+        list.ToggleCard(*list.CardAt(0));
 
-    card->SetStatusIcon(361, 1, QStringLiteral("Running"), 7);
-    QCOMPARE(painted(), QRect(726, 0, 54, 36));
-    card->SetStatusIcon(361, 1, QStringLiteral("Other"), 8);
-    QCOMPARE(painted(), QRect());
-    QCOMPARE(card->StatusValue(), 7);
-    card->SetStatusIcon(361, 2);
-    QCOMPARE(painted(), QRect(726, 0, 54, 36));
-}
+        QPointer<CExpandableItem> refused = new CountingCard(QStringLiteral("Card 101"));
+        QVERIFY(!list.AddItem(std::unique_ptr<CExpandableItem>(refused)));
+        QVERIFY(!refused);
+        QCOMPARE(list.CardCount(), 100);
 
-void ExpandableItemListTest::aBusyActionSwallowsClicks() {
-    TestList list;
-    QVERIFY(QTest::qWaitForWindowActive(&list));
-    list.Refresh(Titles(1));
-    CountingCard* card = list.Card(0);
-    int runs = 0;
-    const int start = card->AddAction(QStringLiteral("Start Now"), 331, [&runs] { ++runs; });
-    list.RecalcLayout();
-    const QPoint place = card->ActionRect(start).center();
-    QWidget* button = card->childAt(place);
-    QVERIFY(qobject_cast<CardButton*>(button));
+        // Card 2 goes, but the refused card was not created: the expanded one stays expanded.
+        QStringList titles = Titles(101);
+        list.BeginRefresh();
+        for (const QString& title : titles)
+            if (title != titles.at(1))
+                list.Keep(title, [&title] { return std::make_unique<CountingCard>(title); });
+        QVERIFY(list.EndRefresh());
+        QCOMPARE(list.CardCount(), 99);
+        QCOMPARE(list.ExpandedCard(), list.CardAt(0));
+    }
 
-    QTest::mouseClick(button, Qt::LeftButton);
-    QTest::keyClick(button, Qt::Key_Return);
-    QCOMPARE(runs, 2);
-    QVERIFY(button->hasFocus());
-    card->EnableAction(start, false);
-    QTest::mouseClick(button, Qt::LeftButton);
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space})
-        QTest::keyClick(list.focusWidget(), key);
-    QCOMPARE(runs, 2);
-    QCOMPARE(card->bodyClicks, 0);
-    QVERIFY(!list.ExpandedCard());
-    QVERIFY(button->hasFocus());
+    void turnsPages() {
+        TestList list;
+        list.Refresh(Titles(7));
+        QCOMPARE(list.Shown(), Titles(3));
+        QCOMPARE(list.Links(), (QStringList{QStringLiteral("1 of 3 Pages"), QStringLiteral("Next Page")}));
+        list.PreviousPage();
+        QCOMPARE(list.CurrentPage(), 0);
 
-    card->EnableAction(start, true);
-    card->SetAction(start, QStringLiteral("Pause"), 330);
-    QCOMPARE(card->ActionCaption(start), QStringLiteral("Pause"));
-    QTest::mouseClick(button, Qt::LeftButton);
-    QCOMPARE(runs, 3);
-}
+        list.ClickLink(QStringLiteral("Next"));
+        QCOMPARE(list.Shown(), Titles(6).mid(3));
+        list.ClickLink(QStringLiteral("Next"));
+        QCOMPARE(list.Shown(), Titles(7).mid(6));
+        QCOMPARE(list.Links(),
+                 (QStringList{QStringLiteral("Previous Page"), QStringLiteral("3 of 3 Pages")}));
+        list.NextPage();
+        QCOMPARE(list.CurrentPage(), 2);
 
-void ExpandableItemListTest::tellsScreenReadersWhatIsSeen() {
-    TestList list;
-    list.Refresh(Titles(1));
-    CountingCard* card = list.Card(0);
-    QCOMPARE(card->accessibleName(), QStringLiteral("Card 1"));
-    card->SetBodyText(QStringLiteral("Mirrored Backup"));
-    card->SetStatusIcon(363, 3, QStringLiteral("Failed"));
-    card->SetStatusText(QStringLiteral("Next Run: NA"));
-    QCOMPARE(card->accessibleDescription(),
-             QStringLiteral("Mirrored Backup, Failed, Next Run: NA, collapsed"));
-    list.ToggleCard(*card);
-    QVERIFY(card->accessibleDescription().endsWith(QStringLiteral(", expanded")));
-    card->AddAction(QStringLiteral("<b>Cancel</b>"), 332, [] {});
-    const CardButton* cancel = card->findChildren<CardButton*>().last();
-    QCOMPARE(cancel->accessibleName(), QStringLiteral("<b>Cancel</b>"));
-    QVERIFY(cancel->toolTip().contains(QStringLiteral("&lt;b&gt;Cancel")));
-}
+        list.Refresh(Titles(4));
+        QCOMPARE(list.Shown(), Titles(4).mid(3));
+        list.resize(800, 1000);
+        QCOMPARE(list.Shown(), Titles(4));
+        QVERIFY(list.Links().isEmpty());
+        list.resize(800, 100);
+        QCOMPARE(list.Shown(), Titles(4));
+        list.RemoveAll();
+        QCOMPARE(list.CardCount(), 0);
+        list.Refresh(Titles(1));
+        QCOMPARE(list.CardCount(), 1);
+    }
+
+    void expandsByTheTitleBand() {
+        TestList list;
+        list.Refresh(Titles(7));
+        list.NextPage();
+        CountingCard* card = list.Card(4);
+        list.frame.SetStatusText(QStringLiteral("page"));
+
+        QTest::mouseClick(card, Qt::LeftButton, {}, {100, 35});
+        QCOMPARE(list.ExpandedCard(), card);
+        QVERIFY(card->IsExpanded());
+        QCOMPARE(card->geometry(), QRect(10, 20, 780, 340));
+        QCOMPARE(list.Shown(), QStringList{QStringLiteral("Card 5")});
+        QCOMPARE(list.Links(), QStringList{QStringLiteral("6 item(s) hidden, click here to show all items")});
+        QCOMPARE(card->expansions, 1);
+        QCOMPARE(list.frame.StatusText(), QStringLiteral("page"));
+
+        QTest::mouseClick(card, Qt::LeftButton, {}, {100, 5});
+        QVERIFY(!list.ExpandedCard());
+        QCOMPARE(card->collapses, 1);
+        QCOMPARE(list.frame.StatusText(), QString());
+        QCOMPARE(list.Shown(), Titles(6).mid(3));
+
+        list.ToggleCard(*list.Card(3));
+        list.ToggleCard(*card);
+        QCOMPARE(list.Card(3)->collapses, 1);
+        QVERIFY(!list.Card(3)->IsExpanded());
+        QCOMPARE(list.ExpandedCard(), card);
+        list.ClickLink(QStringLiteral("here"));
+        QVERIFY(!list.ExpandedCard());
+        QCOMPARE(list.CurrentPage(), 1);
+        QCOMPARE(list.allShown, 3);
+    }
+
+    void clicksOnEdgesAndBodies() {
+        TestList list;
+        list.Refresh(Titles(2));
+        CountingCard* card = list.Card(0);
+        for (const QPoint edge : {QPoint(0, 10), QPoint(100, 0)})
+            QTest::mouseClick(card, Qt::LeftButton, {}, edge);
+        QTest::mouseClick(card, Qt::RightButton, {}, {100, 10});
+        QVERIFY(!list.ExpandedCard());
+        QTest::mouseClick(card, Qt::LeftButton, {}, {100, 36});
+        QCOMPARE(card->bodyClicks, 1);
+        QVERIFY(!list.ExpandedCard());
+        QTest::mouseClick(card, Qt::LeftButton, {}, {779, 35});
+        QCOMPARE(list.ExpandedCard(), card);
+    }
+
+    void sweeps() {
+        TestList list;
+        list.Refresh(Titles(4));
+        CountingCard* first = list.Card(0);
+        list.ToggleCard(*first);
+
+        list.Refresh({QStringLiteral("CARD 1"), QStringLiteral("card 2"), QStringLiteral("Card 3"),
+                      QStringLiteral("Card 4")});
+        QVERIFY(!list.removed);
+        QCOMPARE(list.CardCount(), 4);
+        QCOMPARE(list.ExpandedCard(), first);
+
+        list.Refresh(Titles(3));
+        QVERIFY(list.removed);
+        QCOMPARE(list.ExpandedCard(), first);
+
+        list.Refresh(Titles(4));
+        QVERIFY(!list.removed);
+        QCOMPARE(list.ExpandedCard(), first);
+
+        list.Refresh({QStringLiteral("Card 1"), QStringLiteral("New")});
+        QVERIFY(list.removed);
+        QVERIFY(!list.ExpandedCard());
+        QCOMPARE(first->collapses, 1);
+    }
+
+    void aSweepTakesTheExpandedCardAway() {
+        TestList list;
+        QVERIFY(QTest::qWaitForWindowActive(&list));
+        list.Refresh(Titles(7));
+        list.NextPage();
+        QPointer<CountingCard> card = list.Card(4);
+        list.ToggleCard(*card);
+        QVERIFY(card->hasFocus());
+
+        list.Refresh(Titles(4));
+        QVERIFY(!list.ExpandedCard());
+        QCOMPARE(card->collapses, 1);
+        QCOMPARE(list.CurrentPage(), 1);
+        QCOMPARE(list.Shown(), QStringList{QStringLiteral("Card 4")});
+        QVERIFY(list.Card(3)->hasFocus());
+        QTRY_VERIFY(!card);
+        QTest::keyClick(list.focusWidget(), Qt::Key_Escape);
+        QTest::mouseClick(&list, Qt::LeftButton, {}, {100, 30});
+        list.Refresh({});
+        QCOMPARE(list.CardCount(), 0);
+    }
+
+    void removesACardFromItsOwnAction() {
+        TestList list;
+        list.Refresh(Titles(2));
+        QPointer<CountingCard> card = list.Card(0);
+        card->AddAction(QStringLiteral("Cancel"), 332, [&list, card] { list.RemoveCard(*card); });
+        list.RecalcLayout();
+        QTest::mouseClick(card->findChildren<CardButton*>().last(), Qt::LeftButton);
+        QCOMPARE(list.CardCount(), 1);
+        QTRY_VERIFY(!card);
+    }
+
+    void goesWithThePage() {
+        TestList list;
+        list.Refresh(Titles(2));
+        CountingCard* card = list.Card(1);
+        list.Deactivate();
+        QCOMPARE(card->collapses, 0);
+        list.Activate();
+        list.ToggleCard(*card);
+        list.Deactivate();
+        QCOMPARE(card->collapses, 1);
+        QVERIFY(card->IsExpanded());
+
+        // The status text is another page's by now.
+        list.frame.SetStatusText(QStringLiteral("other page"));
+        list.Refresh({QStringLiteral("New")});
+        QCOMPARE(list.frame.StatusText(), QStringLiteral("other page"));
+        QCOMPARE(list.allShown, 0);
+    }
+
+    void walksByKeyboard() {
+        TestList list;
+        QVERIFY(QTest::qWaitForWindowActive(&list));
+        list.Refresh(Titles(5));
+        list.Card(0)->AddAction(QStringLiteral("Start"), 331, [] {});
+        list.Card(0)->setFocus();
+        const auto press = [&list](Qt::Key key) { QTest::keyClick(list.focusWidget(), key); };
+        const auto focused = [&list](int index) {
+            return list.Card(index)->hasFocus() && list.Card(index)->isVisible();
+        };
+
+        press(Qt::Key_Up);
+        QVERIFY(focused(0));
+        for (int step = 0; step < 3; ++step)
+            press(Qt::Key_Down);
+        QVERIFY(focused(3));
+        QCOMPARE(list.CurrentPage(), 1);
+        press(Qt::Key_Home);
+        QVERIFY(focused(0));
+        press(Qt::Key_End);
+        QVERIFY(focused(4));
+
+        press(Qt::Key_Return);
+        QCOMPARE(list.ExpandedCard(), list.Card(4));
+        press(Qt::Key_Down);
+        QVERIFY(focused(4));
+        press(Qt::Key_Escape);
+        QVERIFY(!list.ExpandedCard());
+        QVERIFY(focused(4));
+
+        press(Qt::Key_PageUp);
+        QCOMPARE(list.CurrentPage(), 0);
+        list.Card(0)->setFocus();
+        QTest::keyClick(list.Card(0), Qt::Key_Tab);
+        auto* start = qobject_cast<CardButton*>(list.focusWidget());
+        QVERIFY(start);
+        QCOMPARE(start->accessibleName(), QStringLiteral("Start"));
+        press(Qt::Key_Down);
+        QVERIFY(focused(1));
+    }
+
+    void showsTheEmptyViewOnlyAfterARefresh() {
+        TestList list;
+        auto* view = new QWidget;
+        list.SetEmptyView(view, {20, 25, 20, 25});
+        list.RecalcLayout();
+        QVERIFY(!view->isVisible());
+        list.Refresh({});
+        QVERIFY(view->isVisible());
+        QCOMPARE(view->geometry(), QRect(20, 25, 760, 350));
+        list.resize(50, 50);
+        QCOMPARE(view->geometry().topLeft(), QPoint(20, 25));
+        list.resize(800, 400);
+        list.Refresh(Titles(1));
+        QVERIFY(!view->isVisible());
+    }
+
+    void repaintsOnlyWhatChanged() {
+        TestList list;
+        QVERIFY(QTest::qWaitForWindowExposed(&list));
+        list.Refresh(Titles(1));
+        CountingCard* card = list.Card(0);
+        PaintNote note(*card);
+        const auto painted = [&list, &note] {
+            QEvent flush(QEvent::UpdateRequest);
+            QCoreApplication::sendEvent(&list, &flush);
+            return note.Take();
+        };
+        QTRY_COMPARE(note.Painted(), card->rect());
+        note.Take();
+
+        card->SetStatusText(QStringLiteral("Next Run"));
+        QCOMPARE(painted(), QRect(480, 0, 250, 36));
+        card->SetProgress(500);
+        QCOMPARE(painted(), QRect(0, 33, 780, 3));
+        card->SetStatusText(QStringLiteral("NEXT RUN"));
+        QCOMPARE(painted(), QRect());
+        QCOMPARE(card->StatusText(), QStringLiteral("Next Run"));
+        QCOMPARE(card->Progress(), 500);
+        card->SetStatusText(QStringLiteral("Paused"));
+        QCOMPARE(card->Progress(), 0);
+        painted();
+
+        card->SetStatusIcon(361, 1, QStringLiteral("Running"), 7);
+        QCOMPARE(painted(), QRect(726, 0, 54, 36));
+        card->SetStatusIcon(361, 1, QStringLiteral("Other"), 8);
+        QCOMPARE(painted(), QRect());
+        QCOMPARE(card->StatusValue(), 7);
+        card->SetStatusIcon(361, 2);
+        QCOMPARE(painted(), QRect(726, 0, 54, 36));
+    }
+
+    void aBusyActionSwallowsClicks() {
+        TestList list;
+        QVERIFY(QTest::qWaitForWindowActive(&list));
+        list.Refresh(Titles(1));
+        CountingCard* card = list.Card(0);
+        int runs = 0;
+        const int start = card->AddAction(QStringLiteral("Start Now"), 331, [&runs] { ++runs; });
+        list.RecalcLayout();
+        const QPoint place = card->ActionRect(start).center();
+        QWidget* button = card->childAt(place);
+        QVERIFY(qobject_cast<CardButton*>(button));
+
+        QTest::mouseClick(button, Qt::LeftButton);
+        QTest::keyClick(button, Qt::Key_Return);
+        QCOMPARE(runs, 2);
+        QVERIFY(button->hasFocus());
+        card->EnableAction(start, false);
+        QTest::mouseClick(button, Qt::LeftButton);
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space})
+            QTest::keyClick(list.focusWidget(), key);
+        QCOMPARE(runs, 2);
+        QCOMPARE(card->bodyClicks, 0);
+        QVERIFY(!list.ExpandedCard());
+        QVERIFY(button->hasFocus());
+
+        card->EnableAction(start, true);
+        card->SetAction(start, QStringLiteral("Pause"), 330);
+        QCOMPARE(card->ActionCaption(start), QStringLiteral("Pause"));
+        QTest::mouseClick(button, Qt::LeftButton);
+        QCOMPARE(runs, 3);
+    }
+
+    void tellsScreenReadersWhatIsSeen() {
+        TestList list;
+        list.Refresh(Titles(1));
+        CountingCard* card = list.Card(0);
+        QCOMPARE(card->accessibleName(), QStringLiteral("Card 1"));
+        card->SetBodyText(QStringLiteral("Mirrored Backup"));
+        card->SetStatusIcon(363, 3, QStringLiteral("Failed"));
+        card->SetStatusText(QStringLiteral("Next Run: NA"));
+        QCOMPARE(card->accessibleDescription(),
+                 QStringLiteral("Mirrored Backup, Failed, Next Run: NA, collapsed"));
+        list.ToggleCard(*card);
+        QVERIFY(card->accessibleDescription().endsWith(QStringLiteral(", expanded")));
+        card->AddAction(QStringLiteral("<b>Cancel</b>"), 332, [] {});
+        const CardButton* cancel = card->findChildren<CardButton*>().last();
+        QCOMPARE(cancel->accessibleName(), QStringLiteral("<b>Cancel</b>"));
+        QVERIFY(cancel->toolTip().contains(QStringLiteral("&lt;b&gt;Cancel")));
+    }
+};
 
 BTASK_TEST(ExpandableItemListTest);
 #include "ExpandableItemListTest.moc"

@@ -7,61 +7,57 @@ class FormattersTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void sizes_data();
-    void sizes();
-    void durations_data();
-    void durations();
+    void sizes_data() {
+        QTest::addColumn<quint64>("bytes");
+        QTest::addColumn<QString>("text");
+        const auto row = [](quint64 bytes, const char* text) {
+            QTest::addRow("%llu", static_cast<unsigned long long>(bytes))
+                << bytes << QString::fromLatin1(text);
+        };
+        row(0, " 0.000 KB");
+        row(1, " 0.001 KB");
+        row(1023, " 0.999 KB");
+        row(1024, " 1.000 KB");
+        row(1536, " 1.500 KB");
+        row((1ULL << 20) - 1, "1023.999 KB");
+        row(1ULL << 20, "1024.000 KB");
+        row((1ULL << 20) + 1, " 1.000 MB");
+        row((1ULL << 30) - 1, "1024.000 MB");
+        row(1ULL << 30, " 1.000 GB");
+        row(15ULL << 30, "15.000 GB");
+        row(1ULL << 40, "1024.000 GB");
+        row((1ULL << 40) + 1, " 1.000 TB");
+        row(std::numeric_limits<quint64>::max(), "16777216.000 TB");
+    }
+
+    void sizes() {
+        QFETCH(quint64, bytes);
+        QTEST(FormatSize(bytes), "text");
+    }
+
+    void durations_data() {
+        QTest::addColumn<quint32>("seconds");
+        QTest::addColumn<QString>("text");
+        const auto row = [](quint32 seconds, const char* text) {
+            QTest::addRow("%u", seconds) << seconds << QString::fromLatin1(text);
+        };
+        row(0, "00:00:00");
+        row(59, "00:00:59");
+        row(60, "00:01:00");
+        row(3599, "00:59:59");
+        row(3600, "01:00:00");
+        row(359999, "99:59:59");
+        row(360000, "100:00:00");
+        row(std::numeric_limits<quint32>::max(), "1193046:28:15");
+    }
+
+    void durations() {
+        QFETCH(quint32, seconds);
+        QTEST(FormatDuration(seconds), "text");
+        QCOMPARE(FormatRemaining(QStringLiteral("%2"), FormatDuration(seconds)),
+                 QStringLiteral("%2 (") + FormatDuration(seconds) + QStringLiteral(") Remaining"));
+    }
 };
-
-void FormattersTest::sizes_data() {
-    QTest::addColumn<quint64>("bytes");
-    QTest::addColumn<QString>("text");
-    const auto row = [](quint64 bytes, const char* text) {
-        QTest::addRow("%llu", static_cast<unsigned long long>(bytes)) << bytes << QString::fromLatin1(text);
-    };
-    row(0, " 0.000 KB");
-    row(1, " 0.001 KB");
-    row(1023, " 0.999 KB");
-    row(1024, " 1.000 KB");
-    row(1536, " 1.500 KB");
-    row((1ULL << 20) - 1, "1023.999 KB");
-    row(1ULL << 20, "1024.000 KB");
-    row((1ULL << 20) + 1, " 1.000 MB");
-    row((1ULL << 30) - 1, "1024.000 MB");
-    row(1ULL << 30, " 1.000 GB");
-    row(15ULL << 30, "15.000 GB");
-    row(1ULL << 40, "1024.000 GB");
-    row((1ULL << 40) + 1, " 1.000 TB");
-    row(std::numeric_limits<quint64>::max(), "16777216.000 TB");
-}
-
-void FormattersTest::sizes() {
-    QFETCH(quint64, bytes);
-    QTEST(FormatSize(bytes), "text");
-}
-
-void FormattersTest::durations_data() {
-    QTest::addColumn<quint32>("seconds");
-    QTest::addColumn<QString>("text");
-    const auto row = [](quint32 seconds, const char* text) {
-        QTest::addRow("%u", seconds) << seconds << QString::fromLatin1(text);
-    };
-    row(0, "00:00:00");
-    row(59, "00:00:59");
-    row(60, "00:01:00");
-    row(3599, "00:59:59");
-    row(3600, "01:00:00");
-    row(359999, "99:59:59");
-    row(360000, "100:00:00");
-    row(std::numeric_limits<quint32>::max(), "1193046:28:15");
-}
-
-void FormattersTest::durations() {
-    QFETCH(quint32, seconds);
-    QTEST(FormatDuration(seconds), "text");
-    QCOMPARE(FormatRemaining(QStringLiteral("%2"), FormatDuration(seconds)),
-             QStringLiteral("%2 (") + FormatDuration(seconds) + QStringLiteral(") Remaining"));
-}
 
 BTASK_TEST(FormattersTest);
 #include "FormattersTest.moc"

@@ -5,14 +5,6 @@
 #include <QStandardItemModel>
 #include <QTest>
 
-class HeaderCtrlClTest : public QObject {
-    Q_OBJECT
-
-private slots:
-    void paintsItsBand();
-    void leavesItToTheToolkit();
-};
-
 namespace {
 
 QImage Grab(CHeaderCtrlCl& header, QStandardItemModel& model) {
@@ -26,30 +18,35 @@ QImage Grab(CHeaderCtrlCl& header, QStandardItemModel& model) {
 
 } // namespace
 
-void HeaderCtrlClTest::paintsItsBand() {
-    QStandardItemModel model(0, 2);
-    model.setHorizontalHeaderLabels({QString(), QString()});
-    CHeaderCtrlCl header;
-    const QImage image = Grab(header, model);
-    QCOMPARE(image.height(), 36);
-    QCOMPARE(image.pixelColor(0, 0), QColor(Qt::white)); // the corners are round
-    QCOMPARE(image.pixelColor(299, 35), QColor(Qt::white));
-    // From 0xE3 at the edges to 0xA1 in the middle and back, where no caption or divider stands.
-    const int x = 40;
-    QVERIFY(image.pixelColor(x, 3).red() > image.pixelColor(x, 10).red());
-    QVERIFY(image.pixelColor(x, 10).red() > image.pixelColor(x, 17).red());
-    QVERIFY(image.pixelColor(x, 25).red() < image.pixelColor(x, 32).red());
-    QVERIFY(qAbs(image.pixelColor(x, 17).red() - 0xA1) <= 8);
-}
+class HeaderCtrlClTest : public QObject {
+    Q_OBJECT
 
-void HeaderCtrlClTest::leavesItToTheToolkit() {
-    QStandardItemModel model(0, 2);
-    CHeaderCtrlCl header;
-    header.SetCustom(false);
-    const QImage image = Grab(header, model);
-    QVERIFY(image.height() != 36);
-    QVERIFY(image.pixelColor(40, image.height() / 2) != QColor(0xA1, 0xA1, 0xA1));
-}
+private slots:
+    void paintsItsBand() {
+        QStandardItemModel model(0, 2);
+        model.setHorizontalHeaderLabels({QString(), QString()});
+        CHeaderCtrlCl header;
+        const QImage image = Grab(header, model);
+        QCOMPARE(image.height(), 36);
+        QCOMPARE(image.pixelColor(0, 0), QColor(Qt::white)); // the corners are round
+        QCOMPARE(image.pixelColor(299, 35), QColor(Qt::white));
+        // From 0xE3 at the edges to 0xA1 in the middle and back, where no caption or divider stands.
+        const int x = 40;
+        QVERIFY(image.pixelColor(x, 3).red() > image.pixelColor(x, 10).red());
+        QVERIFY(image.pixelColor(x, 10).red() > image.pixelColor(x, 17).red());
+        QVERIFY(image.pixelColor(x, 25).red() < image.pixelColor(x, 32).red());
+        QVERIFY(qAbs(image.pixelColor(x, 17).red() - 0xA1) <= 8);
+    }
+
+    void leavesItToTheToolkit() {
+        QStandardItemModel model(0, 2);
+        CHeaderCtrlCl header;
+        header.SetCustom(false);
+        const QImage image = Grab(header, model);
+        QVERIFY(image.height() != 36);
+        QVERIFY(image.pixelColor(40, image.height() / 2) != QColor(0xA1, 0xA1, 0xA1));
+    }
+};
 
 BTASK_TEST(HeaderCtrlClTest);
 

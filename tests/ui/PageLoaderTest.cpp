@@ -48,200 +48,188 @@ class PageLoaderTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void eachFetchEndsInOneApply();
-    void theNewestReadWins();
-    void anOlderAnswerMayComeLast();
-    void nothingIsAppliedToAClosedPage();
-    void aPageMayCloseItselfInAnApply();
-    void aPageMayReloadInAnApply();
-    void commandsAndThePageInFrontOvertake();
-    void commandsAreNotCancelled();
-    void theTimerRestsDuringARead();
-    void theTimerNeverRestartsOnAHiddenPage();
-    void theTimerGoesOnWhenARefreshReadsNothing();
-};
-
-void PageLoaderTest::eachFetchEndsInOneApply() {
-    SteppingReader reader;
-    NotingPage page(reader);
-    const auto note = [&page](const Loaded<int>& loaded) { page.Note(loaded); };
-
-    page.loader.Load(
-        Lane::Service, [](std::stop_token) { return std::optional(7); }, note);
-    reader.StepAll();
-    page.loader.Load(
-        Lane::Service, [](std::stop_token) { return std::optional<int>(); }, note);
-    reader.StepAll();
-    page.loader.Load(
-        Lane::Service, [](std::stop_token) -> int { throw std::runtime_error("torn"); }, note);
-    reader.StepAll();
-    page.Load(8);
-    page.loader.Cancel();
-    reader.StepAll();
-    page.Load(9);
-    reader.Work(Lane::Service);
-    page.loader.Cancel();
-    reader.Finish();
-
-    QCOMPARE(page.applied,
-             (QStringList{QStringLiteral("7"), QStringLiteral("failed"), QStringLiteral("failed"),
-                          QStringLiteral("cancelled"), QStringLiteral("cancelled")}));
-    QVERIFY(!page.loader.IsReading());
-}
-
-void PageLoaderTest::theNewestReadWins() {
-    SteppingReader reader;
-    NotingPage page(reader);
-    page.Load(1);
-    page.Load(2);
-    page.Load(3);
-    reader.StepAll();
-    page.applied.removeAll(QStringLiteral("cancelled"));
-    QCOMPARE(page.applied, QStringList{QStringLiteral("3")});
-}
-
-void PageLoaderTest::anOlderAnswerMayComeLast() {
-    SteppingReader reader;
-    NotingPage page(reader);
-    page.Load(1, Lane::Service);
-    reader.Work(Lane::Service);
-    page.Load(2, Lane::Databases);
-    reader.Work(Lane::Databases);
-    reader.Finish(1);
-    reader.Finish(0);
-    QCOMPARE(page.applied, (QStringList{QStringLiteral("2"), QStringLiteral("cancelled")}));
-}
-
-void PageLoaderTest::nothingIsAppliedToAClosedPage() {
-    SteppingReader reader;
-    bool sent = false;
-    bool read = false;
-    bool applied = false;
-    {
+    void eachFetchEndsInOneApply() {
+        SteppingReader reader;
         NotingPage page(reader);
-        const auto apply = [&applied](const Loaded<bool>&) { applied = true; };
-        page.loader.Command(
-            Lane::Service, [&sent](std::stop_token) { return sent = true; }, apply);
+        const auto note = [&page](const Loaded<int>& loaded) { page.Note(loaded); };
+
         page.loader.Load(
-            Lane::Service, [&read](std::stop_token) { return read = true; }, apply);
+            Lane::Service, [](std::stop_token) { return std::optional(7); }, note);
+        reader.StepAll();
         page.loader.Load(
-            Lane::Databases, [](std::stop_token) { return true; }, apply);
-        reader.Work(Lane::Databases);
+            Lane::Service, [](std::stop_token) { return std::optional<int>(); }, note);
+        reader.StepAll();
+        page.loader.Load(
+            Lane::Service, [](std::stop_token) -> int { throw std::runtime_error("torn"); }, note);
+        reader.StepAll();
+        page.Load(8);
+        page.loader.Cancel();
+        reader.StepAll();
+        page.Load(9);
+        reader.Work(Lane::Service);
+        page.loader.Cancel();
+        reader.Finish();
+
+        QCOMPARE(page.applied,
+                 (QStringList{QStringLiteral("7"), QStringLiteral("failed"), QStringLiteral("failed"),
+                              QStringLiteral("cancelled"), QStringLiteral("cancelled")}));
+        QVERIFY(!page.loader.IsReading());
     }
-    reader.StepAll();
-    reader.Finish();
-    QVERIFY(sent);
-    QVERIFY(!read);
-    QVERIFY(!applied);
-}
 
-void PageLoaderTest::aPageMayCloseItselfInAnApply() {
-    SteppingReader reader;
-    auto page = std::make_unique<NotingPage>(reader);
-    page->loader.StartTimer(1h, [] {});
-    page->onApply = [&page] { page.reset(); };
-    page->Load(1);
-    reader.StepAll();
-    QVERIFY(!page);
-}
+    void theNewestReadWins() {
+        SteppingReader reader;
+        NotingPage page(reader);
+        page.Load(1);
+        page.Load(2);
+        page.Load(3);
+        reader.StepAll();
+        page.applied.removeAll(QStringLiteral("cancelled"));
+        QCOMPARE(page.applied, QStringList{QStringLiteral("3")});
+    }
 
-void PageLoaderTest::aPageMayReloadInAnApply() {
-    SteppingReader reader;
-    NotingPage page(reader);
-    page.loader.StartTimer(1h, [] {});
-    page.onApply = [&page] {
-        if (page.applied.size() < 3)
-            page.Load(static_cast<int>(page.applied.size()) + 1);
-    };
-    page.Load(1);
-    reader.Step(Lane::Service);
-    QVERIFY(page.loader.IsReading());
-    QVERIFY(!page.loader.IsTimerRunning());
-    reader.StepAll();
-    QCOMPARE(page.applied, (QStringList{QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")}));
-    QVERIFY(page.loader.IsTimerRunning());
-}
+    void anOlderAnswerMayComeLast() {
+        SteppingReader reader;
+        NotingPage page(reader);
+        page.Load(1, Lane::Service);
+        reader.Work(Lane::Service);
+        page.Load(2, Lane::Databases);
+        reader.Work(Lane::Databases);
+        reader.Finish(1);
+        reader.Finish(0);
+        QCOMPARE(page.applied, (QStringList{QStringLiteral("2"), QStringLiteral("cancelled")}));
+    }
 
-void PageLoaderTest::commandsAndThePageInFrontOvertake() {
-    SteppingReader reader;
-    QStringList order;
-    NotingPage hidden(reader);
-    NotingPage front(reader);
-    const auto note = [&order](const char* name) {
-        return [&order, name](const Loaded<bool>&) { order.append(QLatin1String(name)); };
-    };
-    const auto fetch = [](std::stop_token) { return true; };
-    hidden.loader.Load(Lane::Service, fetch, note("hidden"));
-    front.loader.Load(Lane::Service, fetch, note("front"));
-    hidden.loader.Command(Lane::Service, fetch, note("first command"));
-    front.loader.Command(Lane::Service, fetch, note("second command"));
-    hidden.hide();
-    reader.StepAll();
-    QCOMPARE(order.join(u','), QStringLiteral("first command,second command,front,hidden"));
-}
+    void nothingIsAppliedToAClosedPage() {
+        SteppingReader reader;
+        bool sent = false;
+        bool read = false;
+        bool applied = false;
+        {
+            NotingPage page(reader);
+            const auto apply = [&applied](const Loaded<bool>&) { applied = true; };
+            page.loader.Command(
+                Lane::Service, [&sent](std::stop_token) { return sent = true; }, apply);
+            page.loader.Load(
+                Lane::Service, [&read](std::stop_token) { return read = true; }, apply);
+            page.loader.Load(
+                Lane::Databases, [](std::stop_token) { return true; }, apply);
+            reader.Work(Lane::Databases);
+        }
+        reader.StepAll();
+        reader.Finish();
+        QVERIFY(sent);
+        QVERIFY(!read);
+        QVERIFY(!applied);
+    }
 
-void PageLoaderTest::commandsAreNotCancelled() {
-    SteppingReader reader;
-    NotingPage page(reader);
-    for (int number : {1, 2})
-        page.loader.Command(
-            Lane::Service, [number](std::stop_token) { return number; },
-            [&page](const Loaded<int>& loaded) { page.Note(loaded); });
-    page.loader.Cancel();
-    page.Load(3);
-    reader.StepAll();
-    QCOMPARE(page.applied, (QStringList{QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")}));
-}
+    void aPageMayCloseItselfInAnApply() {
+        SteppingReader reader;
+        auto page = std::make_unique<NotingPage>(reader);
+        page->loader.StartTimer(1h, [] {});
+        page->onApply = [&page] { page.reset(); };
+        page->Load(1);
+        reader.StepAll();
+        QVERIFY(!page);
+    }
 
-void PageLoaderTest::theTimerRestsDuringARead() {
-    SteppingReader reader;
-    NotingPage page(reader);
-    page.Load(1);
-    page.loader.StartTimer(0ms, [&page] { page.Load(2); });
-    QVERIFY(!page.loader.IsTimerRunning());
-    reader.StepAll();
-    QVERIFY(page.loader.IsTimerRunning());
+    void aPageMayReloadInAnApply() {
+        SteppingReader reader;
+        NotingPage page(reader);
+        page.loader.StartTimer(1h, [] {});
+        page.onApply = [&page] {
+            if (page.applied.size() < 3)
+                page.Load(static_cast<int>(page.applied.size()) + 1);
+        };
+        page.Load(1);
+        reader.Step(Lane::Service);
+        QVERIFY(page.loader.IsReading());
+        QVERIFY(!page.loader.IsTimerRunning());
+        reader.StepAll();
+        QCOMPARE(page.applied, (QStringList{QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")}));
+        QVERIFY(page.loader.IsTimerRunning());
+    }
 
-    QTRY_VERIFY(page.loader.IsReading());
-    QVERIFY(!page.loader.IsTimerRunning());
-    page.loader.Cancel();
-    QVERIFY(!page.loader.IsTimerRunning());
-    reader.StepAll();
-    QVERIFY(page.loader.IsTimerRunning());
+    void commandsAndThePageInFrontOvertake() {
+        SteppingReader reader;
+        QStringList order;
+        NotingPage hidden(reader);
+        NotingPage front(reader);
+        const auto note = [&order](const char* name) {
+            return [&order, name](const Loaded<bool>&) { order.append(QLatin1String(name)); };
+        };
+        const auto fetch = [](std::stop_token) { return true; };
+        hidden.loader.Load(Lane::Service, fetch, note("hidden"));
+        front.loader.Load(Lane::Service, fetch, note("front"));
+        hidden.loader.Command(Lane::Service, fetch, note("first command"));
+        front.loader.Command(Lane::Service, fetch, note("second command"));
+        hidden.hide();
+        reader.StepAll();
+        QCOMPARE(order.join(u','), QStringLiteral("first command,second command,front,hidden"));
+    }
 
-    page.loader.StopTimer();
-    page.Load(3);
-    reader.StepAll();
-    QVERIFY(!page.loader.IsTimerRunning());
-}
+    void commandsAreNotCancelled() {
+        SteppingReader reader;
+        NotingPage page(reader);
+        for (int number : {1, 2})
+            page.loader.Command(
+                Lane::Service, [number](std::stop_token) { return number; },
+                [&page](const Loaded<int>& loaded) { page.Note(loaded); });
+        page.loader.Cancel();
+        page.Load(3);
+        reader.StepAll();
+        QCOMPARE(page.applied, (QStringList{QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")}));
+    }
 
-void PageLoaderTest::theTimerNeverRestartsOnAHiddenPage() {
-    SteppingReader reader;
-    NotingPage page(reader);
-    page.loader.StartTimer(1h, [] {});
-    page.Load(1);
-    page.hide();
-    reader.StepAll();
-    QCOMPARE(page.applied, QStringList{QStringLiteral("1")});
-    QVERIFY(!page.loader.IsTimerRunning());
+    void theTimerRestsDuringARead() {
+        SteppingReader reader;
+        NotingPage page(reader);
+        page.Load(1);
+        page.loader.StartTimer(0ms, [&page] { page.Load(2); });
+        QVERIFY(!page.loader.IsTimerRunning());
+        reader.StepAll();
+        QVERIFY(page.loader.IsTimerRunning());
 
-    int refreshes = 0;
-    page.loader.StartTimer(0ms, [&refreshes] { ++refreshes; });
-    QTRY_VERIFY(!page.loader.IsTimerRunning());
-    QCOMPARE(refreshes, 0);
-}
+        QTRY_VERIFY(page.loader.IsReading());
+        QVERIFY(!page.loader.IsTimerRunning());
+        page.loader.Cancel();
+        QVERIFY(!page.loader.IsTimerRunning());
+        reader.StepAll();
+        QVERIFY(page.loader.IsTimerRunning());
 
-void PageLoaderTest::theTimerGoesOnWhenARefreshReadsNothing() {
-    SteppingReader reader;
-    NotingPage page(reader);
-    int refreshes = 0;
-    page.loader.StartTimer(0ms, [&] {
-        if (++refreshes == 3)
-            page.loader.StopTimer();
-    });
-    QTRY_COMPARE(refreshes, 3);
-    QVERIFY(!page.loader.IsTimerRunning());
-}
+        page.loader.StopTimer();
+        page.Load(3);
+        reader.StepAll();
+        QVERIFY(!page.loader.IsTimerRunning());
+    }
+
+    void theTimerNeverRestartsOnAHiddenPage() {
+        SteppingReader reader;
+        NotingPage page(reader);
+        page.loader.StartTimer(1h, [] {});
+        page.Load(1);
+        page.hide();
+        reader.StepAll();
+        QCOMPARE(page.applied, QStringList{QStringLiteral("1")});
+        QVERIFY(!page.loader.IsTimerRunning());
+
+        int refreshes = 0;
+        page.loader.StartTimer(0ms, [&refreshes] { ++refreshes; });
+        QTRY_VERIFY(!page.loader.IsTimerRunning());
+        QCOMPARE(refreshes, 0);
+    }
+
+    void theTimerGoesOnWhenARefreshReadsNothing() {
+        SteppingReader reader;
+        NotingPage page(reader);
+        int refreshes = 0;
+        page.loader.StartTimer(0ms, [&] {
+            if (++refreshes == 3)
+                page.loader.StopTimer();
+        });
+        QTRY_COMPARE(refreshes, 3);
+        QVERIFY(!page.loader.IsTimerRunning());
+    }
+};
 
 BTASK_TEST(PageLoaderTest);
 #include "PageLoaderTest.moc"

@@ -62,346 +62,331 @@ class PropertyGridTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void editorsCommit_data();
-    void editorsCommit();
-    void valuesOpenTheirEditor_data();
-    void valuesOpenTheirEditor();
-    void foldersAreChosen_data();
-    void foldersAreChosen();
-    void integersAreIntegers_data();
-    void integersAreIntegers();
-    void clicksOutsideOfAnEditableValueOpenNothing();
-    void rowsEndAtTheLast();
-    void aCommitTellsTheRowAsItWas();
-    void aNewValueLeavesTheOpenEditorAlone();
-    void aChoiceFromTheListCommits();
-    void longAndStrangeTextsSurviveAnEdit();
-    void theKeyboardWalksAcrossGroups();
-    void remarksFollowTheText();
-    void screenReadersAreTold();
-};
+    void editorsCommit_data() {
+        QTest::addColumn<ValueType>("type");
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("entered");
+        QTest::addColumn<QString>("end");
+        QTest::addColumn<QString>("after");
 
-void PropertyGridTest::editorsCommit_data() {
-    QTest::addColumn<ValueType>("type");
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<QString>("entered");
-    QTest::addColumn<QString>("end");
-    QTest::addColumn<QString>("after");
-
-    QTest::newRow("enter") << ValueType::String << u"old"_s << u"new"_s << u"enter"_s << u"new"_s;
-    QTest::newRow("focus lost") << ValueType::String << u"old"_s << u"new"_s << u"leave"_s << u"new"_s;
-    QTest::newRow("escape") << ValueType::String << u"old"_s << u"new"_s << u"escape"_s << QString();
-    QTest::newRow("untouched") << ValueType::String << u"old"_s << u"old"_s << u"leave"_s << QString();
-    QTest::newRow("other case only") << ValueType::String << u"old"_s << u"OLD"_s << u"enter"_s << QString();
-    QTest::newRow("emptied") << ValueType::String << u"old"_s << u""_s << u"enter"_s << u""_s;
-    QTest::newRow("filled") << ValueType::String << u""_s << u"new"_s << u"enter"_s << u"new"_s;
-    QTest::newRow("number") << ValueType::Integer << u"5"_s << u"50"_s << u"enter"_s << u"50"_s;
-    QTest::newRow("same number") << ValueType::Integer << u"5"_s << u"5"_s << u"leave"_s << QString();
-    QTest::newRow("number emptied") << ValueType::Integer << u"5"_s << u""_s << u"enter"_s << QString();
-    QTest::newRow("boolean") << ValueType::Boolean << u"True"_s << u"False"_s << u"enter"_s << u"False"_s;
-    QTest::newRow("boolean left") << ValueType::Boolean << u"False"_s << u"True"_s << u"leave"_s << u"True"_s;
-    QTest::newRow("same boolean") << ValueType::Boolean << u"True"_s << u"True"_s << u"enter"_s << QString();
-    QTest::newRow("boolean of other case")
-        << ValueType::Boolean << u"true"_s << u"True"_s << u"leave"_s << QString();
-    QTest::newRow("boolean cancelled")
-        << ValueType::Boolean << u"True"_s << u"False"_s << u"escape"_s << QString();
-}
-
-void PropertyGridTest::editorsCommit() {
-    QFETCH(ValueType, type);
-    QFETCH(QString, before);
-    QFETCH(QString, entered);
-    QFETCH(QString, end);
-    QFETCH(QString, after);
-    GridWindow window;
-    CPropertyGroup* group = window.AddGroup(u"G"_s, {{u"L"_s, before, u"K"_s, type, {}, false}});
-    window.Present();
-    ClickValue(*group, 1);
-    QWidget* editor = group->Editor();
-    QVERIFY(editor && editor->hasFocus());
-    QCOMPARE(group->EditedRow(), 1);
-
-    if (auto* edit = qobject_cast<CDynamicEdit*>(editor)) {
-        edit->selectAll();
-        QTest::keyClick(edit, Qt::Key_Delete);
-        QTest::keyClicks(edit, entered);
-    } else {
-        QTest::keyClicks(editor, entered.left(1));
+        QTest::newRow("enter") << ValueType::String << u"old"_s << u"new"_s << u"enter"_s << u"new"_s;
+        QTest::newRow("focus lost") << ValueType::String << u"old"_s << u"new"_s << u"leave"_s << u"new"_s;
+        QTest::newRow("escape") << ValueType::String << u"old"_s << u"new"_s << u"escape"_s << QString();
+        QTest::newRow("untouched") << ValueType::String << u"old"_s << u"old"_s << u"leave"_s << QString();
+        QTest::newRow("other case only")
+            << ValueType::String << u"old"_s << u"OLD"_s << u"enter"_s << QString();
+        QTest::newRow("emptied") << ValueType::String << u"old"_s << u""_s << u"enter"_s << u""_s;
+        QTest::newRow("filled") << ValueType::String << u""_s << u"new"_s << u"enter"_s << u"new"_s;
+        QTest::newRow("number") << ValueType::Integer << u"5"_s << u"50"_s << u"enter"_s << u"50"_s;
+        QTest::newRow("same number") << ValueType::Integer << u"5"_s << u"5"_s << u"leave"_s << QString();
+        QTest::newRow("number emptied") << ValueType::Integer << u"5"_s << u""_s << u"enter"_s << QString();
+        QTest::newRow("boolean") << ValueType::Boolean << u"True"_s << u"False"_s << u"enter"_s << u"False"_s;
+        QTest::newRow("boolean left")
+            << ValueType::Boolean << u"False"_s << u"True"_s << u"leave"_s << u"True"_s;
+        QTest::newRow("same boolean")
+            << ValueType::Boolean << u"True"_s << u"True"_s << u"enter"_s << QString();
+        QTest::newRow("boolean of other case")
+            << ValueType::Boolean << u"true"_s << u"True"_s << u"leave"_s << QString();
+        QTest::newRow("boolean cancelled")
+            << ValueType::Boolean << u"True"_s << u"False"_s << u"escape"_s << QString();
     }
-    if (end == "leave"_L1)
+
+    void editorsCommit() {
+        QFETCH(ValueType, type);
+        QFETCH(QString, before);
+        QFETCH(QString, entered);
+        QFETCH(QString, end);
+        QFETCH(QString, after);
+        GridWindow window;
+        CPropertyGroup* group = window.AddGroup(u"G"_s, {{u"L"_s, before, u"K"_s, type, {}, false}});
+        window.Present();
+        ClickValue(*group, 1);
+        QWidget* editor = group->Editor();
+        QVERIFY(editor && editor->hasFocus());
+        QCOMPARE(group->EditedRow(), 1);
+
+        if (auto* edit = qobject_cast<CDynamicEdit*>(editor)) {
+            edit->selectAll();
+            QTest::keyClick(edit, Qt::Key_Delete);
+            QTest::keyClicks(edit, entered);
+        } else {
+            QTest::keyClicks(editor, entered.left(1));
+        }
+        if (end == "leave"_L1)
+            window.elsewhere->setFocus();
+        else
+            QTest::keyClick(editor, end == "enter"_L1 ? Qt::Key_Return : Qt::Key_Escape);
+
+        QVERIFY(!group->Editor());
+        QCOMPARE(group->EditedRow(), -1);
+        QVERIFY2(window.commits.isEmpty(), "a commit is told later");
+        QCoreApplication::processEvents();
+        QCOMPARE(group->GetRow(1)->value, after.isNull() ? before : after);
+        QCOMPARE(window.commits, after.isNull() ? QStringList() : QStringList{u"G/1 K="_s + after});
+    }
+
+    void valuesOpenTheirEditor_data() {
+        QTest::addColumn<ValueType>("type");
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QString>("editor");
+        QTest::newRow("boolean") << ValueType::Boolean << u"False"_s << u"combo False"_s;
+        QTest::newRow("boolean ignoring case") << ValueType::Boolean << u"tRUE"_s << u"combo True"_s;
+        QTest::newRow("neither true nor false") << ValueType::Boolean << u"1"_s << u"combo "_s;
+        QTest::newRow("boolean like a path") << ValueType::Boolean << u"C:\\"_s << u"combo "_s;
+        QTest::newRow("text") << ValueType::String << u"a text"_s << u"edit a text"_s;
+        QTest::newRow("colon elsewhere") << ValueType::String << u"CC:\\"_s << u"edit CC:\\"_s;
+        QTest::newRow("colon alone") << ValueType::String << u"C:/"_s << u"edit C:/"_s;
+        QTest::newRow("number") << ValueType::Integer << u"-7"_s << u"edit -7"_s;
+        QTest::newRow("no number") << ValueType::Integer << u"many"_s << u"edit many"_s;
+    }
+
+    void valuesOpenTheirEditor() {
+        QFETCH(ValueType, type);
+        QFETCH(QString, value);
+        GridWindow window;
+        CPropertyGroup* group = window.AddGroup(u"G"_s, {{u"L"_s, value, u"K"_s, type, {}, false}});
+        window.Present();
+        QVERIFY(group->OpenEditor(1));
+        const auto* combo = qobject_cast<CDynamicCombo*>(group->Editor());
+        const auto* edit = qobject_cast<CDynamicEdit*>(group->Editor());
+        QTEST(combo ? u"combo "_s + combo->currentText() : u"edit "_s + edit->text(), "editor");
         window.elsewhere->setFocus();
-    else
-        QTest::keyClick(editor, end == "enter"_L1 ? Qt::Key_Return : Qt::Key_Escape);
-
-    QVERIFY(!group->Editor());
-    QCOMPARE(group->EditedRow(), -1);
-    QVERIFY2(window.commits.isEmpty(), "a commit is told later");
-    QCoreApplication::processEvents();
-    QCOMPARE(group->GetRow(1)->value, after.isNull() ? before : after);
-    QCOMPARE(window.commits, after.isNull() ? QStringList() : QStringList{u"G/1 K="_s + after});
-}
-
-void PropertyGridTest::valuesOpenTheirEditor_data() {
-    QTest::addColumn<ValueType>("type");
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<QString>("editor");
-    QTest::newRow("boolean") << ValueType::Boolean << u"False"_s << u"combo False"_s;
-    QTest::newRow("boolean ignoring case") << ValueType::Boolean << u"tRUE"_s << u"combo True"_s;
-    QTest::newRow("neither true nor false") << ValueType::Boolean << u"1"_s << u"combo "_s;
-    QTest::newRow("boolean like a path") << ValueType::Boolean << u"C:\\"_s << u"combo "_s;
-    QTest::newRow("text") << ValueType::String << u"a text"_s << u"edit a text"_s;
-    QTest::newRow("colon elsewhere") << ValueType::String << u"CC:\\"_s << u"edit CC:\\"_s;
-    QTest::newRow("colon alone") << ValueType::String << u"C:/"_s << u"edit C:/"_s;
-    QTest::newRow("number") << ValueType::Integer << u"-7"_s << u"edit -7"_s;
-    QTest::newRow("no number") << ValueType::Integer << u"many"_s << u"edit many"_s;
-}
-
-void PropertyGridTest::valuesOpenTheirEditor() {
-    QFETCH(ValueType, type);
-    QFETCH(QString, value);
-    GridWindow window;
-    CPropertyGroup* group = window.AddGroup(u"G"_s, {{u"L"_s, value, u"K"_s, type, {}, false}});
-    window.Present();
-    QVERIFY(group->OpenEditor(1));
-    const auto* combo = qobject_cast<CDynamicCombo*>(group->Editor());
-    const auto* edit = qobject_cast<CDynamicEdit*>(group->Editor());
-    QTEST(combo ? u"combo "_s + combo->currentText() : u"edit "_s + edit->text(), "editor");
-    window.elsewhere->setFocus();
-    QCoreApplication::processEvents();
-    QCOMPARE(group->GetRow(1)->value, value);
-    QCOMPARE(window.commits, QStringList());
-}
-
-void PropertyGridTest::foldersAreChosen_data() {
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<std::optional<QString>>("picked");
-    QTest::addColumn<QStringList>("commits");
-    QTest::newRow("drive") << u"C:\\Data"_s << std::optional(u"D:\\More"_s)
-                           << QStringList{u"G/1 K=D:\\More"_s};
-    QTest::newRow("same folder") << u"C:\\Data"_s << std::optional(u"c:\\data"_s) << QStringList();
-    QTest::newRow("cancelled") << u"C:\\Data"_s << std::optional<QString>() << QStringList();
-    if (QDir::isAbsolutePath(u"/srv/a"_s))
-        QTest::newRow("absolute") << u"/srv/a"_s << std::optional(u"/srv/b"_s)
-                                  << QStringList{u"G/1 K=/srv/b"_s};
-}
-
-void PropertyGridTest::foldersAreChosen() {
-    QFETCH(QString, value);
-    QFETCH(std::optional<QString>, picked);
-    GridWindow window;
-    CPropertyGroup* group =
-        window.AddGroup(u"G"_s, {{u"Cache folder"_s, value, u"K"_s, ValueType::String, {}, false}});
-    window.Present();
-    window.prompts.ExpectPick(u"Cache folder"_s, picked);
-    ClickValue(*group, 1);
-    QVERIFY(!group->Editor());
-    QCoreApplication::processEvents();
-    QTEST(window.commits, "commits");
-}
-
-void PropertyGridTest::integersAreIntegers_data() {
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("value");
-    QTest::newRow("largest") << u"2147483647"_s << u"2147483647"_s;
-    QTest::newRow("smallest") << u"-2147483648"_s << u"-2147483648"_s;
-    QTest::newRow("a digit too many") << u"21474836470"_s << u"2147483647"_s;
-    QTest::newRow("letters") << u"1a2b"_s << u"12"_s;
-    QTest::newRow("point and group") << u"1.0,0"_s << u"100"_s;
-    QTest::newRow("leading zeros") << u"007"_s << u"7"_s;
-    QTest::newRow("sign alone") << u"-"_s << u"5"_s;
-}
-
-void PropertyGridTest::integersAreIntegers() {
-    QFETCH(QString, typed);
-    GridWindow window;
-    CPropertyGroup* group =
-        window.AddGroup(u"G"_s, {{u"L"_s, u"5"_s, u"K"_s, ValueType::Integer, {}, false}});
-    window.Present();
-    QVERIFY(group->OpenEditor(1));
-    QTest::keyClicks(group->Editor(), typed);
-    QTest::keyClick(group->Editor(), Qt::Key_Enter);
-    QTEST(group->GetRow(1)->value, "value");
-}
-
-void PropertyGridTest::clicksOutsideOfAnEditableValueOpenNothing() {
-    GridWindow window;
-    CPropertyGroup* group =
-        window.AddGroup(u"G"_s, {{u"L"_s, u"text"_s, u"K"_s, ValueType::String, {}, false},
-                                 {u"R"_s, u"text"_s, u"KR"_s, ValueType::String, {}, true}});
-    window.Present();
-    ClickValue(*group, 0);
-    ClickValue(*group, 0, PropertyModel::Label);
-    ClickValue(*group, 1, PropertyModel::Label);
-    ClickValue(*group, 2);
-    QVERIFY(!group->Editor());
-    for (int row : {-1, 0, 2, 3})
-        QVERIFY2(!group->OpenEditor(row), qPrintable(QString::number(row)));
-    group->SetReadOnly(2, false);
-    ClickValue(*group, 2);
-    QVERIFY(group->Editor());
-}
-
-void PropertyGridTest::rowsEndAtTheLast() {
-    GridWindow window;
-    CPropertyGroup* group =
-        window.AddGroup(u"Title"_s, {{u"L"_s, u"V"_s, u"K"_s, ValueType::Boolean, {}, false}});
-    QCOMPARE(group->RowCount(), 2);
-    QVERIFY(!group->GetRow(-1));
-    QVERIFY(!group->GetRow(2));
-    QCOMPARE(group->GetRow(1)->key, u"K"_s);
-    QCOMPARE(group->GetRow(1)->value, u"V"_s);
-    QCOMPARE(group->GetRow(0)->label, u"Title"_s);
-    QStringList cells;
-    for (int column = 0; column < PropertyModel::Columns; ++column)
-        cells << group->model()->index(1, column).data().toString();
-    QCOMPARE(cells.join(u'|'), u"|L|V|K|4"_s);
-    QVERIFY(group->isColumnHidden(PropertyModel::Key));
-    QVERIFY(group->isColumnHidden(PropertyModel::Type));
-}
-
-void PropertyGridTest::aCommitTellsTheRowAsItWas() {
-    GridWindow window;
-    CPropertyGroup* group =
-        window.AddGroup(u"G"_s, {{u"L"_s, u"5"_s, u"K"_s, ValueType::Integer, {}, false}});
-    window.Present();
-    QVERIFY(group->OpenEditor(1));
-    QTest::keyClicks(group->Editor(), u"8"_s);
-    QTest::keyClick(group->Editor(), Qt::Key_Return);
-    group->SetValue(1, u"6"_s); // an answer that was under way
-    QCoreApplication::processEvents();
-    QCOMPARE(window.commits, QStringList{u"G/1 K=8"_s});
-}
-
-void PropertyGridTest::aNewValueLeavesTheOpenEditorAlone() {
-    GridWindow window;
-    CPropertyGroup* group =
-        window.AddGroup(u"G"_s, {{u"L"_s, u"old"_s, u"K"_s, ValueType::String, {}, false}});
-    window.Present();
-    QVERIFY(group->OpenEditor(1));
-    group->SetValue(1, u"stored meanwhile"_s);
-    QCOMPARE(qobject_cast<CDynamicEdit*>(group->Editor())->text(), u"old"_s);
-    QTest::keyClick(group->Editor(), Qt::Key_Return);
-    QCoreApplication::processEvents();
-    QCOMPARE(group->GetRow(1)->value, u"stored meanwhile"_s);
-    QCOMPARE(window.commits, QStringList());
-}
-
-void PropertyGridTest::aChoiceFromTheListCommits() {
-    GridWindow window;
-    CPropertyGroup* group =
-        window.AddGroup(u"G"_s, {{u"A"_s, u"True"_s, u"KA"_s, ValueType::Boolean, {}, false},
-                                 {u"B"_s, u"True"_s, u"KB"_s, ValueType::Boolean, {}, false}});
-    window.Present();
-    QVERIFY(group->OpenEditor(1));
-    auto* combo = qobject_cast<CDynamicCombo*>(group->Editor());
-    combo->showPopup();
-    QCoreApplication::processEvents();
-    QVERIFY2(group->Editor(), "the list takes the focus only for a while");
-    QTest::keyClick(combo->view(), Qt::Key_Down);
-    QTest::keyClick(combo->view(), Qt::Key_Return);
-    QTRY_COMPARE(window.commits, QStringList{u"G/1 KA=False"_s});
-    QVERIFY(!group->Editor());
-
-    QVERIFY(group->OpenEditor(1));
-    QVERIFY(group->OpenEditor(2));
-    QCoreApplication::processEvents();
-    QCOMPARE(group->EditedRow(), 2);
-}
-
-void PropertyGridTest::longAndStrangeTextsSurviveAnEdit() {
-    GridWindow window;
-    const QString strange =
-        u"<b>\"bold\"</b>\n\tline\x01\u202Ereversed\u2028 end "_s + QString(64 * 1024, u'x');
-    CPropertyGroup* group =
-        window.AddGroup(u"G"_s, {{strange, strange, u"K"_s, ValueType::String, strange, false},
-                                 {u"L"_s, u"5"_s, u"N"_s, ValueType::Integer, {}, false}});
-    window.Present();
-    QVERIFY(!window.grab().isNull());
-    QVERIFY(group->OpenEditor(1));
-    window.elsewhere->setFocus();
-    QVERIFY(group->OpenEditor(2));
-    QTest::keyClicks(group->Editor(), u"6"_s);
-    QTest::keyClick(group->Editor(), Qt::Key_Return);
-    QCoreApplication::processEvents();
-    QCOMPARE(window.commits, QStringList{u"G/2 N=6"_s});
-    QCOMPARE(group->GetRow(1)->value, strange);
-
-    QVERIFY(group->OpenEditor(1));
-    QTest::keyClick(group->Editor(), Qt::Key_End);
-    QTest::keyClicks(group->Editor(), u"!"_s);
-    window.elsewhere->setFocus();
-    QCOMPARE(group->GetRow(1)->value, strange + u'!');
-    QVERIFY(group->model()
-                ->index(1, PropertyModel::Value)
-                .data(Qt::ToolTipRole)
-                .toString()
-                .startsWith(u"&lt;b&gt;"));
-}
-
-void PropertyGridTest::theKeyboardWalksAcrossGroups() {
-    GridWindow window;
-    const PropertyRow row{u"L"_s, u"V"_s, u"K"_s, ValueType::String, {}, false};
-    CPropertyGroup* first = window.AddGroup(u"First"_s, {row, row});
-    CPropertyGroup* empty = window.AddGroup(u"Empty"_s, {});
-    CPropertyGroup* last = window.AddGroup(u"Last"_s, {row});
-    window.Present();
-    first->setFocus(Qt::TabFocusReason);
-    QStringList walk;
-    for (const Qt::Key key :
-         {Qt::Key_Up, Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Home, Qt::Key_End}) {
-        auto* group = qobject_cast<CPropertyGroup*>(QApplication::focusWidget());
-        QVERIFY(group);
-        QTest::keyClick(group, key);
-        group = qobject_cast<CPropertyGroup*>(QApplication::focusWidget());
-        QVERIFY(group && group != empty);
-        walk << (group == first ? u"first "_s : u"last "_s) + QString::number(group->CurrentRow());
+        QCoreApplication::processEvents();
+        QCOMPARE(group->GetRow(1)->value, value);
+        QCOMPARE(window.commits, QStringList());
     }
-    QCOMPARE(walk.join(u", "_s), u"first 1, first 2, last 1, last 1, first 2, first 1, last 1"_s);
-    QTest::keyClick(last, Qt::Key_F2);
-    QVERIFY(last->Editor());
-    QTest::keyClick(last->Editor(), Qt::Key_Escape);
-    QVERIFY2(last->hasFocus(), "the keyboard goes on from the row");
-    QTest::keyClick(last, Qt::Key_Return);
-    QVERIFY(last->Editor());
-}
 
-void PropertyGridTest::remarksFollowTheText() {
-    GridWindow window;
-    CPropertyGroup* group =
-        window.AddGroup(u"G"_s, {{u"L"_s, u"a&b"_s, u"K"_s, ValueType::String, {}, false}});
-    window.grid.SetEditorNote([](const PropertyRow& row, const QString& text) {
-        return text.contains(u'&') ? row.key + u" has <&>"_s : QString();
-    });
-    window.Present();
-    const auto remark = [&window] {
-        const auto* note = window.findChild<NoticeLine*>();
-        return note && note->isVisible() ? note->Text() : QString();
-    };
-    QVERIFY(group->OpenEditor(1));
-    QCOMPARE(remark(), u"K has <&>"_s);
-    QTest::keyClicks(group->Editor(), u"ab"_s);
-    QCOMPARE(remark(), QString());
-    QTest::keyClicks(group->Editor(), u"&"_s);
-    QCOMPARE(remark(), u"K has <&>"_s);
-    QTest::keyClick(group->Editor(), Qt::Key_Escape);
-    QCOMPARE(remark(), QString());
-}
+    void foldersAreChosen_data() {
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<std::optional<QString>>("picked");
+        QTest::addColumn<QStringList>("commits");
+        QTest::newRow("drive") << u"C:\\Data"_s << std::optional(u"D:\\More"_s)
+                               << QStringList{u"G/1 K=D:\\More"_s};
+        QTest::newRow("same folder") << u"C:\\Data"_s << std::optional(u"c:\\data"_s) << QStringList();
+        QTest::newRow("cancelled") << u"C:\\Data"_s << std::optional<QString>() << QStringList();
+        if (QDir::isAbsolutePath(u"/srv/a"_s))
+            QTest::newRow("absolute")
+                << u"/srv/a"_s << std::optional(u"/srv/b"_s) << QStringList{u"G/1 K=/srv/b"_s};
+    }
 
-void PropertyGridTest::screenReadersAreTold() {
-    GridWindow window;
-    CPropertyGroup* group = window.AddGroup(
-        u"Upload"_s, {{u"Workers"_s, u"5"_s, u"K"_s, ValueType::Integer, u"Later."_s, false}});
-    window.Present();
-    QAccessibleInterface* table = QAccessible::queryAccessibleInterface(group);
-    QVERIFY(table && table->tableInterface());
-    QCOMPARE(table->text(QAccessible::Name), u"Upload"_s);
-    QAccessibleInterface* cell = table->tableInterface()->cellAt(1, PropertyModel::Value);
-    QVERIFY(cell);
-    QCOMPARE(cell->text(QAccessible::Name), u"Workers: 5"_s);
-    QCOMPARE(cell->text(QAccessible::Description), u"Later."_s);
-    QVERIFY(group->OpenEditor(1));
-    QCOMPARE(group->Editor()->accessibleName(), u"Workers"_s);
-}
+    void foldersAreChosen() {
+        QFETCH(QString, value);
+        QFETCH(std::optional<QString>, picked);
+        GridWindow window;
+        CPropertyGroup* group =
+            window.AddGroup(u"G"_s, {{u"Cache folder"_s, value, u"K"_s, ValueType::String, {}, false}});
+        window.Present();
+        window.prompts.ExpectPick(u"Cache folder"_s, picked);
+        ClickValue(*group, 1);
+        QVERIFY(!group->Editor());
+        QCoreApplication::processEvents();
+        QTEST(window.commits, "commits");
+    }
+
+    void integersAreIntegers_data() {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("value");
+        QTest::newRow("largest") << u"2147483647"_s << u"2147483647"_s;
+        QTest::newRow("smallest") << u"-2147483648"_s << u"-2147483648"_s;
+        QTest::newRow("a digit too many") << u"21474836470"_s << u"2147483647"_s;
+        QTest::newRow("letters") << u"1a2b"_s << u"12"_s;
+        QTest::newRow("point and group") << u"1.0,0"_s << u"100"_s;
+        QTest::newRow("leading zeros") << u"007"_s << u"7"_s;
+        QTest::newRow("sign alone") << u"-"_s << u"5"_s;
+    }
+
+    void integersAreIntegers() {
+        QFETCH(QString, typed);
+        GridWindow window;
+        CPropertyGroup* group =
+            window.AddGroup(u"G"_s, {{u"L"_s, u"5"_s, u"K"_s, ValueType::Integer, {}, false}});
+        window.Present();
+        QVERIFY(group->OpenEditor(1));
+        QTest::keyClicks(group->Editor(), typed);
+        QTest::keyClick(group->Editor(), Qt::Key_Enter);
+        QTEST(group->GetRow(1)->value, "value");
+    }
+
+    void clicksOutsideOfAnEditableValueOpenNothing() {
+        GridWindow window;
+        CPropertyGroup* group =
+            window.AddGroup(u"G"_s, {{u"L"_s, u"text"_s, u"K"_s, ValueType::String, {}, false},
+                                     {u"R"_s, u"text"_s, u"KR"_s, ValueType::String, {}, true}});
+        window.Present();
+        ClickValue(*group, 0);
+        ClickValue(*group, 0, PropertyModel::Label);
+        ClickValue(*group, 1, PropertyModel::Label);
+        ClickValue(*group, 2);
+        QVERIFY(!group->Editor());
+        for (int row : {-1, 0, 2, 3})
+            QVERIFY2(!group->OpenEditor(row), qPrintable(QString::number(row)));
+        group->SetReadOnly(2, false);
+        ClickValue(*group, 2);
+        QVERIFY(group->Editor());
+    }
+
+    void rowsEndAtTheLast() {
+        GridWindow window;
+        CPropertyGroup* group =
+            window.AddGroup(u"Title"_s, {{u"L"_s, u"V"_s, u"K"_s, ValueType::Boolean, {}, false}});
+        QCOMPARE(group->RowCount(), 2);
+        QVERIFY(!group->GetRow(-1));
+        QVERIFY(!group->GetRow(2));
+        QCOMPARE(group->GetRow(1)->key, u"K"_s);
+        QCOMPARE(group->GetRow(1)->value, u"V"_s);
+        QCOMPARE(group->GetRow(0)->label, u"Title"_s);
+        QStringList cells;
+        for (int column = 0; column < PropertyModel::Columns; ++column)
+            cells << group->model()->index(1, column).data().toString();
+        QCOMPARE(cells.join(u'|'), u"|L|V|K|4"_s);
+        QVERIFY(group->isColumnHidden(PropertyModel::Key));
+        QVERIFY(group->isColumnHidden(PropertyModel::Type));
+    }
+
+    void aCommitTellsTheRowAsItWas() {
+        GridWindow window;
+        CPropertyGroup* group =
+            window.AddGroup(u"G"_s, {{u"L"_s, u"5"_s, u"K"_s, ValueType::Integer, {}, false}});
+        window.Present();
+        QVERIFY(group->OpenEditor(1));
+        QTest::keyClicks(group->Editor(), u"8"_s);
+        QTest::keyClick(group->Editor(), Qt::Key_Return);
+        group->SetValue(1, u"6"_s); // an answer that was under way
+        QCoreApplication::processEvents();
+        QCOMPARE(window.commits, QStringList{u"G/1 K=8"_s});
+    }
+
+    void aNewValueLeavesTheOpenEditorAlone() {
+        GridWindow window;
+        CPropertyGroup* group =
+            window.AddGroup(u"G"_s, {{u"L"_s, u"old"_s, u"K"_s, ValueType::String, {}, false}});
+        window.Present();
+        QVERIFY(group->OpenEditor(1));
+        group->SetValue(1, u"stored meanwhile"_s);
+        QCOMPARE(qobject_cast<CDynamicEdit*>(group->Editor())->text(), u"old"_s);
+        QTest::keyClick(group->Editor(), Qt::Key_Return);
+        QCoreApplication::processEvents();
+        QCOMPARE(group->GetRow(1)->value, u"stored meanwhile"_s);
+        QCOMPARE(window.commits, QStringList());
+    }
+
+    void aChoiceFromTheListCommits() {
+        GridWindow window;
+        CPropertyGroup* group =
+            window.AddGroup(u"G"_s, {{u"A"_s, u"True"_s, u"KA"_s, ValueType::Boolean, {}, false},
+                                     {u"B"_s, u"True"_s, u"KB"_s, ValueType::Boolean, {}, false}});
+        window.Present();
+        QVERIFY(group->OpenEditor(1));
+        auto* combo = qobject_cast<CDynamicCombo*>(group->Editor());
+        combo->showPopup();
+        QCoreApplication::processEvents();
+        QVERIFY2(group->Editor(), "the list takes the focus only for a while");
+        QTest::keyClick(combo->view(), Qt::Key_Down);
+        QTest::keyClick(combo->view(), Qt::Key_Return);
+        QTRY_COMPARE(window.commits, QStringList{u"G/1 KA=False"_s});
+        QVERIFY(!group->Editor());
+
+        QVERIFY(group->OpenEditor(1));
+        QVERIFY(group->OpenEditor(2));
+        QCoreApplication::processEvents();
+        QCOMPARE(group->EditedRow(), 2);
+    }
+
+    void longAndStrangeTextsSurviveAnEdit() {
+        GridWindow window;
+        const QString strange =
+            u"<b>\"bold\"</b>\n\tline\x01\u202Ereversed\u2028 end "_s + QString(64 * 1024, u'x');
+        CPropertyGroup* group =
+            window.AddGroup(u"G"_s, {{strange, strange, u"K"_s, ValueType::String, strange, false},
+                                     {u"L"_s, u"5"_s, u"N"_s, ValueType::Integer, {}, false}});
+        window.Present();
+        QVERIFY(!window.grab().isNull());
+        QVERIFY(group->OpenEditor(1));
+        window.elsewhere->setFocus();
+        QVERIFY(group->OpenEditor(2));
+        QTest::keyClicks(group->Editor(), u"6"_s);
+        QTest::keyClick(group->Editor(), Qt::Key_Return);
+        QCoreApplication::processEvents();
+        QCOMPARE(window.commits, QStringList{u"G/2 N=6"_s});
+        QCOMPARE(group->GetRow(1)->value, strange);
+
+        QVERIFY(group->OpenEditor(1));
+        QTest::keyClick(group->Editor(), Qt::Key_End);
+        QTest::keyClicks(group->Editor(), u"!"_s);
+        window.elsewhere->setFocus();
+        QCOMPARE(group->GetRow(1)->value, strange + u'!');
+        QVERIFY(group->model()
+                    ->index(1, PropertyModel::Value)
+                    .data(Qt::ToolTipRole)
+                    .toString()
+                    .startsWith(u"&lt;b&gt;"));
+    }
+
+    void theKeyboardWalksAcrossGroups() {
+        GridWindow window;
+        const PropertyRow row{u"L"_s, u"V"_s, u"K"_s, ValueType::String, {}, false};
+        CPropertyGroup* first = window.AddGroup(u"First"_s, {row, row});
+        CPropertyGroup* empty = window.AddGroup(u"Empty"_s, {});
+        CPropertyGroup* last = window.AddGroup(u"Last"_s, {row});
+        window.Present();
+        first->setFocus(Qt::TabFocusReason);
+        QStringList walk;
+        for (const Qt::Key key :
+             {Qt::Key_Up, Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Home, Qt::Key_End}) {
+            auto* group = qobject_cast<CPropertyGroup*>(QApplication::focusWidget());
+            QVERIFY(group);
+            QTest::keyClick(group, key);
+            group = qobject_cast<CPropertyGroup*>(QApplication::focusWidget());
+            QVERIFY(group && group != empty);
+            walk << (group == first ? u"first "_s : u"last "_s) + QString::number(group->CurrentRow());
+        }
+        QCOMPARE(walk.join(u", "_s), u"first 1, first 2, last 1, last 1, first 2, first 1, last 1"_s);
+        QTest::keyClick(last, Qt::Key_F2);
+        QVERIFY(last->Editor());
+        QTest::keyClick(last->Editor(), Qt::Key_Escape);
+        QVERIFY2(last->hasFocus(), "the keyboard goes on from the row");
+        QTest::keyClick(last, Qt::Key_Return);
+        QVERIFY(last->Editor());
+    }
+
+    void remarksFollowTheText() {
+        GridWindow window;
+        CPropertyGroup* group =
+            window.AddGroup(u"G"_s, {{u"L"_s, u"a&b"_s, u"K"_s, ValueType::String, {}, false}});
+        window.grid.SetEditorNote([](const PropertyRow& row, const QString& text) {
+            return text.contains(u'&') ? row.key + u" has <&>"_s : QString();
+        });
+        window.Present();
+        const auto remark = [&window] {
+            const auto* note = window.findChild<NoticeLine*>();
+            return note && note->isVisible() ? note->Text() : QString();
+        };
+        QVERIFY(group->OpenEditor(1));
+        QCOMPARE(remark(), u"K has <&>"_s);
+        QTest::keyClicks(group->Editor(), u"ab"_s);
+        QCOMPARE(remark(), QString());
+        QTest::keyClicks(group->Editor(), u"&"_s);
+        QCOMPARE(remark(), u"K has <&>"_s);
+        QTest::keyClick(group->Editor(), Qt::Key_Escape);
+        QCOMPARE(remark(), QString());
+    }
+
+    void screenReadersAreTold() {
+        GridWindow window;
+        CPropertyGroup* group = window.AddGroup(
+            u"Upload"_s, {{u"Workers"_s, u"5"_s, u"K"_s, ValueType::Integer, u"Later."_s, false}});
+        window.Present();
+        QAccessibleInterface* table = QAccessible::queryAccessibleInterface(group);
+        QVERIFY(table && table->tableInterface());
+        QCOMPARE(table->text(QAccessible::Name), u"Upload"_s);
+        QAccessibleInterface* cell = table->tableInterface()->cellAt(1, PropertyModel::Value);
+        QVERIFY(cell);
+        QCOMPARE(cell->text(QAccessible::Name), u"Workers: 5"_s);
+        QCOMPARE(cell->text(QAccessible::Description), u"Later."_s);
+        QVERIFY(group->OpenEditor(1));
+        QCOMPARE(group->Editor()->accessibleName(), u"Workers"_s);
+    }
+};
 
 BTASK_TEST(PropertyGridTest);
 #include "PropertyGridTest.moc"

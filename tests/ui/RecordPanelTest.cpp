@@ -92,15 +92,121 @@ class RecordPanelTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-    void showsTheFirstRowsWhileItReads();
-    void anEmptySourceEndsTheLoading();
-    void appliesARefreshOnlyOnceItHasEnded();
-    void restartsWithoutTheOldRows();
-    void goesOnAfterItWasLeft_data();
-    void goesOnAfterItWasLeft();
-    void keepsWhatCameBeforeAFailure();
+    void init() {
+        m_parts = std::make_unique<Parts>();
+        m_tap = std::make_shared<Tap>();
+        m_panel = std::make_unique<TapPanel>(m_parts->console, m_tap);
+        m_panel->Activate();
+    }
+
+    void cleanup() {
+        m_panel.reset();
+        m_parts.reset();
+    }
+
+    void showsTheFirstRowsWhileItReads() {
+        QCOMPARE(m_panel->TextWithoutRows(), u"Loading."_s);
+        m_tap->LetCome(1);
+        QTRY_COMPARE(m_panel->RowCount(), 1);
+        QVERIFY(m_panel->IsReading());
+        QCOMPARE(m_parts->frame.StatusText(), u"Listing."_s);
+        m_tap->LetCome(9); // in batches
+        QTRY_VERIFY(m_panel->RowCount() > 1);
+        QVERIFY(m_panel->IsReading());
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->RowCount(), 10);
+        QCOMPARE(m_parts->frame.StatusText(), u"Shown."_s);
+    }
+
+    void anEmptySourceEndsTheLoading() {
+        m_tap->SetRows(u"a"_s, 0);
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->TextWithoutRows(), u"Empty."_s);
+        m_tap->LetCome(0);
+        m_panel->OnCommand(Command::Refresh);
+        QCOMPARE(m_panel->TextWithoutRows(), u"Empty."_s); // it is known to be, until rows come
+        m_tap->SetRows(u"b"_s, 2);
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->RowCount(), 2);
+    }
+
+    void appliesARefreshOnlyOnceItHasEnded() {
+        QVERIFY(ReadToItsEnd());
+        m_panel->Table().selectRow(3);
+        m_tap->SetRows(u"b"_s, 5);
+        m_tap->LetCome(2);
+        m_panel->OnCommand(Command::Refresh);
+        m_panel->OnCommand(Command::Refresh); // in place of the first
+        QTest::qWait(0);
+        QCOMPARE(m_panel->FirstRow(), u"a0"_s);
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->RowCount(), 5);
+        QCOMPARE(m_panel->FirstRow(), u"b0"_s);
+        QCOMPARE(m_panel->Table().SelectedIds(), QStringList());
+    }
+
+    void restartsWithoutTheOldRows() {
+        m_tap->LetCome(3);
+        QTRY_VERIFY(m_panel->RowCount() > 0);
+        m_tap->SetRows(u"b"_s, 4);
+        m_panel->Restart();
+        QCOMPARE(m_panel->RowCount(), 0);
+        QCOMPARE(m_panel->TextWithoutRows(), u"Loading."_s);
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->RowCount(), 4);
+        QCOMPARE(m_panel->FirstRow(), u"b0"_s);
+
+        m_tap->LetCome(0);
+        m_panel->Restart(); // after a read that had ended
+        QCOMPARE(m_panel->TextWithoutRows(), u"Loading."_s);
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->RowCount(), 4); // as they were before
+    }
+
+    void goesOnAfterItWasLeft_data() {
+        QTest::addColumn<int>("came");
+        QTest::newRow("before the first row") << 0;
+        QTest::newRow("after some rows") << 3;
+    }
+
+    void goesOnAfterItWasLeft() {
+        QFETCH(int, came);
+        m_tap->LetCome(came);
+        QTRY_VERIFY(came == 0 || m_panel->RowCount() > 0);
+        m_panel->Deactivate();
+        QTRY_VERIFY(!m_panel->IsReading()); // with nothing let through: the read was told to stop
+        QVERIFY(m_panel->RowCount() <= came);
+        m_panel->Activate();
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->RowCount(), 10);
+        QCOMPARE(m_panel->FirstRow(), u"a0"_s);
+        QCOMPARE(m_parts->frame.StatusText(), u"Shown."_s);
+    }
+
+    void keepsWhatCameBeforeAFailure() {
+        const ReadResult damaged{ReadOutcome::Damaged, u"x.db"_s};
+        m_tap->SetRows(u"a"_s, 10, damaged);
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->RowCount(), 10);
+        QCOMPARE(m_parts->frame.StatusText(), u"The file is damaged or no database: x.db"_s);
+        m_tap->SetRows(u"b"_s, 3, damaged); // a refresh that fails shows nothing of what it brought
+        m_panel->OnCommand(Command::Refresh);
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->RowCount(), 10);
+        QCOMPARE(m_panel->FirstRow(), u"a0"_s);
+
+        m_tap->SetRows(u"b"_s, 3);
+        m_panel->OnCommand(Command::Refresh);
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->RowCount(), 3);
+        QCOMPARE(m_parts->frame.StatusText(), u"Shown."_s);
+
+        // Without rows the failure stands in the list too.
+        m_tap->SetRows(u"c"_s, 0, {ReadOutcome::Missing, u"x.db"_s});
+        m_panel->Restart();
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->TextWithoutRows(), u"The database does not exist: x.db"_s);
+    }
 
 private:
     struct Parts {
@@ -121,122 +227,6 @@ private:
     std::shared_ptr<Tap> m_tap;
     std::unique_ptr<TapPanel> m_panel;
 };
-
-void RecordPanelTest::init() {
-    m_parts = std::make_unique<Parts>();
-    m_tap = std::make_shared<Tap>();
-    m_panel = std::make_unique<TapPanel>(m_parts->console, m_tap);
-    m_panel->Activate();
-}
-
-void RecordPanelTest::cleanup() {
-    m_panel.reset();
-    m_parts.reset();
-}
-
-void RecordPanelTest::showsTheFirstRowsWhileItReads() {
-    QCOMPARE(m_panel->TextWithoutRows(), u"Loading."_s);
-    m_tap->LetCome(1);
-    QTRY_COMPARE(m_panel->RowCount(), 1);
-    QVERIFY(m_panel->IsReading());
-    QCOMPARE(m_parts->frame.StatusText(), u"Listing."_s);
-    m_tap->LetCome(9); // in batches
-    QTRY_VERIFY(m_panel->RowCount() > 1);
-    QVERIFY(m_panel->IsReading());
-    QVERIFY(ReadToItsEnd());
-    QCOMPARE(m_panel->RowCount(), 10);
-    QCOMPARE(m_parts->frame.StatusText(), u"Shown."_s);
-}
-
-void RecordPanelTest::anEmptySourceEndsTheLoading() {
-    m_tap->SetRows(u"a"_s, 0);
-    QVERIFY(ReadToItsEnd());
-    QCOMPARE(m_panel->TextWithoutRows(), u"Empty."_s);
-    m_tap->LetCome(0);
-    m_panel->OnCommand(Command::Refresh);
-    QCOMPARE(m_panel->TextWithoutRows(), u"Empty."_s); // it is known to be, until rows come
-    m_tap->SetRows(u"b"_s, 2);
-    QVERIFY(ReadToItsEnd());
-    QCOMPARE(m_panel->RowCount(), 2);
-}
-
-void RecordPanelTest::appliesARefreshOnlyOnceItHasEnded() {
-    QVERIFY(ReadToItsEnd());
-    m_panel->Table().selectRow(3);
-    m_tap->SetRows(u"b"_s, 5);
-    m_tap->LetCome(2);
-    m_panel->OnCommand(Command::Refresh);
-    m_panel->OnCommand(Command::Refresh); // in place of the first
-    QTest::qWait(0);
-    QCOMPARE(m_panel->FirstRow(), u"a0"_s);
-    QVERIFY(ReadToItsEnd());
-    QCOMPARE(m_panel->RowCount(), 5);
-    QCOMPARE(m_panel->FirstRow(), u"b0"_s);
-    QCOMPARE(m_panel->Table().SelectedIds(), QStringList());
-}
-
-void RecordPanelTest::restartsWithoutTheOldRows() {
-    m_tap->LetCome(3);
-    QTRY_VERIFY(m_panel->RowCount() > 0);
-    m_tap->SetRows(u"b"_s, 4);
-    m_panel->Restart();
-    QCOMPARE(m_panel->RowCount(), 0);
-    QCOMPARE(m_panel->TextWithoutRows(), u"Loading."_s);
-    QVERIFY(ReadToItsEnd());
-    QCOMPARE(m_panel->RowCount(), 4);
-    QCOMPARE(m_panel->FirstRow(), u"b0"_s);
-
-    m_tap->LetCome(0);
-    m_panel->Restart(); // after a read that had ended
-    QCOMPARE(m_panel->TextWithoutRows(), u"Loading."_s);
-    QVERIFY(ReadToItsEnd());
-    QCOMPARE(m_panel->RowCount(), 4); // as they were before
-}
-
-void RecordPanelTest::goesOnAfterItWasLeft_data() {
-    QTest::addColumn<int>("came");
-    QTest::newRow("before the first row") << 0;
-    QTest::newRow("after some rows") << 3;
-}
-
-void RecordPanelTest::goesOnAfterItWasLeft() {
-    QFETCH(int, came);
-    m_tap->LetCome(came);
-    QTRY_VERIFY(came == 0 || m_panel->RowCount() > 0);
-    m_panel->Deactivate();
-    QTRY_VERIFY(!m_panel->IsReading()); // with nothing let through: the read was told to stop
-    QVERIFY(m_panel->RowCount() <= came);
-    m_panel->Activate();
-    QVERIFY(ReadToItsEnd());
-    QCOMPARE(m_panel->RowCount(), 10);
-    QCOMPARE(m_panel->FirstRow(), u"a0"_s);
-    QCOMPARE(m_parts->frame.StatusText(), u"Shown."_s);
-}
-
-void RecordPanelTest::keepsWhatCameBeforeAFailure() {
-    const ReadResult damaged{ReadOutcome::Damaged, u"x.db"_s};
-    m_tap->SetRows(u"a"_s, 10, damaged);
-    QVERIFY(ReadToItsEnd());
-    QCOMPARE(m_panel->RowCount(), 10);
-    QCOMPARE(m_parts->frame.StatusText(), u"The file is damaged or no database: x.db"_s);
-    m_tap->SetRows(u"b"_s, 3, damaged); // a refresh that fails shows nothing of what it brought
-    m_panel->OnCommand(Command::Refresh);
-    QVERIFY(ReadToItsEnd());
-    QCOMPARE(m_panel->RowCount(), 10);
-    QCOMPARE(m_panel->FirstRow(), u"a0"_s);
-
-    m_tap->SetRows(u"b"_s, 3);
-    m_panel->OnCommand(Command::Refresh);
-    QVERIFY(ReadToItsEnd());
-    QCOMPARE(m_panel->RowCount(), 3);
-    QCOMPARE(m_parts->frame.StatusText(), u"Shown."_s);
-
-    // Without rows the failure stands in the list too.
-    m_tap->SetRows(u"c"_s, 0, {ReadOutcome::Missing, u"x.db"_s});
-    m_panel->Restart();
-    QVERIFY(ReadToItsEnd());
-    QCOMPARE(m_panel->TextWithoutRows(), u"The database does not exist: x.db"_s);
-}
 
 BTASK_TEST(RecordPanelTest);
 

@@ -67,110 +67,102 @@ class TabPanelTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void activatesOnlyTheCurrentPage();
-    void showsFirstTabs();
-    void showsAllTabs();
-    void beginsWithHiddenTabs();
-    void refusesTheHundredAndFirst();
-    void walksByKeyboardAndMouse();
-    void aPostedCommandToADeadPageIsLost();
+    void activatesOnlyTheCurrentPage() {
+        TestTabs tabs;
+        QCOMPARE(tabs.Log(), QString());
+        tabs.Activate();
+        QCOMPARE(tabs.Log(), QStringLiteral("create A +A"));
+        tabs.SelectPage(1);
+        QCOMPARE(tabs.Log(), QStringLiteral("-A create B +B"));
+        QVERIFY(!tabs.findChildren<LoggingPage*>().at(0)->isVisible());
+        QVERIFY(tabs.CurrentPage()->isVisible());
+        QCOMPARE(tabs.CurrentPage()->geometry(), QRect(0, 37, 800, 363));
+        tabs.OnCommand(7);
+        tabs.Deactivate();
+        tabs.SelectPage(0);
+        tabs.Activate();
+        QCOMPARE(tabs.Log(), QStringLiteral("B7 -B -B +A"));
+    }
+
+    void showsFirstTabs() {
+        TestTabs tabs;
+        tabs.Activate();
+        tabs.SelectPage(1);
+        tabs.Log();
+        tabs.ShowFirstTabs(2);
+        QCOMPARE(tabs.Tabs(), QStringLiteral("11000"));
+        QCOMPARE(tabs.Log(), QStringLiteral("B1146"));
+        tabs.ShowAllTabs(2);
+        QCOMPARE(tabs.Tabs(), QStringLiteral("11111"));
+        QCOMPARE(tabs.Log(), QStringLiteral("B1146"));
+        tabs.SelectPage(3);
+        tabs.Log();
+        tabs.ShowFirstTabs(2);
+        QCOMPARE(tabs.Log(), QStringLiteral("-D +A"));
+        QCOMPARE(tabs.CurrentIndex(), 0);
+    }
+
+    void showsAllTabs() {
+        TestTabs tabs;
+        tabs.Activate();
+        tabs.Log();
+        tabs.ShowAllTabs(4);
+        QCOMPARE(tabs.Tabs(), QStringLiteral("11101"));
+        QCOMPARE(tabs.Log(), QStringLiteral("A1146"));
+        tabs.ShowFirstTabs(0);
+        tabs.ShowAllTabs(0);
+        QCOMPARE(tabs.Tabs(), QStringLiteral("11111"));
+        QCOMPARE(tabs.CurrentIndex(), 0);
+        QVERIFY(tabs.CurrentPage()->isVisible());
+    }
+
+    void beginsWithHiddenTabs() {
+        NotingFrame frame;
+        QStringList log;
+        CTabPanel tabs(frame);
+        tabs.Activate();
+        for (const char* name : {"A", "B"})
+            QVERIFY(tabs.AddHiddenTab(QLatin1String(name), new LoggingPage(frame, QLatin1String(name), log),
+                                      316));
+        QVERIFY(!tabs.CurrentPage());
+        tabs.ShowAllTabs(0);
+        QCoreApplication::sendPostedEvents();
+        QCOMPARE(log.join(u' '), QStringLiteral("create A +A A1146"));
+    }
+
+    void refusesTheHundredAndFirst() {
+        TestTabs tabs;
+        while (tabs.PageCount() < 100)
+            QVERIFY(tabs.AddTab(QStringLiteral("more"), tabs.Page("more"), 0));
+        const std::unique_ptr<CBrenPanel> refused(tabs.Page("refused"));
+        QVERIFY(!tabs.AddTab(QStringLiteral("refused"), refused.get(), 0));
+        QVERIFY(!tabs.AddHiddenTab(QStringLiteral("refused"), refused.get(), 0));
+        QCOMPARE(tabs.PageCount(), 100);
+        QVERIFY(!refused->parent());
+    }
+
+    void walksByKeyboardAndMouse() {
+        TestTabs tabs;
+        tabs.Activate();
+        auto* strip = tabs.findChild<TabStrip*>();
+        QTest::keyClick(strip, Qt::Key_Right);
+        QCOMPARE(tabs.CurrentIndex(), 1);
+        QTest::mouseClick(strip, Qt::LeftButton, {}, strip->tabRect(2).center());
+        QCOMPARE(tabs.CurrentIndex(), 2);
+        QTest::keyClick(strip, Qt::Key_Right);
+        QCOMPARE(tabs.CurrentIndex(), 2);
+    }
+
+    void aPostedCommandToADeadPageIsLost() {
+        NotingFrame frame;
+        QStringList log;
+        auto page = std::make_unique<LoggingPage>(frame, QStringLiteral("A"), log);
+        page->PostCommand(1);
+        page.reset();
+        QCoreApplication::sendPostedEvents();
+        QVERIFY(log.isEmpty());
+    }
 };
-
-void TabPanelTest::activatesOnlyTheCurrentPage() {
-    TestTabs tabs;
-    QCOMPARE(tabs.Log(), QString());
-    tabs.Activate();
-    QCOMPARE(tabs.Log(), QStringLiteral("create A +A"));
-    tabs.SelectPage(1);
-    QCOMPARE(tabs.Log(), QStringLiteral("-A create B +B"));
-    QVERIFY(!tabs.findChildren<LoggingPage*>().at(0)->isVisible());
-    QVERIFY(tabs.CurrentPage()->isVisible());
-    QCOMPARE(tabs.CurrentPage()->geometry(), QRect(0, 37, 800, 363));
-    tabs.OnCommand(7);
-    tabs.Deactivate();
-    tabs.SelectPage(0);
-    tabs.Activate();
-    QCOMPARE(tabs.Log(), QStringLiteral("B7 -B -B +A"));
-}
-
-void TabPanelTest::showsFirstTabs() {
-    TestTabs tabs;
-    tabs.Activate();
-    tabs.SelectPage(1);
-    tabs.Log();
-    tabs.ShowFirstTabs(2);
-    QCOMPARE(tabs.Tabs(), QStringLiteral("11000"));
-    QCOMPARE(tabs.Log(), QStringLiteral("B1146"));
-    tabs.ShowAllTabs(2);
-    QCOMPARE(tabs.Tabs(), QStringLiteral("11111"));
-    QCOMPARE(tabs.Log(), QStringLiteral("B1146"));
-    tabs.SelectPage(3);
-    tabs.Log();
-    tabs.ShowFirstTabs(2);
-    QCOMPARE(tabs.Log(), QStringLiteral("-D +A"));
-    QCOMPARE(tabs.CurrentIndex(), 0);
-}
-
-void TabPanelTest::showsAllTabs() {
-    TestTabs tabs;
-    tabs.Activate();
-    tabs.Log();
-    tabs.ShowAllTabs(4);
-    QCOMPARE(tabs.Tabs(), QStringLiteral("11101"));
-    QCOMPARE(tabs.Log(), QStringLiteral("A1146"));
-    tabs.ShowFirstTabs(0);
-    tabs.ShowAllTabs(0);
-    QCOMPARE(tabs.Tabs(), QStringLiteral("11111"));
-    QCOMPARE(tabs.CurrentIndex(), 0);
-    QVERIFY(tabs.CurrentPage()->isVisible());
-}
-
-void TabPanelTest::beginsWithHiddenTabs() {
-    NotingFrame frame;
-    QStringList log;
-    CTabPanel tabs(frame);
-    tabs.Activate();
-    for (const char* name : {"A", "B"})
-        QVERIFY(
-            tabs.AddHiddenTab(QLatin1String(name), new LoggingPage(frame, QLatin1String(name), log), 316));
-    QVERIFY(!tabs.CurrentPage());
-    tabs.ShowAllTabs(0);
-    QCoreApplication::sendPostedEvents();
-    QCOMPARE(log.join(u' '), QStringLiteral("create A +A A1146"));
-}
-
-void TabPanelTest::refusesTheHundredAndFirst() {
-    TestTabs tabs;
-    while (tabs.PageCount() < 100)
-        QVERIFY(tabs.AddTab(QStringLiteral("more"), tabs.Page("more"), 0));
-    const std::unique_ptr<CBrenPanel> refused(tabs.Page("refused"));
-    QVERIFY(!tabs.AddTab(QStringLiteral("refused"), refused.get(), 0));
-    QVERIFY(!tabs.AddHiddenTab(QStringLiteral("refused"), refused.get(), 0));
-    QCOMPARE(tabs.PageCount(), 100);
-    QVERIFY(!refused->parent());
-}
-
-void TabPanelTest::walksByKeyboardAndMouse() {
-    TestTabs tabs;
-    tabs.Activate();
-    auto* strip = tabs.findChild<TabStrip*>();
-    QTest::keyClick(strip, Qt::Key_Right);
-    QCOMPARE(tabs.CurrentIndex(), 1);
-    QTest::mouseClick(strip, Qt::LeftButton, {}, strip->tabRect(2).center());
-    QCOMPARE(tabs.CurrentIndex(), 2);
-    QTest::keyClick(strip, Qt::Key_Right);
-    QCOMPARE(tabs.CurrentIndex(), 2);
-}
-
-void TabPanelTest::aPostedCommandToADeadPageIsLost() {
-    NotingFrame frame;
-    QStringList log;
-    auto page = std::make_unique<LoggingPage>(frame, QStringLiteral("A"), log);
-    page->PostCommand(1);
-    page.reset();
-    QCoreApplication::sendPostedEvents();
-    QVERIFY(log.isEmpty());
-}
 
 BTASK_TEST(TabPanelTest);
 #include "TabPanelTest.moc"

@@ -19,12 +19,93 @@ private slots:
         m_window->show();
     }
 
-    void asksYesOrNo_data();
-    void asksYesOrNo();
-    void showsDataAsPlainText();
-    void anAskerThatIsGoneHearsNothing();
-    void picksPaths();
-    void writesTheClipboard();
+    void asksYesOrNo_data() {
+        QTest::addColumn<int>("button");
+        QTest::addColumn<int>("key");
+        QTest::addColumn<bool>("yes");
+        QTest::newRow("yes") << int(QMessageBox::Yes) << 0 << true;
+        QTest::newRow("no") << int(QMessageBox::No) << 0 << false;
+        QTest::newRow("escape") << 0 << int(Qt::Key_Escape) << false;
+        QTest::newRow("enter") << 0 << int(Qt::Key_Return) << false;
+        QTest::newRow("close") << 0 << 0 << false;
+    }
+
+    void asksYesOrNo() {
+        QFETCH(int, button);
+        QFETCH(int, key);
+        std::optional<bool> answer;
+        m_prompts.AskYesNo(m_asker, QStringLiteral("Really?"), [&answer](bool yes) { answer = yes; });
+        QVERIFY(!answer);
+        QPointer<QMessageBox> box = Opened<QMessageBox>();
+        QVERIFY(box && box->isVisible());
+        QCOMPARE(box->windowModality(), Qt::WindowModal);
+        if (button != 0)
+            box->button(static_cast<QMessageBox::StandardButton>(button))->click();
+        else if (key != 0)
+            QTest::keyClick(box, static_cast<Qt::Key>(key));
+        else
+            box->close();
+        QVERIFY(answer);
+        QTEST(*answer, "yes");
+        QTRY_VERIFY(!box);
+    }
+
+    void showsDataAsPlainText() {
+        bool closed = false;
+        const QString text = QStringLiteral("Delete <b>\"A & B\"</b>?\n");
+        m_prompts.ShowMessage(
+            m_asker, text, [&closed] { closed = true; }, QStringLiteral("<i>why</i>"));
+        auto* box = Opened<QMessageBox>();
+        QCOMPARE(box->text(), text);
+        QCOMPARE(box->textFormat(), Qt::PlainText);
+        QCOMPARE(box->detailedText(), QStringLiteral("<i>why</i>"));
+        QVERIFY(!closed);
+        box->button(QMessageBox::Ok)->click();
+        QVERIFY(closed);
+        m_prompts.ShowMessage(nullptr, text);
+        QTRY_VERIFY(QApplication::activeModalWidget() != nullptr);
+        QApplication::activeModalWidget()->close();
+    }
+
+    void anAskerThatIsGoneHearsNothing() {
+        bool heard = false;
+        m_prompts.AskYesNo(m_asker, QStringLiteral("Really?"), [&heard](bool) { heard = true; });
+        delete m_asker;
+        Opened<QMessageBox>()->button(QMessageBox::Yes)->click();
+        m_prompts.AskYesNo(m_window.get(), QStringLiteral("Really?"), [&heard](bool) { heard = true; });
+        m_window.reset();
+        QVERIFY(!heard);
+    }
+
+    void picksPaths() {
+        QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+        const QTemporaryDir folder;
+        std::optional<QString> picked;
+        int answers = 0;
+        const auto answer = [&](std::optional<QString> path) {
+            picked = std::move(path);
+            ++answers;
+        };
+        m_prompts.PickPath(m_asker, {PickKind::Folder, QStringLiteral("Folder"), folder.path(), {}}, answer);
+        Opened<QFileDialog>()->selectFile(folder.path());
+        static_cast<QDialog*>(Opened<QFileDialog>())->accept();
+        QCOMPARE(answers, 1);
+        QCOMPARE(picked, folder.path());
+        QTRY_VERIFY(!Opened<QFileDialog>());
+
+        m_prompts.PickPath(
+            m_asker,
+            {PickKind::FileToSave, QStringLiteral("Save"), folder.filePath(QStringLiteral("a.csv")), {}},
+            answer);
+        Opened<QFileDialog>()->reject();
+        QCOMPARE(answers, 2);
+        QVERIFY(!picked);
+    }
+
+    void writesTheClipboard() {
+        m_prompts.SetClipboardText(QStringLiteral("a\tb"));
+        QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("a\tb"));
+    }
 
 private:
     template <typename Dialog>
@@ -36,93 +117,6 @@ private:
     QWidget* m_asker = nullptr;
     WindowPrompts m_prompts;
 };
-
-void WindowPromptsTest::asksYesOrNo_data() {
-    QTest::addColumn<int>("button");
-    QTest::addColumn<int>("key");
-    QTest::addColumn<bool>("yes");
-    QTest::newRow("yes") << int(QMessageBox::Yes) << 0 << true;
-    QTest::newRow("no") << int(QMessageBox::No) << 0 << false;
-    QTest::newRow("escape") << 0 << int(Qt::Key_Escape) << false;
-    QTest::newRow("enter") << 0 << int(Qt::Key_Return) << false;
-    QTest::newRow("close") << 0 << 0 << false;
-}
-
-void WindowPromptsTest::asksYesOrNo() {
-    QFETCH(int, button);
-    QFETCH(int, key);
-    std::optional<bool> answer;
-    m_prompts.AskYesNo(m_asker, QStringLiteral("Really?"), [&answer](bool yes) { answer = yes; });
-    QVERIFY(!answer);
-    QPointer<QMessageBox> box = Opened<QMessageBox>();
-    QVERIFY(box && box->isVisible());
-    QCOMPARE(box->windowModality(), Qt::WindowModal);
-    if (button != 0)
-        box->button(static_cast<QMessageBox::StandardButton>(button))->click();
-    else if (key != 0)
-        QTest::keyClick(box, static_cast<Qt::Key>(key));
-    else
-        box->close();
-    QVERIFY(answer);
-    QTEST(*answer, "yes");
-    QTRY_VERIFY(!box);
-}
-
-void WindowPromptsTest::showsDataAsPlainText() {
-    bool closed = false;
-    const QString text = QStringLiteral("Delete <b>\"A & B\"</b>?\n");
-    m_prompts.ShowMessage(
-        m_asker, text, [&closed] { closed = true; }, QStringLiteral("<i>why</i>"));
-    auto* box = Opened<QMessageBox>();
-    QCOMPARE(box->text(), text);
-    QCOMPARE(box->textFormat(), Qt::PlainText);
-    QCOMPARE(box->detailedText(), QStringLiteral("<i>why</i>"));
-    QVERIFY(!closed);
-    box->button(QMessageBox::Ok)->click();
-    QVERIFY(closed);
-    m_prompts.ShowMessage(nullptr, text);
-    QTRY_VERIFY(QApplication::activeModalWidget() != nullptr);
-    QApplication::activeModalWidget()->close();
-}
-
-void WindowPromptsTest::anAskerThatIsGoneHearsNothing() {
-    bool heard = false;
-    m_prompts.AskYesNo(m_asker, QStringLiteral("Really?"), [&heard](bool) { heard = true; });
-    delete m_asker;
-    Opened<QMessageBox>()->button(QMessageBox::Yes)->click();
-    m_prompts.AskYesNo(m_window.get(), QStringLiteral("Really?"), [&heard](bool) { heard = true; });
-    m_window.reset();
-    QVERIFY(!heard);
-}
-
-void WindowPromptsTest::picksPaths() {
-    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
-    const QTemporaryDir folder;
-    std::optional<QString> picked;
-    int answers = 0;
-    const auto answer = [&](std::optional<QString> path) {
-        picked = std::move(path);
-        ++answers;
-    };
-    m_prompts.PickPath(m_asker, {PickKind::Folder, QStringLiteral("Folder"), folder.path(), {}}, answer);
-    Opened<QFileDialog>()->selectFile(folder.path());
-    static_cast<QDialog*>(Opened<QFileDialog>())->accept();
-    QCOMPARE(answers, 1);
-    QCOMPARE(picked, folder.path());
-    QTRY_VERIFY(!Opened<QFileDialog>());
-
-    m_prompts.PickPath(
-        m_asker, {PickKind::FileToSave, QStringLiteral("Save"), folder.filePath(QStringLiteral("a.csv")), {}},
-        answer);
-    Opened<QFileDialog>()->reject();
-    QCOMPARE(answers, 2);
-    QVERIFY(!picked);
-}
-
-void WindowPromptsTest::writesTheClipboard() {
-    m_prompts.SetClipboardText(QStringLiteral("a\tb"));
-    QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("a\tb"));
-}
 
 BTASK_TEST(WindowPromptsTest);
 #include "WindowPromptsTest.moc"

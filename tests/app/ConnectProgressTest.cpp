@@ -8,6 +8,7 @@
 
 #include <semaphore>
 
+using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -38,26 +39,18 @@ class ConnectProgressTest : public QObject {
 
 private slots:
     void endsAsTheWaitDoes_data() {
-        QTest::addColumn<bool>("runs");
-        QTest::addColumn<bool>("mayStart");
-        QTest::addColumn<bool>("starts");
-        QTest::addColumn<int>("answersAfter");
-        QTest::addColumn<ConnectResult>("result");
-        QTest::addColumn<int>("started");
-        QTest::newRow("answers at once") << true << true << true << 0 << ConnectResult::Answered << 0;
-        QTest::newRow("answers after a while") << true << false << true << 5 << ConnectResult::Answered << 0;
-        QTest::newRow("is started, then answers")
-            << false << true << true << 3 << ConnectResult::Answered << 1;
-        QTest::newRow("may not be started") << false << false << true << 1000 << ConnectResult::TimedOut << 0;
-        QTest::newRow("does not start") << false << true << false << 0 << ConnectResult::StartRefused << 1;
-        QTest::newRow("never answers") << true << true << true << 1000 << ConnectResult::TimedOut << 0;
+        const Columns<bool, bool, bool, int, ConnectResult, int> row("runs", "mayStart", "starts",
+                                                                     "answersAfter", "result", "started");
+        row("answers at once", true, true, true, 0, ConnectResult::Answered, 0);
+        row("answers after a while", true, false, true, 5, ConnectResult::Answered, 0);
+        row("is started, then answers", false, true, true, 3, ConnectResult::Answered, 1);
+        row("may not be started", false, false, true, 1000, ConnectResult::TimedOut, 0);
+        row("does not start", false, true, false, 0, ConnectResult::StartRefused, 1);
+        row("never answers", true, true, true, 1000, ConnectResult::TimedOut, 0);
     }
 
     void endsAsTheWaitDoes() {
-        QFETCH(bool, runs);
-        QFETCH(bool, mayStart);
-        QFETCH(bool, starts);
-        QFETCH(int, answersAfter);
+        const auto [runs, mayStart, starts, answersAfter] = Fetched<bool, bool, bool, int>();
         FakeService service{.runs = runs, .starts = starts, .answersAfter = answersAfter};
         ServiceWait wait(service.Steps(), mayStart, 1ms);
         CConnectProgressDlg dialog(wait, 10ms);
@@ -98,7 +91,7 @@ private slots:
         CConnectProgressDlg dialog(wait, 10ms);
         dialog.open();
         QTRY_VERIFY(dialog.findChild<QMessageBox*>());
-        QCOMPARE(dialog.findChild<QMessageBox*>()->text(), QStringLiteral("Open Service Manager Failed\n"));
+        QCOMPARE(dialog.findChild<QMessageBox*>()->text(), u"Open Service Manager Failed\n"_s);
         QTRY_COMPARE(wait.CurrentState(), ServiceWait::State::Answered);
         QVERIFY(dialog.isVisible());
         dialog.findChild<QMessageBox*>()->accept();

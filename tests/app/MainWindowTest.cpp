@@ -67,14 +67,13 @@ private slots:
     void cleanup() { m_fixture.reset(); }
 
     void selectsTheInitialSection_data() {
-        QTest::addColumn<int>("view");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("none") << 0 << u"A"_s;
-        QTest::newRow("the number is one less than the section") << 1 << u"C"_s;
-        QTest::newRow("no such section") << 2 << u"A"_s;
-        QTest::newRow("largest") << std::numeric_limits<int>::max() << u"A"_s;
-        QTest::newRow("negative") << -2 << u"A"_s;
-        QTest::newRow("smallest") << std::numeric_limits<int>::min() << u"A"_s;
+        const Columns<int, QString> row("view", "shown");
+        row("none", 0, "A");
+        row("the number is one less than the section", 1, "C");
+        row("no such section", 2, "A");
+        row("largest", std::numeric_limits<int>::max(), "A");
+        row("negative", -2, "A");
+        row("smallest", std::numeric_limits<int>::min(), "A");
     }
 
     void selectsTheInitialSection() {
@@ -90,8 +89,8 @@ private slots:
         m_log.clear();
         window->SelectSection(1);
         QCOMPARE(m_log, QStringList({u"A hidden"_s, u"B shown"_s}));
-        QCOMPARE(head->StatusText(), QStringLiteral("B status"));
-        QCOMPARE(window->windowTitle(), QStringLiteral("Title"));
+        QCOMPARE(head->StatusText(), u"B status"_s);
+        QCOMPARE(window->windowTitle(), u"Title"_s);
 
         m_log.clear();
         QTRY_VERIFY(ToolbarButton(*window));
@@ -122,7 +121,7 @@ private slots:
         notice->Start();
         m_reader->StepAll();
         QVERIFY(!notice->isVisible());
-        QTRY_COMPARE(m_log, QStringList({QStringLiteral("A command %1").arg(Command::Refresh)}));
+        QTRY_COMPARE(m_log, QStringList({u"A command %1"_s.arg(Command::Refresh)}));
     }
 
     void setsBandwidthLimits() {
@@ -130,7 +129,7 @@ private slots:
         const auto window = MakeWindow();
         m_reader->StepAll();
         auto* bar = window->findChild<CConsoleStatusBar*>();
-        QCOMPARE(bar->PartText(CConsoleStatusBar::Version), QStringLiteral("Version: 1.2"));
+        QCOMPARE(bar->PartText(CConsoleStatusBar::Version), u"Version: 1.2"_s);
         QTest::mouseClick(bar->childAt(600, 12), Qt::LeftButton);
         auto* dialog = window->findChild<CSetBandWidthLimitDlg*>();
         QVERIFY(dialog);
@@ -170,7 +169,7 @@ private slots:
         const auto window = MakeWindow();
         auto* bar = window->findChild<CConsoleStatusBar*>();
         m_reader->StepAll();
-        QCOMPARE(bar->PartText(CConsoleStatusBar::CloudSpace), QStringLiteral("Not In Cloud Space"));
+        QCOMPARE(bar->PartText(CConsoleStatusBar::CloudSpace), u"Not In Cloud Space"_s);
         QTest::mouseClick(bar->childAt(300, 12), Qt::LeftButton);
         auto* page = window->findChild<CloudSvcPage*>();
         QVERIFY(page);
@@ -183,7 +182,7 @@ private slots:
         QCOMPARE(m_fixture->Service().Setting("PublishedToCloudSVC").value_or(""), std::string("True"));
         page->reject();
         m_reader->StepAll();
-        QCOMPARE(bar->PartText(CConsoleStatusBar::CloudSpace), QStringLiteral("In Cloud Space"));
+        QCOMPARE(bar->PartText(CConsoleStatusBar::CloudSpace), u"In Cloud Space"_s);
     }
 
     void keepsItsPlace() {

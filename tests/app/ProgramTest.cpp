@@ -14,16 +14,14 @@ class ProgramTest : public QObject {
 
 private slots:
     void opensItsWindow_data() {
-        QTest::addColumn<QStringList>("switches");
-        QTest::addColumn<bool>("configured");
-        QTest::newRow("desktop") << QStringList() << false;
-        QTest::newRow("desktop, on a section") << QStringList{u"/view:1"_s} << false;
-        QTest::newRow("server") << QStringList{u"/server"_s, u"/runas"_s} << true;
+        const Columns<QStringList, bool> row("switches", "configured");
+        row("desktop", QStringList(), false);
+        row("desktop, on a section", {u"/view:1"_s}, false);
+        row("server", {u"/server"_s, u"/runas"_s}, true);
     }
 
     void opensItsWindow() {
-        QFETCH(QStringList, switches);
-        QFETCH(bool, configured);
+        const auto [switches, configured] = Fetched<QStringList, bool>();
         ServiceFixture fixture("desktop");
         const AgentService service;
         fixture->SetSetting("BSInitConfig", configured ? "True" : "False");
@@ -42,7 +40,6 @@ private slots:
 
 private:
     /// What the program printed; fails the test unless it ended by itself with exit code 0.
-
     QStringList Run(const QStringList& arguments) {
         const QFileInfo self(QCoreApplication::applicationFilePath());
         const QString suffix = self.suffix().isEmpty() ? QString() : u'.' + self.suffix();

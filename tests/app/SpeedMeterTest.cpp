@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 /// The small rules of the main window: its speeds and its place.
 class SpeedMeterTest : public QObject {
     Q_OBJECT
@@ -23,10 +25,10 @@ private slots:
         QVERIFY(!add(3, 0));
         const auto fourth = add(10, 4);
         QVERIFY(fourth.has_value());
-        QCOMPARE(fourth->upload, QStringLiteral("Upload: 6.500 KB/S")); // (10 + 1 + 2 + 3 + 10) / 4
-        QCOMPARE(fourth->download, QStringLiteral("Download: 2.000 KB/S (Click to set bandwidth limit)"));
-        QCOMPARE(add(5, 0)->upload, QStringLiteral("Upload: 5.200 KB/S")); // (5 + 1 + 2 + 3 + 10 + 5) / 5
-        QCOMPARE(add(0, 0)->upload, QStringLiteral("Upload: 4.000 KB/S")); // the first slot is taken anew
+        QCOMPARE(fourth->upload, u"Upload: 6.500 KB/S"_s); // (10 + 1 + 2 + 3 + 10) / 4
+        QCOMPARE(fourth->download, u"Download: 2.000 KB/S (Click to set bandwidth limit)"_s);
+        QCOMPARE(add(5, 0)->upload, u"Upload: 5.200 KB/S"_s); // (5 + 1 + 2 + 3 + 10 + 5) / 5
+        QCOMPARE(add(0, 0)->upload, u"Upload: 4.000 KB/S"_s); // the first slot is taken anew
     }
 
     void takesOneSampleATick() {
@@ -38,16 +40,14 @@ private slots:
     }
 
     void movesOntoAScreen_data() {
-        QTest::addColumn<QRect>("stored");
-        QTest::addColumn<QRect>("shown");
+        const Columns<QRect, QRect> row("stored", "shown");
         const QRect here(100, 100, 986, 678);
-        QTest::newRow("on a screen") << here << here;
-        QTest::newRow("partly off, title in reach") << QRect(-800, 50, 986, 678) << QRect(-800, 50, 986, 678);
-        QTest::newRow("on the second screen") << QRect(2000, 10, 986, 678) << QRect(2000, 10, 986, 678);
-        QTest::newRow("title above the screen") << QRect(100, -200, 986, 678) << QRect(100, 0, 986, 678);
-        QTest::newRow("far away") << QRect(90000, 90000, 986, 678) << QRect(294, 90, 986, 678);
-        QTest::newRow("far away and larger than a screen")
-            << QRect(-9000, -9000, 5000, 5000) << QRect(0, 0, 1280, 768);
+        row("on a screen", here, here);
+        row("partly off, title in reach", QRect(-800, 50, 986, 678), QRect(-800, 50, 986, 678));
+        row("on the second screen", QRect(2000, 10, 986, 678), QRect(2000, 10, 986, 678));
+        row("title above the screen", QRect(100, -200, 986, 678), QRect(100, 0, 986, 678));
+        row("far away", QRect(90000, 90000, 986, 678), QRect(294, 90, 986, 678));
+        row("far away and larger than a screen", QRect(-9000, -9000, 5000, 5000), QRect(0, 0, 1280, 768));
     }
 
     void movesOntoAScreen() {

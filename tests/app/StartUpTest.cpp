@@ -59,7 +59,7 @@ public:
     }
     void ShowCloudServicePage() override { done << u"cloud"_s; }
     void ShowMainWindow(const QString& title, int initialView) override {
-        done << QStringLiteral("window '%1' at %2").arg(title).arg(initialView);
+        done << u"window '%1' at %2"_s.arg(title).arg(initialView);
     }
     void ShowMessage(const QString& text) override { done << u"says "_s + text; }
     bool AskToContinue(const QString& question) override {
@@ -72,19 +72,18 @@ private:
     World m_world;
 };
 
-const QString NotPermitted =
-    QStringLiteral("says You don't have the required permission to run this program.");
-const QString NotElevated = QStringLiteral(
-    "says Application can not be started. Launch the console as Administrator may solve the problem.");
-const QString NotStarted = QStringLiteral("says Service can not be started. Launching the console as an "
-                                          "Administrator may solve the problem, or you can "
-                                          "start the service directly from Service Control Manager.");
-const QString NoShell = QStringLiteral(
-    "says Brenvia Orbitdesk is not running, please start Brenvia Orbitdesk then try this again");
-const QString NoShellTrace = QStringLiteral("traces [ShellFolder]GUIShell is not up, exit....\n");
-const QString DeniedQuestion = QStringLiteral(
-    "asks You don't have the permission to access Task scheduler DB, you may not be able to view the task "
-    "information, do you want to continue?");
+const QString NotPermitted = u"says You don't have the required permission to run this program."_s;
+const QString NotElevated =
+    u"says Application can not be started. Launch the console as Administrator may solve the problem."_s;
+const QString NotStarted = u"says Service can not be started. Launching the console as an "
+                           "Administrator may solve the problem, or you can "
+                           "start the service directly from Service Control Manager."_s;
+const QString NoShell =
+    u"says Brenvia Orbitdesk is not running, please start Brenvia Orbitdesk then try this again"_s;
+const QString NoShellTrace = u"traces [ShellFolder]GUIShell is not up, exit....\n"_s;
+const QString DeniedQuestion =
+    u"asks You don't have the permission to access Task scheduler DB, you may not be able to view the task "
+    "information, do you want to continue?"_s;
 
 } // namespace
 
@@ -93,20 +92,15 @@ class StartUpTest : public QObject {
 
 private slots:
     void everyPath_data() {
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<World>("world");
-        QTest::addColumn<QStringList>("done");
+        const Columns<QString, World, QStringList> row("line", "world", "done");
 
         const QString desktopTitle = ZEPMuiGetBrandingStringW(Branding::DesktopConsole);
         const auto window = [](const QString& title, int view = 0) {
-            return QStringLiteral("window '%1' at %2").arg(title).arg(view);
+            return u"window '%1' at %2"_s.arg(title).arg(view);
         };
         const QString desktopWindow = window(desktopTitle);
-        const QString serverWindow = window(QStringLiteral("Brenvia Mesafile Console"));
-        const QString mayStart = QStringLiteral("connect, may start");
-        const auto row = [](const char* name, const char* line, const World& world, const QStringList& done) {
-            QTest::newRow(name) << QString::fromLatin1(line) << world << done;
-        };
+        const QString serverWindow = window(u"Brenvia Mesafile Console"_s);
+        const QString mayStart = u"connect, may start"_s;
 
         row("desktop", "", {}, {u"desktop"_s, desktopWindow});
         row("desktop, on a section", "/view:3", {}, {u"desktop"_s, window(desktopTitle, 3)});
@@ -159,9 +153,7 @@ private slots:
     }
 
     void everyPath() {
-        QFETCH(QString, line);
-        QFETCH(World, world);
-        QFETCH(QStringList, done);
+        const auto [line, world, done] = Fetched<QString, World, QStringList>();
         ScriptedOperations operations(world);
         const QStringList arguments =
             QStringList{u"/server/in/the/path"_s} + line.split(u' ', Qt::SkipEmptyParts);
@@ -170,14 +162,13 @@ private slots:
     }
 
     void readsTheInitialView_data() {
-        QTest::addColumn<QString>("argument");
-        QTest::addColumn<int>("view");
-        QTest::newRow("none") << u"/views"_s << 0;
-        QTest::newRow("no digits") << u"/view:"_s << 0;
-        QTest::newRow("a letter") << u"/view:x3"_s << 0;
-        QTest::newRow("digits and a letter") << u"/view:3x"_s << 3;
-        QTest::newRow("negative") << u"/view:-2"_s << -2;
-        QTest::newRow("in the midst of others") << u"/cloud/view:12/bwiz"_s << 12;
+        const Columns<QString, int> row("argument", "view");
+        row("none", "/views", 0);
+        row("no digits", "/view:", 0);
+        row("a letter", "/view:x3", 0);
+        row("digits and a letter", "/view:3x", 3);
+        row("negative", "/view:-2", -2);
+        row("in the midst of others", "/cloud/view:12/bwiz", 12);
     }
 
     void readsTheInitialView() {
@@ -188,11 +179,11 @@ private slots:
     void takesDevelopmentOptionsOut() {
         const CommandLine line(
             {u"program"_s, u"--dev-tour=/pictures/server"_s, u"/cloud"_s, u"--dev-gallery"_s});
-        QCOMPARE(line.Text(), QStringLiteral("/cloud"));
-        QCOMPARE(line.TourFolder(), QStringLiteral("/pictures/server"));
+        QCOMPARE(line.Text(), u"/cloud"_s);
+        QCOMPARE(line.TourFolder(), u"/pictures/server"_s);
         QVERIFY(line.Gallery());
         QVERIFY(!line.Server());
-        QCOMPARE(CommandLine({u"program"_s}).ElevatedText(), QStringLiteral("/server /runas"));
+        QCOMPARE(CommandLine({u"program"_s}).ElevatedText(), u"/server /runas"_s);
     }
 
     void asksForTheBackupPages() {

@@ -60,55 +60,49 @@ class BtaskctlTest : public QObject {
 
 private slots:
     void EndsWithItsCode_data() {
-        QTest::addColumn<QString>("line"); // words between bars
-        QTest::addColumn<CtlExit>("exit");
-        QTest::addColumn<QByteArray>("out"); // null: anything
+        // The line's words stand between bars; no output: anything.
+        const Columns<QString, CtlExit, QByteArray> row("line", "exit", "out");
         using enum CtlExit;
         const QByteArray any;
         const QByteArray none("");
-        const auto row = [](const QString& line, CtlExit exit, const QByteArray& out) {
-            QTest::newRow(qPrintable(line)) << line << exit << out;
-        };
         row(u"task|start|"_s + TaskIdText, Done, none);
         row(u"task|pause|"_s + TaskIdText, Done, none);
-        row(u"task|resume|{none}"_s, Refused, none);
+        row("task|resume|{none}", Refused, none);
         row(u"task|delete|"_s + TaskIdText, Done, none);
         row(u"task|delete-subtask|%1|2"_s.arg(TaskIdText), Done, none);
         row(u"task|delete-subtask|%1|3"_s.arg(TaskIdText), Refused, none);
         row(u"task|delete-subtask|%1|two"_s.arg(TaskIdText), Usage, none);
-        row(u"settings|get|Level"_s, Done, "3\n");
-        row(u"settings|get|None"_s, Refused, none);
-        row(u"settings|set|Level|4|--type|float"_s, Usage, none);
-        row(u"settings|set|Level|4.5|--type|int"_s, Usage, none);
-        row(u"settings|set|Level|yes|--type|bool"_s, Usage, none);
-        row(u"settings|set|Level|4|--type"_s, Usage, none);
-        row(u"request|PROPFIND|/octets|--expect|207"_s, Done, QByteArray("a\0\xFF\n", 4));
-        row(u"request|GET|/octets"_s, Refused, none);
-        row(u"request|GET|/octets|--expect|any"_s, Usage, none);
+        row("settings|get|Level", Done, "3\n");
+        row("settings|get|None", Refused, none);
+        row("settings|set|Level|4|--type|float", Usage, none);
+        row("settings|set|Level|4.5|--type|int", Usage, none);
+        row("settings|set|Level|yes|--type|bool", Usage, none);
+        row("settings|set|Level|4|--type", Usage, none);
+        row("request|PROPFIND|/octets|--expect|207", Done, QByteArray("a\0\xFF\n", 4));
+        row("request|GET|/octets", Refused, none);
+        row("request|GET|/octets|--expect|any", Usage, none);
         row(u"subtasks|%1|--states|1,2,3"_s.arg(TaskIdText), Usage, none);
         row(u"subtasks|%1|--states|x"_s.arg(TaskIdText), Usage, none);
-        row(u"subtasks|{none}"_s, NoDatabase, none);
-        row(u"subtasks|../scheduler/x"_s, NoDatabase, none);
-        row(u"history|{none}"_s, Done, any);
-        row(u"audit|--max|many"_s, Usage, none);
-        row(u"audit|--from|yesterday"_s, Usage, none);
-        row(u"audit|--contains|it's"_s, Usage, none);
-        row(u"tasks|extra"_s, Usage, none);
-        row(u"tasks|--jsn"_s, Usage, none);
-        row(u"tasks|--"_s, Done, any);
-        row(u"subtasks"_s, Usage, none);
-        row(u"task"_s, Usage, none);
-        row(u"nothing"_s, Usage, none);
-        row(u"--desktop|tasks"_s, Done, any);
-        row(u"tasks|--server"_s, Usage, none);
-        row(u"--server"_s, Usage, none);
-        row(u"--help"_s, Done, any);
+        row("subtasks|{none}", NoDatabase, none);
+        row("subtasks|../scheduler/x", NoDatabase, none);
+        row("history|{none}", Done, any);
+        row("audit|--max|many", Usage, none);
+        row("audit|--from|yesterday", Usage, none);
+        row("audit|--contains|it's", Usage, none);
+        row("tasks|extra", Usage, none);
+        row("tasks|--jsn", Usage, none);
+        row("tasks|--", Done, any);
+        row("subtasks", Usage, none);
+        row("task", Usage, none);
+        row("nothing", Usage, none);
+        row("--desktop|tasks", Done, any);
+        row("tasks|--server", Usage, none);
+        row("--server", Usage, none);
+        row("--help", Done, any);
     }
 
     void EndsWithItsCode() {
-        QFETCH(const QString, line);
-        QFETCH(const CtlExit, exit);
-        QFETCH(const QByteArray, out);
+        const auto [line, exit, out] = Fetched<QString, CtlExit, QByteArray>();
         ServiceFixture service;
         Fill(service);
         const Run run = Btaskctl(line.split(u'|'));
@@ -178,30 +172,22 @@ private slots:
     }
 
     void LogsByFilter_data() {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<QString>("key"); // of the value that stands for its row
-        QTest::addColumn<QStringList>("values");
-        const auto row = [](const QStringList& arguments, const QString& key, const QStringList& values) {
-            QTest::newRow(qPrintable(arguments.join(u' '))) << arguments << key << values;
-        };
-        const QString audit = u"audit"_s;
-        const QString from = u"--from"_s;
-        const QString to = u"--to"_s;
-        row({u"history"_s, TaskIdText}, u"stopReason"_s, {u"first"_s, u"second"_s});
-        row({u"history"_s, u"{none}"_s}, u"stopReason"_s, {});
-        row({audit}, u"trace"_s, {u"third"_s, u"second"_s, u"first"_s});
-        row({audit, u"--max"_s, u"1"_s}, u"trace"_s, {u"third"_s});
-        row({audit, u"--max"_s, u"0"_s}, u"trace"_s, {u"third"_s, u"second"_s, u"first"_s});
-        row({audit, u"--contains"_s, u"$A$"_s}, u"trace"_s, {u"second"_s, u"first"_s});
-        row({audit, from, u"2025-03-02"_s}, u"trace"_s, {u"third"_s, u"second"_s});
-        row({audit, to, u"2025-03-03"_s}, u"trace"_s, {u"second"_s, u"first"_s});
-        row({audit, from, u"2025-03-02"_s, to, u"2025-03-03"_s}, u"trace"_s, {u"second"_s});
-        row({u"running"_s}, u"file"_s, {u"moving.txt"_s});
+        // The key is that of the value that stands for its row.
+        const Columns<QString, QString, QStringList> row("arguments", "key", "values");
+        row(u"history "_s + TaskIdText, "stopReason", {u"first"_s, u"second"_s});
+        row("history {none}", "stopReason", {});
+        row("audit", "trace", {u"third"_s, u"second"_s, u"first"_s});
+        row("audit --max 1", "trace", {u"third"_s});
+        row("audit --max 0", "trace", {u"third"_s, u"second"_s, u"first"_s});
+        row("audit --contains $A$", "trace", {u"second"_s, u"first"_s});
+        row("audit --from 2025-03-02", "trace", {u"third"_s, u"second"_s});
+        row("audit --to 2025-03-03", "trace", {u"second"_s, u"first"_s});
+        row("audit --from 2025-03-02 --to 2025-03-03", "trace", {u"second"_s});
+        row("running", "file", {u"moving.txt"_s});
     }
 
     void LogsByFilter() {
-        QFETCH(const QStringList, arguments);
-        QFETCH(const QString, key);
+        const auto [arguments, key] = Fetched<QString, QString>();
         ServiceFixture service;
         devservice::Task task = MakeTask(TaskId, "Nightly");
         task.subTasks = {MakeSubTask(1, "PUT", "/moving.txt", 100'000'000)};
@@ -218,7 +204,7 @@ private slots:
                              "','a','b',r,1,2,3 FROM (SELECT 'first' AS r UNION ALL SELECT "
                              "'second')");
         QStringList values;
-        for (const QJsonValue row : Json(arguments))
+        for (const QJsonValue row : Json(arguments.split(u' ')))
             values += row[key].toString();
         QTEST(values, "values");
     }
@@ -251,17 +237,15 @@ private slots:
     }
 
     void FaultsHaveTheirCodes_data() {
-        QTest::addColumn<QString>("fault");
-        QTest::addColumn<CtlExit>("request");
-        QTest::addColumn<CtlExit>("tasks");
+        const Columns<QString, CtlExit, CtlExit> row("fault", "request", "tasks");
         using enum CtlExit;
-        QTest::newRow("down") << u"refuse"_s << Unreachable << Done;
-        QTest::newRow("garbage") << u"garbage"_s << Unreachable << Done;
-        QTest::newRow("refused") << u"status:403"_s << Refused << Done;
-        QTest::newRow("cut off") << u"fin"_s << Refused << Done;
-        QTest::newRow("no database") << u"db-missing"_s << Done << NoDatabase;
-        QTest::newRow("no tables") << u"db-schema"_s << Done << NoDatabase;
-        QTest::newRow("damaged") << u"db-garbage"_s << Done << NoDatabase;
+        row("down", "refuse", Unreachable, Done);
+        row("garbage", "garbage", Unreachable, Done);
+        row("refused", "status:403", Refused, Done);
+        row("cut off", "fin", Refused, Done);
+        row("no database", "db-missing", Done, NoDatabase);
+        row("no tables", "db-schema", Done, NoDatabase);
+        row("damaged", "db-garbage", Done, NoDatabase);
     }
 
     void FaultsHaveTheirCodes() {
@@ -279,10 +263,9 @@ private slots:
     }
 
     void AStopEndsACommand_data() {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::addColumn<CtlExit>("exit");
-        QTest::newRow("request") << QStringList{u"request"_s, u"GET"_s, u"/"_s} << CtlExit::Unreachable;
-        QTest::newRow("watch") << QStringList{u"watch"_s} << CtlExit::Done;
+        const Columns<QStringList, CtlExit> row("arguments", "exit");
+        row("request", {u"request"_s, u"GET"_s, u"/"_s}, CtlExit::Unreachable);
+        row("watch", {u"watch"_s}, CtlExit::Done);
     }
 
     void AStopEndsACommand() {

@@ -14,10 +14,10 @@ class ProgramTest : public QObject {
 
 private slots:
     void RunsUntilItIsToldToEnd_data() {
-        QTest::addColumn<bool>("byInput");
-        QTest::newRow("its input ends") << true;
-        if (QSysInfo::kernelType() != QLatin1String("winnt")) // no signal asks a console program there
-            QTest::newRow("a signal") << false;
+        const Columns<bool> row("byInput");
+        row("its input ends", true);
+        if (QSysInfo::kernelType() != "winnt"_L1) // no signal asks a console program there
+            row("a signal", false);
     }
 
     void RunsUntilItIsToldToEnd() {
@@ -55,12 +55,12 @@ private slots:
     }
 
     void RefusesWhatItDoesNotKnow_data() {
-        QTest::addColumn<QStringList>("arguments");
-        QTest::newRow("option") << QStringList{u"--what"_s};
-        QTest::newRow("port") << QStringList{u"--port"_s, u"70000"_s};
-        QTest::newRow("no value") << QStringList{u"--home"_s};
-        QTest::newRow("speed") << QStringList{u"--speed"_s, u"fast"_s};
-        QTest::newRow("fault") << QStringList{u"--fault"_s, u"drip"_s};
+        const Columns<QStringList> row("arguments");
+        row("option", {u"--what"_s});
+        row("port", {u"--port"_s, u"70000"_s});
+        row("no value", {u"--home"_s});
+        row("speed", {u"--speed"_s, u"fast"_s});
+        row("fault", {u"--fault"_s, u"drip"_s});
     }
 
     void RefusesWhatItDoesNotKnow() {

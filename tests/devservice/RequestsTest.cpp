@@ -5,6 +5,7 @@
 #include <QTcpServer>
 #include <QTcpSocket>
 
+using namespace Qt::Literals::StringLiterals;
 using namespace devservice;
 
 namespace {
@@ -30,39 +31,29 @@ private slots:
     }
 
     void AnswersByState_data() {
-        QTest::addColumn<QByteArray>("request");
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QByteArray>("body");
+        const Columns<QByteArray, int, QByteArray> row("request", "status", "body");
         const QByteArray id = "%7B" + QByteArray(TaskId).mid(1, 36) + "%7D";
         const QByteArray list =
             "<?xml version=\"1.0\" encoding=\"utf-8\"?><Response><VDirs><VDir Name=\"A &amp; &quot;B&quot;\" "
             "SafeCardId=\"{C}\" Status=\"2\" SPId=\"{P}\"/></VDirs></Response>";
-        QTest::newRow("setting never set") << Request("GET", "/settings/Never") << 404 << QByteArray();
-        QTest::newRow("setting without a type")
-            << Request("PUT", "/settings/A?Value=1") << 400 << QByteArray();
-        QTest::newRow("start") << Request("GET", "/schedule/startnow?" + id) << 200 << QByteArray();
-        QTest::newRow("unknown task") << Request("GET", "/schedule/startnow?{no}") << 404 << QByteArray();
-        QTest::newRow("unknown command") << Request("GET", "/schedule/stop?" + id) << 404 << QByteArray();
-        QTest::newRow("sub-task") << Request("GET", "/schedule/delsub?" + id + ":2") << 200 << QByteArray();
-        QTest::newRow("unknown sub-task")
-            << Request("GET", "/schedule/delsub?" + id + ":9") << 404 << QByteArray();
-        QTest::newRow("no number") << Request("GET", "/schedule/delsub?" + id + ":x") << 404 << QByteArray();
-        QTest::newRow("directories, literal")
-            << Request("GET", "/profile/%d?PMCMethod=GetVdirList") << 200 << list;
-        QTest::newRow("directories, counted")
-            << Request("GET", "/profile/17?pmcmethod=getvdirlist") << 200 << list;
-        QTest::newRow("status") << Request("GET", "/profile/?PMCMethod=GetVDirStatus",
-                                           QByteArray("a & \"b\"\0", 8))
-                                << 200 << QByteArray("2");
-        QTest::newRow("status of none")
-            << Request("GET", "/profile/?PMCMethod=GetVDirStatus", "C") << 404 << QByteArray();
-        QTest::newRow("nothing") << Request("GET", "/") << 404 << QByteArray();
+        row("setting never set", Request("GET", "/settings/Never"), 404, {});
+        row("setting without a type", Request("PUT", "/settings/A?Value=1"), 400, {});
+        row("start", Request("GET", "/schedule/startnow?" + id), 200, {});
+        row("unknown task", Request("GET", "/schedule/startnow?{no}"), 404, {});
+        row("unknown command", Request("GET", "/schedule/stop?" + id), 404, {});
+        row("sub-task", Request("GET", "/schedule/delsub?" + id + ":2"), 200, {});
+        row("unknown sub-task", Request("GET", "/schedule/delsub?" + id + ":9"), 404, {});
+        row("no number", Request("GET", "/schedule/delsub?" + id + ":x"), 404, {});
+        row("directories, literal", Request("GET", "/profile/%d?PMCMethod=GetVdirList"), 200, list);
+        row("directories, counted", Request("GET", "/profile/17?pmcmethod=getvdirlist"), 200, list);
+        row("status", Request("GET", "/profile/?PMCMethod=GetVDirStatus", QByteArray("a & \"b\"\0", 8)), 200,
+            "2");
+        row("status of none", Request("GET", "/profile/?PMCMethod=GetVDirStatus", "C"), 404, {});
+        row("nothing", Request("GET", "/"), 404, {});
     }
 
     void AnswersByState() {
-        QFETCH(const QByteArray, request);
-        QFETCH(const int, status);
-        QFETCH(const QByteArray, body);
+        const auto [request, status, body] = Fetched<QByteArray, int, QByteArray>();
         ServiceFixture service;
         service->PutTask(MakeTask(TaskId, "Task"));
         service->PutSubTasks(TaskId, {MakeSubTask(1, "PUT", "a"), MakeSubTask(2, "PUT", "b")});
@@ -74,17 +65,15 @@ private slots:
     }
 
     void SettingsSurviveTheService_data() {
-        QTest::addColumn<QByteArray>("sent");
-        QTest::addColumn<QByteArray>("kept");
-        QTest::newRow("escapes") << QByteArray("a%0Ab%09c%20d%C3%A4") << QByteArray("a\nb\tc d\xC3\xA4");
-        QTest::newRow("plus and lone percent") << QByteArray("a+b%zz%") << QByteArray("a+b%zz%");
-        QTest::newRow("empty") << QByteArray() << QByteArray();
-        QTest::newRow("64 KB") << QByteArray(65536, 'x') << QByteArray(65536, 'x');
+        const Columns<QByteArray, QByteArray> row("sent", "kept");
+        row("escapes", "a%0Ab%09c%20d%C3%A4", "a\nb\tc d\xC3\xA4");
+        row("plus and lone percent", "a+b%zz%", "a+b%zz%");
+        row("empty", {}, {});
+        row("64 KB", QByteArray(65536, 'x'), QByteArray(65536, 'x'));
     }
 
     void SettingsSurviveTheService() {
-        QFETCH(const QByteArray, sent);
-        QFETCH(const QByteArray, kept);
+        const auto [sent, kept] = Fetched<QByteArray, QByteArray>();
         ServiceFixture service;
         QCOMPARE(
             Send(service->Port(), Request("PUT", "/settings/{id}/Na%6De?ValueType=2&Value=" + sent)).Status(),
@@ -97,28 +86,21 @@ private slots:
     }
 
     void MisbehavesAndRecovers_data() {
-        QTest::addColumn<QString>("fault");
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<int>("end");
+        const Columns<QString, int, QByteArray, int> row("fault", "status", "body", "end");
         const int closed = QAbstractSocket::RemoteHostClosedError;
-        QTest::newRow("refuse") << "refuse" << 0 << QByteArray()
-                                << int(QAbstractSocket::ConnectionRefusedError);
-        QTest::newRow("hang") << "hang" << 0 << QByteArray() << int(QAbstractSocket::SocketTimeoutError);
-        QTest::newRow("delay") << "delay:20" << 200 << QByteArray("12345678") << closed;
-        QTest::newRow("drip") << "drip:2" << 200 << QByteArray("12345678") << closed;
-        QTest::newRow("fin") << "fin" << 200 << QByteArray("1234") << closed;
-        QTest::newRow("rst") << "rst" << 200 << QByteArray("1234") << closed;
-        QTest::newRow("status") << "status:503" << 503 << QByteArray("12345678") << closed;
-        QTest::newRow("garbage") << "garbage" << 0 << QByteArray() << closed;
-        QTest::newRow("others only") << "hang@/other" << 200 << QByteArray("12345678") << closed;
+        row("refuse", "refuse", 0, {}, QAbstractSocket::ConnectionRefusedError);
+        row("hang", "hang", 0, {}, QAbstractSocket::SocketTimeoutError);
+        row("delay", "delay:20", 200, "12345678", closed);
+        row("drip", "drip:2", 200, "12345678", closed);
+        row("fin", "fin", 200, "1234", closed);
+        row("rst", "rst", 200, "1234", closed);
+        row("status", "status:503", 503, "12345678", closed);
+        row("garbage", "garbage", 0, {}, closed);
+        row("others only", "hang@/other", 200, "12345678", closed);
     }
 
     void MisbehavesAndRecovers() {
-        QFETCH(const QString, fault);
-        QFETCH(const int, status);
-        QFETCH(const QByteArray, body);
-        QFETCH(const int, end);
+        const auto [fault, status, body, end] = Fetched<QString, int, QByteArray, int>();
         ServiceFixture service;
         service->SetSetting("Eight", "12345678");
         const QByteArray request = Request("GET", "/settings/Eight");
@@ -154,14 +136,14 @@ private slots:
         QCOMPARE(Send(service->Port(), Request("PUT", "/dev/fault?refuse:100")).Status(), 200);
         QTRY_COMPARE(Send(service->Port(), request).Status(), 200);
         QCOMPARE(Send(service->Port(), Request("PUT", "/dev/fault?nonsense:1")).Status(), 400);
-        QVERIFY(!service.RequestLines().join(u'\n').contains(QLatin1String("/dev/")));
+        QVERIFY(!service.RequestLines().join(u'\n').contains("/dev/"_L1));
     }
 
     void StopsWhileRequestsHang() {
         ServiceFixture service;
         service->SetFault(HttpFault::Hang);
         QTcpSocket hanging;
-        hanging.connectToHost(QStringLiteral("127.0.0.1"), service->Port());
+        hanging.connectToHost(u"127.0.0.1"_s, service->Port());
         QVERIFY(hanging.waitForConnected());
         hanging.write(Request("GET", "/settings/A"));
         hanging.flush();

@@ -5,6 +5,7 @@
 
 #include <sqlite3.h>
 
+using namespace Qt::Literals::StringLiterals;
 using namespace devservice;
 using namespace std::chrono_literals;
 
@@ -27,7 +28,7 @@ QStringList Rows(const std::filesystem::path& file, const char* sql) {
         return 0;
     };
     if (sqlite3_exec(connection, sql, collect, &rows, nullptr) != SQLITE_OK)
-        rows = {QStringLiteral("error: ") + QString::fromUtf8(sqlite3_errmsg(connection))};
+        rows = {u"error: "_s + QString::fromUtf8(sqlite3_errmsg(connection))};
     sqlite3_close(connection);
     return rows;
 }
@@ -70,31 +71,17 @@ class SimulationTest : public QObject {
 
 private slots:
     void ATaskRunsToItsEnd_data() {
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QString>("file");
-        QTest::addColumn<QString>("row");
-        QTest::addColumn<QString>("subTasks");
-        QTest::addColumn<QString>("log");
-        QTest::newRow("scheduled again") << int(ScheduleKind::Backup) << "a.txt"
-                                         << "0|2025-03-04 21:00:00|2025-03-04 09:00:00"
-                                         << "2,2"
-                                         << "Completed successfully|2|0|2";
-        QTest::newRow("once") << int(ScheduleKind::Once) << "a.txt"
-                              << "5|NULL|2025-03-04 09:00:00"
-                              << "2,2"
-                              << "Completed successfully|2|0|2";
-        QTest::newRow("a file that stays open") << int(ScheduleKind::Once) << "a.qdb"
-                                                << "3|NULL|2025-03-04 09:00:00"
-                                                << "2,4"
-                                                << "1 sub-task failed|2|1|2";
+        const Columns<int, QString, QString, QString, QString> row("kind", "file", "row", "subTasks", "log");
+        row("scheduled again", int(ScheduleKind::Backup), "a.txt",
+            "0|2025-03-04 21:00:00|2025-03-04 09:00:00", "2,2", "Completed successfully|2|0|2");
+        row("once", int(ScheduleKind::Once), "a.txt", "5|NULL|2025-03-04 09:00:00", "2,2",
+            "Completed successfully|2|0|2");
+        row("a file that stays open", int(ScheduleKind::Once), "a.qdb", "3|NULL|2025-03-04 09:00:00", "2,4",
+            "1 sub-task failed|2|1|2");
     }
 
     void ATaskRunsToItsEnd() {
-        QFETCH(const int, kind);
-        QFETCH(const QString, file);
-        QFETCH(const QString, row);
-        QFETCH(const QString, subTasks);
-        QFETCH(const QString, log);
+        const auto [kind, file, row, subTasks, log] = Fetched<int, QString, QString, QString, QString>();
         ServiceFixture service;
         service->PutTask(OneTask(ScheduleKind(kind), {MakeSubTask(1, "MKCOL", "x"),
                                                       MakeSubTask(2, "PUT", file.toStdString(), 50'000)}));
@@ -111,8 +98,7 @@ private slots:
         const QString levels = Rows(service->DatabaseFile(Database::AuditTrace),
                                     "SELECT max(Level), min(substr(Trace, 1, 42)) FROM AuditTrace")
                                    .join(u';');
-        QCOMPARE(levels,
-                 QString::fromStdString((file.endsWith(QLatin1String("qdb")) ? "2|$$" : "0|$$") + Id + "$ "));
+        QCOMPARE(levels, QString::fromStdString((file.endsWith("qdb"_L1) ? "2|$$" : "0|$$") + Id + "$ "));
     }
 
     void CommandsMoveATaskBetweenItsStates() {
@@ -122,17 +108,17 @@ private slots:
                                   MakeSubTask(7, "GET", "/ChangeLog", 900'000'000)}));
         Command(service, "startnow?");
         service->Advance(400ms);
-        QCOMPARE(SubTaskStates(service), QStringLiteral("1,2,1"));
+        QCOMPARE(SubTaskStates(service), u"1,2,1"_s);
         QCOMPARE(Command(service, "pausetask?"), 200);
         QVERIFY(TaskRow(service).startsWith(u'2'));
-        QCOMPARE(SubTaskStates(service), QStringLiteral("0,2,0"));
+        QCOMPARE(SubTaskStates(service), u"0,2,0"_s);
         service->Advance(48h); // its schedule does not wake a paused task
         QVERIFY(TaskRow(service).startsWith(u'2'));
         QCOMPARE(Command(service, "delsub?", ":7"), 200);
         QCOMPARE(Command(service, "resumetask?"), 200);
         service->Advance(1min);
         QVERIFY(TaskRow(service).startsWith(u'0'));
-        QCOMPARE(SubTaskStates(service), QStringLiteral("2,2"));
+        QCOMPARE(SubTaskStates(service), u"2,2"_s);
         QCOMPARE(Command(service, "deletetask?"), 200);
         QVERIFY(TaskRow(service).isEmpty());
         QVERIFY(!std::filesystem::exists(service->SubTaskFile(Id)));
@@ -162,7 +148,7 @@ private slots:
             running << each.operation + u' ' + each.fileName + QLatin1String(moves ? " moves" : " stands");
             return true;
         });
-        QCOMPARE(running, QStringList{QStringLiteral("Upload a.txt moves")});
+        QCOMPARE(running, QStringList{u"Upload a.txt moves"_s});
         service->Stop();
         QVERIFY(!counters.ZEPTraceCounterGet(TraceCounter::TaskTable));
     }
@@ -192,17 +178,13 @@ private slots:
     }
 
     void ScenariosFillTheFiles_data() {
-        QTest::addColumn<QString>("scenario");
-        QTest::addColumn<QString>("counts");
-        QTest::newRow("empty") << "empty"
-                               << "0 0 0 0";
-        QTest::newRow("huge") << "huge"
-                              << "10000 10000 1000000 100000";
+        const Columns<QString, QString> row("scenario", "counts");
+        row("empty", "empty", "0 0 0 0");
+        row("huge", "huge", "10000 10000 1000000 100000");
     }
 
     void ScenariosFillTheFiles() {
-        QFETCH(const QString, scenario);
-        QFETCH(const QString, counts);
+        const auto [scenario, counts] = Fetched<QString, QString>();
         ServiceFixture service(scenario.toUtf8().constData());
         QStringList found = Rows(service->DatabaseFile(Database::Scheduler),
                                  "SELECT count(*) FROM Scheduler UNION ALL SELECT count(*) FROM Scheduler "
@@ -215,22 +197,14 @@ private slots:
     }
 
     void DatabaseFaultsShowAndPass_data() {
-        QTest::addColumn<QString>("fault");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("locked") << "db-locked"
-                                << "error: database is locked";
-        QTest::newRow("locked for a while") << "db-locked:1"
-                                            << "1";
-        QTest::newRow("truncated") << "db-truncated"
-                                   << "error: database disk image is malformed";
-        QTest::newRow("garbage") << "db-garbage"
-                                 << "error: file is not a database";
-        QTest::newRow("missing") << "db-missing"
-                                 << "error: unable to open database file";
-        QTest::newRow("schema") << "db-schema"
-                                << "error: no such table: Scheduler";
-        QTest::newRow("writer") << "db-writer:20@scheduler"
-                                << "1";
+        const Columns<QString, QString> row("fault", "shown");
+        row("locked", "db-locked", "error: database is locked");
+        row("locked for a while", "db-locked:1", "1");
+        row("truncated", "db-truncated", "error: database disk image is malformed");
+        row("garbage", "db-garbage", "error: file is not a database");
+        row("missing", "db-missing", "error: unable to open database file");
+        row("schema", "db-schema", "error: no such table: Scheduler");
+        row("writer", "db-writer:20@scheduler", "1");
     }
 
     void DatabaseFaultsShowAndPass() {
@@ -249,7 +223,7 @@ private slots:
             QTRY_COMPARE(count(), shown);
             service->PutTask(MakeTask("{2}", "Made meanwhile"));
             service->ClearFaults();
-            QTRY_COMPARE(count(), QStringLiteral("2"));
+            QTRY_COMPARE(count(), u"2"_s);
         }
     }
 };

@@ -63,21 +63,15 @@ devservice::Answer AnswerOf(const QByteArray& body, int status = 200) {
 } // namespace
 
 using Call = std::function<void(const ServiceClient&)>;
-Q_DECLARE_METATYPE(Call)
 
 class ServiceClientTest : public QObject {
     Q_OBJECT
 
 private slots:
     void SendsTheseOctets_data() {
-        QTest::addColumn<Call>("call");
-        QTest::addColumn<QByteArray>("line");
-        QTest::addColumn<QByteArray>("length"); // null: the request has no such header
-        QTest::addColumn<QByteArray>("body");
+        // Without a length the request has no such header.
+        const Columns<QByteArray, QByteArray, QByteArray, Call> row("line", "length", "body", "call");
         const QByteArray none;
-        const auto row = [&](const char* name, const QByteArray& line, const QByteArray& length,
-                             const QByteArray& body,
-                             const Call& call) { QTest::newRow(name) << call << line << length << body; };
         row("get", "GET /settings/A%20b%C3%A4", none, none,
             [](const ServiceClient& client) { client.GetSetting(u"A bä"_s); });
         row("put, integer", "PUT /settings/N?ValueType=1&Value=-5", "0", none,
@@ -120,10 +114,7 @@ private slots:
     }
 
     void SendsTheseOctets() {
-        QFETCH(const Call, call);
-        QFETCH(const QByteArray, line);
-        QFETCH(const QByteArray, length);
-        QFETCH(const QByteArray, body);
+        const auto [line, length, body, call] = Fetched<QByteArray, QByteArray, QByteArray, Call>();
         const Wire wire = OnTheWire(call);
         QByteArrayList headers{"Cache-Control: no-cache", "Depth: 1", "Pragma: no-cache",
                                "User-Agent: NextZEP Shell Extension"};
@@ -139,19 +130,16 @@ private slots:
     }
 
     void PortFollowsModeAndEnvironment_data() {
-        QTest::addColumn<QByteArray>("variable");
-        QTest::addColumn<bool>("server");
-        QTest::addColumn<int>("port");
-        QTest::newRow("desktop") << QByteArray() << false << 9678;
-        QTest::newRow("server") << QByteArray() << true << 9898;
-        QTest::newRow("given") << QByteArray("4711") << true << 4711;
+        const Columns<QByteArray, bool, int> row("variable", "server", "port");
+        row("desktop", {}, false, 9678);
+        row("server", {}, true, 9898);
+        row("given", "4711", true, 4711);
         for (const char* unusable : {"0", "70000", "http", "-1"})
-            QTest::newRow(unusable) << QByteArray(unusable) << false << 9678;
+            row(unusable, QByteArray(unusable), false, 9678);
     }
 
     void PortFollowsModeAndEnvironment() {
-        QFETCH(const QByteArray, variable);
-        QFETCH(const bool, server);
+        const auto [variable, server] = Fetched<QByteArray, bool>();
         qputenv("BREN_SERVICE_PORT", variable);
         ZEPSysInfoSetServerMode(server);
         QTEST(int(ServicePort()), "port");
@@ -172,32 +160,25 @@ private slots:
     }
 
     void SettingsKeepTheirRules_data() {
-        QTest::addColumn<QByteArray>("stored"); // null: never set
-        QTest::addColumn<int>("number");
-        QTest::addColumn<bool>("flag");
-        QTest::addColumn<QString>("text");
-        const auto row = [](const QByteArray& stored, int number, bool flag, const QString& text) {
-            QTest::addRow("'%s'", stored.constData()) << stored << number << flag << text;
-        };
-        QTest::newRow("never set") << QByteArray() << 42 << true << QString();
-        row("", 0, false, u""_s);
-        row("True", 0, true, u"True"_s);
-        row("tRUE", 0, true, u"tRUE"_s);
-        row("true ", 0, false, u"true "_s);
-        row("1", 1, false, u"1"_s);
-        row(" \t-12,5", -12, false, u" \t-12,5"_s);
-        row("+7x", 7, false, u"+7x"_s);
-        row("- 7", 0, false, u"- 7"_s);
-        row("99999999999999999999", 2147483647, false, u"99999999999999999999"_s);
-        row("-2147483649", -2147483648, false, u"-2147483649"_s);
-        row("na\xC3\xAFve", 0, false, u"naïve"_s);
-        row("a\xFF", 0, false, u"a\uFFFD"_s);
-        QTest::newRow("terminated") << QByteArray("true\0x", 6) << 0 << true << u"true"_s;
+        const Columns<QByteArray, QString, int, bool> row("stored", "text", "number", "flag");
+        row("never set", {}, {}, 42, true);
+        row("", "", 0, false);
+        row("True", "True", 0, true);
+        row("tRUE", "tRUE", 0, true);
+        row("true ", "true ", 0, false);
+        row("1", "1", 1, false);
+        row(" \t-12,5", " \t-12,5", -12, false);
+        row("+7x", "+7x", 7, false);
+        row("- 7", "- 7", 0, false);
+        row("99999999999999999999", "99999999999999999999", 2147483647, false);
+        row("-2147483649", "-2147483649", -2147483648, false);
+        row("na\xC3\xAFve", "naïve", 0, false);
+        row("a\xFF", "a\uFFFD", 0, false);
+        row("terminated", QByteArray("true\0x", 6), "true", 0, true);
     }
 
     void SettingsKeepTheirRules() {
-        QFETCH(const QByteArray, stored);
-        QFETCH(const QString, text);
+        const auto [stored, text] = Fetched<QByteArray, QString>();
         ServiceFixture service;
         if (!stored.isNull())
             service->SetAnswer("/settings/Name", AnswerOf(stored));
@@ -244,21 +225,18 @@ private slots:
     }
 
     void TellsFaultsAndRecovers_data() {
-        QTest::addColumn<QString>("fault");
-        QTest::addColumn<ServiceOutcome>("outcome");
-        QTest::addColumn<int>("status");
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<bool>("whole");
+        const Columns<QString, ServiceOutcome, int, QByteArray, bool> row("fault", "outcome", "status",
+                                                                          "body", "whole");
         using enum ServiceOutcome;
         const QByteArray whole = "12345678";
-        QTest::newRow("none") << u"none"_s << Answered << 200 << whole << true;
-        QTest::newRow("down") << u"refuse"_s << Unreachable << 0 << QByteArray() << false;
-        QTest::newRow("slow") << u"delay:50"_s << Answered << 200 << whole << true;
-        QTest::newRow("dripping") << u"drip:5"_s << Answered << 200 << whole << true;
-        QTest::newRow("cut by FIN") << u"fin"_s << Answered << 200 << whole.left(4) << false;
-        QTest::newRow("other status") << u"status:503"_s << OtherStatus << 503 << QByteArray() << false;
-        QTest::newRow("other success") << u"status:204"_s << OtherStatus << 204 << QByteArray() << false;
-        QTest::newRow("garbage") << u"garbage"_s << Unreachable << 0 << QByteArray() << false;
+        row("none", "none", Answered, 200, whole, true);
+        row("down", "refuse", Unreachable, 0, {}, false);
+        row("slow", "delay:50", Answered, 200, whole, true);
+        row("dripping", "drip:5", Answered, 200, whole, true);
+        row("cut by FIN", "fin", Answered, 200, whole.left(4), false);
+        row("other status", "status:503", OtherStatus, 503, {}, false);
+        row("other success", "status:204", OtherStatus, 204, {}, false);
+        row("garbage", "garbage", Unreachable, 0, {}, false);
     }
 
     void TellsFaultsAndRecovers() {
@@ -323,26 +301,25 @@ private slots:
     }
 
     void ReadsDirectoryLists_data() {
-        QTest::addColumn<QByteArray>("answer");
-        QTest::addColumn<QString>("records"); // null: no list
-        const auto row = [](const char* name, const QByteArray& vdirs, const QString& records) {
-            QTest::newRow(name) << "<Response><VDirs>" + vdirs + "</VDirs></Response>" << records;
+        // No records: no list.
+        const Columns<QByteArray, QString> row("answer", "records");
+        const auto list = [&row](const char* name, const QByteArray& vdirs, const QString& records) {
+            row(name, "<Response><VDirs>" + vdirs + "</VDirs></Response>", records);
         };
-        row("none", "", u""_s);
-        row("one", "<VDir Name='A &amp; B' SafeCardId='{C}' Status='3' SPId='{P}'/>", u"A & B|{C}|3|{P}"_s);
-        row("in order, of any name", "<V Name='b' SafeCardId='1'/><W Name='a' SafeCardId='2' Status='1'/>",
-            u"b|1||;a|2|1|"_s);
-        row("without name or card", "<V SafeCardId='1'/><V Name='a'/><V Name='' SafeCardId=''/>", u"|||"_s);
-        row("wide", "<V Name='\xE2\x82\xAC' SafeCardId='\xF0\x9F\x93\x81'/>", u"€|📁||"_s);
-        QTest::newRow("other path") << QByteArray("<VDirs><V Name='a' SafeCardId='1'/></VDirs>") << QString();
-        QTest::newRow("empty") << QByteArray("") << QString();
-        QTest::newRow("no document") << QByteArray("Not logged in") << QString();
-        QTest::newRow("cut") << QByteArray("<Response><VDirs><V Name='a' Safe") << QString();
+        list("none", "", u""_s);
+        list("one", "<VDir Name='A &amp; B' SafeCardId='{C}' Status='3' SPId='{P}'/>", u"A & B|{C}|3|{P}"_s);
+        list("in order, of any name", "<V Name='b' SafeCardId='1'/><W Name='a' SafeCardId='2' Status='1'/>",
+             u"b|1||;a|2|1|"_s);
+        list("without name or card", "<V SafeCardId='1'/><V Name='a'/><V Name='' SafeCardId=''/>", u"|||"_s);
+        list("wide", "<V Name='\xE2\x82\xAC' SafeCardId='\xF0\x9F\x93\x81'/>", u"€|📁||"_s);
+        row("other path", "<VDirs><V Name='a' SafeCardId='1'/></VDirs>", {});
+        row("empty", "", {});
+        row("no document", "Not logged in", {});
+        row("cut", "<Response><VDirs><V Name='a' Safe", {});
     }
 
     void ReadsDirectoryLists() {
-        QFETCH(const QByteArray, answer);
-        QFETCH(const QString, records);
+        const auto [answer, records] = Fetched<QByteArray, QString>();
         ServiceFixture service;
         service->SetAnswer("/profile/", AnswerOf(answer));
         const auto joined = [](const std::vector<VDirRecord>& list) {

@@ -62,12 +62,11 @@ class ProxyPageTest : public QObject {
 
 private slots:
     void theSavedTypeIsShown_data() {
-        QTest::addColumn<QString>("savedType");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("disabled") << u"0"_s << u"0:host,8080,ann,pw,a;b"_s;
-        QTest::newRow("custom") << u"3"_s << u"1:host,8080,ann,pw,a;b"_s;
-        QTest::newRow("another") << u"1"_s << u"1:host,8080,ann,pw,a;b"_s;
-        QTest::newRow("no number") << u"x"_s << u"0:host,8080,ann,pw,a;b"_s;
+        const Columns<QString, QString> row("savedType", "shown");
+        row("disabled", "0", "0:host,8080,ann,pw,a;b");
+        row("custom", "3", "1:host,8080,ann,pw,a;b");
+        row("another", "1", "1:host,8080,ann,pw,a;b");
+        row("no number", "x", "0:host,8080,ann,pw,a;b");
     }
 
     void theSavedTypeIsShown() {

@@ -40,31 +40,32 @@ class SettingsCatalogTest : public QObject {
 
 private slots:
     void catalogsAreRead_data() {
-        QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<QString>("catalog");
+        const Columns<QByteArray, QString> row("file", "catalog");
         const QByteArray good = "<S Name='N' Descr='D' ValueType='1' DefaultValue='5' RebootReq='TRUE'/>";
-        QTest::newRow("complete") << InGroup(good) << u"[G] N|D|1|5|restart"_s;
-        QTest::newRow("other types") << InGroup("<S Name='A' Descr='a' ValueType='2'/><S Name='B' Descr='b' "
-                                                "ValueType='4' DefaultValue='True' RebootReq='yes'/>")
-                                     << u"[G] A|a|2| B|b|4|True"_s;
-        QTest::newRow("unknown types") << InGroup("<S Name='A' ValueType='3'/><S Name='B' ValueType='x'/><S "
-                                                  "Name='C'/><S Name='D' ValueType='4294967297'/>" +
-                                                  good)
-                                       << u"[G] N|D|1|5|restart"_s;
-        QTest::newRow("no name") << InGroup("<S Descr='D' ValueType='1'/>") << u"[G]"_s;
-        QTest::newRow("no description") << InGroup("<S Name='N' ValueType='1'/>") << u"[G] N|N|1|"_s;
-        QTest::newRow("markup in texts")
-            << InGroup("<S Name='N' Descr='&lt;b&gt; &amp; \"q\"' ValueType='2'/>")
-            << u"[G] N|<b> & \"q\"|2|"_s;
-        QTest::newRow("groups in order") << QByteArray("<SettingGroups><X GroupName='B'/><Y><Settings>" +
-                                                       good + "</Settings></Y></SettingGroups>")
-                                         << u"[B] [] N|D|1|5|restart"_s;
-        QTest::newRow("other root") << QByteArray("<Groups><Group GroupName='G'/></Groups>") << QString();
-        QTest::newRow("empty") << QByteArray() << QString();
-        QTest::newRow("no XML") << QByteArray("[settings]\nUploadBandwidth=5\n") << QString();
-        QTest::newRow("cut off") << InGroup(good).chopped(20) << QString();
-        QTest::newRow("binary") << QByteArray("\x7f\x45LF\0\1\2", 7) << QString();
-        QTest::newRow("deep") << Nested(100'000) << u"[]"_s;
+        row("complete", InGroup(good), "[G] N|D|1|5|restart");
+        row("other types",
+            InGroup("<S Name='A' Descr='a' ValueType='2'/><S Name='B' Descr='b' "
+                    "ValueType='4' DefaultValue='True' RebootReq='yes'/>"),
+            "[G] A|a|2| B|b|4|True");
+        row("unknown types",
+            InGroup("<S Name='A' ValueType='3'/><S Name='B' ValueType='x'/><S "
+                    "Name='C'/><S Name='D' ValueType='4294967297'/>" +
+                    good),
+            "[G] N|D|1|5|restart");
+        row("no name", InGroup("<S Descr='D' ValueType='1'/>"), "[G]");
+        row("no description", InGroup("<S Name='N' ValueType='1'/>"), "[G] N|N|1|");
+        row("markup in texts", InGroup("<S Name='N' Descr='&lt;b&gt; &amp; \"q\"' ValueType='2'/>"),
+            "[G] N|<b> & \"q\"|2|");
+        row("groups in order",
+            QByteArray("<SettingGroups><X GroupName='B'/><Y><Settings>" + good +
+                       "</Settings></Y></SettingGroups>"),
+            "[B] [] N|D|1|5|restart");
+        row("other root", "<Groups><Group GroupName='G'/></Groups>", {});
+        row("empty", {}, {});
+        row("no XML", "[settings]\nUploadBandwidth=5\n", {});
+        row("cut off", InGroup(good).chopped(20), {});
+        row("binary", QByteArray("\x7f\x45LF\0\1\2", 7), {});
+        row("deep", Nested(100'000), "[]");
     }
 
     void catalogsAreRead() {
@@ -84,42 +85,37 @@ private slots:
     }
 
     void theQuerysLimitsAreTold_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("named");
-        QTest::newRow("plain") << u"plain text #1 50% 100%x ~'\"<ä\n\u202E"_s << QString();
-        QTest::newRow("empty") << QString() << QString();
-        QTest::newRow("ampersand") << u"a&b"_s << u"\"&\""_s;
-        QTest::newRow("plus") << u"+"_s << u"\"+\""_s;
-        QTest::newRow("escape") << u"50%aF"_s << u"\"%\""_s;
-        QTest::newRow("half an escape") << u"%a"_s << QString();
-        QTest::newRow("zero") << u"a"_s + QChar(u'\0') << u"zero characters"_s;
-        QTest::newRow("all") << u"&+%00"_s + QChar(u'\0') << u"\"&\", \"+\", \"%\", zero characters"_s;
+        const Columns<QString, QString> row("text", "named");
+        row("plain", "plain text #1 50% 100%x ~'\"<ä\n\u202E", {});
+        row("empty", {}, {});
+        row("ampersand", "a&b", "\"&\"");
+        row("plus", "+", "\"+\"");
+        row("escape", "50%aF", "\"%\"");
+        row("half an escape", "%a", {});
+        row("zero", u"a"_s + QChar(u'\0'), "zero characters");
+        row("all", u"&+%00"_s + QChar(u'\0'), "\"&\", \"+\", \"%\", zero characters");
     }
 
     void theQuerysLimitsAreTold() {
-        QFETCH(QString, text);
-        QFETCH(QString, named);
+        const auto [text, named] = Fetched<QString, QString>();
         const QString remark = QueryRemark(text);
         QCOMPARE(remark.isEmpty(), named.isEmpty());
         QVERIFY2(remark.contains(u"reads "_s + named) || named.isEmpty(), qPrintable(remark));
     }
 
     void bodiesBecomeTexts_data() {
-        QTest::addColumn<ServiceClient::ValueType>("type");
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<QString>("text");
+        const Columns<ServiceClient::ValueType, QByteArray, QString> row("type", "body", "text");
         using Type = ServiceClient::ValueType;
-        QTest::newRow("TRUE") << Type::Boolean << QByteArray("TRUE") << u"True"_s;
-        QTest::newRow("1 is not true") << Type::Boolean << QByteArray("1") << u"False"_s;
-        QTest::newRow("nothing is not true") << Type::Boolean << QByteArray("") << u"False"_s;
-        QTest::newRow("leading number") << Type::Integer << QByteArray(" -12 KB") << u"-12"_s;
-        QTest::newRow("no number") << Type::Integer << QByteArray("many") << u"0"_s;
-        QTest::newRow("text up to a zero") << Type::String << QByteArray("\xC3\xA4\nb\0c", 6) << u"ä\nb"_s;
+        row("TRUE", Type::Boolean, "TRUE", "True");
+        row("1 is not true", Type::Boolean, "1", "False");
+        row("nothing is not true", Type::Boolean, "", "False");
+        row("leading number", Type::Integer, " -12 KB", "-12");
+        row("no number", Type::Integer, "many", "0");
+        row("text up to a zero", Type::String, QByteArray("\xC3\xA4\nb\0c", 6), "ä\nb");
     }
 
     void bodiesBecomeTexts() {
-        QFETCH(ServiceClient::ValueType, type);
-        QFETCH(QByteArray, body);
+        const auto [type, body] = Fetched<ServiceClient::ValueType, QByteArray>();
         QTEST(TypedText(body, type), "text");
     }
 };

@@ -118,33 +118,21 @@ private slots:
     }
 
     void writesArriveAsTheyAre_data() {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("entered");
-        QTest::addColumn<QString>("request");
-        QTest::addColumn<QString>("stored");
-        QTest::newRow("integer") << u"UploadBandwidth"_s << u"50"_s
-                                 << u"UploadBandwidth?ValueType=1&Value=50"_s << u"50"_s;
-        QTest::newRow("negative") << u"DropCTMin"_s << u"-1"_s << u"DropCTMin?ValueType=1&Value=-1"_s
-                                  << u"-1"_s;
-        QTest::newRow("boolean") << u"SuccNotification"_s << u"True"_s
-                                 << u"SuccNotification?ValueType=4&Value=True"_s << u"True"_s;
-        QTest::newRow("text") << u"WriterName"_s << u"Ann"_s << u"WriterName?ValueType=2&Value=Ann"_s
-                              << u"Ann"_s;
-        QTest::newRow("emptied") << u"WriterName"_s << QString() << u"WriterName?ValueType=2&Value="_s
-                                 << QString();
-        QTest::newRow("encoded octets")
-            << u"WriterName"_s << u"Ä <b>\n#"_s << u"WriterName?ValueType=2&Value=%C3%84%20%3Cb%3E%0A%23"_s
-            << u"Ä <b>\n#"_s;
-        QTest::newRow("sent as it stands")
-            << u"WriterName"_s << u"a&b+c%41"_s << u"WriterName?ValueType=2&Value=a&b+c%41"_s << u"a"_s;
-        QTest::newRow("unchanged") << u"WriterName"_s << u"LOCAL USER"_s << QString() << u"(none)"_s;
-        QTest::newRow("no integer") << u"UploadBandwidth"_s << u"fast"_s << QString() << u"(none)"_s;
+        const Columns<QString, QString, QString, QString> row("key", "entered", "request", "stored");
+        row("integer", "UploadBandwidth", "50", "UploadBandwidth?ValueType=1&Value=50", "50");
+        row("negative", "DropCTMin", "-1", "DropCTMin?ValueType=1&Value=-1", "-1");
+        row("boolean", "SuccNotification", "True", "SuccNotification?ValueType=4&Value=True", "True");
+        row("text", "WriterName", "Ann", "WriterName?ValueType=2&Value=Ann", "Ann");
+        row("emptied", "WriterName", {}, "WriterName?ValueType=2&Value=", {});
+        row("encoded octets", "WriterName", "Ä <b>\n#", "WriterName?ValueType=2&Value=%C3%84%20%3Cb%3E%0A%23",
+            "Ä <b>\n#");
+        row("sent as it stands", "WriterName", "a&b+c%41", "WriterName?ValueType=2&Value=a&b+c%41", "a");
+        row("unchanged", "WriterName", "LOCAL USER", {}, "(none)");
+        row("no integer", "UploadBandwidth", "fast", {}, "(none)");
     }
 
     void writesArriveAsTheyAre() {
-        QFETCH(QString, key);
-        QFETCH(QString, entered);
-        QFETCH(QString, request);
+        const auto [key, entered, request] = Fetched<QString, QString, QString>();
         SettingsBench bench;
         CSettingsMgr page(bench.console);
         page.Activate();

@@ -28,9 +28,9 @@ devservice::Options With(devservice::JournalMode mode) {
 }
 
 void AddJournalModes() {
-    QTest::addColumn<devservice::JournalMode>("journal");
-    QTest::newRow("rollback") << devservice::JournalMode::Rollback;
-    QTest::newRow("WAL") << devservice::JournalMode::Wal;
+    const Columns<devservice::JournalMode> row("journal");
+    row("rollback", devservice::JournalMode::Rollback);
+    row("WAL", devservice::JournalMode::Wal);
 }
 
 /// Leaves the file as a writer does that is killed while it writes.
@@ -58,17 +58,13 @@ void Repair(const fs::path& file) {
 
 } // namespace
 
-Q_DECLARE_METATYPE(const ReadingWay*)
-
 /// What holds for every store: how a read ends when the database is not as it should be, and what it leaves.
 class DatabaseTest : public QObject {
     Q_OBJECT
 
 private slots:
     void TellsFaultsAndRecovers_data() {
-        QTest::addColumn<const ReadingWay*>("way");
-        QTest::addColumn<DatabaseFault>("fault");
-        QTest::addColumn<ReadOutcome>("outcome");
+        const Columns<const ReadingWay*, DatabaseFault, ReadOutcome> row("way", "fault", "outcome");
         const std::tuple<const char*, DatabaseFault, ReadOutcome> faults[] = {
             {"missing", DatabaseFault::Missing, ReadOutcome::Missing},
             {"locked", DatabaseFault::Locked, ReadOutcome::Busy},
@@ -82,14 +78,12 @@ private slots:
     }
 
     void TellsFaultsAndRecovers() {
-        QFETCH(const ReadingWay*, way);
-        QFETCH(const DatabaseFault, fault);
-        QFETCH(const ReadOutcome, outcome);
+        const auto [way, fault, outcome] = Fetched<const ReadingWay*, DatabaseFault, ReadOutcome>();
         ServiceFixture service;
         Fill(service);
         const fs::path file =
             way->database ? service->DatabaseFile(*way->database) : service->SubTaskFile(TaskId);
-        const auto read = [way] { return way->readWith({}, Impatient); };
+        const auto read = [&way = way] { return way->readWith({}, Impatient); };
         const Reading before = read();
         QVERIFY2(before.read, qPrintable(before.read.detail));
         QVERIFY(!before.rows.isEmpty());
@@ -116,19 +110,17 @@ private slots:
     }
 
     void WhatIsNoDatabaseIsTold_data() {
-        QTest::addColumn<QByteArray>("sql"); // run on an empty file; null: a folder stands in its place
-        QTest::addColumn<ReadOutcome>("outcome");
-        QTest::newRow("empty file") << QByteArray("") << ReadOutcome::OtherSchema;
-        QTest::newRow("folder") << QByteArray() << ReadOutcome::Damaged;
-        QTest::newRow("too few columns")
-            << QByteArray("CREATE TABLE Scheduler(TaskId, StartTime)") << ReadOutcome::OtherSchema;
-        QTest::newRow("no column to order by")
-            << QByteArray("CREATE TABLE Scheduler(TaskId,b,c,d,e,f,g,h,i,j,k)") << ReadOutcome::OtherSchema;
+        // sql: run on an empty file; null: a folder stands in its place
+        const Columns<QByteArray, ReadOutcome> row("sql", "outcome");
+        row("empty file", "", ReadOutcome::OtherSchema);
+        row("folder", {}, ReadOutcome::Damaged);
+        row("too few columns", "CREATE TABLE Scheduler(TaskId, StartTime)", ReadOutcome::OtherSchema);
+        row("no column to order by", "CREATE TABLE Scheduler(TaskId,b,c,d,e,f,g,h,i,j,k)",
+            ReadOutcome::OtherSchema);
     }
 
     void WhatIsNoDatabaseIsTold() {
-        QFETCH(const QByteArray, sql);
-        QFETCH(const ReadOutcome, outcome);
+        const auto [sql, outcome] = Fetched<QByteArray, ReadOutcome>();
         ServiceFixture service;
         service->Stop();
         const fs::path file = service->DatabaseFile(File::Scheduler);
@@ -283,8 +275,7 @@ private slots:
             while (walks < 30 || service->FastWriterStatistics().commits < commits + 30) {
                 const TaskNames tasks = TaskNames::Read({}, {});
                 if (!tasks.read || tasks.names != good)
-                    return QStringLiteral("walk %1: %2, %3 rows")
-                        .arg(walks)
+                    return u"walk %1: %2, %3 rows"_s.arg(walks)
                         .arg(tasks.read.Sentence())
                         .arg(tasks.names.size());
                 ++walks;

@@ -30,11 +30,9 @@ constexpr char FourDays[] = "VALUES(0,'$$KEY$ first','2025-03-03 23:59:59'),(1,'
                             "00:00:00'),(2,'$$OTHER$ third','2025-03-05 12:00:00'),(7,NULL,'2025-03-06 "
                             "00:00:00')";
 
-const QString MonitorKey = QStringLiteral("SOFTWARE\\Brenvia\\FileMonSvc");
+const QString MonitorKey = u"SOFTWARE\\Brenvia\\FileMonSvc"_s;
 
 } // namespace
-
-Q_DECLARE_METATYPE(AuditFilter)
 
 class LogStoresTest : public QObject {
     Q_OBJECT
@@ -62,15 +60,13 @@ private slots:
     }
 
     void TheHistoryOfAFolder_data() {
-        QTest::addColumn<HistoryView>("view");
-        QTest::addColumn<int>("rows");
-        QTest::newRow("changes") << HistoryView::ChangeList << 200;
-        QTest::newRow("summary") << HistoryView::Summary << 50;
+        const Columns<HistoryView, int> row("view", "rows");
+        row("changes", HistoryView::ChangeList, 200);
+        row("summary", HistoryView::Summary, 50);
     }
 
     void TheHistoryOfAFolder() {
-        QFETCH(const HistoryView, view);
-        QFETCH(const int, rows);
+        const auto [view, rows] = Fetched<HistoryView, int>();
         ServiceFixture service;
         // Two of each moment; the later in the table is the earlier by name.
         service->Execute(
@@ -94,15 +90,11 @@ private slots:
     }
 
     void TheAuditTraceByFilter_data() {
-        QTest::addColumn<AuditFilter>("filter");
-        QTest::addColumn<QStringList>("traces");
+        const Columns<AuditFilter, QStringList> row("filter", "traces");
         const QDate third(2025, 3, 3);
         const QDate fourth(2025, 3, 4);
         const QDate fifth(2025, 3, 5);
         const QStringList all{QString(), u"third"_s, u"second"_s, u"first"_s};
-        const auto row = [](const char* name, const AuditFilter& filter, const QStringList& traces) {
-            QTest::newRow(name) << filter << traces;
-        };
         row("all", {}, all);
         row("text", {u"KEY"_s, {}, {}}, {u"second"_s, u"first"_s});
         row("text in any case", {u"key$ F"_s, {}, {}}, {u"first"_s});
@@ -138,15 +130,14 @@ private slots:
     }
 
     void AMessageHasNoKey_data() {
-        QTest::addColumn<QString>("trace");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("key") << u"$$T-1$ message $x"_s << u"message $x"_s;
-        QTest::newRow("empty key") << u"$$$ message"_s << u"message"_s;
-        QTest::newRow("any character behind the key") << u"$$T$message"_s << u"essage"_s;
-        QTest::newRow("only a key") << u"$$T$"_s << u""_s;
-        QTest::newRow("key without end") << u"$$T message"_s << u""_s;
-        QTest::newRow("one sign") << u"$T$ message"_s << u"$T$ message"_s;
-        QTest::newRow("key within") << u"a $$T$ message"_s << u"a $$T$ message"_s;
+        const Columns<QString, QString> row("trace", "message");
+        row("key", "$$T-1$ message $x", "message $x");
+        row("empty key", "$$$ message", "message");
+        row("any character behind the key", "$$T$message", "essage");
+        row("only a key", "$$T$", "");
+        row("key without end", "$$T message", "");
+        row("one sign", "$T$ message", "$T$ message");
+        row("key within", "a $$T$ message", "a $$T$ message");
     }
 
     void AMessageHasNoKey() {
@@ -155,14 +146,12 @@ private slots:
     }
 
     void DeletesTheTracesOfOneTask_data() {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<bool>("done");
-        QTest::addColumn<int>("left");
-        QTest::newRow("key") << u"KEY"_s << true << 2;
-        QTest::newRow("unknown key") << u"NONE"_s << true << 4;
-        QTest::newRow("no key") << u""_s << false << 4;
+        const Columns<QString, bool, int> row("key", "done", "left");
+        row("key", "KEY", true, 2);
+        row("unknown key", "NONE", true, 4);
+        row("no key", "", false, 4);
         for (const char* wide : {"%", "___", "$", "' OR '1'='1", "K%", "x'; --"})
-            QTest::newRow(wide) << QString::fromLatin1(wide) << false << 4;
+            row(wide, wide, false, 4);
     }
 
     void DeletesTheTracesOfOneTask() {
@@ -227,9 +216,9 @@ private slots:
     }
 
     void TheFileIndexStandsWhereItsMonitorSays_data() {
-        QTest::addColumn<QString>("ending");
-        QTest::newRow("plain") << u""_s;
-        QTest::newRow("backslash") << u"\\"_s;
+        const Columns<QString> row("ending");
+        row("plain", "");
+        row("backslash", "\\");
     }
 
     void TheFileIndexStandsWhereItsMonitorSays() {

@@ -58,20 +58,18 @@ private slots:
     }
 
     void RowsComeAsTheyAreStored_data() {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QString>("read");
-        QTest::newRow("null") << QByteArray("NULL") << u"null"_s;
-        QTest::newRow("empty") << QByteArray("''") << u"\"\""_s;
-        QTest::newRow("wide") << QByteArray("'\xE2\x82\xAC \xF0\x9F\x93\x81'") << u"\"€ 📁\""_s;
-        QTest::newRow("not UTF-8") << QByteArray("CAST(x'61FF62C3' AS TEXT)") << u"\"a\uFFFDb\uFFFD\""_s;
-        QTest::newRow("zero octet") << QByteArray("CAST(x'610062' AS TEXT)") << u"\"a%1b\""_s.arg(QChar(0));
-        QTest::newRow("number") << QByteArray("12") << u"\"12\""_s;
-        QTest::newRow("blob") << QByteArray("x'6162'") << u"\"ab\""_s;
+        const Columns<QByteArray, QString> row("text", "read");
+        row("null", "NULL", "null");
+        row("empty", "''", "\"\"");
+        row("wide", "'\xE2\x82\xAC \xF0\x9F\x93\x81'", "\"€ 📁\"");
+        row("not UTF-8", "CAST(x'61FF62C3' AS TEXT)", "\"a\uFFFDb\uFFFD\"");
+        row("zero octet", "CAST(x'610062' AS TEXT)", u"\"a%1b\""_s.arg(QChar(0)));
+        row("number", "12", "\"12\"");
+        row("blob", "x'6162'", "\"ab\"");
     }
 
     void RowsComeAsTheyAreStored() {
-        QFETCH(const QByteArray, text);
-        QFETCH(const QString, read);
+        const auto [text, read] = Fetched<QByteArray, QString>();
         ServiceFixture service;
         PutTaskRow(service, "'T'", Blob(258, true, "\1\1\1\1\1\1\1"), 1, text);
         QString row;
@@ -89,21 +87,19 @@ private slots:
     }
 
     void ALookupTellsTheWeekdays_data() {
-        QTest::addColumn<QByteArray>("schedule");
-        QTest::addColumn<QString>("letters");
-        QTest::addColumn<bool>("scheduled");
+        const Columns<QByteArray, QString, bool> row("schedule", "letters", "scheduled");
         const QByteArray all(7, '\1');
         const QByteArray some("\1\0\xFF\0\0\0\1", 7);
-        QTest::newRow("all") << Blob(1, true, all) << u"SMTWTFS"_s << true;
-        QTest::newRow("some") << Blob(1, true, some) << u"S_T___S"_s << true;
-        QTest::newRow("none") << Blob(1, true, QByteArray(7, '\0')) << u"_______"_s << true;
-        QTest::newRow("not in use") << Blob(1, false, all) << QString() << false;
-        QTest::newRow("not in use, type 4") << Blob(4, false, all) << QString() << true;
-        QTest::newRow("in use, type 4") << Blob(4, true, some) << u"S_T___S"_s << true;
-        QTest::newRow("type 4 in the low octet only") << Blob(0x104, false, all) << QString() << false;
-        QTest::newRow("null") << QByteArray("NULL") << QString() << false;
-        QTest::newRow("short") << Blob(4, true, all, 307) << QString() << false;
-        QTest::newRow("long") << Blob(4, true, all, 309) << QString() << false;
+        row("all", Blob(1, true, all), "SMTWTFS", true);
+        row("some", Blob(1, true, some), "S_T___S", true);
+        row("none", Blob(1, true, QByteArray(7, '\0')), "_______", true);
+        row("not in use", Blob(1, false, all), {}, false);
+        row("not in use, type 4", Blob(4, false, all), {}, true);
+        row("in use, type 4", Blob(4, true, some), "S_T___S", true);
+        row("type 4 in the low octet only", Blob(0x104, false, all), {}, false);
+        row("null", "NULL", {}, false);
+        row("short", Blob(4, true, all, 307), {}, false);
+        row("long", Blob(4, true, all, 309), {}, false);
     }
 
     void ALookupTellsTheWeekdays() {
@@ -138,13 +134,12 @@ private slots:
     }
 
     void SubTasksComeByStateInTheirOrder_data() {
-        QTest::addColumn<QList<int>>("states");
-        QTest::addColumn<QList<int>>("numbers");
-        QTest::newRow("all") << QList<int>{} << QList<int>{1, 3, 5, 7, 9};
-        QTest::newRow("one state") << QList<int>{0, 0} << QList<int>{5, 9};
-        QTest::newRow("two states") << QList<int>{3, 4} << QList<int>{1, 3};
-        QTest::newRow("two states, other order") << QList<int>{4, 3} << QList<int>{1, 3};
-        QTest::newRow("no such") << QList<int>{17, -1} << QList<int>{};
+        const Columns<QList<int>, QList<int>> row("states", "numbers");
+        row("all", {}, {1, 3, 5, 7, 9});
+        row("one state", {0, 0}, {5, 9});
+        row("two states", {3, 4}, {1, 3});
+        row("two states, other order", {4, 3}, {1, 3});
+        row("no such", {17, -1}, {});
     }
 
     void SubTasksComeByStateInTheirOrder() {

@@ -5,6 +5,8 @@
 #include <map>
 #include <string>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using TestMaker = std::function<std::unique_ptr<QObject>()>;
@@ -16,7 +18,7 @@ std::map<std::string, TestMaker>& Registry() {
 
 /// Takes "-class NAME" out of the arguments, which are Qt Test's otherwise, and returns NAME.
 std::string TakeClassArgument(QStringList& arguments) {
-    const qsizetype at = arguments.indexOf(QLatin1String("-class"));
+    const qsizetype at = arguments.indexOf("-class"_L1);
     if (at < 0 || at + 1 >= arguments.size())
         return {};
     std::string name = arguments.at(at + 1).toStdString();

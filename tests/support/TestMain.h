@@ -34,7 +34,8 @@ struct TableValue<QString> {
 
 inline std::vector<const char*> columnNames; ///< of the table in work
 
-/// The columns of a test's table. Called with a name and their values it adds a row.
+/// The columns of a test's table. Called with a name and their values it adds a row, without a name one that
+/// is named as its first value.
 template <typename... Types>
 class Columns {
 public:
@@ -46,6 +47,11 @@ public:
 
     void operator()(const char* name, const typename TableValue<Types>::Written&... values) const {
         (QTest::newRow(name) << ... << static_cast<const Types&>(values));
+    }
+    void operator()(const typename TableValue<Types>::Written&... values) const {
+        const std::tuple<const Types&...> all(values...);
+        const std::unique_ptr<char[]> name(QTest::toString(std::get<0>(all)));
+        (*this)(name.get(), values...);
     }
 };
 

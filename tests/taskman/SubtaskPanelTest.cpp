@@ -52,18 +52,14 @@ private slots:
     void cleanup() { m_bench.reset(); }
 
     void listsWhatWaits_data() {
-        QTest::addColumn<SubtaskView>("view");
-        QTest::addColumn<QStringList>("rows"); ///< without the ends that all of them have
-        QTest::newRow("pending")
-            << SubtaskView::Pending
-            << QStringList{
-                   u"#ICON:209#@@Uploading...|Upload|2024/a.jpg|/target|1| 2.000 KB|"_s,
-                   u"#ICON:210#@@Downloading...|Receive Change Notification|/ChangeLog/7||2| 0.000 KB|"_s};
-        QTest::newRow("pending retry")
-            << SubtaskView::PendingRetry
-            << QStringList{
-                   u"#ICON:209#@@Uploading...|Upload File Snapshot|b.jpg|/target|3| 1.000 KB|no connection"_s,
-                   u"|Odd|Change(c.txt)|/target|14| 0.000 KB|odd"_s};
+        // rows: without the ends that all of them have
+        const Columns<SubtaskView, QStringList> row("view", "rows");
+        row("pending", SubtaskView::Pending,
+            {u"#ICON:209#@@Uploading...|Upload|2024/a.jpg|/target|1| 2.000 KB|"_s,
+             u"#ICON:210#@@Downloading...|Receive Change Notification|/ChangeLog/7||2| 0.000 KB|"_s});
+        row("pending retry", SubtaskView::PendingRetry,
+            {u"#ICON:209#@@Uploading...|Upload File Snapshot|b.jpg|/target|3| 1.000 KB|no connection"_s,
+             u"|Odd|Change(c.txt)|/target|14| 0.000 KB|odd"_s});
     }
 
     void listsWhatWaits() {
@@ -75,8 +71,7 @@ private slots:
                     MakeSubTask(4, "PUT", "running", 9, SubTaskState::Running),
                     MakeSubTask(5, "PUT", "done", 9, SubTaskState::Done),
                     Noted(MakeSubTask(14, "Odd", "c.txt.###m", 0, SubTaskState::Failed), "odd")});
-        QFETCH(SubtaskView, view);
-        QFETCH(QStringList, rows);
+        const auto [view, rows] = Fetched<SubtaskView, QStringList>();
         const auto panel = Open(view);
         const TableHand table(*panel);
         QCOMPARE(table->Rows().rowCount(), rows.size());
@@ -114,20 +109,18 @@ private slots:
     }
 
     void deletesAfterOneQuestion_data() {
-        QTest::addColumn<QList<int>>("selected"); ///< rows
-        QTest::addColumn<int>("clicked");         ///< row; -1: the Delete key
-        QTest::addColumn<QString>("question");
-        QTest::addColumn<bool>("yes");
-        QTest::addColumn<QList<int>>("deleted"); ///< numbers
-        QTest::newRow("one, no") << QList<int>() << 1 << AskOne << false << QList<int>();
-        QTest::newRow("one, yes") << QList<int>() << 1 << AskOne << true << QList<int>{2};
-        QTest::newRow("one selected, by key") << QList<int>{3} << -1 << AskOne << true << QList<int>{4};
-        QTest::newRow("several, no") << QList<int>{0, 2} << 0 << AskSeveral << false << QList<int>();
-        QTest::newRow("several, yes")
-            << QList<int>{4, 0, 2} << 2 << AskSeveral << true << QList<int>{1, 3, 5};
-        QTest::newRow("several, by key") << QList<int>{4, 2} << -1 << AskSeveral << true << QList<int>{3, 5};
-        QTest::newRow("another one than the selected")
-            << QList<int>{0, 2} << 1 << AskOne << true << QList<int>{2};
+        // selected: rows
+        // clicked: row; -1: the Delete key
+        // deleted: numbers
+        const Columns<QList<int>, int, QString, bool, QList<int>> row("selected", "clicked", "question",
+                                                                      "yes", "deleted");
+        row("one, no", QList<int>(), 1, AskOne, false, QList<int>());
+        row("one, yes", QList<int>(), 1, AskOne, true, {2});
+        row("one selected, by key", {3}, -1, AskOne, true, {4});
+        row("several, no", {0, 2}, 0, AskSeveral, false, QList<int>());
+        row("several, yes", {4, 0, 2}, 2, AskSeveral, true, {1, 3, 5});
+        row("several, by key", {4, 2}, -1, AskSeveral, true, {3, 5});
+        row("another one than the selected", {0, 2}, 1, AskOne, true, {2});
     }
 
     void deletesAfterOneQuestion() {
@@ -154,22 +147,18 @@ private slots:
     }
 
     void tellsOnceOfThoseThatFailed_data() {
-        QTest::addColumn<devservice::HttpFault>("fault"); ///< of the whole service; none: one row is refused
-        QTest::addColumn<QList<int>>("requested");
-        QTest::addColumn<QList<int>>("failed"); ///< and still selected
+        // fault: of the whole service; none: one row is refused
+        // failed: and still selected
+        const Columns<devservice::HttpFault, QList<int>, QList<int>> row("fault", "requested", "failed");
         using devservice::HttpFault;
-        QTest::newRow("one of three") << HttpFault::None << QList<int>{1, 2, 3} << QList<int>{2};
-        QTest::newRow("each of three")
-            << HttpFault::WrongStatus << QList<int>{1, 2, 3} << QList<int>{1, 2, 3};
-        QTest::newRow("the service is gone") << HttpFault::Refuse << QList<int>() << QList<int>{1, 2, 3};
-        QTest::newRow("the service goes away: no more is sent")
-            << HttpFault::GarbageHeaders << QList<int>{1} << QList<int>{2, 3};
+        row("one of three", HttpFault::None, {1, 2, 3}, {2});
+        row("each of three", HttpFault::WrongStatus, {1, 2, 3}, {1, 2, 3});
+        row("the service is gone", HttpFault::Refuse, QList<int>(), {1, 2, 3});
+        row("the service goes away: no more is sent", HttpFault::GarbageHeaders, {1}, {2, 3});
     }
 
     void tellsOnceOfThoseThatFailed() {
-        QFETCH(devservice::HttpFault, fault);
-        QFETCH(QList<int>, requested);
-        QFETCH(QList<int>, failed);
+        const auto [fault, requested, failed] = Fetched<devservice::HttpFault, QList<int>, QList<int>>();
         const auto panel = Open();
         const TableHand table(*panel);
         table.Select({0, 1, 2}, NameColumn);
@@ -208,15 +197,11 @@ private slots:
     }
 
     void deletesTheRowThatWasClicked_data() {
-        QTest::addColumn<QList<int>>("before"); ///< the click is heard
-        QTest::addColumn<QList<int>>("during"); ///< the question
-        QTest::addColumn<bool>("nextRun");      ///< gives their numbers to other files meanwhile
-        QTest::addColumn<QList<int>>("deleted");
+        // before: the click is heard
+        // during: the question
+        // nextRun: gives their numbers to other files meanwhile
+        const Columns<QList<int>, QList<int>, bool, QList<int>> row("before", "during", "nextRun", "deleted");
         const QList<int> all{1, 2, 3, 4, 5};
-        const auto row = [](const char* what, const QList<int>& before, const QList<int>& during,
-                            bool nextRun, const QList<int>& deleted) {
-            QTest::newRow(what) << before << during << nextRun << deleted;
-        };
         row("moved before the click is heard", {2, 3, 4}, all, false, {2});
         row("gone before the click is heard", {1, 3, 4}, {3}, false, {});
         row("moved during the question", all, {0, 1, 2, 3}, false, {2});
@@ -225,10 +210,7 @@ private slots:
     }
 
     void deletesTheRowThatWasClicked() {
-        QFETCH(QList<int>, before);
-        QFETCH(QList<int>, during);
-        QFETCH(bool, nextRun);
-        QFETCH(QList<int>, deleted);
+        const auto [before, during, nextRun, deleted] = Fetched<QList<int>, QList<int>, bool, QList<int>>();
         const auto panel = Open();
         const TableHand table(*panel);
         if (before.contains(2)) // there is nothing to ask about a row that has gone

@@ -8,15 +8,7 @@ class TaskClassTest : public QObject {
 
 private slots:
     void classifiesAndNames_data() {
-        QTest::addColumn<QString>("type");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("system");
-        QTest::addColumn<bool>("backup");
-        QTest::addColumn<QString>("shown");
-        const auto row = [](const char* type, const char* name, bool system, bool backup, const char* shown) {
-            QTest::addRow("%s, %s", type, name) << QString::fromLatin1(type) << QString::fromLatin1(name)
-                                                << system << backup << QString::fromLatin1(shown);
-        };
+        const Columns<QString, QString, bool, bool, QString> row("type", "name", "system", "backup", "shown");
         row("BACKUP", "Photos", false, true, "Mirrored Backup");
         row("ccbackup", "Photos", false, true, "Cross Cloud Backup");
         row("AdvBackup", "Mail", false, true, "Application Data Backup");
@@ -36,8 +28,7 @@ private slots:
     }
 
     void classifiesAndNames() {
-        QFETCH(QString, type);
-        QFETCH(QString, name);
+        const auto [type, name] = Fetched<QString, QString>();
         const TaskClass found = ClassifyTask(type, name);
         QTEST(found.system, "system");
         QTEST(found.backup, "backup");

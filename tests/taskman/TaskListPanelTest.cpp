@@ -24,13 +24,11 @@ private slots:
     void cleanup() { m_bench.reset(); }
 
     void showsTheTasksOfItsFilter_data() {
-        QTest::addColumn<TaskFilter>("filter");
-        QTest::addColumn<QStringList>("titles");
-        QTest::newRow("my tasks") << TaskFilter::MyTasks << QStringList{u"Mail"_s, u"Photos"_s};
-        QTest::newRow("completed") << TaskFilter::CompletedUserTasks << QStringList{u"Old"_s};
-        QTest::newRow("system") << TaskFilter::SystemTasks << QStringList{u"Default Task For X"_s};
-        QTest::newRow("all") << TaskFilter::All
-                             << QStringList{u"Default Task For X"_s, u"Mail"_s, u"Old"_s, u"Photos"_s};
+        const Columns<TaskFilter, QStringList> row("filter", "titles");
+        row("my tasks", TaskFilter::MyTasks, {u"Mail"_s, u"Photos"_s});
+        row("completed", TaskFilter::CompletedUserTasks, {u"Old"_s});
+        row("system", TaskFilter::SystemTasks, {u"Default Task For X"_s});
+        row("all", TaskFilter::All, {u"Default Task For X"_s, u"Mail"_s, u"Old"_s, u"Photos"_s});
     }
 
     void showsTheTasksOfItsFilter() {

@@ -29,17 +29,15 @@ private slots:
     }
 
     void beginsInTheKeptMode_data() {
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<bool>("advanced");
-        QTest::newRow("never set") << QString() << false;
-        QTest::newRow("0") << u"0"_s << false;
-        QTest::newRow("1") << u"1"_s << true;
-        QTest::newRow("no number") << u"True"_s << false;
+        const Columns<QString, bool> row("value", "advanced");
+        row("never set", {}, false);
+        row("0", "0", false);
+        row("1", "1", true);
+        row("no number", "True", false);
     }
 
     void beginsInTheKeptMode() {
-        QFETCH(QString, value);
-        QFETCH(bool, advanced);
+        const auto [value, advanced] = Fetched<QString, bool>();
         if (!value.isEmpty())
             m_bench->Service().SetSetting("TaskAdvancedMode", value.toStdString());
         QCOMPARE(ShownTabs(), QList<int>({0, 1}));

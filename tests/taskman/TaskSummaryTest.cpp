@@ -18,19 +18,15 @@ private slots:
     void cleanup() { m_bench.reset(); }
 
     void showsTheState_data() {
-        QTest::addColumn<TaskState>("state");
-        QTest::addColumn<QString>("status");
-        QTest::addColumn<bool>("hasNextStart");
-        QTest::addColumn<QStringList>("buttons");
+        const Columns<TaskState, QString, bool, QStringList> row("state", "status", "hasNextStart",
+                                                                 "buttons");
         const QStringList waiting{u"Start Now"_s, u"Pause"_s, u"Cancel Task"_s, u"Refresh"_s};
-        QTest::newRow("pending") << TaskState::Pending << u"Pending"_s << true << waiting;
-        QTest::newRow("failed") << TaskState::Failed << u"Failed"_s << true << waiting;
-        QTest::newRow("paused") << TaskState::Paused << u"Paused"_s << false
-                                << QStringList{u"Start Now"_s, u"Resume"_s, u"Cancel Task"_s, u"Refresh"_s};
-        QTest::newRow("completed") << TaskState::Completed << u"Completed"_s << true
-                                   << QStringList{u"Refresh"_s};
-        QTest::newRow("held: the row stays as it was")
-            << TaskState::Held << QString() << true << QStringList();
+        row("pending", TaskState::Pending, "Pending", true, waiting);
+        row("failed", TaskState::Failed, "Failed", true, waiting);
+        row("paused", TaskState::Paused, "Paused", false,
+            {u"Start Now"_s, u"Resume"_s, u"Cancel Task"_s, u"Refresh"_s});
+        row("completed", TaskState::Completed, "Completed", true, {u"Refresh"_s});
+        row("held: the row stays as it was", TaskState::Held, {}, true, QStringList());
     }
 
     void showsTheState() {

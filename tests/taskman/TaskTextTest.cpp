@@ -21,23 +21,14 @@ struct MeterStep {
     quint64 left;
     std::optional<quint32> secondsLeft;
 };
-Q_DECLARE_METATYPE(std::vector<MeterStep>)
-
 class TaskTextTest : public QObject {
     Q_OBJECT
 
 private slots:
     void namesSubTasks_data() {
         using enum TransferDirection;
-        QTest::addColumn<QString>("type");
-        QTest::addColumn<QString>("parameter");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<TransferDirection>("direction");
-        const auto row = [](const QString& type, const QString& parameter, const QString& name,
-                            TransferDirection direction) {
-            QTest::addRow("%s %s", qPrintable(type), qPrintable(parameter))
-                << type << parameter << name << direction;
-        };
+        const Columns<QString, QString, QString, TransferDirection> row("type", "parameter", "name",
+                                                                        "direction");
         const QString marker = u"x/43811DCD-8C5A-4EF9-B903-2EEA9CE88487/y"_s;
         row(u"PUT"_s, u"a"_s, u"Upload"_s, Upload);
         row(u"put"_s, u"/ChangeLog/1"_s, u"Upload"_s, Upload);
@@ -59,33 +50,28 @@ private slots:
     }
 
     void namesSubTasks() {
-        QFETCH(QString, type);
-        QFETCH(QString, parameter);
+        const auto [type, parameter] = Fetched<QString, QString>();
         QTEST(SubTaskName(type, parameter), "name");
         QTEST(DirectionOfSubTask(type), "direction");
     }
 
     void shortensParameters_data() {
-        QTest::addColumn<QString>("parameter");
-        QTest::addColumn<QString>("shown");
-        const auto row = [](const char* what, const QString& parameter, const QString& shown) {
-            QTest::newRow(what) << parameter << shown;
-        };
-        row("below a base", u"/home/mara/Photos/2024/a.jpg"_s, u"2024/a.jpg"_s);
-        row("the other separator", u"C:\\Data\\books\\b.txt"_s, u"books\\b.txt"_s);
-        row("a base that ends with one", u"D:\\b.txt"_s, u"b.txt"_s);
-        row("a base's name goes on", u"/home/mara/Photos2/a.jpg"_s, u"/home/mara/Photos2/a.jpg"_s);
-        row("a base itself", u"/home/mara/Photos"_s, u"/home/mara/Photos"_s);
-        row("a base itself, closed", u"/home/mara/Photos/"_s, u"/home/mara/Photos/"_s);
-        row("elsewhere", u"/srv/a.jpg"_s, u"/srv/a.jpg"_s);
-        row("added", u"a.txt.###a"_s, u"New(a.txt)"_s);
-        row("deleted", u"a.txt.###d"_s, u"Delete(a.txt)"_s);
-        row("modified, below a base", u"C:\\Data\\a.txt.###m"_s, u"Change(a.txt)"_s);
-        row("the last entry counts", u"a.###m.###d"_s, u"Delete(a.###m)"_s);
-        row("another letter", u"a.txt.###z"_s, u"a.txt.###z"_s);
-        row("no letter", u"a.txt.###"_s, u"a.txt.###"_s);
-        row("two letters", u"a.txt.###md"_s, u"a.txt.###md"_s);
-        row("not at the end", u"a.###m/b"_s, u"a.###m/b"_s);
+        const Columns<QString, QString> row("parameter", "shown");
+        row("below a base", "/home/mara/Photos/2024/a.jpg", "2024/a.jpg");
+        row("the other separator", "C:\\Data\\books\\b.txt", "books\\b.txt");
+        row("a base that ends with one", "D:\\b.txt", "b.txt");
+        row("a base's name goes on", "/home/mara/Photos2/a.jpg", "/home/mara/Photos2/a.jpg");
+        row("a base itself", "/home/mara/Photos", "/home/mara/Photos");
+        row("a base itself, closed", "/home/mara/Photos/", "/home/mara/Photos/");
+        row("elsewhere", "/srv/a.jpg", "/srv/a.jpg");
+        row("added", "a.txt.###a", "New(a.txt)");
+        row("deleted", "a.txt.###d", "Delete(a.txt)");
+        row("modified, below a base", "C:\\Data\\a.txt.###m", "Change(a.txt)");
+        row("the last entry counts", "a.###m.###d", "Delete(a.###m)");
+        row("another letter", "a.txt.###z", "a.txt.###z");
+        row("no letter", "a.txt.###", "a.txt.###");
+        row("two letters", "a.txt.###md", "a.txt.###md");
+        row("not at the end", "a.###m/b", "a.###m/b");
         row("empty", {}, {});
     }
 
@@ -116,28 +102,20 @@ private slots:
     }
 
     void showsProgress_data() {
-        QTest::addColumn<quint64>("done");
-        QTest::addColumn<quint64>("total");
-        QTest::addColumn<QString>("progress");
-        QTest::addColumn<QString>("count"); ///< of the total
+        // count: of the total
+        const Columns<quint64, quint64, QString, QString> row("done", "total", "progress", "count");
         const quint64 gib = quint64(1) << 30;
-        QTest::newRow("nothing to move") << quint64(3) << quint64(0) << QString() << u"0"_s;
-        QTest::newRow("half") << quint64(5) << quint64(10) << u"#Progress:5 10"_s << u"10"_s;
-        QTest::newRow("more done than there is")
-            << quint64(12) << quint64(10) << u"#Progress:10 10"_s << u"10"_s;
-        QTest::newRow("the largest plain one")
-            << gib << 2 * gib - 1 << u"#Progress:1073741824 2147483647"_s << u"2147483647"_s;
-        QTest::newRow("beyond 31 bits")
-            << gib << 2 * gib << u"#Progress:536870912 1073741824"_s << u"-2147483648"_s;
-        QTest::newRow("beyond 32 bits")
-            << 2 * gib << 8 * gib + 8 << u"#Progress:268435456 1073741825"_s << u"8"_s;
-        QTest::newRow("the largest of all")
-            << ~quint64(0) << ~quint64(0) << u"#Progress:2147483647 2147483647"_s << u"-1"_s;
+        row("nothing to move", 3, 0, {}, "0");
+        row("half", 5, 10, "#Progress:5 10", "10");
+        row("more done than there is", 12, 10, "#Progress:10 10", "10");
+        row("the largest plain one", gib, 2 * gib - 1, "#Progress:1073741824 2147483647", "2147483647");
+        row("beyond 31 bits", gib, 2 * gib, "#Progress:536870912 1073741824", "-2147483648");
+        row("beyond 32 bits", 2 * gib, 8 * gib + 8, "#Progress:268435456 1073741825", "8");
+        row("the largest of all", ~quint64(0), ~quint64(0), "#Progress:2147483647 2147483647", "-1");
     }
 
     void showsProgress() {
-        QFETCH(quint64, done);
-        QFETCH(quint64, total);
+        const auto [done, total] = Fetched<quint64, quint64>();
         QTEST(ProgressCell(done, total), "progress");
         QTEST(CountCell(total), "count");
     }
@@ -149,10 +127,7 @@ private slots:
     }
 
     void metersTransfers_data() {
-        QTest::addColumn<std::vector<MeterStep>>("steps");
-        const auto row = [](const char* what, const std::vector<MeterStep>& steps) {
-            QTest::newRow(what) << steps;
-        };
+        const Columns<std::vector<MeterStep>> row("steps");
         const MeterStep first{0s, {{"a", 100, 1000}}, 100, 900, {}};
         const MeterStep second{2s, {{"a", 300, 1000}}, 300, 700, 7};
         row("the speed is known from the second sample on", {first, second});

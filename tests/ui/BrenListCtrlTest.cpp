@@ -14,13 +14,14 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 /// Three columns: a mark, a name and a delete icon.
 ListRow TaskRow(int number, const QString& note = {}) {
-    return {QStringLiteral("id%1").arg(number),
-            {QStringLiteral("#COLOR:RED"), QStringLiteral("Task %1").arg(number) + note,
-             QStringLiteral("#ICON:208#@@Click to delete")},
+    return {u"id%1"_s.arg(number),
+            {u"#COLOR:RED"_s, u"Task %1"_s.arg(number) + note, u"#ICON:208#@@Click to delete"_s},
             {{}, NumberSortKey(number), {}}};
 }
 
@@ -66,9 +67,9 @@ private:
 struct Table {
     explicit Table(std::vector<ListRow> rows, TableKind kind = TableKind::Record) {
         list->SetTableKind(kind);
-        list->AddColumn(QStringLiteral("Mark"), 40);
-        list->AddColumn(QStringLiteral("Name"), 150);
-        list->AddColumn(QStringLiteral("Action"), 60);
+        list->AddColumn(u"Mark"_s, 40);
+        list->AddColumn(u"Name"_s, 150);
+        list->AddColumn(u"Action"_s, 60);
         list->SetRows(std::move(rows));
         frame.reset(FindBar::Above(list));
         frame->resize(400, 300);
@@ -110,7 +111,7 @@ private slots:
         QCOMPARE(left.count(), 0); // queued
         table.list->SetRows(Tasks({9, 0, 1, 2, 3}));
         QTRY_COMPARE(left.count(), 1);
-        QCOMPARE(left.takeFirst(), (QVariantList{3, 2, QStringLiteral("id3")}));
+        QCOMPARE(left.takeFirst(), (QVariantList{3, 2, u"id3"_s}));
 
         table.Click(0, 0);
         QTest::mouseClick(table.list->viewport(), Qt::LeftButton, {}, {100, 230});
@@ -120,7 +121,7 @@ private slots:
         QCoreApplication::sendEvent(table.list->viewport(), &rightClick);
         delete table.list->findChild<QMenu*>();
         QTRY_COMPARE(right.count(), 1);
-        QCOMPARE(right.first(), (QVariantList{1, 1, QStringLiteral("id0")}));
+        QCOMPARE(right.first(), (QVariantList{1, 1, u"id0"_s}));
         QCOMPARE(left.count(), 0);
 
         // Another row below the pointer than the one that was pressed.
@@ -132,17 +133,12 @@ private slots:
         QTest::mouseDClick(table.list->viewport(), Qt::LeftButton, {}, table.Centre(3, 2));
         QTest::keyClick(table.list, Qt::Key_Return);
         QTRY_COMPARE(left.count(), 2);
-        QCOMPARE(left.first(), (QVariantList{3, 2, QStringLiteral("id3")}));
+        QCOMPARE(left.first(), (QVariantList{3, 2, u"id3"_s}));
         QCOMPARE(left.last(), left.first());
     }
 
     void TellsKeys_data() {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
-        QTest::addColumn<int>("code");
-        const auto row = [](const char* name, int key, Qt::KeyboardModifiers modifiers, int code) {
-            QTest::newRow(name) << key << modifiers << code;
-        };
+        const Columns<int, Qt::KeyboardModifiers, int> row("key", "modifiers", "code");
         row("delete", Qt::Key_Delete, {}, 0x2E);
         row("letter", Qt::Key_Q, {}, 0x51);
         row("digit", Qt::Key_7, {}, 0x37);
@@ -156,8 +152,7 @@ private slots:
     }
 
     void TellsKeys() {
-        QFETCH(int, key);
-        QFETCH(Qt::KeyboardModifiers, modifiers);
+        const auto [key, modifiers] = Fetched<int, Qt::KeyboardModifiers>();
         Table table(Tasks(3));
         QSignalSpy keys(table.list, &CBrenListCtrl::KeyReleased);
         QTest::keyClick(table.list, Qt::Key(key), modifiers);
@@ -172,14 +167,14 @@ private slots:
         {
             PaintWatch watch(*table.list);
             table.list->SetRows(Tasks(1000));
-            QVERIFY(table.list->SetCellText(3, 1, QStringLiteral("Task 3")));
+            QVERIFY(table.list->SetCellText(3, 1, u"Task 3"_s));
             QCOMPARE(watch.Painted(), QRegion());
         }
         {
             PaintWatch watch(*table.list);
             std::vector<ListRow> rows = Tasks(1000);
-            rows[4] = TaskRow(4, QStringLiteral(" paused"));
-            rows[900] = TaskRow(900, QStringLiteral(" out of sight"));
+            rows[4] = TaskRow(4, u" paused"_s);
+            rows[900] = TaskRow(900, u" out of sight"_s);
             table.list->SetRows(std::move(rows));
             QCOMPARE(watch.Painted(), QRegion(table.list->visualRect(table.list->model()->index(4, 1))));
         }
@@ -204,7 +199,7 @@ private slots:
         QCOMPARE(colour(0, 1), grey);
         QCOMPARE(colour(1, 1), QColor(Qt::white));
         QCOMPARE(colour(2, 0), QColor(Qt::white)); // a swatch
-        table.list->SetFilter(QStringLiteral("Task 1"));
+        table.list->SetFilter(u"Task 1"_s);
         QCOMPARE(colour(0, 1), grey);
         table.list->selectRow(0);
         QCOMPARE(colour(0, 1), table.list->palette().color(QPalette::Highlight));
@@ -231,8 +226,8 @@ private slots:
         std::swap(rows[0], rows[200]);
         rows.insert(rows.begin(), TaskRow(1000));
         table.list->SetRows(std::move(rows));
-        QCOMPARE(table.list->SelectedIds(), (QStringList{QStringLiteral("id102"), QStringLiteral("id104")}));
-        QCOMPARE(table.list->CurrentId(), QStringLiteral("id102"));
+        QCOMPARE(table.list->SelectedIds(), (QStringList{u"id102"_s, u"id104"_s}));
+        QCOMPARE(table.list->CurrentId(), u"id102"_s);
         QCOMPARE(table.list->rowViewportPosition(table.list->currentIndex().row()), offset);
     }
 
@@ -245,7 +240,7 @@ private slots:
             QCOMPARE(table.list->SelectedIds(), QStringList());
             QVERIFY(table.list->currentIndex().isValid());
             table.Click(1, 1);
-            table.list->SetFilter(QStringLiteral("Task 4"));
+            table.list->SetFilter(u"Task 4"_s);
             QCOMPARE(table.list->SelectedIds(), QStringList());
             table.list->SetFilter({});
             QCOMPARE(table.list->SelectedIds(), QStringList());
@@ -261,32 +256,32 @@ private slots:
             QTest::mouseClick(table.list->horizontalHeader()->viewport(), Qt::LeftButton, {}, {60, 18});
         };
         clickHeader();
-        QCOMPARE(table.Names().join(u' '), QStringLiteral("1 9 10 100"));
+        QCOMPARE(table.Names().join(u' '), u"1 9 10 100"_s);
         clickHeader();
-        QCOMPARE(table.Names().join(u' '), QStringLiteral("100 10 9 1"));
+        QCOMPARE(table.Names().join(u' '), u"100 10 9 1"_s);
         clickHeader();
-        QCOMPARE(table.Names().join(u' '), QStringLiteral("10 9 100 1"));
-        QCOMPARE(table.list->SelectedIds(), QStringList(QStringLiteral("id9")));
+        QCOMPARE(table.Names().join(u' '), u"10 9 100 1"_s);
+        QCOMPARE(table.list->SelectedIds(), QStringList(u"id9"_s));
     }
 
     void RefreshKeepsSortAndFilter() {
         Table table(Tasks({3, 1, 2}));
         table.list->SortByNext(1);
-        table.list->SetFilter(QStringLiteral("TASK"));
+        table.list->SetFilter(u"TASK"_s);
         std::vector<ListRow> rows = Tasks({5, 2, 0, 4});
-        rows.push_back({QStringLiteral("x"), {{}, QStringLiteral("Other"), {}}});
+        rows.push_back({u"x"_s, {{}, u"Other"_s, {}}});
         table.list->SetRows(std::move(rows));
-        QCOMPARE(table.Names().join(u' '), QStringLiteral("0 2 4 5"));
-        QVERIFY(table.list->SetCellText(1, 1, QStringLiteral("Task two")));
+        QCOMPARE(table.Names().join(u' '), u"0 2 4 5"_s);
+        QVERIFY(table.list->SetCellText(1, 1, u"Task two"_s));
         table.list->AppendRows({TaskRow(3)});
-        QCOMPARE(table.Names().join(u' '), QStringLiteral("0 two 3 4 5"));
+        QCOMPARE(table.Names().join(u' '), u"0 two 3 4 5"_s);
 
         // Many runs of rows that come and go at once.
         QList<int> all;
         for (int number = 0; number < 500; ++number)
             all.append(number * 7 % 500);
         table.list->SetRows(Tasks(all));
-        table.list->SetFilter(QStringLiteral("9"));
+        table.list->SetFilter(u"9"_s);
         const QStringList names = table.Names();
         QCOMPARE(names.size(), 500 - 5 * 81 + 0);
         table.list->SetFilter({});
@@ -300,32 +295,32 @@ private slots:
         QVERIFY(!words->isVisible());
         QTest::keyClick(table.list, Qt::Key_F, Qt::ControlModifier);
         QVERIFY(words->isVisible());
-        QTest::keyClicks(words, QStringLiteral("task 2"));
+        QTest::keyClicks(words, u"task 2"_s);
         QCOMPARE(table.list->model()->rowCount(), 11);
         bool counted = false;
         for (const QLabel* label : table.frame->findChildren<QLabel*>())
-            counted |= label->text() == QStringLiteral("11 of 30");
+            counted |= label->text() == u"11 of 30"_s;
         QVERIFY(counted);
         QTest::keyClick(words, Qt::Key_Escape);
         QVERIFY(!words->isVisible());
         QCOMPARE(table.list->model()->rowCount(), 30);
 
         // The words of a cell are found, its markup and hidden columns are not.
-        table.list->SetFilter(QStringLiteral("ICON"));
+        table.list->SetFilter(u"ICON"_s);
         QCOMPARE(table.list->model()->rowCount(), 0);
-        table.list->SetFilter(QStringLiteral("red"));
+        table.list->SetFilter(u"red"_s);
         QCOMPARE(table.list->model()->rowCount(), 30);
         table.list->SetColumnWidth(0, 0);
-        table.list->SetFilter(QStringLiteral("RED"));
+        table.list->SetFilter(u"RED"_s);
         QCOMPARE(table.list->model()->rowCount(), 0);
     }
 
     void FixedTableKeepsOrder() {
         Table table(Tasks({3, 1, 2}), TableKind::Fixed);
         QTest::mouseClick(table.list->horizontalHeader()->viewport(), Qt::LeftButton, {}, {60, 18});
-        table.list->SetFilter(QStringLiteral("Task 1"));
+        table.list->SetFilter(u"Task 1"_s);
         QTest::keyClick(table.list, Qt::Key_F, Qt::ControlModifier);
-        QCOMPARE(table.Names().join(u' '), QStringLiteral("3 1 2"));
+        QCOMPARE(table.Names().join(u' '), u"3 1 2"_s);
         QVERIFY(!table.frame->findChild<QLineEdit*>()->isVisible());
     }
 
@@ -339,23 +334,19 @@ private slots:
             QTest::keyClicks(table.list, keys);
             return table.list->CurrentId();
         };
-        QCOMPARE(typed(QStringLiteral("br")), QStringLiteral("Bravo"));
-        QCOMPARE(typed(QStringLiteral("b")), QStringLiteral("beta"));
-        QCOMPARE(typed(QStringLiteral("bb")), QStringLiteral("Bravo"));
-        QCOMPARE(typed(QStringLiteral("bbb")), QStringLiteral("beta"));
-        QCOMPARE(typed(QStringLiteral("zz")), QStringLiteral("alpha"));
+        QCOMPARE(typed(u"br"_s), u"Bravo"_s);
+        QCOMPARE(typed(u"b"_s), u"beta"_s);
+        QCOMPARE(typed(u"bb"_s), u"Bravo"_s);
+        QCOMPARE(typed(u"bbb"_s), u"beta"_s);
+        QCOMPARE(typed(u"zz"_s), u"alpha"_s);
     }
 
     void CopiesAndExports() {
         QTemporaryDir folder;
-        const QString path = folder.filePath(QStringLiteral("rows.csv"));
+        const QString path = folder.filePath(u"rows.csv"_s);
         std::vector<ListRow> rows;
-        rows.emplace_back(QStringLiteral("a"),
-                          QStringList{QStringLiteral("#COLOR:RED"), QStringLiteral("say \"hi\",\tyou"),
-                                      QStringLiteral("##gone")});
-        rows.emplace_back(
-            QStringLiteral("b"),
-            QStringList{QStringLiteral("#Progress:3 4@@3 of 4"), QString::fromUtf8("\u00e4\n"), {}});
+        rows.emplace_back(u"a"_s, QStringList{u"#COLOR:RED"_s, u"say \"hi\",\tyou"_s, u"##gone"_s});
+        rows.emplace_back(u"b"_s, QStringList{u"#Progress:3 4@@3 of 4"_s, QString::fromUtf8("\u00e4\n"), {}});
         Table table(std::move(rows));
         table.list->SetMultiSelection(true);
         table.list->SortByNext(1);
@@ -365,7 +356,7 @@ private slots:
         QCOMPARE(table.prompts.clipboardText,
                  QString::fromUtf8("75.00 % (3 of 4)\t\u00e4 \t\nred\tsay \"hi\", you\tgone"));
 
-        table.prompts.ExpectPick(QStringLiteral("Export"), path);
+        table.prompts.ExpectPick(u"Export"_s, path);
         table.list->SetColumnWidth(2, 0);
         table.list->ExportRows();
         QFile file(path);
@@ -378,11 +369,10 @@ private slots:
     void TellsWhenTheExportFails() {
         QTemporaryDir folder;
         Table table(Tasks(2));
-        table.prompts.ExpectPick(QStringLiteral("Export"), std::nullopt);
+        table.prompts.ExpectPick(u"Export"_s, std::nullopt);
         table.list->ExportRows();
-        table.prompts.ExpectPick(QStringLiteral("Export"),
-                                 folder.filePath(QStringLiteral("missing/rows.csv")));
-        table.prompts.ExpectMessage(QStringLiteral("The file could not be written."));
+        table.prompts.ExpectPick(u"Export"_s, folder.filePath(u"missing/rows.csv"_s));
+        table.prompts.ExpectMessage(u"The file could not be written."_s);
         table.list->ExportRows();
         QVERIFY(table.prompts.IsPlayed());
     }
@@ -392,7 +382,7 @@ private slots:
         qputenv("BREN_HOME", home.path().toUtf8());
         {
             Table table(Tasks(2));
-            table.list->RememberWidths(QStringLiteral("Tasks"));
+            table.list->RememberWidths(u"Tasks"_s);
             QWidget* header = table.list->horizontalHeader()->viewport();
             QTest::mousePress(header, Qt::LeftButton, {}, {190, 18});
             QTest::mouseMove(header, {210, 18});
@@ -402,14 +392,14 @@ private slots:
             QCOMPARE(table.list->columnWidth(2), table.list->viewport()->width() - 220); // fills the rest
         }
         Table same(Tasks(2));
-        same.list->RememberWidths(QStringLiteral("Tasks"));
+        same.list->RememberWidths(u"Tasks"_s);
         QCOMPARE(same.list->columnWidth(1), 180);
         Table other(Tasks(2));
-        other.list->RememberWidths(QStringLiteral("Others"));
+        other.list->RememberWidths(u"Others"_s);
         QCOMPARE(other.list->columnWidth(1), 150);
         Table wider(Tasks(2));
-        wider.list->AddColumn(QStringLiteral("New"), 20);
-        wider.list->RememberWidths(QStringLiteral("Tasks"));
+        wider.list->AddColumn(u"New"_s, 20);
+        wider.list->RememberWidths(u"Tasks"_s);
         QCOMPARE(wider.list->columnWidth(1), 150);
         wider.list->AddColumn({}, 24);
         QCOMPARE(wider.list->columnWidth(4), 24); // has no title to fill
@@ -418,16 +408,16 @@ private slots:
 
     void SpeaksInWords() {
         Table table(Tasks(2));
-        table.list->SetCellText(0, 1, QStringLiteral("#Progress:3 4@@3 of 4 processed"));
+        table.list->SetCellText(0, 1, u"#Progress:3 4@@3 of 4 processed"_s);
         QAccessible::setActive(true);
         QAccessibleInterface* list = QAccessible::queryAccessibleInterface(table.list);
         QVERIFY(list && list->tableInterface());
         const auto words = [&](int row, int column) {
             return list->tableInterface()->cellAt(row, column)->text(QAccessible::Name);
         };
-        QCOMPARE(words(0, 0), QStringLiteral("red"));
-        QCOMPARE(words(0, 1), QStringLiteral("75.00 % (3 of 4 processed)"));
-        QCOMPARE(words(1, 2), QStringLiteral("delete"));
+        QCOMPARE(words(0, 0), u"red"_s);
+        QCOMPARE(words(0, 1), u"75.00 % (3 of 4 processed)"_s);
+        QCOMPARE(words(1, 2), u"delete"_s);
     }
 };
 

@@ -3,6 +3,8 @@
 
 #include <limits>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr quint32 Huge = std::numeric_limits<quint32>::max();
@@ -13,15 +15,15 @@ CardLayoutRequest Request(quint32 count, quint32 page = 0, std::optional<quint32
 }
 
 QString Words(const CardLayout& layout) {
-    QStringList words{QStringLiteral("page %1 of %2").arg(layout.currentPage).arg(layout.pageCount)};
+    QStringList words{u"page %1 of %2"_s.arg(layout.currentPage).arg(layout.pageCount)};
     if (layout.showPrevious)
-        words.append(QStringLiteral("previous"));
+        words.append(u"previous"_s);
     if (layout.showPageLabel)
-        words.append(QStringLiteral("label"));
+        words.append(u"label"_s);
     if (layout.showNext)
-        words.append(QStringLiteral("next"));
+        words.append(u"next"_s);
     if (layout.hiddenCount > 0)
-        words.append(QStringLiteral("%1 hidden").arg(layout.hiddenCount));
+        words.append(u"%1 hidden"_s.arg(layout.hiddenCount));
     return words.join(u' ');
 }
 
@@ -32,13 +34,7 @@ class CardLayoutTest : public QObject {
 
 private slots:
     void pages_data() {
-        QTest::addColumn<quint32>("count");
-        QTest::addColumn<quint32>("page");
-        QTest::addColumn<int>("expanded");
-        QTest::addColumn<QString>("words");
-        const auto row = [](const char* name, quint32 count, quint32 page, int expanded, const char* words) {
-            QTest::newRow(name) << count << page << expanded << QString::fromLatin1(words);
-        };
+        const Columns<quint32, quint32, int, QString> row("count", "page", "expanded", "words");
         row("no card", 0, 0, -1, "page 0 of 0");
         row("no card, late page", 0, 5, -1, "page 0 of 0");
         row("one", 1, 0, -1, "page 0 of 1");
@@ -54,10 +50,7 @@ private slots:
     }
 
     void pages() {
-        QFETCH(quint32, count);
-        QFETCH(quint32, page);
-        QFETCH(int, expanded);
-        QFETCH(QString, words);
+        const auto [count, page, expanded, words] = Fetched<quint32, quint32, int, QString>();
         const auto index = expanded < 0 ? std::nullopt : std::optional(static_cast<quint32>(expanded));
         const std::optional<CardLayout> layout = LayOutCards(Request(count, page, index));
         QVERIFY(layout);
@@ -86,15 +79,8 @@ private slots:
     }
 
     void laysNothingOutWithoutRoom_data() {
-        QTest::addColumn<quint32>("height");
-        QTest::addColumn<quint32>("topMargin");
-        QTest::addColumn<quint32>("cardHeight");
-        QTest::addColumn<quint32>("gap");
-        QTest::addColumn<bool>("room");
-        const auto row = [](const char* name, quint32 height, quint32 topMargin, quint32 cardHeight,
-                            quint32 gap, bool room) {
-            QTest::newRow(name) << height << topMargin << cardHeight << gap << room;
-        };
+        const Columns<quint32, quint32, quint32, quint32, bool> row("height", "topMargin", "cardHeight",
+                                                                    "gap", "room");
         row("just fits", 160, 20, 100, 20, true);
         row("a pixel short", 159, 20, 100, 20, false);
         row("lower than its margins", 39, 20, 100, 20, false);
@@ -105,10 +91,7 @@ private slots:
     }
 
     void laysNothingOutWithoutRoom() {
-        QFETCH(quint32, height);
-        QFETCH(quint32, topMargin);
-        QFETCH(quint32, cardHeight);
-        QFETCH(quint32, gap);
+        const auto [height, topMargin, cardHeight, gap] = Fetched<quint32, quint32, quint32, quint32>();
         CardLayoutRequest request = Request(7);
         request.height = height;
         request.geometry.topMargin = topMargin;
@@ -135,18 +118,15 @@ private slots:
     }
 
     void expandedHeights_data() {
-        QTest::addColumn<quint32>("fixed");
-        QTest::addColumn<quint32>("least");
-        QTest::addColumn<quint32>("height");
-        QTest::newRow("what is left") << 0U << 0U << 340U;
-        QTest::newRow("fixed") << 123U << 200U << 123U;
-        QTest::newRow("at least") << 0U << 500U << 500U;
-        QTest::newRow("more than the least") << 0U << 200U << 340U;
+        const Columns<quint32, quint32, quint32> row("fixed", "least", "height");
+        row("what is left", 0, 0, 340);
+        row("fixed", 123, 200, 123);
+        row("at least", 0, 500, 500);
+        row("more than the least", 0, 200, 340);
     }
 
     void expandedHeights() {
-        QFETCH(quint32, fixed);
-        QFETCH(quint32, least);
+        const auto [fixed, least] = Fetched<quint32, quint32>();
         CardLayoutRequest request = Request(7, 0, 0);
         request.geometry.expandedHeight = fixed;
         request.geometry.minExpandedHeight = least;

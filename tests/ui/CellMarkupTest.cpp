@@ -7,16 +7,11 @@ class CellMarkupTest : public QObject {
 
 private slots:
     void Parses_data() {
-        QTest::addColumn<QString>("cell");
-        QTest::addColumn<int>("kind");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<qint64>("first");  // icon, position, swatch, or the ellipsis flag of a plain cell
-        QTest::addColumn<qint64>("second"); // maximum
-        const auto row = [](const char* cell, CellKind kind, const char* text, qint64 first = 0,
-                            qint64 second = 0) {
-            QTest::newRow(cell) << QString::fromUtf8(cell) << int(kind) << QString::fromUtf8(text) << first
-                                << second;
-        };
+        // First: icon, position, swatch, or the ellipsis flag of a plain cell. Second: maximum.
+        const Columns<QString, CellKind, QString, qint64, qint64> columns("cell", "kind", "text", "first",
+                                                                          "second");
+        const auto row = [&](const char* cell, CellKind kind, const char* text, qint64 first = 0,
+                             qint64 second = 0) { columns(cell, kind, text, first, second); };
         row("", CellKind::Plain, "");
         row("Uploading...", CellKind::Plain, "Uploading...", 1);
         row(" #ICON:5", CellKind::Plain, " #ICON:5");
@@ -47,26 +42,17 @@ private slots:
     }
 
     void Parses() {
-        QFETCH(QString, cell);
-        QFETCH(int, kind);
-        QFETCH(qint64, first);
-        QFETCH(qint64, second);
+        const auto [cell, kind, text, first, second] = Fetched<QString, CellKind, QString, qint64, qint64>();
         const CellMarkup read = CellMarkup::Parse(cell);
-        QCOMPARE(int(read.kind), kind);
-        QTEST(read.text.toString(), "text");
+        QCOMPARE(read.kind, kind);
+        QCOMPARE(read.text.toString(), text);
         const qint64 firsts[] = {read.ellipsis, read.icon, read.position, 0, qint64(read.swatch)};
-        QCOMPARE(firsts[kind], first);
+        QCOMPARE(firsts[int(kind)], first);
         QCOMPARE(qint64(read.maximum), second);
     }
 
     void SaysWords_data() {
-        QTest::addColumn<QString>("cell");
-        QTest::addColumn<QString>("caption");
-        QTest::addColumn<QString>("words");
-        const auto row = [](const char* cell, const char* caption, const char* words) {
-            QTest::newRow(cell) << QString::fromUtf8(cell) << QString::fromUtf8(caption)
-                                << QString::fromUtf8(words);
-        };
+        const Columns<QString, QString, QString> row("cell", "caption", "words");
         row("#Progress:3 4@@3 of 4 processed", "75.00% (3 of 4 processed)", "75.00 % (3 of 4 processed)");
         row("#Progress:1 3@@a@@b", "33.33% (a@@b)", "33.33 % (a@@b)");
         row("#Progress:1 3@@", "33.33% ()", "33.33 % ()");

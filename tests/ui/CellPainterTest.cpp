@@ -7,7 +7,7 @@
 #include <QImage>
 #include <QPainter>
 
-Q_DECLARE_METATYPE(CellLook)
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -38,23 +38,19 @@ QImage Painted(const QString& text, CellLook look = {}) {
 /// Where pixels differ from the colour.
 QRect Other(const QImage& image, QRgb colour) {
     QRect area;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
             if (image.pixel(x, y) != colour)
                 area |= QRect(x, y, 1, 1);
-        }
-    }
     return area;
 }
 
 /// Whether some pixel has the colour.
 bool HasInk(const QImage& image, QRgb colour) {
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
             if (image.pixel(x, y) == colour)
                 return true;
-        }
-    }
     return false;
 }
 
@@ -65,12 +61,8 @@ class CellPainterTest : public QObject {
 
 private slots:
     void Gradients_data() {
-        QTest::addColumn<int>("mode");
-        QTest::addColumn<QSize>("size");
-        QTest::addColumn<QList<int>>("greys"); // along the gradient; -1: not painted
-        const auto row = [](const char* name, int mode, QSize size, const QList<int>& greys) {
-            QTest::newRow(name) << mode << size << greys;
-        };
+        // greys: along the gradient; -1: not painted
+        const Columns<int, QSize, QList<int>> row("mode", "size", "greys");
         row("solid", 0, {2, 3}, {0, 0, 0});
         row("vertical", 1, {2, 7}, {0, 8, 17, 25, 34, 42, 51});
         row("horizontal", 2, {7, 2}, {0, 8, 17, 25, 34, 42, 51});
@@ -85,9 +77,7 @@ private slots:
     }
 
     void Gradients() {
-        QFETCH(int, mode);
-        QFETCH(QSize, size);
-        QFETCH(QList<int>, greys);
+        const auto [mode, size, greys] = Fetched<int, QSize, QList<int>>();
         QImage image = Blank(size);
         QPainter painter(&image);
         PaintGradient(painter, image.rect(), 0xFF000000, 0xFF3C3C3C, GradientMode(mode));
@@ -107,11 +97,11 @@ private slots:
     }
 
     void FillsItsCellOnly_data() {
-        QTest::addColumn<QString>("text");
+        const Columns<QString> row("text");
         for (const char* text :
              {"plain", "Uploading...", "#ICON:209", "#ICON:0", "#Progress:1 2@@long caption that is cut",
               "#Progress:1 0", "##struck", "#COLOR:RED", ""})
-            QTest::newRow(text) << QString::fromUtf8(text);
+            row(text, text);
     }
 
     void FillsItsCellOnly() {
@@ -120,44 +110,35 @@ private slots:
     }
 
     void DrawsText_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<CellLook>("look");
-        QTest::addColumn<QRgb>("back");
-        QTest::addColumn<QRgb>("ink");
-        const auto row = [](const char* name, const char* text, bool grey, bool accent, bool selected,
-                            QRgb back, QRgb ink) {
-            CellLook look;
-            look.grey = grey;
-            look.accent = accent;
-            look.selected = selected;
-            QTest::newRow(name) << QString::fromUtf8(text) << look << back << ink;
-        };
+        const Columns<QString, CellLook, QRgb, QRgb> row("text", "look", "back", "ink");
         constexpr QRgb grey = 0xFFF0F0F0;
         constexpr QRgb green = 0xFF008000;
         constexpr QRgb black = 0xFF000000;
-        row("plain", "HHHH", false, false, false, White, black);
-        row("shaded", "HHHH", true, false, false, grey, black);
-        row("ellipsis", "HHHH...", true, false, false, grey, green);
-        row("accent", "HHHH", false, true, false, White, green);
-        row("selected", "HHHH...", true, true, true, Highlight, White);
-        row("no colour", "#COLOR:BLUE", false, false, false, White, black);
-        row("struck", "##HHHH", true, true, true, White, 0xFFCCCCCC);
+        CellLook shaded;
+        CellLook accent;
+        CellLook all;
+        shaded.grey = accent.accent = all.grey = all.accent = all.selected = true;
+        row("plain", "HHHH", {}, White, black);
+        row("shaded", "HHHH", shaded, grey, black);
+        row("ellipsis", "HHHH...", shaded, grey, green);
+        row("accent", "HHHH", accent, White, green);
+        row("selected", "HHHH...", all, Highlight, White);
+        row("no colour", "#COLOR:BLUE", {}, White, black);
+        row("struck", "##HHHH", all, White, 0xFFCCCCCC);
     }
 
     void DrawsText() {
-        QFETCH(QString, text);
-        QFETCH(CellLook, look);
-        QFETCH(QRgb, ink);
+        const auto [text, look, back, ink] = Fetched<QString, CellLook, QRgb, QRgb>();
         const QImage image = Painted(text, look);
         for (const QPoint corner : {Cell.topLeft(), Cell.topRight(), Cell.bottomLeft(), Cell.bottomRight()})
-            QTEST(image.pixel(corner), "back");
+            QCOMPARE(image.pixel(corner), back);
         QVERIFY(HasInk(image, ink));
     }
 
     void DrawsBars() {
         CellLook selected;
         selected.selected = selected.grey = true;
-        const QImage image = Painted(QStringLiteral("#Progress:1 3"), selected);
+        const QImage image = Painted(u"#Progress:1 3"_s, selected);
         // 108 wide: a frame of 100 from 4, filled for 33; 24 high: bars of 20 from 2.
         const QRect frame(Cell.x() + 4, Cell.y() + 2, 100, 20);
         const int filledEnd = frame.x() + 33;
@@ -169,14 +150,13 @@ private slots:
         QCOMPARE(image.pixel(filledEnd, frame.y()), qRgb(227 - 66 * 12 / 20, 188, 188));
         QCOMPARE(image.pixel(frame.x(), frame.y() + 8), qRgb(0, 255, 0));
         QCOMPARE(image.pixel(frame.right(), frame.y() + 8), qRgb(0xE3, 0xE3, 0xE3));
-        QVERIFY(HasInk(Painted(QStringLiteral("#Progress:1 3@@HHHH")), 0xFF000000));
-        QCOMPARE(Other(Painted(QStringLiteral("#Progress:5 0@@HHHH")).copy(Cell), White), QRect());
+        QVERIFY(HasInk(Painted(u"#Progress:1 3@@HHHH"_s), 0xFF000000));
+        QCOMPARE(Other(Painted(u"#Progress:5 0@@HHHH"_s).copy(Cell), White), QRect());
     }
 
     void DrawsIconsAndSwatches() {
         const QRect square(46, 4, 16, 16);
-        const QRect icon =
-            Other(Painted(QStringLiteral("#ICON:%1#@@HHHHHHHHHH").arg(UploadIcon)).copy(Cell), White);
+        const QRect icon = Other(Painted(u"#ICON:%1#@@HHHHHHHHHH"_s.arg(UploadIcon)).copy(Cell), White);
         QVERIFY(!icon.isEmpty() && square.contains(icon));
         for (const char* none :
              {"#ICON:0#@@Uploading...", "#ICON:77777777", "#ICON:-5", "#ICON:123456789012345678901234"})
@@ -194,10 +174,8 @@ private slots:
     void SurvivesSmallCells() {
         const QString long64K(65536, u'\u200B');
         for (const QSize size : {QSize(0, 0), QSize(1, 1), QSize(7, 3), QSize(8, 4), QSize(9, 5)}) {
-            for (const QString& text :
-                 {QStringLiteral("x..."), QStringLiteral("##x"), QStringLiteral("#ICON:209"),
-                  QStringLiteral("#COLOR:RED"), QStringLiteral("#Progress:-1 -2@@") + long64K, long64K,
-                  QStringLiteral("\u202E##\u202C")}) {
+            for (const QString& text : {u"x..."_s, u"##x"_s, u"#ICON:209"_s, u"#COLOR:RED"_s,
+                                        u"#Progress:-1 -2@@"_s + long64K, long64K, u"\u202E##\u202C"_s}) {
                 QImage image = Blank();
                 QPainter painter(&image);
                 CellLook look;

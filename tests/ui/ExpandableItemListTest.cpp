@@ -8,6 +8,8 @@
 #include <QPointer>
 #include <QSignalSpy>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 /// A card that counts how often it was shown live.
@@ -76,7 +78,7 @@ public:
 QStringList Titles(int count) {
     QStringList titles;
     for (int number = 1; number <= count; ++number)
-        titles.append(QStringLiteral("Card %1").arg(number));
+        titles.append(u"Card %1"_s.arg(number));
     return titles;
 }
 
@@ -110,7 +112,7 @@ private slots:
         QCOMPARE(list.CardCount(), 100);
         list.ToggleCard(*list.CardAt(0));
 
-        QPointer<CExpandableItem> refused = new CountingCard(QStringLiteral("Card 101"));
+        QPointer<CExpandableItem> refused = new CountingCard(u"Card 101"_s);
         QVERIFY(!list.AddItem(std::unique_ptr<CExpandableItem>(refused)));
         QVERIFY(!refused);
         QCOMPARE(list.CardCount(), 100);
@@ -130,16 +132,15 @@ private slots:
         TestList list;
         list.Refresh(Titles(7));
         QCOMPARE(list.Shown(), Titles(3));
-        QCOMPARE(list.Links(), (QStringList{QStringLiteral("1 of 3 Pages"), QStringLiteral("Next Page")}));
+        QCOMPARE(list.Links(), (QStringList{u"1 of 3 Pages"_s, u"Next Page"_s}));
         list.PreviousPage();
         QCOMPARE(list.CurrentPage(), 0);
 
-        list.ClickLink(QStringLiteral("Next"));
+        list.ClickLink(u"Next"_s);
         QCOMPARE(list.Shown(), Titles(6).mid(3));
-        list.ClickLink(QStringLiteral("Next"));
+        list.ClickLink(u"Next"_s);
         QCOMPARE(list.Shown(), Titles(7).mid(6));
-        QCOMPARE(list.Links(),
-                 (QStringList{QStringLiteral("Previous Page"), QStringLiteral("3 of 3 Pages")}));
+        QCOMPARE(list.Links(), (QStringList{u"Previous Page"_s, u"3 of 3 Pages"_s}));
         list.NextPage();
         QCOMPARE(list.CurrentPage(), 2);
 
@@ -161,16 +162,16 @@ private slots:
         list.Refresh(Titles(7));
         list.NextPage();
         CountingCard* card = list.Card(4);
-        list.frame.SetStatusText(QStringLiteral("page"));
+        list.frame.SetStatusText(u"page"_s);
 
         QTest::mouseClick(card, Qt::LeftButton, {}, {100, 35});
         QCOMPARE(list.ExpandedCard(), card);
         QVERIFY(card->IsExpanded());
         QCOMPARE(card->geometry(), QRect(10, 20, 780, 340));
-        QCOMPARE(list.Shown(), QStringList{QStringLiteral("Card 5")});
-        QCOMPARE(list.Links(), QStringList{QStringLiteral("6 item(s) hidden, click here to show all items")});
+        QCOMPARE(list.Shown(), QStringList{u"Card 5"_s});
+        QCOMPARE(list.Links(), QStringList{u"6 item(s) hidden, click here to show all items"_s});
         QCOMPARE(card->expansions, 1);
-        QCOMPARE(list.frame.StatusText(), QStringLiteral("page"));
+        QCOMPARE(list.frame.StatusText(), u"page"_s);
 
         QTest::mouseClick(card, Qt::LeftButton, {}, {100, 5});
         QVERIFY(!list.ExpandedCard());
@@ -183,7 +184,7 @@ private slots:
         QCOMPARE(list.Card(3)->collapses, 1);
         QVERIFY(!list.Card(3)->IsExpanded());
         QCOMPARE(list.ExpandedCard(), card);
-        list.ClickLink(QStringLiteral("here"));
+        list.ClickLink(u"here"_s);
         QVERIFY(!list.ExpandedCard());
         QCOMPARE(list.CurrentPage(), 1);
         QCOMPARE(list.allShown, 3);
@@ -210,8 +211,7 @@ private slots:
         CountingCard* first = list.Card(0);
         list.ToggleCard(*first);
 
-        list.Refresh({QStringLiteral("CARD 1"), QStringLiteral("card 2"), QStringLiteral("Card 3"),
-                      QStringLiteral("Card 4")});
+        list.Refresh({u"CARD 1"_s, u"card 2"_s, u"Card 3"_s, u"Card 4"_s});
         QVERIFY(!list.removed);
         QCOMPARE(list.CardCount(), 4);
         QCOMPARE(list.ExpandedCard(), first);
@@ -224,7 +224,7 @@ private slots:
         QVERIFY(!list.removed);
         QCOMPARE(list.ExpandedCard(), first);
 
-        list.Refresh({QStringLiteral("Card 1"), QStringLiteral("New")});
+        list.Refresh({u"Card 1"_s, u"New"_s});
         QVERIFY(list.removed);
         QVERIFY(!list.ExpandedCard());
         QCOMPARE(first->collapses, 1);
@@ -243,7 +243,7 @@ private slots:
         QVERIFY(!list.ExpandedCard());
         QCOMPARE(card->collapses, 1);
         QCOMPARE(list.CurrentPage(), 1);
-        QCOMPARE(list.Shown(), QStringList{QStringLiteral("Card 4")});
+        QCOMPARE(list.Shown(), QStringList{u"Card 4"_s});
         QVERIFY(list.Card(3)->hasFocus());
         QTRY_VERIFY(!card);
         QTest::keyClick(list.focusWidget(), Qt::Key_Escape);
@@ -256,7 +256,7 @@ private slots:
         TestList list;
         list.Refresh(Titles(2));
         QPointer<CountingCard> card = list.Card(0);
-        card->AddAction(QStringLiteral("Cancel"), 332, [&list, card] { list.RemoveCard(*card); });
+        card->AddAction(u"Cancel"_s, 332, [&list, card] { list.RemoveCard(*card); });
         list.RecalcLayout();
         QTest::mouseClick(card->findChildren<CardButton*>().last(), Qt::LeftButton);
         QCOMPARE(list.CardCount(), 1);
@@ -276,9 +276,9 @@ private slots:
         QVERIFY(card->IsExpanded());
 
         // The status text is another page's by now.
-        list.frame.SetStatusText(QStringLiteral("other page"));
-        list.Refresh({QStringLiteral("New")});
-        QCOMPARE(list.frame.StatusText(), QStringLiteral("other page"));
+        list.frame.SetStatusText(u"other page"_s);
+        list.Refresh({u"New"_s});
+        QCOMPARE(list.frame.StatusText(), u"other page"_s);
         QCOMPARE(list.allShown, 0);
     }
 
@@ -286,7 +286,7 @@ private slots:
         TestList list;
         QVERIFY(QTest::qWaitForWindowActive(&list));
         list.Refresh(Titles(5));
-        list.Card(0)->AddAction(QStringLiteral("Start"), 331, [] {});
+        list.Card(0)->AddAction(u"Start"_s, 331, [] {});
         list.Card(0)->setFocus();
         const auto press = [&list](Qt::Key key) { QTest::keyClick(list.focusWidget(), key); };
         const auto focused = [&list](int index) {
@@ -318,7 +318,7 @@ private slots:
         QTest::keyClick(list.Card(0), Qt::Key_Tab);
         auto* start = qobject_cast<CardButton*>(list.focusWidget());
         QVERIFY(start);
-        QCOMPARE(start->accessibleName(), QStringLiteral("Start"));
+        QCOMPARE(start->accessibleName(), u"Start"_s);
         press(Qt::Key_Down);
         QVERIFY(focused(1));
     }
@@ -353,21 +353,21 @@ private slots:
         QTRY_COMPARE(note.Painted(), card->rect());
         note.Take();
 
-        card->SetStatusText(QStringLiteral("Next Run"));
+        card->SetStatusText(u"Next Run"_s);
         QCOMPARE(painted(), QRect(480, 0, 250, 36));
         card->SetProgress(500);
         QCOMPARE(painted(), QRect(0, 33, 780, 3));
-        card->SetStatusText(QStringLiteral("NEXT RUN"));
+        card->SetStatusText(u"NEXT RUN"_s);
         QCOMPARE(painted(), QRect());
-        QCOMPARE(card->StatusText(), QStringLiteral("Next Run"));
+        QCOMPARE(card->StatusText(), u"Next Run"_s);
         QCOMPARE(card->Progress(), 500);
-        card->SetStatusText(QStringLiteral("Paused"));
+        card->SetStatusText(u"Paused"_s);
         QCOMPARE(card->Progress(), 0);
         painted();
 
-        card->SetStatusIcon(361, 1, QStringLiteral("Running"), 7);
+        card->SetStatusIcon(361, 1, u"Running"_s, 7);
         QCOMPARE(painted(), QRect(726, 0, 54, 36));
-        card->SetStatusIcon(361, 1, QStringLiteral("Other"), 8);
+        card->SetStatusIcon(361, 1, u"Other"_s, 8);
         QCOMPARE(painted(), QRect());
         QCOMPARE(card->StatusValue(), 7);
         card->SetStatusIcon(361, 2);
@@ -380,7 +380,7 @@ private slots:
         list.Refresh(Titles(1));
         CountingCard* card = list.Card(0);
         int runs = 0;
-        const int start = card->AddAction(QStringLiteral("Start Now"), 331, [&runs] { ++runs; });
+        const int start = card->AddAction(u"Start Now"_s, 331, [&runs] { ++runs; });
         list.RecalcLayout();
         const QPoint place = card->ActionRect(start).center();
         QWidget* button = card->childAt(place);
@@ -400,8 +400,8 @@ private slots:
         QVERIFY(button->hasFocus());
 
         card->EnableAction(start, true);
-        card->SetAction(start, QStringLiteral("Pause"), 330);
-        QCOMPARE(card->ActionCaption(start), QStringLiteral("Pause"));
+        card->SetAction(start, u"Pause"_s, 330);
+        QCOMPARE(card->ActionCaption(start), u"Pause"_s);
         QTest::mouseClick(button, Qt::LeftButton);
         QCOMPARE(runs, 3);
     }
@@ -410,18 +410,17 @@ private slots:
         TestList list;
         list.Refresh(Titles(1));
         CountingCard* card = list.Card(0);
-        QCOMPARE(card->accessibleName(), QStringLiteral("Card 1"));
-        card->SetBodyText(QStringLiteral("Mirrored Backup"));
-        card->SetStatusIcon(363, 3, QStringLiteral("Failed"));
-        card->SetStatusText(QStringLiteral("Next Run: NA"));
-        QCOMPARE(card->accessibleDescription(),
-                 QStringLiteral("Mirrored Backup, Failed, Next Run: NA, collapsed"));
+        QCOMPARE(card->accessibleName(), u"Card 1"_s);
+        card->SetBodyText(u"Mirrored Backup"_s);
+        card->SetStatusIcon(363, 3, u"Failed"_s);
+        card->SetStatusText(u"Next Run: NA"_s);
+        QCOMPARE(card->accessibleDescription(), u"Mirrored Backup, Failed, Next Run: NA, collapsed"_s);
         list.ToggleCard(*card);
-        QVERIFY(card->accessibleDescription().endsWith(QStringLiteral(", expanded")));
-        card->AddAction(QStringLiteral("<b>Cancel</b>"), 332, [] {});
+        QVERIFY(card->accessibleDescription().endsWith(u", expanded"_s));
+        card->AddAction(u"<b>Cancel</b>"_s, 332, [] {});
         const CardButton* cancel = card->findChildren<CardButton*>().last();
-        QCOMPARE(cancel->accessibleName(), QStringLiteral("<b>Cancel</b>"));
-        QVERIFY(cancel->toolTip().contains(QStringLiteral("&lt;b&gt;Cancel")));
+        QCOMPARE(cancel->accessibleName(), u"<b>Cancel</b>"_s);
+        QVERIFY(cancel->toolTip().contains(u"&lt;b&gt;Cancel"_s));
     }
 };
 

@@ -3,17 +3,14 @@
 
 #include <limits>
 
+using namespace Qt::Literals::StringLiterals;
+
 class FormattersTest : public QObject {
     Q_OBJECT
 
 private slots:
     void sizes_data() {
-        QTest::addColumn<quint64>("bytes");
-        QTest::addColumn<QString>("text");
-        const auto row = [](quint64 bytes, const char* text) {
-            QTest::addRow("%llu", static_cast<unsigned long long>(bytes))
-                << bytes << QString::fromLatin1(text);
-        };
+        const Columns<quint64, QString> row("bytes", "text");
         row(0, " 0.000 KB");
         row(1, " 0.001 KB");
         row(1023, " 0.999 KB");
@@ -36,11 +33,7 @@ private slots:
     }
 
     void durations_data() {
-        QTest::addColumn<quint32>("seconds");
-        QTest::addColumn<QString>("text");
-        const auto row = [](quint32 seconds, const char* text) {
-            QTest::addRow("%u", seconds) << seconds << QString::fromLatin1(text);
-        };
+        const Columns<quint32, QString> row("seconds", "text");
         row(0, "00:00:00");
         row(59, "00:00:59");
         row(60, "00:01:00");
@@ -54,8 +47,8 @@ private slots:
     void durations() {
         QFETCH(quint32, seconds);
         QTEST(FormatDuration(seconds), "text");
-        QCOMPARE(FormatRemaining(QStringLiteral("%2"), FormatDuration(seconds)),
-                 QStringLiteral("%2 (") + FormatDuration(seconds) + QStringLiteral(") Remaining"));
+        QCOMPARE(FormatRemaining(u"%2"_s, FormatDuration(seconds)),
+                 u"%2 ("_s + FormatDuration(seconds) + u") Remaining"_s);
     }
 };
 

@@ -3,17 +3,14 @@
 
 #include <QSignalSpy>
 
+using namespace Qt::Literals::StringLiterals;
+
 class LinkLabelTest : public QObject {
     Q_OBJECT
 
 private slots:
     void parsesSpans_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("plain");
-        QTest::addColumn<bool>("takesKeys");
-        const auto row = [](const char* text, const char* plain, bool takesKeys) {
-            QTest::newRow(text) << QString::fromLatin1(text) << QString::fromLatin1(plain) << takesKeys;
-        };
+        const Columns<QString, QString, bool> row("text", "plain", "takesKeys");
         row("", "", false);
         row("no link", "no link", false);
         row("<a>Next Page</a>", "Next Page", true);
@@ -35,7 +32,7 @@ private slots:
     }
 
     void isClickedByMouse() {
-        LinkLabel label(QStringLiteral("click <a>here</a>"));
+        LinkLabel label(u"click <a>here</a>"_s);
         label.show();
         label.resize(label.sizeHint());
         const QSignalSpy clicks(&label, &LinkLabel::LinkClicked);
@@ -50,8 +47,8 @@ private slots:
         QWidget window;
         auto* before = new QWidget(&window);
         before->setFocusPolicy(Qt::StrongFocus);
-        auto* label = new LinkLabel(QStringLiteral("<a>first</a>"), &window);
-        label->SetText(QStringLiteral("<a>first</a>, <a>second</a>"));
+        auto* label = new LinkLabel(u"<a>first</a>"_s, &window);
+        label->SetText(u"<a>first</a>, <a>second</a>"_s);
         window.show();
         QVERIFY(QTest::qWaitForWindowActive(&window));
         before->setFocus();
@@ -61,7 +58,7 @@ private slots:
         QTest::keyClick(label, Qt::Key_Return);
         QTest::keyClick(label, Qt::Key_Tab);
         QTest::keyClick(label, Qt::Key_Return);
-        label->SetText(QStringLiteral("now <a>third</a>"));
+        label->SetText(u"now <a>third</a>"_s);
         QTest::keyClick(label, Qt::Key_Enter);
         QCOMPARE(clicks.count(), 3);
         for (const auto& [click, span] : {std::pair(0, 0), {1, 1}, {2, 0}})

@@ -4,6 +4,7 @@
 
 #include <stdexcept>
 
+using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
@@ -11,13 +12,13 @@ namespace {
 QString Word(LoadOutcome outcome) {
     switch (outcome) {
     case LoadOutcome::Answered:
-        return QStringLiteral("answered");
+        return u"answered"_s;
     case LoadOutcome::Cancelled:
-        return QStringLiteral("cancelled");
+        return u"cancelled"_s;
     case LoadOutcome::Failed:
         break;
     }
-    return QStringLiteral("failed");
+    return u"failed"_s;
 }
 
 /// A page that notes what it is given to apply.
@@ -71,8 +72,7 @@ private slots:
         reader.Finish();
 
         QCOMPARE(page.applied,
-                 (QStringList{QStringLiteral("7"), QStringLiteral("failed"), QStringLiteral("failed"),
-                              QStringLiteral("cancelled"), QStringLiteral("cancelled")}));
+                 (QStringList{u"7"_s, u"failed"_s, u"failed"_s, u"cancelled"_s, u"cancelled"_s}));
         QVERIFY(!page.loader.IsReading());
     }
 
@@ -83,8 +83,8 @@ private slots:
         page.Load(2);
         page.Load(3);
         reader.StepAll();
-        page.applied.removeAll(QStringLiteral("cancelled"));
-        QCOMPARE(page.applied, QStringList{QStringLiteral("3")});
+        page.applied.removeAll(u"cancelled"_s);
+        QCOMPARE(page.applied, QStringList{u"3"_s});
     }
 
     void anOlderAnswerMayComeLast() {
@@ -96,7 +96,7 @@ private slots:
         reader.Work(Lane::Databases);
         reader.Finish(1);
         reader.Finish(0);
-        QCOMPARE(page.applied, (QStringList{QStringLiteral("2"), QStringLiteral("cancelled")}));
+        QCOMPARE(page.applied, (QStringList{u"2"_s, u"cancelled"_s}));
     }
 
     void nothingIsAppliedToAClosedPage() {
@@ -145,7 +145,7 @@ private slots:
         QVERIFY(page.loader.IsReading());
         QVERIFY(!page.loader.IsTimerRunning());
         reader.StepAll();
-        QCOMPARE(page.applied, (QStringList{QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")}));
+        QCOMPARE(page.applied, (QStringList{u"1"_s, u"2"_s, u"3"_s}));
         QVERIFY(page.loader.IsTimerRunning());
     }
 
@@ -164,7 +164,7 @@ private slots:
         front.loader.Command(Lane::Service, fetch, note("second command"));
         hidden.hide();
         reader.StepAll();
-        QCOMPARE(order.join(u','), QStringLiteral("first command,second command,front,hidden"));
+        QCOMPARE(order.join(u','), u"first command,second command,front,hidden"_s);
     }
 
     void commandsAreNotCancelled() {
@@ -177,7 +177,7 @@ private slots:
         page.loader.Cancel();
         page.Load(3);
         reader.StepAll();
-        QCOMPARE(page.applied, (QStringList{QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")}));
+        QCOMPARE(page.applied, (QStringList{u"1"_s, u"2"_s, u"3"_s}));
     }
 
     void theTimerRestsDuringARead() {
@@ -209,7 +209,7 @@ private slots:
         page.Load(1);
         page.hide();
         reader.StepAll();
-        QCOMPARE(page.applied, QStringList{QStringLiteral("1")});
+        QCOMPARE(page.applied, QStringList{u"1"_s});
         QVERIFY(!page.loader.IsTimerRunning());
 
         int refreshes = 0;

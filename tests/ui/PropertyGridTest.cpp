@@ -63,40 +63,29 @@ class PropertyGridTest : public QObject {
 
 private slots:
     void editorsCommit_data() {
-        QTest::addColumn<ValueType>("type");
-        QTest::addColumn<QString>("before");
-        QTest::addColumn<QString>("entered");
-        QTest::addColumn<QString>("end");
-        QTest::addColumn<QString>("after");
+        const Columns<ValueType, QString, QString, QString, QString> row("type", "before", "entered", "end",
+                                                                         "after");
 
-        QTest::newRow("enter") << ValueType::String << u"old"_s << u"new"_s << u"enter"_s << u"new"_s;
-        QTest::newRow("focus lost") << ValueType::String << u"old"_s << u"new"_s << u"leave"_s << u"new"_s;
-        QTest::newRow("escape") << ValueType::String << u"old"_s << u"new"_s << u"escape"_s << QString();
-        QTest::newRow("untouched") << ValueType::String << u"old"_s << u"old"_s << u"leave"_s << QString();
-        QTest::newRow("other case only")
-            << ValueType::String << u"old"_s << u"OLD"_s << u"enter"_s << QString();
-        QTest::newRow("emptied") << ValueType::String << u"old"_s << u""_s << u"enter"_s << u""_s;
-        QTest::newRow("filled") << ValueType::String << u""_s << u"new"_s << u"enter"_s << u"new"_s;
-        QTest::newRow("number") << ValueType::Integer << u"5"_s << u"50"_s << u"enter"_s << u"50"_s;
-        QTest::newRow("same number") << ValueType::Integer << u"5"_s << u"5"_s << u"leave"_s << QString();
-        QTest::newRow("number emptied") << ValueType::Integer << u"5"_s << u""_s << u"enter"_s << QString();
-        QTest::newRow("boolean") << ValueType::Boolean << u"True"_s << u"False"_s << u"enter"_s << u"False"_s;
-        QTest::newRow("boolean left")
-            << ValueType::Boolean << u"False"_s << u"True"_s << u"leave"_s << u"True"_s;
-        QTest::newRow("same boolean")
-            << ValueType::Boolean << u"True"_s << u"True"_s << u"enter"_s << QString();
-        QTest::newRow("boolean of other case")
-            << ValueType::Boolean << u"true"_s << u"True"_s << u"leave"_s << QString();
-        QTest::newRow("boolean cancelled")
-            << ValueType::Boolean << u"True"_s << u"False"_s << u"escape"_s << QString();
+        row("enter", ValueType::String, "old", "new", "enter", "new");
+        row("focus lost", ValueType::String, "old", "new", "leave", "new");
+        row("escape", ValueType::String, "old", "new", "escape", {});
+        row("untouched", ValueType::String, "old", "old", "leave", {});
+        row("other case only", ValueType::String, "old", "OLD", "enter", {});
+        row("emptied", ValueType::String, "old", "", "enter", "");
+        row("filled", ValueType::String, "", "new", "enter", "new");
+        row("number", ValueType::Integer, "5", "50", "enter", "50");
+        row("same number", ValueType::Integer, "5", "5", "leave", {});
+        row("number emptied", ValueType::Integer, "5", "", "enter", {});
+        row("boolean", ValueType::Boolean, "True", "False", "enter", "False");
+        row("boolean left", ValueType::Boolean, "False", "True", "leave", "True");
+        row("same boolean", ValueType::Boolean, "True", "True", "enter", {});
+        row("boolean of other case", ValueType::Boolean, "true", "True", "leave", {});
+        row("boolean cancelled", ValueType::Boolean, "True", "False", "escape", {});
     }
 
     void editorsCommit() {
-        QFETCH(ValueType, type);
-        QFETCH(QString, before);
-        QFETCH(QString, entered);
-        QFETCH(QString, end);
-        QFETCH(QString, after);
+        const auto [type, before, entered, end, after] =
+            Fetched<ValueType, QString, QString, QString, QString>();
         GridWindow window;
         CPropertyGroup* group = window.AddGroup(u"G"_s, {{u"L"_s, before, u"K"_s, type, {}, false}});
         window.Present();
@@ -126,23 +115,20 @@ private slots:
     }
 
     void valuesOpenTheirEditor_data() {
-        QTest::addColumn<ValueType>("type");
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<QString>("editor");
-        QTest::newRow("boolean") << ValueType::Boolean << u"False"_s << u"combo False"_s;
-        QTest::newRow("boolean ignoring case") << ValueType::Boolean << u"tRUE"_s << u"combo True"_s;
-        QTest::newRow("neither true nor false") << ValueType::Boolean << u"1"_s << u"combo "_s;
-        QTest::newRow("boolean like a path") << ValueType::Boolean << u"C:\\"_s << u"combo "_s;
-        QTest::newRow("text") << ValueType::String << u"a text"_s << u"edit a text"_s;
-        QTest::newRow("colon elsewhere") << ValueType::String << u"CC:\\"_s << u"edit CC:\\"_s;
-        QTest::newRow("colon alone") << ValueType::String << u"C:/"_s << u"edit C:/"_s;
-        QTest::newRow("number") << ValueType::Integer << u"-7"_s << u"edit -7"_s;
-        QTest::newRow("no number") << ValueType::Integer << u"many"_s << u"edit many"_s;
+        const Columns<ValueType, QString, QString> row("type", "value", "editor");
+        row("boolean", ValueType::Boolean, "False", "combo False");
+        row("boolean ignoring case", ValueType::Boolean, "tRUE", "combo True");
+        row("neither true nor false", ValueType::Boolean, "1", "combo ");
+        row("boolean like a path", ValueType::Boolean, "C:\\", "combo ");
+        row("text", ValueType::String, "a text", "edit a text");
+        row("colon elsewhere", ValueType::String, "CC:\\", "edit CC:\\");
+        row("colon alone", ValueType::String, "C:/", "edit C:/");
+        row("number", ValueType::Integer, "-7", "edit -7");
+        row("no number", ValueType::Integer, "many", "edit many");
     }
 
     void valuesOpenTheirEditor() {
-        QFETCH(ValueType, type);
-        QFETCH(QString, value);
+        const auto [type, value] = Fetched<ValueType, QString>();
         GridWindow window;
         CPropertyGroup* group = window.AddGroup(u"G"_s, {{u"L"_s, value, u"K"_s, type, {}, false}});
         window.Present();
@@ -157,21 +143,16 @@ private slots:
     }
 
     void foldersAreChosen_data() {
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<std::optional<QString>>("picked");
-        QTest::addColumn<QStringList>("commits");
-        QTest::newRow("drive") << u"C:\\Data"_s << std::optional(u"D:\\More"_s)
-                               << QStringList{u"G/1 K=D:\\More"_s};
-        QTest::newRow("same folder") << u"C:\\Data"_s << std::optional(u"c:\\data"_s) << QStringList();
-        QTest::newRow("cancelled") << u"C:\\Data"_s << std::optional<QString>() << QStringList();
+        const Columns<QString, std::optional<QString>, QStringList> row("value", "picked", "commits");
+        row("drive", "C:\\Data", u"D:\\More"_s, {u"G/1 K=D:\\More"_s});
+        row("same folder", "C:\\Data", u"c:\\data"_s, QStringList());
+        row("cancelled", "C:\\Data", {}, QStringList());
         if (QDir::isAbsolutePath(u"/srv/a"_s))
-            QTest::newRow("absolute")
-                << u"/srv/a"_s << std::optional(u"/srv/b"_s) << QStringList{u"G/1 K=/srv/b"_s};
+            row("absolute", "/srv/a", u"/srv/b"_s, {u"G/1 K=/srv/b"_s});
     }
 
     void foldersAreChosen() {
-        QFETCH(QString, value);
-        QFETCH(std::optional<QString>, picked);
+        const auto [value, picked] = Fetched<QString, std::optional<QString>>();
         GridWindow window;
         CPropertyGroup* group =
             window.AddGroup(u"G"_s, {{u"Cache folder"_s, value, u"K"_s, ValueType::String, {}, false}});
@@ -184,15 +165,14 @@ private slots:
     }
 
     void integersAreIntegers_data() {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("value");
-        QTest::newRow("largest") << u"2147483647"_s << u"2147483647"_s;
-        QTest::newRow("smallest") << u"-2147483648"_s << u"-2147483648"_s;
-        QTest::newRow("a digit too many") << u"21474836470"_s << u"2147483647"_s;
-        QTest::newRow("letters") << u"1a2b"_s << u"12"_s;
-        QTest::newRow("point and group") << u"1.0,0"_s << u"100"_s;
-        QTest::newRow("leading zeros") << u"007"_s << u"7"_s;
-        QTest::newRow("sign alone") << u"-"_s << u"5"_s;
+        const Columns<QString, QString> row("typed", "value");
+        row("largest", "2147483647", "2147483647");
+        row("smallest", "-2147483648", "-2147483648");
+        row("a digit too many", "21474836470", "2147483647");
+        row("letters", "1a2b", "12");
+        row("point and group", "1.0,0", "100");
+        row("leading zeros", "007", "7");
+        row("sign alone", "-", "5");
     }
 
     void integersAreIntegers() {

@@ -164,9 +164,9 @@ private slots:
     }
 
     void goesOnAfterItWasLeft_data() {
-        QTest::addColumn<int>("came");
-        QTest::newRow("before the first row") << 0;
-        QTest::newRow("after some rows") << 3;
+        const Columns<int> row("came");
+        row("before the first row", 0);
+        row("after some rows", 3);
     }
 
     void goesOnAfterItWasLeft() {

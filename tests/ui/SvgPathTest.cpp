@@ -12,12 +12,7 @@ class SvgPathTest : public QObject {
 
 private slots:
     void ReadsPaths_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QRectF>("bounds");
-        QTest::addColumn<QPointF>("end");
-        const auto row = [](const char* name, const char* text, QRectF bounds, QPointF end) {
-            QTest::newRow(name) << QString::fromLatin1(text) << bounds << end;
-        };
+        const Columns<QString, QRectF, QPointF> row("text", "bounds", "end");
         row("absolute lines", "M1 2L5 6H9V3", {1, 2, 8, 4}, {9, 3});
         row("relative lines", "m1 2l4 4h4v-3", {1, 2, 8, 4}, {9, 3});
         row("a move's further points are lines", "M1 1 4 1 4 5", {1, 1, 3, 4}, {4, 5});
@@ -38,9 +33,7 @@ private slots:
     }
 
     void ReadsPaths() {
-        QFETCH(QString, text);
-        QFETCH(QRectF, bounds);
-        QFETCH(QPointF, end);
+        const auto [text, bounds, end] = Fetched<QString, QRectF, QPointF>();
         const std::optional<QPainterPath> path = ParseSvgPath(text);
         QVERIFY(path);
         const auto near = [](QPointF a, QPointF b) { return (a - b).manhattanLength() < 0.01; };
@@ -51,10 +44,10 @@ private slots:
     }
 
     void RefusesOtherText_data() {
-        QTest::addColumn<QString>("text");
+        const Columns<QString> row("text");
         for (const char* text : {"M1", "M1 2L", "1 2", "M1 2Q3 4 5 6", "M1 2zz9", "M1 2A3 4 0 0 1 5 6",
                                  "M1 2A3 3 0 2 1 5 6", "M1 2A0 0 0 0 1 5 6", "M1 2L3 x", "M1..2 3"})
-            QTest::newRow(text) << QString::fromLatin1(text);
+            row(text, text);
     }
 
     void RefusesOtherText() {

@@ -5,6 +5,8 @@
 
 #include <QPointer>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 /// A page that writes into a common log what it is told.
@@ -24,7 +26,7 @@ public:
     void OnCommand(int command) override { m_log.append(m_name + QString::number(command)); }
 
 protected:
-    void CreatePanel() override { m_log.append(QStringLiteral("create ") + m_name); }
+    void CreatePanel() override { m_log.append(u"create "_s + m_name); }
 
 private:
     QString m_name;
@@ -71,9 +73,9 @@ private slots:
         TestTabs tabs;
         QCOMPARE(tabs.Log(), QString());
         tabs.Activate();
-        QCOMPARE(tabs.Log(), QStringLiteral("create A +A"));
+        QCOMPARE(tabs.Log(), u"create A +A"_s);
         tabs.SelectPage(1);
-        QCOMPARE(tabs.Log(), QStringLiteral("-A create B +B"));
+        QCOMPARE(tabs.Log(), u"-A create B +B"_s);
         QVERIFY(!tabs.findChildren<LoggingPage*>().at(0)->isVisible());
         QVERIFY(tabs.CurrentPage()->isVisible());
         QCOMPARE(tabs.CurrentPage()->geometry(), QRect(0, 37, 800, 363));
@@ -81,7 +83,7 @@ private slots:
         tabs.Deactivate();
         tabs.SelectPage(0);
         tabs.Activate();
-        QCOMPARE(tabs.Log(), QStringLiteral("B7 -B -B +A"));
+        QCOMPARE(tabs.Log(), u"B7 -B -B +A"_s);
     }
 
     void showsFirstTabs() {
@@ -90,15 +92,15 @@ private slots:
         tabs.SelectPage(1);
         tabs.Log();
         tabs.ShowFirstTabs(2);
-        QCOMPARE(tabs.Tabs(), QStringLiteral("11000"));
-        QCOMPARE(tabs.Log(), QStringLiteral("B1146"));
+        QCOMPARE(tabs.Tabs(), u"11000"_s);
+        QCOMPARE(tabs.Log(), u"B1146"_s);
         tabs.ShowAllTabs(2);
-        QCOMPARE(tabs.Tabs(), QStringLiteral("11111"));
-        QCOMPARE(tabs.Log(), QStringLiteral("B1146"));
+        QCOMPARE(tabs.Tabs(), u"11111"_s);
+        QCOMPARE(tabs.Log(), u"B1146"_s);
         tabs.SelectPage(3);
         tabs.Log();
         tabs.ShowFirstTabs(2);
-        QCOMPARE(tabs.Log(), QStringLiteral("-D +A"));
+        QCOMPARE(tabs.Log(), u"-D +A"_s);
         QCOMPARE(tabs.CurrentIndex(), 0);
     }
 
@@ -107,11 +109,11 @@ private slots:
         tabs.Activate();
         tabs.Log();
         tabs.ShowAllTabs(4);
-        QCOMPARE(tabs.Tabs(), QStringLiteral("11101"));
-        QCOMPARE(tabs.Log(), QStringLiteral("A1146"));
+        QCOMPARE(tabs.Tabs(), u"11101"_s);
+        QCOMPARE(tabs.Log(), u"A1146"_s);
         tabs.ShowFirstTabs(0);
         tabs.ShowAllTabs(0);
-        QCOMPARE(tabs.Tabs(), QStringLiteral("11111"));
+        QCOMPARE(tabs.Tabs(), u"11111"_s);
         QCOMPARE(tabs.CurrentIndex(), 0);
         QVERIFY(tabs.CurrentPage()->isVisible());
     }
@@ -127,16 +129,16 @@ private slots:
         QVERIFY(!tabs.CurrentPage());
         tabs.ShowAllTabs(0);
         QCoreApplication::sendPostedEvents();
-        QCOMPARE(log.join(u' '), QStringLiteral("create A +A A1146"));
+        QCOMPARE(log.join(u' '), u"create A +A A1146"_s);
     }
 
     void refusesTheHundredAndFirst() {
         TestTabs tabs;
         while (tabs.PageCount() < 100)
-            QVERIFY(tabs.AddTab(QStringLiteral("more"), tabs.Page("more"), 0));
+            QVERIFY(tabs.AddTab(u"more"_s, tabs.Page("more"), 0));
         const std::unique_ptr<CBrenPanel> refused(tabs.Page("refused"));
-        QVERIFY(!tabs.AddTab(QStringLiteral("refused"), refused.get(), 0));
-        QVERIFY(!tabs.AddHiddenTab(QStringLiteral("refused"), refused.get(), 0));
+        QVERIFY(!tabs.AddTab(u"refused"_s, refused.get(), 0));
+        QVERIFY(!tabs.AddHiddenTab(u"refused"_s, refused.get(), 0));
         QCOMPARE(tabs.PageCount(), 100);
         QVERIFY(!refused->parent());
     }
@@ -156,7 +158,7 @@ private slots:
     void aPostedCommandToADeadPageIsLost() {
         NotingFrame frame;
         QStringList log;
-        auto page = std::make_unique<LoggingPage>(frame, QStringLiteral("A"), log);
+        auto page = std::make_unique<LoggingPage>(frame, u"A"_s, log);
         page->PostCommand(1);
         page.reset();
         QCoreApplication::sendPostedEvents();

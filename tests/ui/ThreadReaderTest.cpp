@@ -6,6 +6,8 @@
 #include <mutex>
 #include <thread>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 /// Something that a test opens and a work waits for.
@@ -64,16 +66,16 @@ private slots:
         QStringList order;
         reader.Submit(MakeJob(
             Lane::Service, [&](std::stop_token stop) { gate.Wait(stop); },
-            [&] { order.append(QStringLiteral("service 1")); }));
+            [&] { order.append(u"service 1"_s); }));
         reader.Submit(MakeJob(
-            Lane::Service, [](std::stop_token) {}, [&] { order.append(QStringLiteral("service 2")); }));
+            Lane::Service, [](std::stop_token) {}, [&] { order.append(u"service 2"_s); }));
         reader.Submit(MakeJob(
             Lane::Databases, [](std::stop_token) {},
             [&] {
-                order.append(QStringLiteral("databases"));
+                order.append(u"databases"_s);
                 gate.Open();
             }));
-        QTRY_COMPARE(order.join(u','), QStringLiteral("databases,service 1,service 2"));
+        QTRY_COMPARE(order.join(u','), u"databases,service 1,service 2"_s);
     }
 
     void overtakesByPriority() {
@@ -91,7 +93,7 @@ private slots:
         QTRY_VERIFY(started);
         ReadPriority first = ReadPriority::Front;
         Reader::Job hiddenLater = MakeJob(
-            Lane::Service, [](std::stop_token) {}, [&] { order.append(QStringLiteral("hidden")); });
+            Lane::Service, [](std::stop_token) {}, [&] { order.append(u"hidden"_s); });
         hiddenLater.priority = [&first] { return first; };
         reader.Submit(hiddenLater);
         for (const auto& [priority, name] :
@@ -101,7 +103,7 @@ private slots:
                 [&order, name = name] { order.append(QLatin1String(name)); }, priority));
         first = ReadPriority::Hidden;
         gate.Open();
-        QTRY_COMPARE(order.join(u','), QStringLiteral("command,front,hidden"));
+        QTRY_COMPARE(order.join(u','), u"command,front,hidden"_s);
     }
 
     void endsAStoppedJobThatWaitsBehindABusyOne() {
@@ -159,7 +161,7 @@ private slots:
                 reader.Submit(std::move(job));
             }
         }
-        QCOMPARE(carriedOut, QStringList({QStringLiteral("first"), QStringLiteral("second")}));
+        QCOMPARE(carriedOut, QStringList({u"first"_s, u"second"_s}));
     }
 };
 

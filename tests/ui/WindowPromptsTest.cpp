@@ -9,6 +9,8 @@
 #include <QMessageBox>
 #include <QTemporaryDir>
 
+using namespace Qt::Literals::StringLiterals;
+
 class WindowPromptsTest : public QObject {
     Q_OBJECT
 
@@ -20,21 +22,18 @@ private slots:
     }
 
     void asksYesOrNo_data() {
-        QTest::addColumn<int>("button");
-        QTest::addColumn<int>("key");
-        QTest::addColumn<bool>("yes");
-        QTest::newRow("yes") << int(QMessageBox::Yes) << 0 << true;
-        QTest::newRow("no") << int(QMessageBox::No) << 0 << false;
-        QTest::newRow("escape") << 0 << int(Qt::Key_Escape) << false;
-        QTest::newRow("enter") << 0 << int(Qt::Key_Return) << false;
-        QTest::newRow("close") << 0 << 0 << false;
+        const Columns<int, int, bool> row("button", "key", "yes");
+        row("yes", QMessageBox::Yes, 0, true);
+        row("no", QMessageBox::No, 0, false);
+        row("escape", 0, Qt::Key_Escape, false);
+        row("enter", 0, Qt::Key_Return, false);
+        row("close", 0, 0, false);
     }
 
     void asksYesOrNo() {
-        QFETCH(int, button);
-        QFETCH(int, key);
+        const auto [button, key] = Fetched<int, int>();
         std::optional<bool> answer;
-        m_prompts.AskYesNo(m_asker, QStringLiteral("Really?"), [&answer](bool yes) { answer = yes; });
+        m_prompts.AskYesNo(m_asker, u"Really?"_s, [&answer](bool yes) { answer = yes; });
         QVERIFY(!answer);
         QPointer<QMessageBox> box = Opened<QMessageBox>();
         QVERIFY(box && box->isVisible());
@@ -52,13 +51,13 @@ private slots:
 
     void showsDataAsPlainText() {
         bool closed = false;
-        const QString text = QStringLiteral("Delete <b>\"A & B\"</b>?\n");
+        const QString text = u"Delete <b>\"A & B\"</b>?\n"_s;
         m_prompts.ShowMessage(
-            m_asker, text, [&closed] { closed = true; }, QStringLiteral("<i>why</i>"));
+            m_asker, text, [&closed] { closed = true; }, u"<i>why</i>"_s);
         auto* box = Opened<QMessageBox>();
         QCOMPARE(box->text(), text);
         QCOMPARE(box->textFormat(), Qt::PlainText);
-        QCOMPARE(box->detailedText(), QStringLiteral("<i>why</i>"));
+        QCOMPARE(box->detailedText(), u"<i>why</i>"_s);
         QVERIFY(!closed);
         box->button(QMessageBox::Ok)->click();
         QVERIFY(closed);
@@ -69,10 +68,10 @@ private slots:
 
     void anAskerThatIsGoneHearsNothing() {
         bool heard = false;
-        m_prompts.AskYesNo(m_asker, QStringLiteral("Really?"), [&heard](bool) { heard = true; });
+        m_prompts.AskYesNo(m_asker, u"Really?"_s, [&heard](bool) { heard = true; });
         delete m_asker;
         Opened<QMessageBox>()->button(QMessageBox::Yes)->click();
-        m_prompts.AskYesNo(m_window.get(), QStringLiteral("Really?"), [&heard](bool) { heard = true; });
+        m_prompts.AskYesNo(m_window.get(), u"Really?"_s, [&heard](bool) { heard = true; });
         m_window.reset();
         QVERIFY(!heard);
     }
@@ -86,25 +85,23 @@ private slots:
             picked = std::move(path);
             ++answers;
         };
-        m_prompts.PickPath(m_asker, {PickKind::Folder, QStringLiteral("Folder"), folder.path(), {}}, answer);
+        m_prompts.PickPath(m_asker, {PickKind::Folder, u"Folder"_s, folder.path(), {}}, answer);
         Opened<QFileDialog>()->selectFile(folder.path());
         static_cast<QDialog*>(Opened<QFileDialog>())->accept();
         QCOMPARE(answers, 1);
         QCOMPARE(picked, folder.path());
         QTRY_VERIFY(!Opened<QFileDialog>());
 
-        m_prompts.PickPath(
-            m_asker,
-            {PickKind::FileToSave, QStringLiteral("Save"), folder.filePath(QStringLiteral("a.csv")), {}},
-            answer);
+        m_prompts.PickPath(m_asker, {PickKind::FileToSave, u"Save"_s, folder.filePath(u"a.csv"_s), {}},
+                           answer);
         Opened<QFileDialog>()->reject();
         QCOMPARE(answers, 2);
         QVERIFY(!picked);
     }
 
     void writesTheClipboard() {
-        m_prompts.SetClipboardText(QStringLiteral("a\tb"));
-        QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("a\tb"));
+        m_prompts.SetClipboardText(u"a\tb"_s);
+        QCOMPARE(QApplication::clipboard()->text(), u"a\tb"_s);
     }
 
 private:

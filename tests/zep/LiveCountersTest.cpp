@@ -11,16 +11,17 @@
 #include <set>
 #include <thread>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using namespace LiveTrace;
 
-const QString taskId = QStringLiteral("{0A1B2C3D-0000-4000-8000-00000000ABCD}");
+const QString taskId = u"{0A1B2C3D-0000-4000-8000-00000000ABCD}"_s;
 
 RunningSubTask Transfer(const QString& task, const QString& file) {
-    return {task,          QStringLiteral("Docs"),  QStringLiteral("Upload"),
-            file,          QStringLiteral("/home"), QStringLiteral("Sending"),
-            5'000'000'000, 6'000'000'000,           QStringLiteral("Chunk 3")};
+    return {task,         u"Docs"_s,     u"Upload"_s,   file,        u"/home"_s,
+            u"Sending"_s, 5'000'000'000, 6'000'000'000, u"Chunk 3"_s};
 }
 
 LiveTraceSnapshot Sample() {
@@ -28,8 +29,7 @@ LiveTraceSnapshot Sample() {
     snapshot.counters = {{TraceCounter::DriveLetter, u'Z'}, {TraceCounter::TaskTable, 7}};
     snapshot.netIoTotal = {5'000'000'000, 17};
     snapshot.tasks[taskId] = {10, 4, std::nullopt, 0};
-    snapshot.running = {Transfer(taskId, QStringLiteral("\u20ac.txt")),
-                        Transfer(QStringLiteral("other"), QString())};
+    snapshot.running = {Transfer(taskId, u"\u20ac.txt"_s), Transfer(u"other"_s, QString())};
     return snapshot;
 }
 
@@ -47,9 +47,7 @@ class LiveCountersTest : public QObject {
 
     std::optional<QTemporaryDir> m_folder;
 
-    std::filesystem::path File() const {
-        return ToPath(m_folder->filePath(QStringLiteral("trace/livetrace.map")));
-    }
+    std::filesystem::path File() const { return ToPath(m_folder->filePath(u"trace/livetrace.map"_s)); }
 
     void Write(std::span<const quint32> words, qsizetype octetsCut = 0) const {
         QByteArray octets;
@@ -72,7 +70,7 @@ class LiveCountersTest : public QObject {
             names += running.fileName;
             return true;
         });
-        return known ? names : QStringList(QStringLiteral("unknown"));
+        return known ? names : QStringList(u"unknown"_s);
     }
 
     static bool IsKnown(const LiveCounters& counters) {
@@ -95,15 +93,14 @@ private slots:
         QCOMPARE(counts.processed, 4U);
         QVERIFY(!counts.running);
         QCOMPARE(counts.pendingRetry, 0U);
-        QVERIFY(!counters.ZEPTraceGetSTaskInfo(QStringLiteral("another")).total);
-        QCOMPARE(RunningFiles(counters, {}), QStringList({QStringLiteral("\u20ac.txt"), QString()}));
-        QCOMPARE(RunningFiles(counters, taskId.toLower()), QStringList(QStringLiteral("\u20ac.txt")));
+        QVERIFY(!counters.ZEPTraceGetSTaskInfo(u"another"_s).total);
+        QCOMPARE(RunningFiles(counters, {}), QStringList({u"\u20ac.txt"_s, QString()}));
+        QCOMPARE(RunningFiles(counters, taskId.toLower()), QStringList(u"\u20ac.txt"_s));
         int calls = 0;
         QVERIFY(counters.ZEPEnumTasksWithCallBackEx({}, [&calls](const RunningSubTask& running) {
             ++calls;
             return running.bytesDone != 5'000'000'000 || running.bytesTotal != 6'000'000'000 ||
-                   running.description != QLatin1String("Chunk 3") ||
-                   running.status != QLatin1String("Sending");
+                   running.description != "Chunk 3"_L1 || running.status != "Sending"_L1;
         }));
         QCOMPARE(calls, 1);
     }
@@ -142,7 +139,7 @@ private slots:
         LiveTraceSnapshot snapshot = Sample();
         QVERIFY(writer.Publish(snapshot));
         QCOMPARE(RunningFiles(counters, {}).size(), 2);
-        snapshot.running.assign(2000, Transfer(taskId, QStringLiteral("file")));
+        snapshot.running.assign(2000, Transfer(taskId, u"file"_s));
         QVERIFY(writer.Publish(snapshot));
         QCOMPARE(RunningFiles(counters, {}).size(), 2000);
         QVERIFY(writer.Publish(Sample()));
@@ -153,37 +150,35 @@ private slots:
     }
 
     void DamagedFilesAreUnknown_data() {
-        QTest::addColumn<quint32>("place");
-        QTest::addColumn<quint32>("word");
+        const Columns<quint32, quint32> row("place", "word");
         const std::vector<quint32> words = SampleWords();
         const quint32 size = quint32(words.size());
         const quint32 taskRow = words[TaskTable];
         const quint32 runningRow = words[RunningTable];
         const quint32 poolSize = words[StringPool + 1];
-        QTest::newRow("another file") << quint32(MagicWord) << 0U;
-        QTest::newRow("later version") << quint32(VersionWord) << Version + 1;
-        QTest::newRow("being written") << quint32(SequenceWord) << 3U;
-        QTest::newRow("uses more than the file") << quint32(UsedWords) << size + 1;
-        QTest::newRow("uses all there could be") << quint32(UsedWords) << Unknown;
-        QTest::newRow("uses less than its tables") << quint32(UsedWords) << size - 1;
-        QTest::newRow("uses no header") << quint32(UsedWords) << 0U;
-        QTest::newRow("counters in the header") << quint32(CounterTable) << 0U;
-        QTest::newRow("counters behind the file") << quint32(CounterTable) << size + 1;
-        QTest::newRow("too many counters") << CounterTable + 1 << Unknown;
-        QTest::newRow("tasks at the end") << quint32(TaskTable) << size;
-        QTest::newRow("too many tasks") << TaskTable + 1 << size / TaskRowWords + 1;
-        QTest::newRow("tasks that wrap to few") << TaskTable + 1 << 0x80000000U;
-        QTest::newRow("too many running") << RunningTable + 1 << 0x10000000U;
-        QTest::newRow("strings behind the file") << quint32(StringPool) << Unknown;
-        QTest::newRow("strings too long") << StringPool + 1 << poolSize + 8;
-        QTest::newRow("text behind the strings") << taskRow << poolSize + 1;
-        QTest::newRow("text too long") << taskRow + 1 << poolSize + 1;
-        QTest::newRow("text that wraps") << runningRow + 1 << Unknown;
-        QTest::newRow("texts that share octets") << taskRow + 1 << poolSize;
+        row("another file", MagicWord, 0);
+        row("later version", VersionWord, Version + 1);
+        row("being written", SequenceWord, 3);
+        row("uses more than the file", UsedWords, size + 1);
+        row("uses all there could be", UsedWords, Unknown);
+        row("uses less than its tables", UsedWords, size - 1);
+        row("uses no header", UsedWords, 0);
+        row("counters in the header", CounterTable, 0);
+        row("counters behind the file", CounterTable, size + 1);
+        row("too many counters", CounterTable + 1, Unknown);
+        row("tasks at the end", TaskTable, size);
+        row("too many tasks", TaskTable + 1, size / TaskRowWords + 1);
+        row("tasks that wrap to few", TaskTable + 1, 0x80000000U);
+        row("too many running", RunningTable + 1, 0x10000000U);
+        row("strings behind the file", StringPool, Unknown);
+        row("strings too long", StringPool + 1, poolSize + 8);
+        row("text behind the strings", taskRow, poolSize + 1);
+        row("text too long", taskRow + 1, poolSize + 1);
+        row("text that wraps", runningRow + 1, Unknown);
+        row("texts that share octets", taskRow + 1, poolSize);
     }
     void DamagedFilesAreUnknown() {
-        QFETCH(quint32, place);
-        QFETCH(quint32, word);
+        auto [place, word] = Fetched<quint32, quint32>();
         std::vector<quint32> words = SampleWords();
         LiveCounters counters(File());
         Write(words);
@@ -193,7 +188,7 @@ private slots:
         Write(words);
         QVERIFY(!IsKnown(counters));
         QVERIFY(!counters.ZEPTraceGetSTaskInfo(taskId).total);
-        QCOMPARE(RunningFiles(counters, {}), QStringList(QStringLiteral("unknown")));
+        QCOMPARE(RunningFiles(counters, {}), QStringList(u"unknown"_s));
         QCOMPARE(counters.ZEPHttpGetLastNetIOSize().sent, 0U);
         std::swap(words[place], word);
         words[SequenceWord] = 8;

@@ -6,13 +6,15 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+using namespace Qt::Literals::StringLiterals;
+
 class MuiTest : public QObject {
     Q_OBJECT
 
     QTemporaryDir m_home;
 
     void Brand(const QByteArray& octets) {
-        QFile file(m_home.filePath(QStringLiteral("branding.xml")));
+        QFile file(m_home.filePath(u"branding.xml"_s));
         QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
         QCOMPARE(file.write(octets), octets.size());
         file.close();
@@ -20,14 +22,14 @@ class MuiTest : public QObject {
     }
 
     QByteArray Log() const {
-        QFile log(m_home.filePath(QStringLiteral("logging/BTaskMMC.log")));
+        QFile log(m_home.filePath(u"logging/BTaskMMC.log"_s));
         return log.open(QIODevice::ReadOnly) ? log.readAll() : QByteArray();
     }
 
 private slots:
     void init() {
         qputenv("BREN_HOME", QFile::encodeName(m_home.path()));
-        QFile::remove(m_home.filePath(QStringLiteral("logging/BTaskMMC.log")));
+        QFile::remove(m_home.filePath(u"logging/BTaskMMC.log"_s));
     }
 
     void cleanup() {
@@ -40,44 +42,36 @@ private slots:
             QVERIFY2(!ZEPMuiGetStringW(number).isEmpty(), qPrintable(QString::number(number)));
         for (const int number : {102, 105, 107, 119, 138})
             QVERIFY2(!ZEPMuiGetBrandingStringW(number).isEmpty(), qPrintable(QString::number(number)));
-        QCOMPARE(ZEPMuiGetBrandingStringW(119), QStringLiteral("Brenvia Orbitdesk"));
+        QCOMPARE(ZEPMuiGetBrandingStringW(119), u"Brenvia Orbitdesk"_s);
         QCOMPARE(ZEPMuiGetStringW(119), QString());
         QCOMPARE(ZEPMuiGetBrandingStringW(-1), QString());
     }
 
     void BrandingFiles_data() {
-        QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<QString>("desktop");
-        QTest::addColumn<QString>("message");
-        QTest::addColumn<QByteArray>("trace");
-        const QString ownDesktop = QStringLiteral("Brenvia Orbitdesk");
-        const QString ownMessage = QStringLiteral("Please select a folder first.");
+        const Columns<QByteArray, QString, QString, QByteArray> row("file", "desktop", "message", "trace");
+        const QString ownDesktop = u"Brenvia Orbitdesk"_s;
+        const QString ownMessage = u"Please select a folder first."_s;
         const QByteArray good = "<Branding Number='119'>Caf\xC3\xA9 &amp; Co</Branding>";
-        const QString other = QStringLiteral("Caf\u00e9 & Co");
+        const QString other = u"Caf\u00e9 & Co"_s;
         const auto document = [](const QByteArray& entries) -> QByteArray {
             return "<BrandingTexts>" + entries + "</BrandingTexts>";
         };
-        QTest::newRow("both kinds") << document(good + "<Message Number='309'>Pick one</Message>") << other
-                                    << QStringLiteral("Pick one") << QByteArray();
-        QTest::newRow("made empty") << document("<Message Number='309'/>") << ownDesktop << QString()
-                                    << QByteArray();
-        QTest::newRow("longest") << document("<Message Number='309'>" + QByteArray(4095, 'x') + "</Message>")
-                                 << ownDesktop << QString(4095, u'x') << QByteArray();
-        QTest::newRow("too long") << document(good + "<Message Number='309'>" + QByteArray(4096, 'x') +
-                                              "</Message>")
-                                  << other << ownMessage << QByteArray("too long");
-        QTest::newRow("unknown number") << document("<Branding Number='9'>x</Branding>" + good) << other
-                                        << ownMessage << QByteArray("unknown Branding number");
-        QTest::newRow("no number") << document("<Message>x</Message>" + good) << other << ownMessage
-                                   << QByteArray("unknown Message number");
-        QTest::newRow("unknown element") << document("<Icon Number='309'>x</Icon>" + good) << other
-                                         << ownMessage << QByteArray("unknown element");
-        QTest::newRow("not well-formed")
-            << "<BrandingTexts>" + good << ownDesktop << ownMessage << QByteArray("not a branding document");
-        QTest::newRow("another document") << "<Other>" + good + "</Other>" << ownDesktop << ownMessage
-                                          << QByteArray("not a branding document");
-        QTest::newRow("empty file") << QByteArray() << ownDesktop << ownMessage
-                                    << QByteArray("not a branding document");
+        row("both kinds", document(good + "<Message Number='309'>Pick one</Message>"), other, "Pick one", {});
+        row("made empty", document("<Message Number='309'/>"), ownDesktop, {}, {});
+        row("longest", document("<Message Number='309'>" + QByteArray(4095, 'x') + "</Message>"), ownDesktop,
+            QString(4095, u'x'), {});
+        row("too long", document(good + "<Message Number='309'>" + QByteArray(4096, 'x') + "</Message>"),
+            other, ownMessage, "too long");
+        row("unknown number", document("<Branding Number='9'>x</Branding>" + good), other, ownMessage,
+            "unknown Branding number");
+        row("no number", document("<Message>x</Message>" + good), other, ownMessage,
+            "unknown Message number");
+        row("unknown element", document("<Icon Number='309'>x</Icon>" + good), other, ownMessage,
+            "unknown element");
+        row("not well-formed", "<BrandingTexts>" + good, ownDesktop, ownMessage, "not a branding document");
+        row("another document", "<Other>" + good + "</Other>", ownDesktop, ownMessage,
+            "not a branding document");
+        row("empty file", {}, ownDesktop, ownMessage, "not a branding document");
     }
     void BrandingFiles() {
         QFETCH(QByteArray, file);

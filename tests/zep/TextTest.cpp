@@ -2,6 +2,8 @@
 
 #include "support/TestMain.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 const QString replacement(QChar::ReplacementCharacter);
@@ -13,23 +15,19 @@ class TextTest : public QObject {
 
 private slots:
     void Utf8_data() {
-        QTest::addColumn<QByteArray>("octets");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("nothing") << QByteArray() << QString();
-        QTest::newRow("up to four octets") << QByteArray("a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80")
-                                           << QStringLiteral("a\u00e9\u20ac\U0001F600");
-        QTest::newRow("zero octet") << QByteArray("a\0b", 3)
-                                    << QString(QStringLiteral("a") + QChar(0) + u'b');
-        QTest::newRow("byte order mark") << QByteArray("\xEF\xBB\xBFx") << QStringLiteral("\uFEFFx");
-        QTest::newRow("stray continuation") << QByteArray("a\x80z") << QString(u'a' + replacement + u'z');
-        QTest::newRow("cut short") << QByteArray("a\xC3") << QString(u'a' + replacement);
-        QTest::newRow("overlong") << QByteArray("\xC0\xAF") << QString(replacement + replacement);
-        QTest::newRow("surrogate") << QByteArray("\xED\xA0\x80z") << replacement.repeated(3) + u'z';
-        QTest::newRow("beyond Unicode") << QByteArray("\xF5\x80z") << replacement.repeated(2) + u'z';
+        const Columns<QByteArray, QString> row("octets", "text");
+        row("nothing", {}, {});
+        row("up to four octets", "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", "a\u00e9\u20ac\U0001F600");
+        row("zero octet", QByteArray("a\0b", 3), u"a"_s + QChar(0) + u'b');
+        row("byte order mark", "\xEF\xBB\xBFx", u"\uFEFFx"_s);
+        row("stray continuation", "a\x80z", u'a' + replacement + u'z');
+        row("cut short", "a\xC3", u'a' + replacement);
+        row("overlong", "\xC0\xAF", replacement + replacement);
+        row("surrogate", "\xED\xA0\x80z", replacement.repeated(3) + u'z');
+        row("beyond Unicode", "\xF5\x80z", replacement.repeated(2) + u'z');
     }
     void Utf8() {
-        QFETCH(QByteArray, octets);
-        QFETCH(QString, text);
+        const auto [octets, text] = Fetched<QByteArray, QString>();
         QCOMPARE(ZEPUTF8ToUnicode(octets), text);
         if (!text.contains(QChar::ReplacementCharacter))
             QCOMPARE(ZEPUnicodeToUTF8(text), octets);
@@ -45,43 +43,36 @@ private slots:
     }
 
     void Url_data() {
-        QTest::addColumn<QString>("encoded");
-        QTest::addColumn<QString>("decoded");
-        QTest::addColumn<bool>("canonical");
-        QTest::newRow("plain") << QStringLiteral("aZ09-_.~") << QStringLiteral("aZ09-_.~") << true;
-        QTest::newRow("markup") << QStringLiteral("%3CVDir%3E%26%2F%25") << QStringLiteral("<VDir>&/%")
-                                << true;
-        QTest::newRow("plus and blank") << QStringLiteral("a+b%20c") << QStringLiteral("a+b c") << false;
-        QTest::newRow("octets of one character")
-            << QStringLiteral("%E2%82%AC%F0%9F%98%80") << QStringLiteral("\u20ac\U0001F600") << true;
-        QTest::newRow("lower-case digits") << QStringLiteral("%c3%a9") << QStringLiteral("\u00e9") << false;
-        QTest::newRow("not escaped") << QStringLiteral("\u20ac%20") << QStringLiteral("\u20ac ") << false;
-        QTest::newRow("cut short") << QStringLiteral("100%") << QStringLiteral("100%") << false;
-        QTest::newRow("one digit") << QStringLiteral("%4") << QStringLiteral("%4") << false;
-        QTest::newRow("no digits") << QStringLiteral("%G1%%41") << QStringLiteral("%G1%A") << false;
-        QTest::newRow("decoded once") << QStringLiteral("%2541") << QStringLiteral("%41") << true;
-        QTest::newRow("not UTF-8") << QStringLiteral("a%FFb") << QString(u'a' + replacement + u'b') << false;
+        const Columns<QString, QString, bool> row("encoded", "decoded", "canonical");
+        row("plain", "aZ09-_.~", "aZ09-_.~", true);
+        row("markup", "%3CVDir%3E%26%2F%25", "<VDir>&/%", true);
+        row("plus and blank", "a+b%20c", "a+b c", false);
+        row("octets of one character", "%E2%82%AC%F0%9F%98%80", "\u20ac\U0001F600", true);
+        row("lower-case digits", "%c3%a9", "\u00e9", false);
+        row("not escaped", "\u20ac%20", "\u20ac ", false);
+        row("cut short", "100%", "100%", false);
+        row("one digit", "%4", "%4", false);
+        row("no digits", "%G1%%41", "%G1%A", false);
+        row("decoded once", "%2541", "%41", true);
+        row("not UTF-8", "a%FFb", u'a' + replacement + u'b', false);
     }
     void Url() {
-        QFETCH(QString, encoded);
-        QFETCH(QString, decoded);
-        QFETCH(bool, canonical);
+        const auto [encoded, decoded, canonical] = Fetched<QString, QString, bool>();
         QCOMPARE(ZEPURLDecodeUTF8(encoded), decoded);
         if (canonical)
             QCOMPARE(ZEPUrlEncodeUnicode(decoded), encoded);
     }
 
     void Html_data() {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("decoded");
-        QTest::newRow("named") << QStringLiteral("&lt;a&gt;&amp;&quot;&apos;") << QStringLiteral("<a>&\"'");
-        QTest::newRow("decoded once") << QStringLiteral("&amp;lt;") << QStringLiteral("&lt;");
-        QTest::newRow("numbers") << QStringLiteral("&#65;&#x42;&#X1f600;") << QStringLiteral("AB\U0001F600");
-        QTest::newRow("leading zeros") << QStringLiteral("&#0000065;") << QStringLiteral("A");
+        const Columns<QString, QString> row("text", "decoded");
+        row("named", "&lt;a&gt;&amp;&quot;&apos;", "<a>&\"'");
+        row("decoded once", "&amp;lt;", "&lt;");
+        row("numbers", "&#65;&#x42;&#X1f600;", "AB\U0001F600");
+        row("leading zeros", "&#0000065;", "A");
         for (const char* kept : {"&bogus;", "&AMP;", "&amp", "&;", "&#;", "&#x;", "&#12a;", "&#xG;", "&#0;",
                                  "&#xD800;", "&#x110000;", "&#99999999999999999999;", "a & b; c", "&#-65;"})
-            QTest::newRow(kept) << QString::fromLatin1(kept) << QString::fromLatin1(kept);
-        QTest::newRow("after an ampersand") << QStringLiteral("&&amp;") << QStringLiteral("&&");
+            row(kept, kept, kept);
+        row("after an ampersand", "&&amp;", "&&");
     }
     void Html() {
         QFETCH(QString, text);
@@ -89,15 +80,14 @@ private slots:
     }
 
     void Base64_data() {
-        QTest::addColumn<QString>("digits");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("nothing") << QString() << QString();
-        QTest::newRow("padded") << QStringLiteral("cMOkc3M=") << QStringLiteral("p\u00e4ss");
-        QTest::newRow("in lines") << QStringLiteral("cMOk\r\n c3M=\n") << QStringLiteral("p\u00e4ss");
-        QTest::newRow("not UTF-8") << QStringLiteral("/w==") << replacement;
-        QTest::newRow("foreign digit") << QStringLiteral("cMO*") << QString();
-        QTest::newRow("wide digit") << QStringLiteral("cMO\u0141") << QString();
-        QTest::newRow("pad inside") << QStringLiteral("c=M=") << QString();
+        const Columns<QString, QString> row("digits", "text");
+        row("nothing", {}, {});
+        row("padded", "cMOkc3M=", "p\u00e4ss");
+        row("in lines", "cMOk\r\n c3M=\n", "p\u00e4ss");
+        row("not UTF-8", "/w==", replacement);
+        row("foreign digit", "cMO*", {});
+        row("wide digit", "cMO\u0141", {});
+        row("pad inside", "c=M=", {});
     }
     void Base64() {
         QFETCH(QString, digits);
@@ -105,12 +95,12 @@ private slots:
     }
 
     void Base64RoundTrip() {
-        const QString text = QStringLiteral("user@example.org\n\u20ac\U0001F600");
+        const QString text = u"user@example.org\n\u20ac\U0001F600"_s;
         QCOMPARE(ZEPBase64DecodeUnicode(QString::fromLatin1(ZEPBase64Encode(ZEPUnicodeToUTF8(text)))), text);
     }
 
     void PathsKeepEveryCharacter() {
-        const QString name = QStringLiteral("B\u00fccher \u20ac \U0001F600.db");
+        const QString name = u"B\u00fccher \u20ac \U0001F600.db"_s;
         QCOMPARE(FromPath(ToPath(name)), name);
     }
 };

@@ -14,12 +14,14 @@
 #include <set>
 #include <thread>
 
+using namespace Qt::Literals::StringLiterals;
+
 class TracePrintfTest : public QObject {
     Q_OBJECT
 
     std::optional<QTemporaryDir> m_home;
 
-    QString LogFile() const { return m_home->filePath(QStringLiteral("logging/BTaskMMC.log")); }
+    QString LogFile() const { return m_home->filePath(u"logging/BTaskMMC.log"_s); }
 
     static QList<QByteArray> Lines(const QString& name) {
         QFile file(name);
@@ -32,8 +34,8 @@ class TracePrintfTest : public QObject {
 
     QList<QByteArray> AllLines() const {
         QList<QByteArray> lines;
-        const QDir folder(m_home->filePath(QStringLiteral("logging")));
-        for (const QString& name : folder.entryList({QStringLiteral("BTaskMMC.log*")}, QDir::Files))
+        const QDir folder(m_home->filePath(u"logging"_s));
+        for (const QString& name : folder.entryList({u"BTaskMMC.log*"_s}, QDir::Files))
             lines += Lines(folder.filePath(name));
         return lines;
     }
@@ -50,28 +52,21 @@ private slots:
     }
 
     void LineForms_data() {
-        QTest::addColumn<int>("level");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("plain") << 1 << QStringLiteral("[Shell]gone") << QStringLiteral("ERROR   [Shell]gone");
-        QTest::newRow("own line end")
-            << 3 << QStringLiteral("Finish Cleanup.\n") << QStringLiteral("INFO    Finish Cleanup.");
-        QTest::newRow("forged line") << 2 << QStringLiteral("a\r\nb\n")
-                                     << QStringLiteral("WARNING a\uFFFD\\nb");
-        QTest::newRow("control and wide characters")
-            << 4 << QStringLiteral("\u001b[31m\t\u20ac") << QStringLiteral("VERBOSE \uFFFD[31m\t\u20ac");
-        QTest::newRow("empty") << 3 << QString() << QStringLiteral("INFO    ");
+        const Columns<int, QString, QString> row("level", "text", "shown");
+        row("plain", 1, "[Shell]gone", "ERROR   [Shell]gone");
+        row("own line end", 3, "Finish Cleanup.\n", "INFO    Finish Cleanup.");
+        row("forged line", 2, "a\r\nb\n", "WARNING a\uFFFD\\nb");
+        row("control and wide characters", 4, "\u001b[31m\t\u20ac", "VERBOSE \uFFFD[31m\t\u20ac");
+        row("empty", 3, {}, "INFO    ");
     }
     void LineForms() {
-        QFETCH(int, level);
-        QFETCH(QString, text);
-        QFETCH(QString, shown);
+        const auto [level, text, shown] = Fetched<int, QString, QString>();
         TracePrintf(TraceLevel(level), text);
         const QList<QByteArray> lines = Lines(LogFile());
         QCOMPARE(lines.size(), 1);
         const QRegularExpression form(
-            QStringLiteral("^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}Z \\[%1\\] (.*)$")
-                .arg(QCoreApplication::applicationPid()));
+            u"^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}Z \\[%1\\] (.*)$"_s.arg(
+                QCoreApplication::applicationPid()));
         const auto match = form.match(ZEPUTF8ToUnicode(lines.front()));
         QVERIFY2(match.hasMatch(), lines.front().constData());
         QCOMPARE(match.captured(1), shown);
@@ -86,11 +81,11 @@ private slots:
         for (int console = 0; console < consoles; ++console)
             threads[size_t(console)] = std::jthread([&filler, console] {
                 for (int i = 0; i < linesEach; ++i)
-                    TracePrintf(TraceLevel::Info, QStringLiteral("%1/%2 ").arg(console).arg(i) + filler);
+                    TracePrintf(TraceLevel::Info, u"%1/%2 "_s.arg(console).arg(i) + filler);
             });
         for (std::jthread& thread : threads)
             thread.join();
-        QVERIFY(QFile::exists(LogFile() + QStringLiteral(".1")));
+        QVERIFY(QFile::exists(LogFile() + u".1"_s));
         const QList<QByteArray> lines = AllLines();
         const std::set<QByteArray> different(lines.begin(), lines.end());
         QCOMPARE(int(different.size()), consoles * linesEach);
@@ -102,35 +97,35 @@ private slots:
         const QString filler(1'100'000, u'x');
         for (int i = 0; i < 25; ++i)
             TracePrintf(TraceLevel::Info, QString::number(i) + u' ' + filler);
-        QStringList names = QDir(m_home->filePath(QStringLiteral("logging"))).entryList(QDir::Files);
-        names.removeAll(QStringLiteral("BTaskMMC.log.lock"));
-        QCOMPARE(names, QStringList({QStringLiteral("BTaskMMC.log"), QStringLiteral("BTaskMMC.log.1"),
-                                     QStringLiteral("BTaskMMC.log.2"), QStringLiteral("BTaskMMC.log.3")}));
+        QStringList names = QDir(m_home->filePath(u"logging"_s)).entryList(QDir::Files);
+        names.removeAll(u"BTaskMMC.log.lock"_s);
+        QCOMPARE(names, QStringList({u"BTaskMMC.log"_s, u"BTaskMMC.log.1"_s, u"BTaskMMC.log.2"_s,
+                                     u"BTaskMMC.log.3"_s}));
         QVERIFY(Lines(LogFile()).constLast().contains(" 24 "));
     }
 
     void AnotherConsoleAtRotationIsLeftAlone() {
         const QString filler(4'300'000, u'x');
-        TracePrintf(TraceLevel::Info, QStringLiteral("first"));
+        TracePrintf(TraceLevel::Info, u"first"_s);
         {
-            const auto other = platform::FileLock::TryAcquire(ToPath(LogFile() + QStringLiteral(".lock")));
+            const auto other = platform::FileLock::TryAcquire(ToPath(LogFile() + u".lock"_s));
             QVERIFY(other);
             TracePrintf(TraceLevel::Info, filler);
-            QVERIFY(!QFile::exists(LogFile() + QStringLiteral(".1")));
+            QVERIFY(!QFile::exists(LogFile() + u".1"_s));
         }
-        TracePrintf(TraceLevel::Info, QStringLiteral("last"));
-        QCOMPARE(Lines(LogFile() + QStringLiteral(".1")).size(), 3);
+        TracePrintf(TraceLevel::Info, u"last"_s);
+        QCOMPARE(Lines(LogFile() + u".1"_s).size(), 3);
     }
 
     void SilentWithoutAFolder() {
-        QFile blocked(m_home->filePath(QStringLiteral("logging")));
+        QFile blocked(m_home->filePath(u"logging"_s));
         QVERIFY(blocked.open(QIODevice::WriteOnly));
-        TracePrintf(TraceLevel::Error, QStringLiteral("lost"));
+        TracePrintf(TraceLevel::Error, u"lost"_s);
         QCOMPARE(blocked.size(), 0);
     }
 
     void HomePathsAreMadeOnlyWhenWanted() {
-        const QString name = QStringLiteral("B\u00fccher");
+        const QString name = u"B\u00fccher"_s;
         const QString folder = m_home->filePath(name);
         QCOMPARE(ZEPGetHomePath(name), ToPath(folder));
         QVERIFY(!QDir(folder).exists());

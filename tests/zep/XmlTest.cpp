@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int hostileDepth = 100'000;
@@ -16,7 +18,7 @@ XmlNode Root(const QString& text, const QString& path) {
 }
 
 std::optional<XmlDocument> LoadOctets(const QTemporaryDir& folder, const QByteArray& octets) {
-    QFile file(folder.filePath(QStringLiteral("document.xml")));
+    QFile file(folder.filePath(u"document.xml"_s));
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(octets) != octets.size())
         return std::nullopt;
     file.close();
@@ -30,59 +32,57 @@ class XmlTest : public QObject {
 
 private slots:
     void WalksElementsInOrder() {
-        const XmlNode list =
-            Root(QStringLiteral("<?xml version='1.0'?><Response><!-- none --><VDirs>text"
-                                "<V Name='a&amp;b' Empty=''/><!-- gap --><V Name='\u20ac'/>"
-                                "<![CDATA[x<y]]></VDirs><VDirs><V Name='second'/></VDirs></Response>"),
-                 QStringLiteral("Response/VDirs"));
+        const XmlNode list = Root(u"<?xml version='1.0'?><Response><!-- none --><VDirs>text"
+                                  "<V Name='a&amp;b' Empty=''/><!-- gap --><V Name='\u20ac'/>"
+                                  "<![CDATA[x<y]]></VDirs><VDirs><V Name='second'/></VDirs></Response>"_s,
+                                  u"Response/VDirs"_s);
         QVERIFY(list);
         QCOMPARE(list.ChildCount(), 2);
-        QCOMPARE(list.Text(), QStringLiteral("textx<y"));
+        QCOMPARE(list.Text(), u"textx<y"_s);
         const XmlNode first = list.FirstChild();
-        QCOMPARE(first.Attribute(QStringLiteral("Name")), QStringLiteral("a&b"));
-        QCOMPARE(first.Attribute(QStringLiteral("Empty")), QString());
-        QVERIFY(!first.Attribute(QStringLiteral("name")).has_value());
+        QCOMPARE(first.Attribute(u"Name"_s), u"a&b"_s);
+        QCOMPARE(first.Attribute(u"Empty"_s), QString());
+        QVERIFY(!first.Attribute(u"name"_s).has_value());
         const XmlNode second = first.NextSibling();
-        QCOMPARE(second.Attribute(QStringLiteral("Name")), QStringLiteral("\u20ac"));
+        QCOMPARE(second.Attribute(u"Name"_s), u"\u20ac"_s);
         QVERIFY(!second.NextSibling());
         QVERIFY(!second.FirstChild());
     }
 
     void Paths_data() {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("steps") << QStringLiteral("R/A/B") << QStringLiteral("1");
-        QTest::newRow("slashes to spare") << QStringLiteral("/R//A/B/") << QStringLiteral("1");
-        QTest::newRow("first of its name, no second try") << QStringLiteral("R/A/C") << QString();
-        QTest::newRow("other case") << QStringLiteral("R/a/B") << QString();
-        QTest::newRow("without the root") << QStringLiteral("A/B") << QString();
+        const Columns<QString, QString> row("path", "text");
+        row("steps", "R/A/B", "1");
+        row("slashes to spare", "/R//A/B/", "1");
+        row("first of its name, no second try", "R/A/C", {});
+        row("other case", "R/a/B", {});
+        row("without the root", "A/B", {});
     }
     void Paths() {
         QFETCH(QString, path);
-        QTEST(Root(QStringLiteral("<R><A><B>1</B></A><A><C>2</C></A></R>"), path).Text(), "text");
+        QTEST(Root(u"<R><A><B>1</B></A><A><C>2</C></A></R>"_s, path).Text(), "text");
     }
 
     void NodesKeepTheirDocument() {
-        XmlNode node = Root(QStringLiteral("<R><A><B k='v'>text</B></A></R>"), QStringLiteral("R/A"));
+        XmlNode node = Root(u"<R><A><B k='v'>text</B></A></R>"_s, u"R/A"_s);
         node = node.FirstChild();
-        QCOMPARE(node.Name(), QStringLiteral("B"));
-        QCOMPARE(node.Xml(), QStringLiteral("<B k=\"v\">text</B>"));
+        QCOMPARE(node.Name(), u"B"_s);
+        QCOMPARE(node.Xml(), u"<B k=\"v\">text</B>"_s);
     }
 
     void NoNodeAnswersNothing() {
         const XmlNode none;
-        QVERIFY(!none && !none.FirstChild() && !none.NextSibling() && !none.NodeByPath(QStringLiteral("R")));
+        QVERIFY(!none && !none.FirstChild() && !none.NextSibling() && !none.NodeByPath(u"R"_s));
         QCOMPARE(none.Name() + none.Text() + none.Xml(), QString());
-        QVERIFY(!none.Attribute(QStringLiteral("a")));
+        QVERIFY(!none.Attribute(u"a"_s));
         QCOMPARE(none.ChildCount(), 0);
     }
 
     void RejectsWhatIsNotWellFormed_data() {
-        QTest::addColumn<QString>("text");
+        const Columns<QString> row("text");
         for (const char* text :
              {"", "   ", "text", "<R>", "<R></S>", "<R a=1/>", "<R/><R/>", "<R/>text", "text<R/>",
               "<!-- only -->", "<R", "<R><![CDATA[</R>", "<?xml version='1.0'?>", "</R>"})
-            QTest::newRow(text) << QString::fromLatin1(text);
+            row(text, text);
     }
     void RejectsWhatIsNotWellFormed() {
         QFETCH(QString, text);
@@ -90,14 +90,13 @@ private slots:
     }
 
     void HostileDepth() {
-        const QString text = QStringLiteral("<a>").repeated(hostileDepth) + u'x' +
-                             QStringLiteral("</a>").repeated(hostileDepth);
-        XmlNode node = Root(text, QStringLiteral("a"));
+        const QString text = u"<a>"_s.repeated(hostileDepth) + u'x' + u"</a>"_s.repeated(hostileDepth);
+        XmlNode node = Root(text, u"a"_s);
         QVERIFY(node);
         QCOMPARE(node.Text(), QString());
         QCOMPARE(node.Xml(), text);
-        XmlNode deepest = Root(text, QStringLiteral("a/").repeated(hostileDepth));
-        QCOMPARE(deepest.Text(), QStringLiteral("x"));
+        XmlNode deepest = Root(text, u"a/"_s.repeated(hostileDepth));
+        QCOMPARE(deepest.Text(), u"x"_s);
         int depth = 0;
         for (; node; node = node.FirstChild())
             ++depth;
@@ -108,52 +107,46 @@ private slots:
         constexpr int count = 100'000;
         QString attributes;
         for (int i = 0; i < count; ++i)
-            attributes += QStringLiteral(" a%1='%1'").arg(i);
-        const XmlNode root = Root(QStringLiteral("<R") + attributes + u'>' +
-                                      QStringLiteral("<c/>").repeated(count) + QStringLiteral("</R>"),
-                                  QStringLiteral("R"));
-        QCOMPARE(root.Attribute(QStringLiteral("a99999")), QStringLiteral("99999"));
+            attributes += u" a%1='%1'"_s.arg(i);
+        const XmlNode root =
+            Root(u"<R"_s + attributes + u'>' + u"<c/>"_s.repeated(count) + u"</R>"_s, u"R"_s);
+        QCOMPARE(root.Attribute(u"a99999"_s), u"99999"_s);
         QCOMPARE(root.ChildCount(), count);
     }
 
     void DocumentTypesFetchAndExpandNothing() {
         const QTemporaryDir folder;
         QVERIFY(LoadOctets(folder, "<R>secret</R>"));
-        const XmlNode root = Root(
-            QStringLiteral("<!DOCTYPE R [<!ENTITY file SYSTEM 'file://%1/document.xml'><!ENTITY a 'aaaa'>"
-                           "<!ENTITY b '&a;&a;&a;&a;'>]><R>&file;&b;</R>")
-                .arg(folder.path()),
-            QStringLiteral("R"));
-        QCOMPARE(root.Text(), QStringLiteral("&file;&b;"));
+        const XmlNode root =
+            Root(u"<!DOCTYPE R [<!ENTITY file SYSTEM 'file://%1/document.xml'><!ENTITY a 'aaaa'>"
+                 "<!ENTITY b '&a;&a;&a;&a;'>]><R>&file;&b;</R>"_s.arg(folder.path()),
+                 u"R"_s);
+        QCOMPARE(root.Text(), u"&file;&b;"_s);
     }
 
     void FilesInAnyEncoding_data() {
-        QTest::addColumn<QByteArray>("octets");
-        QTest::addColumn<QString>("text");
-        const QString euro = QStringLiteral("<R>\u20ac</R>");
+        const Columns<QByteArray, QString> row("octets", "text");
+        const QString euro = u"<R>\u20ac</R>"_s;
         const QString marked = QChar(QChar::ByteOrderMark) + euro;
-        QTest::newRow("UTF-8") << euro.toUtf8() << QStringLiteral("\u20ac");
-        QTest::newRow("UTF-8 with mark") << marked.toUtf8() << QStringLiteral("\u20ac");
-        QTest::newRow("UTF-16") << QByteArray(reinterpret_cast<const char*>(marked.utf16()),
-                                              marked.size() * 2)
-                                << QStringLiteral("\u20ac");
-        QTest::newRow("Latin-1") << QByteArray("<?xml version='1.0' encoding='ISO-8859-1'?><R>\xE9</R>")
-                                 << QStringLiteral("\u00e9");
-        QTest::newRow("broken UTF-8") << QByteArray("<R>a\xFFz</R>") << QStringLiteral("a\uFFFDz");
-        QTest::newRow("blanks only") << QByteArray("<R>  </R>") << QStringLiteral("  ");
+        row("UTF-8", euro.toUtf8(), "\u20ac");
+        row("UTF-8 with mark", marked.toUtf8(), "\u20ac");
+        row("UTF-16", QByteArray(reinterpret_cast<const char*>(marked.utf16()), marked.size() * 2), "\u20ac");
+        row("Latin-1", "<?xml version='1.0' encoding='ISO-8859-1'?><R>\xE9</R>", "\u00e9");
+        row("broken UTF-8", "<R>a\xFFz</R>", "a\uFFFDz");
+        row("blanks only", "<R>  </R>", "  ");
     }
     void FilesInAnyEncoding() {
         QFETCH(QByteArray, octets);
         const QTemporaryDir folder;
         const auto document = LoadOctets(folder, octets);
         QVERIFY(document);
-        QTEST(document->NodeByPath(QStringLiteral("R")).Text(), "text");
+        QTEST(document->NodeByPath(u"R"_s).Text(), "text");
     }
 
     void MissingFilesAndFoldersAreNoDocument() {
         const QTemporaryDir folder;
         QVERIFY(!XmlDocument::Load(ToPath(folder.path())));
-        QVERIFY(!XmlDocument::Load(ToPath(folder.filePath(QStringLiteral("missing.xml")))));
+        QVERIFY(!XmlDocument::Load(ToPath(folder.filePath(u"missing.xml"_s))));
     }
 };
 

@@ -18,22 +18,16 @@ class ServiceManagerTest : public QObject {
 
 private slots:
     void findsAndStartsTheService_data() {
-        QTest::addColumn<std::optional<Kind>>("kind");
-        QTest::addColumn<bool>("running");
-        QTest::addColumn<ServiceWait::State>("ends");
-        QTest::newRow("runs") << std::optional(Kind::Runs) << true << ServiceWait::State::Answered;
-        QTest::newRow("stopped, starts")
-            << std::optional(Kind::Runs) << false << ServiceWait::State::Answered;
-        QTest::newRow("fails to start")
-            << std::optional(Kind::FailsToStart) << false << ServiceWait::State::StartRefused;
-        QTest::newRow("its program is gone")
-            << std::optional(Kind::HasNoProgram) << false << ServiceWait::State::StartRefused;
-        QTest::newRow("not installed") << std::optional<Kind>() << false << ServiceWait::State::StartRefused;
+        const Columns<std::optional<Kind>, bool, ServiceWait::State> row("kind", "running", "ends");
+        row("runs", Kind::Runs, true, ServiceWait::State::Answered);
+        row("stopped, starts", Kind::Runs, false, ServiceWait::State::Answered);
+        row("fails to start", Kind::FailsToStart, false, ServiceWait::State::StartRefused);
+        row("its program is gone", Kind::HasNoProgram, false, ServiceWait::State::StartRefused);
+        row("not installed", {}, false, ServiceWait::State::StartRefused);
     }
 
     void findsAndStartsTheService() {
-        QFETCH(const std::optional<Kind>, kind);
-        QFETCH(const bool, running);
+        const auto [kind, running] = Fetched<std::optional<Kind>, bool>();
         const ServiceFixture channel; // what the service answers once it runs
         std::optional<RegisteredService> service;
         if (kind) {

@@ -5,11 +5,13 @@
 #include <QFileInfo>
 #include <QTest>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QString FileOf(QString key) {
-    return qEnvironmentVariable("BREN_HOME") + QStringLiteral("/etc/") +
-           key.replace(QLatin1Char('\\'), QLatin1Char('/')) + QStringLiteral(".ini");
+    return qEnvironmentVariable("BREN_HOME") + u"/etc/"_s +
+           key.replace(QLatin1Char('\\'), QLatin1Char('/')) + u".ini"_s;
 }
 
 } // namespace
@@ -19,7 +21,7 @@ MachineText::MachineText(QString key, QString name, const QString& text)
     QFile file(FileOf(m_key));
     QDir().mkpath(QFileInfo(file).path());
     QVERIFY2(file.open(QIODevice::WriteOnly | QIODevice::Truncate), qPrintable(file.errorString()));
-    file.write((m_name + QStringLiteral("=\"") + text + QStringLiteral("\"\n")).toUtf8());
+    file.write((m_name + u"=\""_s + text + u"\"\n"_s).toUtf8());
 }
 
 MachineText::~MachineText() {

@@ -4,7 +4,6 @@
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QSignalSpy>
-#include <QTest>
 
 #include <semaphore>
 

@@ -6,19 +6,11 @@
 #include "app/ServiceNotice.h"
 #include "app/SetBandWidthLimitDlg.h"
 #include "app/WindowGeometry.h"
-#include "service/ServiceClient.h"
-#include "support/ScriptedPrompts.h"
-#include "support/ServiceFixture.h"
-#include "support/SteppingReader.h"
+#include "support/PageBench.h"
 #include "support/TestMain.h"
-#include "ui/BrenPanel.h"
-#include "zep/LiveCounters.h"
 
 #include <QAbstractButton>
-#include <QLineEdit>
 #include <QPushButton>
-#include <QSignalSpy>
-#include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -56,15 +48,12 @@ private slots:
     void init() {
         qputenv("XDG_CONFIG_HOME", m_config.path().toUtf8());
         qputenv("XDG_RUNTIME_DIR", m_config.path().toUtf8());
-        m_fixture = std::make_unique<ServiceFixture>();
-        m_counters = std::make_unique<LiveCounters>();
-        m_prompts = std::make_unique<ScriptedPrompts>();
-        m_reader = std::make_unique<SteppingReader>();
+        m_bench = std::make_unique<PageBench<>>();
         m_log.clear();
         StoreWindowGeometry(QRect(0, 0, 0, 0));
     }
 
-    void cleanup() { m_fixture.reset(); }
+    void cleanup() { m_bench.reset(); }
 
     void selectsTheInitialSection_data() {
         const Columns<int, QString> row("view", "shown");
@@ -103,31 +92,32 @@ private slots:
     void tellsThatTheServiceIsSilent() {
         const auto window = MakeWindow();
         auto* notice = window->findChild<CServiceNotice*>();
-        m_reader->StepAll();
+        const auto ask = [&] {
+            notice->Start();
+            m_bench->reader.StepAll();
+        };
+        m_bench->reader.StepAll();
         QVERIFY(!notice->isVisible());
 
         m_log.clear();
-        m_fixture->Service().SetFault(devservice::HttpFault::Refuse);
-        notice->Start();
-        m_reader->StepAll();
+        m_bench->service->SetFault(devservice::HttpFault::Refuse);
+        ask();
         QVERIFY(notice->isVisible());
         QVERIFY(notice->Text().startsWith(u"The service has not answered since "_s));
         const QString said = notice->Text();
-        notice->Start();
-        m_reader->StepAll();
+        ask();
         QCOMPARE(notice->Text(), said);
 
-        m_fixture->Service().ClearFaults();
-        notice->Start();
-        m_reader->StepAll();
+        m_bench->service->ClearFaults();
+        ask();
         QVERIFY(!notice->isVisible());
         QTRY_COMPARE(m_log, QStringList({u"A command %1"_s.arg(Command::Refresh)}));
     }
 
     void setsBandwidthLimits() {
-        m_fixture->Service().SetSetting("UploadBandwidth", "120");
+        m_bench->service->SetSetting("UploadBandwidth", "120");
         const auto window = MakeWindow();
-        m_reader->StepAll();
+        m_bench->reader.StepAll();
         auto* bar = window->findChild<CConsoleStatusBar*>();
         QCOMPARE(bar->PartText(CConsoleStatusBar::Version), u"Version: 1.2"_s);
         QTest::mouseClick(bar->childAt(600, 12), Qt::LeftButton);
@@ -135,16 +125,16 @@ private slots:
         QVERIFY(dialog);
         auto* ok = dialog->findChild<QPushButton*>();
         QVERIFY(!ok->isEnabled());
-        m_reader->StepAll();
+        m_bench->reader.StepAll();
         QVERIFY(ok->isEnabled());
         QCOMPARE(dialog->Wanted().upload, 120);
         QCOMPARE(dialog->Wanted().download, 0);
 
         dialog->SetLimits({2147483647, 7});
-        m_fixture->Service().ForgetRequests();
+        m_bench->service->ForgetRequests();
         dialog->accept();
-        m_reader->StepAll();
-        QCOMPARE(m_fixture->RequestLines(),
+        m_bench->reader.StepAll();
+        QCOMPARE(m_bench->service.RequestLines(),
                  QStringList({u"PUT /settings/UploadBandwidth?ValueType=1&Value=2147483647"_s,
                               u"PUT /settings/DownloadBandwidth?ValueType=1&Value=7"_s}));
     }
@@ -168,20 +158,19 @@ private slots:
     void changesCloudSpace() {
         const auto window = MakeWindow();
         auto* bar = window->findChild<CConsoleStatusBar*>();
-        m_reader->StepAll();
+        m_bench->reader.StepAll();
         QCOMPARE(bar->PartText(CConsoleStatusBar::CloudSpace), u"Not In Cloud Space"_s);
         QTest::mouseClick(bar->childAt(300, 12), Qt::LeftButton);
         auto* page = window->findChild<CloudSvcPage*>();
         QVERIFY(page);
-        m_reader->StepAll();
-        for (QPushButton* button : page->findChildren<QPushButton*>()) {
+        m_bench->reader.StepAll();
+        for (QPushButton* button : page->findChildren<QPushButton*>())
             if (button->text() == u"Publish"_s)
                 button->click();
-        }
-        m_reader->StepAll();
-        QCOMPARE(m_fixture->Service().Setting("PublishedToCloudSVC").value_or(""), std::string("True"));
+        m_bench->reader.StepAll();
+        QCOMPARE(m_bench->service->Setting("PublishedToCloudSVC").value_or(""), std::string("True"));
         page->reject();
-        m_reader->StepAll();
+        m_bench->reader.StepAll();
         QCOMPARE(bar->PartText(CConsoleStatusBar::CloudSpace), u"In Cloud Space"_s);
     }
 
@@ -207,52 +196,48 @@ private slots:
     }
 
     void wizardClosesOnlyWhenTheServiceTookIt() {
-        CBackupSvrConfigWizard wizard(m_client, *m_reader, *m_prompts);
+        CBackupSvrConfigWizard wizard(m_bench->client, m_bench->reader, m_bench->prompts);
         wizard.open();
         wizard.next();
-        m_fixture->Service().SetFault(devservice::HttpFault::Refuse);
-        m_prompts->ExpectMessage(
+        m_bench->service->SetFault(devservice::HttpFault::Refuse);
+        m_bench->prompts.ExpectMessage(
             u"The service did not take the configuration. Check that it is running, then choose "
             u"Finish again."_s);
         QTest::mouseClick(wizard.button(QWizard::FinishButton), Qt::LeftButton);
-        m_reader->StepAll();
+        m_bench->reader.StepAll();
         QVERIFY(wizard.isVisible());
-        m_fixture->Service().ClearFaults();
+        m_bench->service->ClearFaults();
         QTest::mouseClick(wizard.button(QWizard::FinishButton), Qt::LeftButton);
-        m_reader->StepAll();
+        m_bench->reader.StepAll();
         QVERIFY(!wizard.isVisible());
-        QCOMPARE(m_fixture->Service().Setting("BSInitConfig").value_or(""), std::string("True"));
+        QCOMPARE(m_bench->service->Setting("BSInitConfig").value_or(""), std::string("True"));
     }
 
 private:
     std::unique_ptr<CBTaskMMCDlg> MakeWindow(int initialView = 0) {
         std::vector<PageEntry> pages;
         for (const QString& name : {u"A"_s, u"B"_s, u"C"_s}) {
-            pages.push_back({name, u"tasks"_s, [this, name](const Console& console) -> CBrenPanel* {
-                                 return new TestPage(console, name, m_log);
-                             }});
+            const auto make = [this, name](const Console& console) {
+                return new TestPage(console, name, m_log);
+            };
+            pages.push_back({name, u"tasks"_s, make});
         }
         auto window = std::make_unique<CBTaskMMCDlg>(
-            m_client, *m_counters, *m_prompts, *m_reader,
+            m_bench->client, m_bench->counters, m_bench->prompts, m_bench->reader,
             CBTaskMMCDlg::Options{
                 .title = u"Title"_s, .version = u"1.2"_s, .initialView = initialView, .pages = pages});
         window->show();
         return window;
     }
     QAbstractButton* ToolbarButton(const CBTaskMMCDlg& window) {
-        for (QAbstractButton* button : window.findChild<CPageHead*>()->findChildren<QAbstractButton*>()) {
+        for (QAbstractButton* button : window.findChild<CPageHead*>()->findChildren<QAbstractButton*>())
             if (button->isVisible())
                 return button;
-        }
         return nullptr;
     }
 
-    std::unique_ptr<ServiceFixture> m_fixture;
+    std::unique_ptr<PageBench<>> m_bench;
     QTemporaryDir m_config;
-    ServiceClient m_client;
-    std::unique_ptr<LiveCounters> m_counters;
-    std::unique_ptr<ScriptedPrompts> m_prompts;
-    std::unique_ptr<SteppingReader> m_reader;
     QStringList m_log;
 };
 

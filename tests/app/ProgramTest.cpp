@@ -4,7 +4,6 @@
 
 #include <QFileInfo>
 #include <QProcess>
-#include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -2,8 +2,6 @@
 #include "app/WindowGeometry.h"
 #include "support/TestMain.h"
 
-#include <QTest>
-
 using namespace Qt::Literals::StringLiterals;
 
 /// The small rules of the main window: its speeds and its place.

@@ -4,7 +4,6 @@
 #include "zep/Mui.h"
 
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace Qt::Literals::StringLiterals;
 

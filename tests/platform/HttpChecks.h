@@ -7,6 +7,8 @@
 
 platform::HttpRequest Get(uint16_t port, const std::string& target = "/");
 
+const std::string Ok = "HTTP/1.1 200 OK\r\n";
+
 enum class End { Fin, Reset, Open };
 
 /// Answers every request with these octets, drips the others one by one with pauses, and then ends the

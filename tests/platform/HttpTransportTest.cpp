@@ -8,6 +8,8 @@
 
 using namespace std::chrono_literals;
 using platform::HttpOutcome;
+using enum End;
+using enum HttpOutcome;
 using platform::HttpRequest;
 using platform::HttpResponse;
 using platform::SendHttp;
@@ -34,32 +36,27 @@ TEST_CASE("octets that no request line can hold are escaped, and no others") {
 TEST_CASE("an answer is told as it came, and as how it ended") {
     const std::string zeros("a\0b\0", 4);
     const AnswerCase cases[] = {
-        {"length", "HTTP/1.1 200 OK\r\nContent-Length: 4\r\n\r\n" + zeros, End::Open, HttpOutcome::Answered,
-         200, true, zeros},
-        {"no body", "HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n", End::Open, HttpOutcome::Answered, 200,
-         true, ""},
-        {"other status", "HTTP/1.1 207 Multi\r\nContent-Length: 1\r\n\r\nx", End::Open, HttpOutcome::Answered,
-         207, true, "x"},
-        {"no content", "HTTP/1.1 204 No Content\r\n\r\n", End::Open, HttpOutcome::Answered, 204, true, ""},
-        {"old version", "HTTP/1.0 200 OK\r\n\r\nrest", End::Fin, HttpOutcome::Answered, 200, true, "rest"},
-        {"to the end", "HTTP/1.1 200 OK\r\n\r\nrest", End::Fin, HttpOutcome::Answered, 200, true, "rest"},
-        {"chunks", "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\nab\r\n1\r\nc\r\n0\r\n\r\n",
-         End::Open, HttpOutcome::Answered, 200, true, "abc"},
-        {"redirection", "HTTP/1.1 302 Found\r\nLocation: /other\r\nContent-Length: 1\r\n\r\nx", End::Open,
-         HttpOutcome::Answered, 302, true, "x"},
+        {"length", Ok + "Content-Length: 4\r\n\r\n" + zeros, Open, Answered, 200, true, zeros},
+        {"no body", Ok + "Content-Length: 0\r\n\r\n", Open, Answered, 200, true, ""},
+        {"other status", "HTTP/1.1 207 Multi\r\nContent-Length: 1\r\n\r\nx", Open, Answered, 207, true, "x"},
+        {"no content", "HTTP/1.1 204 No Content\r\n\r\n", Open, Answered, 204, true, ""},
+        {"old version", "HTTP/1.0 200 OK\r\n\r\nrest", Fin, Answered, 200, true, "rest"},
+        {"to the end", Ok + "\r\nrest", Fin, Answered, 200, true, "rest"},
+        {"chunks", Ok + "Transfer-Encoding: chunked\r\n\r\n2\r\nab\r\n1\r\nc\r\n0\r\n\r\n", Open, Answered,
+         200, true, "abc"},
+        {"redirection", "HTTP/1.1 302 Found\r\nLocation: /other\r\nContent-Length: 1\r\n\r\nx", Open,
+         Answered, 302, true, "x"},
         {"asks for a name",
-         "HTTP/1.1 401 Who\r\nWWW-Authenticate: Basic realm=x\r\nContent-Length: 1\r\n\r\nx", End::Open,
-         HttpOutcome::Answered, 401, true, "x"},
-        {"encoded", "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 3\r\n\r\nraw", End::Open,
-         HttpOutcome::Answered, 200, true, "raw"},
-        {"cut by FIN", "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf", End::Fin, HttpOutcome::Answered,
-         200, false, "half"},
-        {"cut before the body", "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\n", End::Fin,
-         HttpOutcome::Answered, 200, false, ""},
-        {"no word", "", End::Fin, HttpOutcome::Unreachable, 0, false, ""},
-        {"reset", "", End::Reset, HttpOutcome::Unreachable, 0, false, ""},
-        {"no HTTP", "hello, who are you\r\n\r\n", End::Fin, HttpOutcome::Unreachable, 0, false, ""},
-        {"noise", std::string("\0\x01\xFF\x80\r\n\r\n", 8), End::Fin, HttpOutcome::Unreachable, 0, false, ""},
+         "HTTP/1.1 401 Who\r\nWWW-Authenticate: Basic realm=x\r\nContent-Length: 1\r\n\r\nx", Open, Answered,
+         401, true, "x"},
+        {"encoded", Ok + "Content-Encoding: gzip\r\nContent-Length: 3\r\n\r\nraw", Open, Answered, 200, true,
+         "raw"},
+        {"cut by FIN", Ok + "Content-Length: 9\r\n\r\nhalf", Fin, Answered, 200, false, "half"},
+        {"cut before the body", Ok + "Content-Length: 9\r\n\r\n", Fin, Answered, 200, false, ""},
+        {"no word", "", Fin, Unreachable, 0, false, ""},
+        {"reset", "", Reset, Unreachable, 0, false, ""},
+        {"no HTTP", "hello, who are you\r\n\r\n", Fin, Unreachable, 0, false, ""},
+        {"noise", std::string("\0\x01\xFF\x80\r\n\r\n", 8), Fin, Unreachable, 0, false, ""},
     };
     CheckAnswers(cases);
 }
@@ -67,23 +64,23 @@ TEST_CASE("an answer is told as it came, and as how it ended") {
 TEST_CASE("a reset in the body leaves an answer that is not whole") {
     const RawServer server([&](Socket& connection) {
         RawServer::ReceiveRequest(connection);
-        connection.Send("HTTP/1.1 200 OK\r\nContent-Length: 1000000\r\n\r\n" + std::string(1000, 'x'));
+        connection.Send(Ok + "Content-Length: 1000000\r\n\r\n" + std::string(1000, 'x'));
         connection.Reset();
     });
     const HttpResponse response = SendHttp(Get(server.Port()));
-    if (response.outcome == HttpOutcome::Answered) // a reset may overtake the octets before it
+    if (response.outcome == Answered) // a reset may overtake the octets before it
         CHECK_FALSE(response.complete);
     else
-        CHECK(response.outcome == HttpOutcome::Unreachable);
+        CHECK(response.outcome == Unreachable);
 }
 
 TEST_CASE("silence ends a request, dripping does not") {
-    const std::string head = "HTTP/1.1 200 OK\r\nContent-Length: 8\r\n\r\n";
+    const std::string head = Ok + "Content-Length: 8\r\n\r\n";
     const AnswerCase cases[] = {
-        {"no answer", "", End::Open, HttpOutcome::TimedOut, 0, false, ""},
-        {"half a header", "HTTP/1.1 200 OK\r\nConte", End::Open, HttpOutcome::TimedOut, 0, false, ""},
-        {"half a body", head + "half", End::Open, HttpOutcome::Answered, 200, false, "half"},
-        {"dripping body", head, End::Open, HttpOutcome::Answered, 200, true, "12345678", "12345678"},
+        {"no answer", "", Open, TimedOut, 0, false, ""},
+        {"half a header", Ok + "Conte", Open, TimedOut, 0, false, ""},
+        {"half a body", head + "half", Open, Answered, 200, false, "half"},
+        {"dripping body", head, Open, Answered, 200, true, "12345678", "12345678"},
     };
     CheckAnswers(cases, 900ms);
 }
@@ -94,7 +91,7 @@ TEST_CASE("the silence of a server that does not read is the sending one") {
     HttpRequest request = Get(server.Port());
     request.body = std::string(size_t{64} << 20, 'x');
     request.timeouts.send = 300ms;
-    CHECK(SendHttp(request).outcome == HttpOutcome::TimedOut);
+    CHECK(SendHttp(request).outcome == TimedOut);
     done.set_value();
 }
 
@@ -105,8 +102,7 @@ TEST_CASE("large bodies arrive whole in both directions") {
     std::string received;
     const RawServer server([&](Socket& connection) {
         received = RawServer::ReceiveRequest(connection);
-        connection.Send("HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(octets.size()) + "\r\n\r\n" +
-                        octets);
+        connection.Send(Ok + "Content-Length: " + std::to_string(octets.size()) + "\r\n\r\n" + octets);
     });
     HttpRequest request = Get(server.Port());
     request.body = octets;
@@ -118,9 +114,9 @@ TEST_CASE("large bodies arrive whole in both directions") {
 
 TEST_CASE("nobody there, proxies of the environment, requests that are no HTTP") {
     const uint16_t closed = Socket::Listening().Port();
-    CHECK(SendHttp(Get(closed)).outcome == HttpOutcome::Unreachable);
+    CHECK(SendHttp(Get(closed)).outcome == Unreachable);
 
-    const RawServer server(Answering("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n", End::Open));
+    const RawServer server(Answering(Ok + "Content-Length: 0\r\n\r\n", Open));
     const VariableSet proxy("http_proxy", "http://127.0.0.1:" + std::to_string(closed));
     const VariableSet all("ALL_PROXY", "http://127.0.0.1:" + std::to_string(closed));
     CHECK(SendHttp(Get(server.Port())).status == 200);
@@ -132,7 +128,7 @@ TEST_CASE("nobody there, proxies of the environment, requests that are no HTTP")
     HttpRequest agent = Get(server.Port());
     agent.userAgent = "a\nb";
     for (const HttpRequest& request : {verb, header, agent})
-        CHECK(SendHttp(request).outcome == HttpOutcome::Unreachable);
+        CHECK(SendHttp(request).outcome == Unreachable);
     CHECK(server.Connections() == 1);
 }
 
@@ -146,8 +142,8 @@ TEST_CASE("a stop request frees the call at every stage") {
     const Case cases[] = {
         {"sending", false, "", size_t{64} << 20},
         {"waiting", true, "", 0},
-        {"in the headers", true, "HTTP/1.1 200 OK\r\n", 0},
-        {"in the body", true, "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf", 0},
+        {"in the headers", true, Ok, 0},
+        {"in the body", true, Ok + "Content-Length: 9\r\n\r\nhalf", 0},
     };
     for (const Case& stage : cases) {
         CAPTURE(stage.name);
@@ -168,7 +164,7 @@ TEST_CASE("a stop request frees the call at every stage") {
         reached.get_future().wait();
         stop.request_stop();
         CHECK(response.wait_for(1s) == std::future_status::ready);
-        CHECK(response.get().outcome == HttpOutcome::Cancelled);
+        CHECK(response.get().outcome == Cancelled);
         done.set_value();
     }
 }
@@ -177,7 +173,7 @@ TEST_CASE("a call that is stopped before it begins sends nothing") {
     const RawServer server(Answering(""));
     std::stop_source stop;
     stop.request_stop();
-    CHECK(SendHttp(Get(server.Port()), stop.get_token()).outcome == HttpOutcome::Cancelled);
+    CHECK(SendHttp(Get(server.Port()), stop.get_token()).outcome == Cancelled);
     CHECK(server.Connections() == 0);
 }
 
@@ -187,8 +183,8 @@ TEST_CASE("calls of several threads do not disturb each other") {
     const RawServer server([](Socket& connection) {
         const std::string request = RawServer::ReceiveRequest(connection);
         const std::string path = request.substr(4, request.find(' ', 4) - 4);
-        connection.Send("HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Length: " +
-                        std::to_string(path.size()) + "\r\n\r\n" + path);
+        connection.Send(Ok + "Connection: close\r\nContent-Length: " + std::to_string(path.size()) +
+                        "\r\n\r\n" + path);
     });
     for (int call = 0; call < 16; ++call)
         calls.push_back(std::async(std::launch::async, [&server, call] {

@@ -1,7 +1,6 @@
 #include "Surroundings.h"
 #include "platform/Environment.h"
 
-#include <atomic>
 #include <fstream>
 #include <iterator>
 #include <random>

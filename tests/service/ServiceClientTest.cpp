@@ -240,9 +240,8 @@ private slots:
     }
 
     void TellsFaultsAndRecovers() {
-        QFETCH(const QString, fault);
-        QFETCH(const ServiceOutcome, outcome);
-        QFETCH(const bool, whole);
+        const auto [fault, outcome, status, body, whole] =
+            Fetched<QString, ServiceOutcome, int, QByteArray, bool>();
         ServiceFixture service;
         service->SetSetting("Eight", "12345678");
         service->SetVirtualDirectories({{"V", "{C}", 2, "{P}"}});
@@ -250,8 +249,8 @@ private slots:
         const ServiceClient client;
         const ServiceAnswer answer = client.GetSetting(u"Eight"_s);
         QCOMPARE(answer.outcome, outcome);
-        QTEST(answer.status, "status");
-        QTEST(answer.body, "body");
+        QCOMPARE(answer.status, status);
+        QCOMPARE(answer.body, body);
         QCOMPARE(answer.length.has_value(), whole);
         const bool answered = outcome == ServiceOutcome::Answered;
         QCOMPARE(bool(client.StartTaskNow(u"nobody"_s)), false);

@@ -1,26 +1,11 @@
 #pragma once
 
-#include "service/ServiceClient.h"
-#include "support/NotingFrame.h"
-#include "support/ScriptedPrompts.h"
-#include "support/ServiceFixture.h"
-#include "support/SteppingReader.h"
+#include "support/PageBench.h"
 #include "ui/BrenPropertyGrid.h"
-#include "ui/Console.h"
 #include "ui/DynamicCombo.h"
 #include "ui/DynamicEdit.h"
-#include "zep/LiveCounters.h"
 
-/// What the pages of the settings are tested with: a running service and a reader that goes by steps.
-struct SettingsBench {
-    ServiceFixture service;
-    ServiceClient client;
-    LiveCounters counters;
-    ScriptedPrompts prompts;
-    SteppingReader reader;
-    NotingFrame frame;
-    Console console{client, counters, prompts, reader, frame};
-
+struct SettingsBench : PageBench<> {
     QStringList Written() const {
         return service.RequestLines().filter(QRegularExpression(QStringLiteral("^PUT ")));
     }

@@ -62,8 +62,7 @@ private slots:
         CTaskItemSettings tasks(bench.console);
         CSettingsMgr all(bench.console);
         for (CBrenPanel* page : std::initializer_list<CBrenPanel*>{&tasks, &all}) {
-            page->Activate();
-            bench.reader.StepAll();
+            bench.Open(*page);
             QVERIFY(AllReadOnly(*page, true));
             QVERIFY(ShownNotice(*page).contains(u"defaults"));
         }
@@ -77,8 +76,7 @@ private slots:
         }
 
         bench.service->Start();
-        tasks.OnCommand(Command::Refresh);
-        bench.reader.StepAll();
+        bench.Refresh(tasks);
         QCOMPARE(Value(tasks, u"UploadBandwidth"_s), u"50"_s);
         QVERIFY(AllReadOnly(tasks, false));
         QCOMPARE(ShownNotice(tasks), QString());
@@ -90,8 +88,7 @@ private slots:
         bench.service->SetSetting("DownloadBandwidth", "70");
         bench.service->SetFault(devservice::HttpFault::GarbageHeaders, {}, "UploadWorkerCount");
         CTaskItemSettings page(bench.console);
-        page.Activate();
-        bench.reader.StepAll();
+        bench.Open(page);
         QCOMPARE(bench.service.RequestLines().size(), 8);
         QCOMPARE(bench.service.RequestLines().last(), u"GET /settings/UploadWorkerCount"_s);
         QCOMPARE(Value(page, u"EnableTaskVerification"_s), u"True"_s);
@@ -105,11 +102,9 @@ private slots:
         SettingsBench bench;
         bench.service->SetSetting("UploadBandwidth", "50");
         CTaskItemSettings page(bench.console);
-        page.Activate();
-        bench.reader.StepAll();
+        bench.Open(page);
         bench.service->Stop();
-        page.OnCommand(Command::Refresh);
-        bench.reader.StepAll();
+        bench.Refresh(page);
         QCOMPARE(Value(page, u"UploadBandwidth"_s), u"50"_s);
         QVERIFY(AllReadOnly(page, false));
         QVERIFY(Edit(page, u"UploadBandwidth"_s, u"60"_s));
@@ -135,8 +130,7 @@ private slots:
         const auto [key, entered, request] = Fetched<QString, QString, QString>();
         SettingsBench bench;
         CSettingsMgr page(bench.console);
-        page.Activate();
-        bench.reader.StepAll();
+        bench.Open(page);
         QVERIFY(Edit(page, key, entered));
         bench.reader.StepAll();
         QCOMPARE(bench.Written(),
@@ -151,8 +145,7 @@ private slots:
         bench.service->SetSetting("WriterName", strange.toStdString());
         CSettingsMgr page(bench.console);
         page.resize(760, 500);
-        page.Activate();
-        bench.reader.StepAll();
+        bench.Open(page);
         QCOMPARE(Value(page, u"WriterName"_s), strange);
         QVERIFY(!page.grab().isNull());
         QVERIFY(Edit(page, u"ComputerName"_s, u"box"_s));
@@ -169,8 +162,7 @@ private slots:
         SettingsBench bench;
         bench.service->SetSetting("UploadBandwidth", "5");
         CTaskItemSettings page(bench.console);
-        page.Activate();
-        bench.reader.StepAll();
+        bench.Open(page);
         page.OnCommand(Command::Refresh);
         QVERIFY(bench.reader.Work(Lane::Service));
         QVERIFY(Edit(page, u"UploadBandwidth"_s, u"50"_s));
@@ -185,8 +177,7 @@ private slots:
         const QString words = u"Settings will take effect when the application starts next time."_s;
         SettingsBench bench;
         CSettingsMgr page(bench.console);
-        page.Activate();
-        bench.reader.StepAll();
+        bench.Open(page);
         QCOMPARE((*FindRow(page, u"BSInitConfig"_s)).hint, words);
         QCOMPARE((*FindRow(page, u"UploadBandwidth"_s)).hint, QString());
         QVERIFY(Edit(page, u"UploadBandwidth"_s, u"50"_s));
@@ -198,8 +189,7 @@ private slots:
     void aBrokenCatalogShowsAnEmptyPage() {
         SettingsBench bench;
         CSettingsMgr page(bench.console, "/no/such/catalog.xml");
-        page.Activate();
-        bench.reader.StepAll();
+        bench.Open(page);
         QVERIFY(Rows(page).empty());
         QCOMPARE(ShownNotice(page), QString());
         QCOMPARE(bench.service.RequestLines(), QStringList());
@@ -209,8 +199,7 @@ private slots:
     void theSectionHoldsBothPages() {
         SettingsBench bench;
         CSettingsPanel panel(bench.console);
-        panel.Activate();
-        bench.reader.StepAll();
+        bench.Open(panel);
         QStringList actions;
         for (const FrameAction& action : bench.frame.sideActions)
             actions << action.caption;
@@ -222,8 +211,7 @@ private slots:
         bench.reader.StepAll();
         QCOMPARE(Value(*panel.CurrentPage(), u"WriterName"_s), u"Ann"_s);
         bench.service->SetSetting("WriterName", "Ben");
-        panel.OnCommand(Command::Refresh);
-        bench.reader.StepAll();
+        bench.Refresh(panel);
         QCOMPARE(Value(*panel.CurrentPage(), u"WriterName"_s), u"Ben"_s);
     }
 };

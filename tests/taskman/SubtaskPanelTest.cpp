@@ -44,8 +44,8 @@ class SubtaskPanelTest : public QObject {
 
 private slots:
     void init() {
-        m_bench = std::make_unique<TaskBench<>>();
-        m_bench->Service().PutTask(MakeTask("{1}", "Photos"));
+        m_bench = std::make_unique<PageBench<>>();
+        m_bench->service->PutTask(MakeTask("{1}", "Photos"));
         PutFiles({1, 2, 3, 4, 5});
     }
 
@@ -63,7 +63,7 @@ private slots:
     }
 
     void listsWhatWaits() {
-        m_bench->Service().PutSubTasks(
+        m_bench->service->PutSubTasks(
             "{1}", {Noted(MakeSubTask(1, "put", "/home/mara/Photos/2024/a.jpg", 2048), ""),
                     MakeSubTask(2, "GET", "/ChangeLog/7"),
                     Noted(MakeSubTask(3, "BPUT", "/home/mara/Photos/b.jpg", 1024, SubTaskState::PendingRetry),
@@ -92,43 +92,38 @@ private slots:
         m_bench->reader.StepAll();
         QCOMPARE(table->TextWithoutRows(), u"No Subtask found."_s);
 
-        const auto file = m_bench->Service().SubTaskFile("{1}");
-        m_bench->Service().SetFault({devservice::DatabaseFault::Garbage, file});
-        Refresh(panel);
+        const auto file = m_bench->service->SubTaskFile("{1}");
+        m_bench->service->SetFault({devservice::DatabaseFault::Garbage, file});
+        m_bench->Refresh(panel);
         QCOMPARE(table->TextWithoutRows(), u"Failed to get subtask list, refresh later"_s);
         QVERIFY(m_bench->frame.StatusText().startsWith("The file is damaged"_L1));
 
-        m_bench->Service().ClearFaults();
+        m_bench->service->ClearFaults();
         PutFiles({8});
-        Refresh(panel);
+        m_bench->Refresh(panel);
         QCOMPARE(table.Column(ParameterColumn), QStringList{u"file8"_s});
         PutFiles({});
-        Refresh(panel);
+        m_bench->Refresh(panel);
         QCOMPARE(table->TextWithoutRows(), u"No Subtask found."_s);
         QVERIFY(m_bench->frame.StatusText().startsWith("View the pending"_L1));
     }
 
     void deletesAfterOneQuestion_data() {
-        // selected: rows
-        // clicked: row; -1: the Delete key
-        // deleted: numbers
-        const Columns<QList<int>, int, QString, bool, QList<int>> row("selected", "clicked", "question",
-                                                                      "yes", "deleted");
-        row("one, no", QList<int>(), 1, AskOne, false, QList<int>());
-        row("one, yes", QList<int>(), 1, AskOne, true, {2});
-        row("one selected, by key", {3}, -1, AskOne, true, {4});
-        row("several, no", {0, 2}, 0, AskSeveral, false, QList<int>());
-        row("several, yes", {4, 0, 2}, 2, AskSeveral, true, {1, 3, 5});
-        row("several, by key", {4, 2}, -1, AskSeveral, true, {3, 5});
-        row("another one than the selected", {0, 2}, 1, AskOne, true, {2});
+        // Rows are selected and clicked, -1 for the Delete key; numbers are deleted.
+        const Columns<QList<int>, QList<int>, int, QString, bool> row("deleted", "selected", "clicked",
+                                                                      "question", "yes");
+        row("one, no", {}, {}, 1, AskOne, false);
+        row("one, yes", {2}, {}, 1, AskOne, true);
+        row("one selected, by key", {4}, {3}, -1, AskOne, true);
+        row("several, no", {}, {0, 2}, 0, AskSeveral, false);
+        row("several, yes", {1, 3, 5}, {4, 0, 2}, 2, AskSeveral, true);
+        row("several, by key", {3, 5}, {4, 2}, -1, AskSeveral, true);
+        row("another one than the selected", {2}, {0, 2}, 1, AskOne, true);
     }
 
     void deletesAfterOneQuestion() {
-        QFETCH(QList<int>, selected);
-        QFETCH(int, clicked);
-        QFETCH(QString, question);
-        QFETCH(bool, yes);
-        QFETCH(QList<int>, deleted);
+        const auto [deleted, selected, clicked, question, yes] =
+            Fetched<QList<int>, QList<int>, int, QString, bool>();
         const auto panel = Open();
         const TableHand table(*panel);
         table.Select(selected, NameColumn);
@@ -140,15 +135,14 @@ private slots:
         QCoreApplication::sendPostedEvents();
         m_bench->reader.StepAll();
         QVERIFY(m_bench->prompts.IsPlayed());
-        QCOMPARE(m_bench->fixture.RequestLines(), Deletions(deleted));
+        QCOMPARE(m_bench->service.RequestLines(), Deletions(deleted));
         QList<int> left{1, 2, 3, 4, 5};
-        left.removeIf([&](int number) { return deleted.contains(number); });
+        left.removeIf([&deleted = deleted](int number) { return deleted.contains(number); });
         QCOMPARE(table.Column(NumberColumn), Words(left));
     }
 
     void tellsOnceOfThoseThatFailed_data() {
-        // fault: of the whole service; none: one row is refused
-        // failed: and still selected
+        // Without a fault of the whole service one row is refused. What failed is still selected.
         const Columns<devservice::HttpFault, QList<int>, QList<int>> row("fault", "requested", "failed");
         using devservice::HttpFault;
         row("one of three", HttpFault::None, {1, 2, 3}, {2});
@@ -163,18 +157,18 @@ private slots:
         const TableHand table(*panel);
         table.Select({0, 1, 2}, NameColumn);
         if (fault == devservice::HttpFault::None)
-            m_bench->Service().SetAnswer("/schedule/delsub?%7B1%7D:2", devservice::Answer{500, {}});
+            m_bench->service->SetAnswer("/schedule/delsub?%7B1%7D:2", devservice::Answer{500, {}});
         else
-            m_bench->Service().SetFault(fault);
+            m_bench->service->SetFault(fault);
         if (fault == devservice::HttpFault::WrongStatus)
-            m_bench->Service().SetAnswer("/schedule/delsub", devservice::Answer{200, {}});
+            m_bench->service->SetAnswer("/schedule/delsub", devservice::Answer{200, {}});
         m_bench->prompts.ExpectQuestion(AskSeveral, true);
         m_bench->prompts.ExpectMessage(Failed);
         table.Click(1, DeleteColumn);
         QCoreApplication::sendPostedEvents();
         m_bench->reader.StepAll();
         QVERIFY(m_bench->prompts.IsPlayed());
-        QCOMPARE(m_bench->fixture.RequestLines(), Deletions(requested));
+        QCOMPARE(m_bench->service.RequestLines(), Deletions(requested));
         QStringList selected;
         for (const QString& id : table->SelectedIds())
             selected.append(table->Rows().CellText(table->Rows().RowOf(id), NumberColumn).toString());
@@ -193,13 +187,11 @@ private slots:
         table.Click(1, DeleteColumn); // a slow one: the first is under way
         QCoreApplication::sendPostedEvents();
         m_bench->reader.StepAll();
-        QCOMPARE(m_bench->fixture.RequestLines(), Deletions({2}));
+        QCOMPARE(m_bench->service.RequestLines(), Deletions({2}));
     }
 
     void deletesTheRowThatWasClicked_data() {
-        // before: the click is heard
-        // during: the question
-        // nextRun: gives their numbers to other files meanwhile
+        // The files before the click is heard and during the question, of the next run with the same numbers.
         const Columns<QList<int>, QList<int>, bool, QList<int>> row("before", "during", "nextRun", "deleted");
         const QList<int> all{1, 2, 3, 4, 5};
         row("moved before the click is heard", {2, 3, 4}, all, false, {2});
@@ -218,22 +210,21 @@ private slots:
         m_bench->prompts.Hold();
         table.Click(1, DeleteColumn);
         PutFiles(before);
-        Refresh(*panel);
+        m_bench->Refresh(*panel);
         QCoreApplication::sendPostedEvents();
         PutFiles(during, nextRun ? "next" : "file");
-        Refresh(*panel);
+        m_bench->Refresh(*panel);
         m_bench->prompts.Release();
         m_bench->reader.StepAll();
-        QCOMPARE(m_bench->fixture.RequestLines(), Deletions(deleted));
+        QCOMPARE(m_bench->service.RequestLines(), Deletions(deleted));
     }
 
 private:
     std::unique_ptr<CSubtaskPanel> Open(SubtaskView view = SubtaskView::Pending) {
         auto panel = std::make_unique<CSubtaskPanel>(m_bench->console, Photos, view);
         panel->resize(820, 400);
-        panel->Activate();
-        m_bench->reader.StepAll();
-        m_bench->Service().ForgetRequests();
+        m_bench->Open(*panel);
+        m_bench->service->ForgetRequests();
         return panel;
     }
 
@@ -241,15 +232,10 @@ private:
         std::vector<devservice::SubTask> files;
         for (const int number : numbers)
             files.push_back(MakeSubTask(number, "PUT", name + std::to_string(number)));
-        m_bench->Service().PutSubTasks("{1}", std::move(files));
+        m_bench->service->PutSubTasks("{1}", std::move(files));
     }
 
-    void Refresh(CSubtaskPanel& panel) {
-        panel.OnCommand(Command::Refresh);
-        m_bench->reader.StepAll();
-    }
-
-    std::unique_ptr<TaskBench<>> m_bench;
+    std::unique_ptr<PageBench<>> m_bench;
 };
 
 BTASK_TEST(SubtaskPanelTest);

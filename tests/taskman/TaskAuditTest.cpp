@@ -32,13 +32,13 @@ class TaskAuditTest : public QObject {
 
 private slots:
     void init() {
-        m_bench = std::make_unique<TaskBench<>>();
-        m_bench->Service().AddAuditRows({{0, TaskTrace("{1}", "oldest"), MakeTime(2025, 3, 4, 9, 1)},
-                                         {1, TaskTrace("{1}", "a $ sign"), MakeTime(2025, 3, 4, 9, 2)},
-                                         {7, "about {1}", MakeTime(2025, 3, 4, 9, 3)},
-                                         {2, TaskTrace("{1}", "went wrong"), MakeTime(2025, 3, 4, 9, 4)},
-                                         {-1, "$${1}", MakeTime(2025, 3, 4, 9, 5)},
-                                         {0, TaskTrace("{2}", "another's"), MakeTime(2025, 3, 4, 9, 6)}});
+        m_bench = std::make_unique<PageBench<>>();
+        m_bench->service->AddAuditRows({{0, TaskTrace("{1}", "oldest"), MakeTime(2025, 3, 4, 9, 1)},
+                                        {1, TaskTrace("{1}", "a $ sign"), MakeTime(2025, 3, 4, 9, 2)},
+                                        {7, "about {1}", MakeTime(2025, 3, 4, 9, 3)},
+                                        {2, TaskTrace("{1}", "went wrong"), MakeTime(2025, 3, 4, 9, 4)},
+                                        {-1, "$${1}", MakeTime(2025, 3, 4, 9, 5)},
+                                        {0, TaskTrace("{2}", "another's"), MakeTime(2025, 3, 4, 9, 6)}});
     }
 
     void cleanup() { m_bench.reset(); }
@@ -66,8 +66,7 @@ private slots:
         const auto audit = Open();
         m_bench->prompts.ExpectMessage(u"All trace items have been copied to clipboard"_s);
         m_bench->frame.Click(u"Copy All"_s);
-        m_bench->frame.Click(u"Copy All"_s);
-        m_bench->reader.StepAll();
+        m_bench->Click(u"Copy All"_s);
         QCOMPARE(m_bench->prompts.clipboardText, u"    2025-03-04 09:05:00    \r\n"
                                                  "red    2025-03-04 09:04:00    went wrong\r\n"
                                                  "red    2025-03-04 09:03:00    about {1}\r\n"
@@ -80,15 +79,13 @@ private slots:
         const auto audit = Open();
         const TableHand table(*audit);
         m_bench->prompts.ExpectQuestion(AskAll, false);
-        m_bench->frame.Click(u"Delete All"_s);
-        m_bench->reader.StepAll();
+        m_bench->Click(u"Delete All"_s);
         QCOMPARE(table->Rows().rowCount(), 5);
         QCOMPARE(StoredTraces(u"{1}"_s), 5);
 
         m_bench->prompts.ExpectQuestion(AskAll, true);
         m_bench->frame.Click(u"Delete All"_s);
-        m_bench->frame.Click(u"Delete All"_s);
-        m_bench->reader.StepAll();
+        m_bench->Click(u"Delete All"_s);
         QCOMPARE(table->TextWithoutRows(), u"No Record Found."_s);
         QCOMPARE(StoredTraces(u"{1}"_s), 0);
         QCOMPARE(StoredTraces(u"{2}"_s), 1);
@@ -96,15 +93,14 @@ private slots:
     }
 
     void refusesAKeyThatMatchesOthers() {
-        m_bench->Service().AddAuditRows({{0, "about {}", MakeTime(2025, 3, 4, 9, 7)}});
+        m_bench->service->AddAuditRows({{0, "about {}", MakeTime(2025, 3, 4, 9, 7)}});
         for (const QString& key : {QString(), u"%"_s, u"{%}"_s, u"{}"_s}) {
             const auto audit = Open(key);
             const int rows = TableHand(*audit)->Rows().rowCount();
             QVERIFY(rows > 0);
             m_bench->prompts.ExpectQuestion(AskAll, true);
             m_bench->prompts.ExpectMessage(DeletionFailed);
-            m_bench->frame.Click(u"Delete All"_s);
-            m_bench->reader.StepAll();
+            m_bench->Click(u"Delete All"_s);
             QVERIFY(m_bench->prompts.details.last().contains("is no key of a task"_L1));
             QCOMPARE(TableHand(*audit)->Rows().rowCount(), rows);
             QCOMPARE(StoredTraces(u"{1}"_s), 5);
@@ -113,11 +109,10 @@ private slots:
 
     void tellsAFailedDeletion() {
         const auto audit = Open();
-        m_bench->Service().SetFault(devservice::DatabaseFault::Locked, devservice::Database::AuditTrace);
+        m_bench->service->SetFault(devservice::DatabaseFault::Locked, devservice::Database::AuditTrace);
         m_bench->prompts.ExpectQuestion(AskAll, true);
         m_bench->prompts.ExpectMessage(DeletionFailed);
-        m_bench->frame.Click(u"Delete All"_s);
-        m_bench->reader.StepAll();
+        m_bench->Click(u"Delete All"_s);
         QVERIFY(m_bench->prompts.details.last().contains("locked"_L1));
         QCOMPARE(TableHand(*audit)->Rows().rowCount(), 5);
         QVERIFY(m_bench->frame.Captions().contains("Delete All"_L1)); // to be tried again
@@ -153,12 +148,11 @@ private slots:
 private:
     std::unique_ptr<CTaskAudit> Open(const QString& id = u"{1}"_s) {
         auto audit = std::make_unique<CTaskAudit>(m_bench->console, TaskOf(id));
-        audit->Activate();
-        m_bench->reader.StepAll();
+        m_bench->Open(*audit);
         return audit;
     }
 
-    std::unique_ptr<TaskBench<>> m_bench;
+    std::unique_ptr<PageBench<>> m_bench;
 };
 
 BTASK_TEST(TaskAuditTest);

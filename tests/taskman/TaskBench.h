@@ -1,30 +1,10 @@
 #pragma once
 
-#include "service/ServiceClient.h"
-#include "support/NotingFrame.h"
-#include "support/ScriptedPrompts.h"
-#include "support/ServiceFixture.h"
-#include "support/SteppingReader.h"
+#include "support/PageBench.h"
 #include "ui/BrenListCtrl.h"
-#include "ui/Console.h"
 #include "ui/TaskItem.h"
-#include "zep/LiveCounters.h"
 
 #include <QTest>
-
-/// A console before a development service, for pages that do not outlive it.
-template <typename PageReader = SteppingReader>
-struct TaskBench {
-    devservice::DevService& Service() { return fixture.Service(); }
-
-    ServiceFixture fixture;
-    ServiceClient client;
-    LiveCounters counters;
-    ScriptedPrompts prompts;
-    PageReader reader;
-    NotingFrame frame;
-    const Console console{client, counters, prompts, reader, frame};
-};
 
 /// What a user sees of the table on a page and does to it.
 class TableHand {
@@ -72,11 +52,11 @@ private:
 
 /// A click on the card's action of this caption.
 inline void ClickAction(CTaskItem* card, const QString& caption) {
-    for (int action = 0; action < card->ActionCount(); ++action) {
-        if (card->ActionCaption(action) == caption) {
-            QTest::mouseClick(card->childAt(card->ActionRect(action).center()), Qt::LeftButton);
-            return;
-        }
-    }
-    QTest::qFail(qPrintable(QStringLiteral("there is no action ") + caption), __FILE__, __LINE__);
+    int action = 0;
+    while (action < card->ActionCount() && card->ActionCaption(action) != caption)
+        ++action;
+    if (action < card->ActionCount())
+        QTest::mouseClick(card->childAt(card->ActionRect(action).center()), Qt::LeftButton);
+    else
+        QTest::qFail(qPrintable(QStringLiteral("there is no action ") + caption), __FILE__, __LINE__);
 }

@@ -1,8 +1,6 @@
 #include "taskman/TaskClass.h"
 #include "support/TestMain.h"
 
-#include <QTest>
-
 class TaskClassTest : public QObject {
     Q_OBJECT
 

@@ -123,26 +123,25 @@ void Replace(devservice::DevService& service, const std::filesystem::path& file,
 /// A list with one task whose card is expanded or not.
 struct OneCard {
     explicit OneCard(bool expanded) : list(bench.console, TaskFilter::MyTasks) {
-        bench.Service().PutTask(MakeTask("{1}", "Photos"));
+        bench.service->PutTask(MakeTask("{1}", "Photos"));
         list.resize(760, 560);
-        list.Activate();
-        bench.reader.StepAll();
+        bench.Open(list);
         if (expanded)
             list.ToggleCard(*list.CardAt(0));
     }
 
     /// The service loses the task, and the list hears of it first.
     void Lose() {
-        bench.Service().RemoveTask("{1}");
+        bench.service->RemoveTask("{1}");
         list.OnCommand(Command::Refresh);
-        bench.Service().ForgetRequests();
+        bench.service->ForgetRequests();
         while (bench.reader.Step(Lane::Databases)) {
         }
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCOMPARE(list.CardCount(), 0);
     }
 
-    TaskBench<> bench;
+    PageBench<> bench;
     CTaskListPanel list;
 };
 
@@ -151,8 +150,8 @@ class TaskFaultsTest : public QObject {
 
 private slots:
     void everyViewOutlivesRestarts() {
-        TaskBench<ThreadReader> bench;
-        devservice::DevService& service = bench.Service();
+        PageBench<ThreadReader> bench;
+        devservice::DevService& service = bench.service.Service();
         service.PutTask(MakeTask("{1}", "Photos"));
         AllViews views(bench.console);
         for (int round = 0; round < Restarts; ++round) {
@@ -176,8 +175,8 @@ private slots:
     }
 
     void readsADatabaseThatWasReplaced() {
-        TaskBench<> bench;
-        devservice::DevService& service = bench.Service();
+        PageBench<> bench;
+        devservice::DevService& service = bench.service.Service();
         service.PutTask(MakeTask("{1}", "Photos"));
         AllViews views(bench.console);
         Change(service, 0);
@@ -215,9 +214,8 @@ private slots:
         QCOMPARE(one.bench.frame.Captions(), QStringList{u"Refresh..."_s});
         QVERIFY(one.bench.frame.StatusText().startsWith("View tasks."_L1));
 
-        one.bench.Service().PutTask(MakeTask("{1}", "Photos"));
-        one.list.OnCommand(Command::Refresh);
-        one.bench.reader.StepAll();
+        one.bench.service->PutTask(MakeTask("{1}", "Photos"));
+        one.bench.Refresh(one.list);
         QCOMPARE(one.list.CardCount(), 1);
         QVERIFY(!one.list.CardAt(0)->IsExpanded());
     }
@@ -236,7 +234,7 @@ private slots:
             one.Lose();
             one.bench.prompts.Release();
             one.bench.reader.StepAll();
-            QCOMPARE(one.bench.fixture.RequestLines(), QStringList());
+            QCOMPARE(one.bench.service.RequestLines(), QStringList());
         }
     }
 
@@ -246,29 +244,26 @@ private slots:
         ClickAction(static_cast<CTaskItem*>(one.list.CardAt(0)), u"Cancel Task"_s);
         one.Lose();
         one.bench.reader.StepAll(); // no box: there is nothing left to do
-        QCOMPARE(one.bench.fixture.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
+        QCOMPARE(one.bench.service.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
     }
 
     void aTaskMayGoWhileItsSubTasksAreDeleted() {
-        TaskBench<> bench;
-        bench.Service().PutTask(MakeTask("{1}", "Photos"));
-        bench.Service().PutSubTasks("{1}", {MakeSubTask(1, "PUT", "a"), MakeSubTask(2, "PUT", "b")});
+        PageBench<> bench;
+        bench.service->PutTask(MakeTask("{1}", "Photos"));
+        bench.service->PutSubTasks("{1}", {MakeSubTask(1, "PUT", "a"), MakeSubTask(2, "PUT", "b")});
         CSubtaskPanel panel(bench.console, Photos(), SubtaskView::Pending);
         panel.resize(820, 400);
-        panel.Activate();
-        bench.reader.StepAll();
+        bench.Open(panel);
         bench.prompts.ExpectQuestion(u"Do you really want to remove selected sub-tasks?"_s, true);
         bench.prompts.ExpectMessage(u"Failed to delete the subtask"_s);
         TableHand(panel).Select({0, 1}, 3);
         TableHand(panel).Click(1, 9);
         QCoreApplication::sendPostedEvents();
-        bench.Service().RemoveTask("{1}");
-        panel.OnCommand(Command::Refresh);
-        bench.reader.StepAll();
+        bench.service->RemoveTask("{1}");
+        bench.Refresh(panel);
         QVERIFY(bench.prompts.IsPlayed());
         panel.Deactivate();
-        panel.Activate();
-        bench.reader.StepAll();
+        bench.Open(panel);
         QVERIFY(bench.frame.StatusText().startsWith("The database does not exist"_L1));
     }
 };

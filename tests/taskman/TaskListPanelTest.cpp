@@ -15,8 +15,8 @@ class TaskListPanelTest : public QObject {
 
 private slots:
     void init() {
-        m_bench = std::make_unique<TaskBench<>>();
-        m_bench->Service().PutTasks(
+        m_bench = std::make_unique<PageBench<>>();
+        m_bench->service->PutTasks(
             {MakeTask("{1}", "Photos"), MakeTask("{2}", "Mail", "advbackup", TaskState::Running),
              MakeTask("{3}", "Default Task For X"), MakeTask("{4}", "Old", "backup", TaskState::Completed)});
     }
@@ -38,15 +38,15 @@ private slots:
 
     void commandsTheTaskThatWasClicked() {
         const auto panel = MakePanel();
-        m_bench->Service().ForgetRequests();
+        m_bench->service->ForgetRequests();
         ClickAction(Card(*panel, u"Mail"_s), u"Pause"_s);
         ClickAction(Card(*panel, u"Mail"_s), u"Pause"_s); // the second click of a double click is swallowed
         ClickAction(Card(*panel, u"Photos"_s), u"Start Now"_s);
         m_bench->reader.StepAll();
-        QCOMPARE(m_bench->fixture.RequestLines(),
+        QCOMPARE(m_bench->service.RequestLines(),
                  QStringList({u"GET /schedule/pausetask?%7B2%7D"_s, u"GET /schedule/startnow?%7B1%7D"_s}));
 
-        m_bench->Service().SetFault(devservice::HttpFault::Refuse);
+        m_bench->service->SetFault(devservice::HttpFault::Refuse);
         ClickAction(Card(*panel, u"Photos"_s), u"Pause"_s);
         m_bench->reader.StepAll();
         ClickAction(Card(*panel, u"Photos"_s), u"Pause"_s); // the refused command left the button as it was
@@ -54,16 +54,16 @@ private slots:
 
     void asksBeforeItDeletes() {
         const auto panel = MakePanel();
-        m_bench->Service().ForgetRequests();
+        m_bench->service->ForgetRequests();
         m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, false);
         ClickAction(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
         m_bench->reader.StepAll();
-        QCOMPARE(m_bench->fixture.RequestLines(), QStringList());
+        QCOMPARE(m_bench->service.RequestLines(), QStringList());
 
         m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, true);
         ClickAction(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
         m_bench->reader.StepAll();
-        QCOMPARE(m_bench->fixture.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
+        QCOMPARE(m_bench->service.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
         QCOMPARE(Titles(*panel), QStringList{u"Mail"_s});
     }
 
@@ -71,46 +71,41 @@ private slots:
         const auto panel = MakePanel();
         const QString usual = m_bench->frame.StatusText();
         QVERIFY(usual.startsWith("View tasks."_L1));
-        m_bench->Service().SetFault(devservice::DatabaseFault::Garbage);
-        panel->OnCommand(Command::Refresh);
-        m_bench->reader.StepAll();
+        m_bench->service->SetFault(devservice::DatabaseFault::Garbage);
+        m_bench->Refresh(*panel);
         QCOMPARE(Titles(*panel), QStringList({u"Mail"_s, u"Photos"_s}));
         QVERIFY(m_bench->frame.StatusText() != usual);
 
-        m_bench->Service().ClearFaults();
-        m_bench->Service().PutTask(MakeTask("{5}", "New"));
-        panel->OnCommand(Command::Refresh);
-        m_bench->reader.StepAll();
+        m_bench->service->ClearFaults();
+        m_bench->service->PutTask(MakeTask("{5}", "New"));
+        m_bench->Refresh(*panel);
         QCOMPARE(Titles(*panel), QStringList({u"Mail"_s, u"New"_s, u"Photos"_s}));
         QCOMPARE(m_bench->frame.StatusText(), usual);
     }
 
     void sharesACardBetweenTasksOfOneName() {
         const auto panel = MakePanel();
-        m_bench->Service().PutTask(MakeTask("{9}", "photos"));
-        panel->OnCommand(Command::Refresh);
-        m_bench->reader.StepAll();
+        m_bench->service->PutTask(MakeTask("{9}", "photos"));
+        m_bench->Refresh(*panel);
         QCOMPARE(Titles(*panel), QStringList({u"Mail"_s, u"Photos"_s}));
         QCOMPARE(Card(*panel, u"Photos"_s)->TaskId(), u"{1}"_s);
-        m_bench->Service().RemoveTask("{1}");
-        panel->OnCommand(Command::Refresh);
-        m_bench->reader.StepAll();
+        m_bench->service->RemoveTask("{1}");
+        m_bench->Refresh(*panel);
         QCOMPARE(Card(*panel, u"Photos"_s)->TaskId(), u"{9}"_s);
     }
 
     void deletesNothingWhenTheCardHasPassedOn() {
         const auto panel = MakePanel();
-        m_bench->Service().PutTask(MakeTask("{9}", "photos"));
+        m_bench->service->PutTask(MakeTask("{9}", "photos"));
         m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, true);
         m_bench->prompts.Hold();
         ClickAction(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
-        m_bench->Service().RemoveTask("{1}");
-        panel->OnCommand(Command::Refresh);
-        m_bench->reader.StepAll();
-        m_bench->Service().ForgetRequests();
+        m_bench->service->RemoveTask("{1}");
+        m_bench->Refresh(*panel);
+        m_bench->service->ForgetRequests();
         m_bench->prompts.Release();
         m_bench->reader.StepAll();
-        QCOMPARE(m_bench->fixture.RequestLines(), QStringList());
+        QCOMPARE(m_bench->service.RequestLines(), QStringList());
     }
 
     void findsTasksThatItHasNoRoomFor() {
@@ -118,7 +113,7 @@ private slots:
         for (int number = 1; number <= 130; ++number)
             tasks.push_back(
                 MakeTask("{t" + std::to_string(number) + '}', "Task no. " + std::to_string(number)));
-        m_bench->Service().PutTasks(tasks);
+        m_bench->service->PutTasks(tasks);
         const auto panel = MakePanel();
         const auto* notice = panel->findChild<NoticeLine*>();
         const QString line = u"32 more tasks are not shown. Find a task by its name to see it here."_s;
@@ -136,8 +131,7 @@ private slots:
         QTest::keyClicks(words, hidden.toUpper());
         QVERIFY(Titles(*panel).contains(hidden));
         QCOMPARE(notice->Text(), QString());
-        panel->OnCommand(Command::Refresh);
-        m_bench->reader.StepAll();
+        m_bench->Refresh(*panel);
         QCOMPARE(Titles(*panel).filter(hidden), Titles(*panel)); // a refresh brings no others
         words->setText(u"Task no."_s);
         QCOMPARE(notice->Text(), u"30 more tasks are not shown. Find a task by its name to see it here."_s);
@@ -153,25 +147,22 @@ private slots:
             devservice::MakeSubTask(1, "PUT", "a", 2048, SubTaskState::Done),
             devservice::MakeSubTask(2, "PUT", "b", 2048, SubTaskState::Running),
             devservice::MakeSubTask(3, "PUT", "c", 2048)};
-        m_bench->Service().PutSubTasks("{2}", work);
+        m_bench->service->PutSubTasks("{2}", work);
         const auto panel = MakePanel();
         const CTaskManItem* mail = Card(*panel, u"Mail"_s);
-        const auto refresh = [&] {
-            panel->OnCommand(Command::Refresh);
-            m_bench->reader.StepAll();
-        };
+        const auto refresh = [&] { m_bench->Refresh(*panel); };
         QCOMPARE(mail->StatusText(), u"0.000 KB transferred"_s);
         QCOMPARE(mail->Progress(), 333);
         work[1].done = 1024;
-        m_bench->Service().PutSubTasks("{2}", work);
+        m_bench->service->PutSubTasks("{2}", work);
         refresh();
         QCOMPARE(mail->StatusText(), u"1.000 KB, 1.000 KB (00:00:00) Remaining"_s);
-        m_bench->Service().SetSubTaskState("{2}", 2, SubTaskState::Done);
+        m_bench->service->SetSubTaskState("{2}", 2, SubTaskState::Done);
         refresh();
         QCOMPARE(mail->StatusText(), u"Running"_s);
         QCOMPARE(mail->Progress(), 666);
 
-        m_bench->Service().SetTaskState("{2}", TaskState::Paused);
+        m_bench->service->SetTaskState("{2}", TaskState::Paused);
         refresh();
         QCOMPARE(mail->StatusText(), u"Next Run: 2025-03-04 21:00:00"_s);
         QCOMPARE(mail->Progress(), 0);
@@ -181,8 +172,7 @@ private:
     std::unique_ptr<CTaskListPanel> MakePanel(TaskFilter filter = TaskFilter::MyTasks) {
         auto panel = std::make_unique<CTaskListPanel>(m_bench->console, filter);
         panel->resize(760, 560);
-        panel->Activate();
-        m_bench->reader.StepAll();
+        m_bench->Open(*panel);
         return panel;
     }
 
@@ -198,7 +188,7 @@ private:
         return titles;
     }
 
-    std::unique_ptr<TaskBench<>> m_bench;
+    std::unique_ptr<PageBench<>> m_bench;
 };
 
 BTASK_TEST(TaskListPanelTest);

@@ -18,7 +18,7 @@ class TaskManPanelTest : public QObject {
 
 private slots:
     void init() {
-        m_bench = std::make_unique<TaskBench<>>();
+        m_bench = std::make_unique<PageBench<>>();
         m_panel = std::make_unique<CTaskManPanel>(m_bench->console);
         m_panel->resize(900, 600);
     }
@@ -39,7 +39,7 @@ private slots:
     void beginsInTheKeptMode() {
         const auto [value, advanced] = Fetched<QString, bool>();
         if (!value.isEmpty())
-            m_bench->Service().SetSetting("TaskAdvancedMode", value.toStdString());
+            m_bench->service->SetSetting("TaskAdvancedMode", value.toStdString());
         QCOMPARE(ShownTabs(), QList<int>({0, 1}));
         Open();
         QCOMPARE(Box()->isChecked(), advanced);
@@ -51,11 +51,11 @@ private slots:
 
     void keepsTheModeAsANumber() {
         Open();
-        m_bench->Service().ForgetRequests();
+        m_bench->service->ForgetRequests();
         Box()->click();
         QCOMPARE(ShownTabs(), QList<int>({0, 1, 2, 3, 4}));
         m_bench->reader.StepAll();
-        QCOMPARE(m_bench->Service().Setting("TaskAdvancedMode"), std::optional<std::string>("1"));
+        QCOMPARE(m_bench->service->Setting("TaskAdvancedMode"), std::optional<std::string>("1"));
         Box()->click();
         QCOMPARE(ShownTabs(), QList<int>({0, 1}));
         m_bench->reader.StepAll();
@@ -63,11 +63,11 @@ private slots:
     }
 
     void asksAgainAfterTheServiceWasGone() {
-        m_bench->Service().SetSetting("TaskAdvancedMode", "1");
-        m_bench->Service().SetFault(devservice::HttpFault::Refuse);
+        m_bench->service->SetSetting("TaskAdvancedMode", "1");
+        m_bench->service->SetFault(devservice::HttpFault::Refuse);
         Open();
         QCOMPARE(ShownTabs(), QList<int>({0, 1}));
-        m_bench->Service().ClearFaults();
+        m_bench->service->ClearFaults();
         m_panel->Deactivate();
         Open();
         QCOMPARE(ShownTabs(), QList<int>({0, 1, 2, 3, 4}));
@@ -86,24 +86,20 @@ private slots:
     }
 
 private:
-    void Open() {
-        m_panel->Activate();
-        m_bench->reader.StepAll();
-    }
+    void Open() { m_bench->Open(*m_panel); }
 
     QList<int> ShownTabs() const {
         QList<int> shown;
-        for (int tab = 0; tab < m_panel->PageCount(); ++tab) {
+        for (int tab = 0; tab < m_panel->PageCount(); ++tab)
             if (m_panel->IsTabShown(tab))
                 shown.append(tab);
-        }
         return shown;
     }
     QCheckBox* Box() const { return m_panel->findChild<QCheckBox*>(); }
     /// Those of the mode.
-    QStringList Requests() const { return m_bench->fixture.RequestLines().filter(u"TaskAdvancedMode"_s); }
+    QStringList Requests() const { return m_bench->service.RequestLines().filter(u"TaskAdvancedMode"_s); }
 
-    std::unique_ptr<TaskBench<>> m_bench;
+    std::unique_ptr<PageBench<>> m_bench;
     std::unique_ptr<CTaskManPanel> m_panel;
 };
 

@@ -11,28 +11,26 @@ class TaskSummaryTest : public QObject {
 
 private slots:
     void init() {
-        m_bench = std::make_unique<TaskBench<>>();
-        m_bench->Service().PutTask(MakeTask("{1}", "Photos"));
+        m_bench = std::make_unique<PageBench<>>();
+        m_bench->service->PutTask(MakeTask("{1}", "Photos"));
     }
 
     void cleanup() { m_bench.reset(); }
 
     void showsTheState_data() {
-        const Columns<TaskState, QString, bool, QStringList> row("state", "status", "hasNextStart",
-                                                                 "buttons");
+        const Columns<TaskState, bool, QString, QStringList> row("state", "starts", "status", "buttons");
         const QStringList waiting{u"Start Now"_s, u"Pause"_s, u"Cancel Task"_s, u"Refresh"_s};
-        row("pending", TaskState::Pending, "Pending", true, waiting);
-        row("failed", TaskState::Failed, "Failed", true, waiting);
-        row("paused", TaskState::Paused, "Paused", false,
+        row("pending", TaskState::Pending, true, "Pending", waiting);
+        row("failed", TaskState::Failed, true, "Failed", waiting);
+        row("paused", TaskState::Paused, false, "Paused",
             {u"Start Now"_s, u"Resume"_s, u"Cancel Task"_s, u"Refresh"_s});
-        row("completed", TaskState::Completed, "Completed", true, {u"Refresh"_s});
-        row("held: the row stays as it was", TaskState::Held, {}, true, QStringList());
+        row("completed", TaskState::Completed, true, "Completed", {u"Refresh"_s});
+        row("held: the row stays as it was", TaskState::Held, true, {}, {});
     }
 
     void showsTheState() {
-        QFETCH(TaskState, state);
-        QFETCH(bool, hasNextStart);
-        m_bench->Service().SetTaskState("{1}", state);
+        const auto [state, hasNextStart] = Fetched<TaskState, bool>();
+        m_bench->service->SetTaskState("{1}", state);
         const auto summary = MakeSummary();
         QCOMPARE(Detail(*summary, u"Task Type"_s), u"Mirrored Backup"_s);
         QTEST(Detail(*summary, u"Status"_s), "status");
@@ -41,11 +39,11 @@ private slots:
     }
 
     void countsSubTasks() {
-        m_bench->Service().SetTaskState("{1}", TaskState::Running);
-        m_bench->Service().PutSubTasks("{1}",
-                                       {MakeSubTask(1, "PUT", "a", 10, SubTaskState::Done),
-                                        MakeSubTask(2, "PUT", "b", 10, SubTaskState::PendingRetry),
-                                        MakeSubTask(3, "PUT", "c", 10), MakeSubTask(4, "PUT", "d", 10)});
+        m_bench->service->SetTaskState("{1}", TaskState::Running);
+        m_bench->service->PutSubTasks("{1}",
+                                      {MakeSubTask(1, "PUT", "a", 10, SubTaskState::Done),
+                                       MakeSubTask(2, "PUT", "b", 10, SubTaskState::PendingRetry),
+                                       MakeSubTask(3, "PUT", "c", 10), MakeSubTask(4, "PUT", "d", 10)});
         const auto summary = MakeSummary();
         QCOMPARE(Detail(*summary, u"Pending Subtasks"_s), u"2 of 4 total sub-tasks"_s);
         QCOMPARE(Detail(*summary, u"Completed Subtasks"_s), u"1"_s);
@@ -55,31 +53,29 @@ private slots:
 
     void sendsACommandOnce() {
         const auto summary = MakeSummary();
-        m_bench->Service().ForgetRequests();
+        m_bench->service->ForgetRequests();
         m_bench->frame.Click(u"Pause"_s);
         m_bench->frame.Click(u"Pause"_s);
         summary->OnCommand(8024); // as a click that was on its way
         m_bench->reader.StepAll();
-        QCOMPARE(m_bench->fixture.RequestLines(), QStringList{u"GET /schedule/pausetask?%7B1%7D"_s});
+        QCOMPARE(m_bench->service.RequestLines(), QStringList{u"GET /schedule/pausetask?%7B1%7D"_s});
         QVERIFY(m_bench->frame.Captions().contains(u"Resume"_s));
     }
 
     void asksBeforeItDeletes() {
         const auto summary = MakeSummary();
-        m_bench->Service().ForgetRequests();
+        m_bench->service->ForgetRequests();
         m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, false);
-        m_bench->frame.Click(u"Cancel Task"_s);
-        m_bench->reader.StepAll();
-        QCOMPARE(m_bench->fixture.RequestLines(), QStringList());
+        m_bench->Click(u"Cancel Task"_s);
+        QCOMPARE(m_bench->service.RequestLines(), QStringList());
         m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, true);
-        m_bench->frame.Click(u"Cancel Task"_s);
-        m_bench->reader.StepAll();
-        QCOMPARE(m_bench->fixture.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
+        m_bench->Click(u"Cancel Task"_s);
+        QCOMPARE(m_bench->service.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
     }
 
     void leavesTheToolbarOfTheNextPageAlone() {
         const auto summary = MakeSummary();
-        m_bench->Service().SetTaskState("{1}", TaskState::Paused);
+        m_bench->service->SetTaskState("{1}", TaskState::Paused);
         summary->OnCommand(Command::Refresh);
         summary->Deactivate();
         m_bench->frame.SetToolbar(*summary, {{u"Of the next page"_s, 1}});
@@ -90,21 +86,19 @@ private slots:
 private:
     std::unique_ptr<CTaskSummary> MakeSummary() {
         auto summary = std::make_unique<CTaskSummary>(m_bench->console, u"{1}"_s, u"BACKUP"_s);
-        summary->Activate();
-        m_bench->reader.StepAll();
+        m_bench->Open(*summary);
         return summary;
     }
 
     QString Detail(const CTaskSummary& summary, const QString& info) {
         const auto& rows = summary.findChild<CBrenListCtrl*>()->Rows();
-        for (int row = 0; row < rows.rowCount(); ++row) {
+        for (int row = 0; row < rows.rowCount(); ++row)
             if (rows.CellText(row, 0) == info)
                 return rows.CellText(row, 1).toString();
-        }
         return u"no such row"_s;
     }
 
-    std::unique_ptr<TaskBench<>> m_bench;
+    std::unique_ptr<PageBench<>> m_bench;
 };
 
 BTASK_TEST(TaskSummaryTest);

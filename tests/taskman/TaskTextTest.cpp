@@ -3,8 +3,6 @@
 #include "taskman/SubTaskText.h"
 #include "taskman/TransferMeter.h"
 
-#include <QTest>
-
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 

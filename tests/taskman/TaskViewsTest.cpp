@@ -31,7 +31,7 @@ class TaskViewsTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void init() { m_bench = std::make_unique<TaskBench<>>(); }
+    void init() { m_bench = std::make_unique<PageBench<>>(); }
 
     void cleanup() { m_bench.reset(); }
 
@@ -43,13 +43,13 @@ private slots:
         QCOMPARE(m_bench->frame.StatusText(), u"View the completion status of previous backups."_s);
         QCOMPARE(m_bench->frame.Captions(), QStringList{u"Refresh"_s});
 
-        m_bench->Service().Execute(
-            m_bench->Service().DatabaseFile(devservice::Database::ProcessLog),
+        m_bench->service->Execute(
+            m_bench->service->DatabaseFile(devservice::Database::ProcessLog),
             "INSERT INTO TaskProcessLog VALUES(NULL,'{1}','2025-03-01 21:00:00','2025-03-01 "
             "21:05:00','Done',9,0,9),"
             "(NULL,'{2}','2025-03-01 22:00:00','2025-03-01 22:05:00','Done',1,0,1),"
             "(NULL,'{1}','2025-03-02 21:00:00','2025-03-02 21:01:00','Paused by the user',10,2,4)");
-        Refresh(history);
+        m_bench->Refresh(history);
         QCOMPARE(table->Rows().rowCount(), 2);
         QCOMPARE(table.Cells(1), QStringList({u"2025-03-02 21:00:00"_s, u"2025-03-02 21:01:00"_s,
                                               u"Paused by the user"_s, u"10"_s, u"2"_s, u"4"_s}));
@@ -58,13 +58,13 @@ private slots:
     }
 
     void listsWhatATaskProcesses() {
-        m_bench->Service().PutTasks(
+        m_bench->service->PutTasks(
             {MakeTask("{1}", "Photos", "backup", TaskState::Running), MakeTask("{2}", "Mail")});
-        m_bench->Service().PutSubTasks("{2}", {MakeTransfer(1, "PUT", "other", 1, 2)});
-        m_bench->Service().PutSubTasks("{1}", {MakeTransfer(1, "PUT", "/a/report.doc.BODPART_3", 250, 1000),
-                                               MakeTransfer(2, "GET", "C:\\a\\report.doc.BOD", 3'000, 2'000),
-                                               MakeTransfer(3, "PUT", "/a/big", 1LL << 31, 1LL << 33),
-                                               MakeTransfer(4, "PUT", "/b/big", 1LL << 31, 1LL << 33)});
+        m_bench->service->PutSubTasks("{2}", {MakeTransfer(1, "PUT", "other", 1, 2)});
+        m_bench->service->PutSubTasks("{1}", {MakeTransfer(1, "PUT", "/a/report.doc.BODPART_3", 250, 1000),
+                                              MakeTransfer(2, "GET", "C:\\a\\report.doc.BOD", 3'000, 2'000),
+                                              MakeTransfer(3, "PUT", "/a/big", 1LL << 31, 1LL << 33),
+                                              MakeTransfer(4, "PUT", "/b/big", 1LL << 31, 1LL << 33)});
         CRunningPanel running(m_bench->console, TaskOf(u"{1}"_s));
         Open(running);
         const TableHand table(running);
@@ -79,11 +79,11 @@ private slots:
         QCOMPARE(table.Cells(2), table.Cells(3));
         QCOMPARE(table.Cells(2).last(), u"#Progress:268435456 1073741824"_s);
 
-        m_bench->Service().SetSubTaskState("{1}", 1, SubTaskState::Done);
-        Refresh(running);
+        m_bench->service->SetSubTaskState("{1}", 1, SubTaskState::Done);
+        m_bench->Refresh(running);
         QCOMPARE(table.Column(2), QStringList({u"report.doc"_s, u"big"_s, u"big"_s}));
-        m_bench->Service().PutSubTasks("{1}", {});
-        Refresh(running);
+        m_bench->service->PutSubTasks("{1}", {});
+        m_bench->Refresh(running);
         QCOMPARE(table->TextWithoutRows(), u"No subtask is being processed."_s);
     }
 
@@ -97,11 +97,11 @@ private slots:
         devservice::Task watched = MakeTask("{2}", "Drop Folder Sync 1");
         watched.schedule.kind = devservice::ScheduleKind::Sync;
         watched.description = "/home/mara/Sync\n/more\t/target";
-        m_bench->Service().PutTasks({MakeTask("{1}", "Photos", "backup", TaskState::Running), watched});
+        m_bench->service->PutTasks({MakeTask("{1}", "Photos", "backup", TaskState::Running), watched});
         devservice::SubTask busy = MakeTransfer(1, "PUT", "/a/a.jpg", 1, 4);
         busy.note = "waiting for the network";
-        m_bench->Service().PutSubTasks("{1}", {busy});
-        Refresh(system);
+        m_bench->service->PutSubTasks("{1}", {busy});
+        m_bench->Refresh(system);
         QCOMPARE(table->Rows().rowCount(), 2);
         QCOMPARE(table.Cells(0),
                  QStringList({u"{1}"_s, u"4"_s, u"1"_s, u"Photos: a.jpg"_s, u"/target"_s,
@@ -114,7 +114,7 @@ private slots:
     }
 
     void readsAgainWhenTheCounterMoves() {
-        const std::filesystem::path file = m_bench->fixture.Home().toStdU16String() + u"/own.map";
+        const std::filesystem::path file = m_bench->service.Home().toStdU16String() + u"/own.map";
         LiveTraceWriter writer(file);
         LiveTraceSnapshot snapshot;
         const auto publish = [&](quint32 changes, const QString& fileName) {
@@ -142,7 +142,7 @@ private slots:
         QVERIFY(tick());
         QCOMPARE(table.Column(3), QStringList{u"Photos: second"_s});
         publish(2, u"third"_s);
-        Refresh(system); // a user's wish is no tick
+        m_bench->Refresh(system); // a user's wish is no tick
         QCOMPARE(table.Column(3), QStringList{u"Photos: third"_s});
     }
 
@@ -157,25 +157,25 @@ private slots:
             devservice::Task& task = made.emplace_back(MakeTask(id, "Old", "backup", TaskState::Completed));
             task.lastRun = devservice::MakeTime(2025, 3, 1, 21);
         }
-        m_bench->Service().PutTasks(made);
-        Refresh(tasks);
+        m_bench->service->PutTasks(made);
+        m_bench->Refresh(tasks);
         QCOMPARE(table->Rows().rowCount(), 4);
         const QString first = table.Cells(0).first();
         QCOMPARE(table.Cells(0).mid(1),
                  QStringList({u"Old"_s, u"2025-03-01 21:00:00"_s, u"#ICON:208@@Click to delete the task"_s}));
 
-        m_bench->Service().ForgetRequests();
+        m_bench->service->ForgetRequests();
         m_bench->prompts.ExpectQuestion(u"Do you really want to delete the task?"_s, true);
         table.Click(0, 3);
         QCoreApplication::sendPostedEvents();
         m_bench->reader.StepAll();
         QCOMPARE(table->Rows().rowCount(), 3);
-        QCOMPARE(m_bench->fixture.RequestLines(),
+        QCOMPARE(m_bench->service.RequestLines(),
                  QStringList{u"GET /schedule/deletetask?%7B%1%7D"_s.arg(first.at(1))});
 
         const QString kept = table.Cells(1).first();
-        m_bench->Service().SetAnswer("/schedule/deletetask?%7B" + kept.mid(1, 1).toStdString(),
-                                     devservice::Answer{500, {}});
+        m_bench->service->SetAnswer("/schedule/deletetask?%7B" + kept.mid(1, 1).toStdString(),
+                                    devservice::Answer{500, {}});
         m_bench->prompts.ExpectQuestion(u"Do you really want to remove the selected tasks?"_s, true);
         m_bench->prompts.ExpectMessage(u"Failed to delete the task"_s);
         table.Select({0, 1, 2}, 1);
@@ -189,16 +189,10 @@ private slots:
 private:
     void Open(CRecordPanel& panel) {
         panel.resize(820, 400);
-        panel.Activate();
-        m_bench->reader.StepAll();
+        m_bench->Open(panel);
     }
 
-    void Refresh(CRecordPanel& panel) {
-        panel.OnCommand(Command::Refresh);
-        m_bench->reader.StepAll();
-    }
-
-    std::unique_ptr<TaskBench<>> m_bench;
+    std::unique_ptr<PageBench<>> m_bench;
 };
 
 BTASK_TEST(TaskViewsTest);

@@ -1,5 +1,6 @@
 #include "ui/BrenListCtrl.h"
 
+#include "PaintNote.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestMain.h"
 #include "ui/FindBar.h"
@@ -9,10 +10,11 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
-#include <QPaintEvent>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+
+#include <numeric>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -33,36 +35,10 @@ std::vector<ListRow> Tasks(const QList<int>& numbers) {
 }
 
 std::vector<ListRow> Tasks(int count) {
-    std::vector<ListRow> rows;
-    for (int number = 0; number < count; ++number)
-        rows.push_back(TaskRow(number));
-    return rows;
+    QList<int> numbers(count);
+    std::iota(numbers.begin(), numbers.end(), 0);
+    return Tasks(numbers);
 }
-
-/// What is painted of a list from when this is made.
-class PaintWatch : public QObject {
-public:
-    explicit PaintWatch(CBrenListCtrl& list) : m_viewport(list.viewport()) {
-        QTest::qWait(0);
-        m_viewport->installEventFilter(this);
-    }
-
-    QRegion Painted() {
-        QCoreApplication::sendPostedEvents();
-        QCoreApplication::processEvents();
-        return m_painted;
-    }
-
-private:
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::Paint)
-            m_painted += static_cast<QPaintEvent*>(event)->region();
-        return false;
-    }
-
-    QWidget* m_viewport;
-    QRegion m_painted;
-};
 
 struct Table {
     explicit Table(std::vector<ListRow> rows, TableKind kind = TableKind::Record) {
@@ -79,11 +55,16 @@ struct Table {
             qFatal("The list does not come up.");
     }
 
+    CBrenListCtrl* operator->() const { return list; }
+
     QPoint Centre(int row, int column) const {
         return list->visualRect(list->model()->index(row, column)).center();
     }
     void Click(int row, int column) const {
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, Centre(row, column));
+    }
+    void ClickHeader() const {
+        QTest::mouseClick(list->horizontalHeader()->viewport(), Qt::LeftButton, {}, {60, 18});
     }
     QStringList Names() const {
         QStringList names;
@@ -109,28 +90,28 @@ private slots:
         QSignalSpy right(table.list, &CBrenListCtrl::RightClicked);
         table.Click(3, 2);
         QCOMPARE(left.count(), 0); // queued
-        table.list->SetRows(Tasks({9, 0, 1, 2, 3}));
+        table->SetRows(Tasks({9, 0, 1, 2, 3}));
         QTRY_COMPARE(left.count(), 1);
         QCOMPARE(left.takeFirst(), (QVariantList{3, 2, u"id3"_s}));
 
         table.Click(0, 0);
-        QTest::mouseClick(table.list->viewport(), Qt::LeftButton, {}, {100, 230});
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, {100, 230});
         const QPoint centre = table.Centre(1, 1);
         QContextMenuEvent rightClick(QContextMenuEvent::Mouse, centre,
-                                     table.list->viewport()->mapToGlobal(centre));
-        QCoreApplication::sendEvent(table.list->viewport(), &rightClick);
-        delete table.list->findChild<QMenu*>();
+                                     table->viewport()->mapToGlobal(centre));
+        QCoreApplication::sendEvent(table->viewport(), &rightClick);
+        delete table->findChild<QMenu*>();
         QTRY_COMPARE(right.count(), 1);
         QCOMPARE(right.first(), (QVariantList{1, 1, u"id0"_s}));
         QCOMPARE(left.count(), 0);
 
         // Another row below the pointer than the one that was pressed.
-        QTest::mousePress(table.list->viewport(), Qt::LeftButton, {}, table.Centre(2, 2));
-        table.list->SetRows(Tasks({0, 1, 2, 3}));
-        QTest::mouseRelease(table.list->viewport(), Qt::LeftButton, {}, table.Centre(2, 2));
+        QTest::mousePress(table->viewport(), Qt::LeftButton, {}, table.Centre(2, 2));
+        table->SetRows(Tasks({0, 1, 2, 3}));
+        QTest::mouseRelease(table->viewport(), Qt::LeftButton, {}, table.Centre(2, 2));
         // A double click is one click.
         table.Click(3, 2);
-        QTest::mouseDClick(table.list->viewport(), Qt::LeftButton, {}, table.Centre(3, 2));
+        QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, table.Centre(3, 2));
         QTest::keyClick(table.list, Qt::Key_Return);
         QTRY_COMPARE(left.count(), 2);
         QCOMPARE(left.first(), (QVariantList{3, 2, u"id3"_s}));
@@ -164,127 +145,122 @@ private slots:
 
     void PaintsOnlyWhatChanges() {
         Table table(Tasks(1000));
-        {
-            PaintWatch watch(*table.list);
-            table.list->SetRows(Tasks(1000));
-            QVERIFY(table.list->SetCellText(3, 1, u"Task 3"_s));
-            QCOMPARE(watch.Painted(), QRegion());
-        }
-        {
-            PaintWatch watch(*table.list);
-            std::vector<ListRow> rows = Tasks(1000);
-            rows[4] = TaskRow(4, u" paused"_s);
-            rows[900] = TaskRow(900, u" out of sight"_s);
-            table.list->SetRows(std::move(rows));
-            QCOMPARE(watch.Painted(), QRegion(table.list->visualRect(table.list->model()->index(4, 1))));
-        }
-        {
-            PaintWatch watch(*table.list);
-            QVERIFY(table.list->SetCellText(5, 2, {}));
-            QCOMPARE(watch.Painted(), QRegion(table.list->visualRect(table.list->model()->index(5, 2))));
-        }
-        QVERIFY(!table.list->SetCellText(1000, 1, {}));
-        QVERIFY(!table.list->SetCellText(0, 3, {}));
-        QVERIFY(!table.list->SetCellText(-1, 0, {}));
+        PaintNote note(*table->viewport());
+        const auto painted = [&note] {
+            QCoreApplication::sendPostedEvents();
+            QCoreApplication::processEvents();
+            return note.Take();
+        };
+        const auto cell = [&table](int row, int column) {
+            return QRegion(table->visualRect(table->model()->index(row, column)));
+        };
+        painted();
+        table->SetRows(Tasks(1000));
+        QVERIFY(table->SetCellText(3, 1, u"Task 3"_s));
+        QCOMPARE(painted(), QRegion());
+        std::vector<ListRow> rows = Tasks(1000);
+        rows[4] = TaskRow(4, u" paused"_s);
+        rows[900] = TaskRow(900, u" out of sight"_s);
+        table->SetRows(std::move(rows));
+        QCOMPARE(painted(), cell(4, 1));
+        QVERIFY(table->SetCellText(5, 2, {}));
+        QCOMPARE(painted(), cell(5, 2));
+        for (const auto& [row, column] : {std::pair(1000, 1), std::pair(0, 3), std::pair(-1, 0)})
+            QVERIFY(!table->SetCellText(row, column, {}));
     }
 
     void ShadesDisplayedRows() {
         Table table(Tasks(4));
         const auto colour = [&](int row, int column) {
-            const QImage image = table.list->viewport()->grab().toImage();
-            return QColor(
-                image.pixel(table.list->visualRect(table.list->model()->index(row, column)).topLeft()));
+            const QImage image = table->viewport()->grab().toImage();
+            return QColor(image.pixel(table->visualRect(table->model()->index(row, column)).topLeft()));
         };
         const QColor grey(0xF0, 0xF0, 0xF0);
         QCOMPARE(colour(0, 1), grey);
         QCOMPARE(colour(1, 1), QColor(Qt::white));
         QCOMPARE(colour(2, 0), QColor(Qt::white)); // a swatch
-        table.list->SetFilter(u"Task 1"_s);
+        table->SetFilter(u"Task 1"_s);
         QCOMPARE(colour(0, 1), grey);
-        table.list->selectRow(0);
-        QCOMPARE(colour(0, 1), table.list->palette().color(QPalette::Highlight));
-        table.list->clearSelection();
-        table.list->SetUnshadedColumn(1);
+        table->selectRow(0);
+        QCOMPARE(colour(0, 1), table->palette().color(QPalette::Highlight));
+        table->clearSelection();
+        table->SetUnshadedColumn(1);
         QCOMPARE(colour(0, 1), QColor(Qt::white));
-        table.list->SetUnshadedColumn(-1);
-        table.list->SetRowShading(false);
+        table->SetUnshadedColumn(-1);
+        table->SetRowShading(false);
         QCOMPARE(colour(0, 1), QColor(Qt::white));
     }
 
     void RefreshKeepsPlace() {
         Table table(Tasks(300));
-        table.list->SetMultiSelection(true);
-        table.list->verticalScrollBar()->setValue(100 * 24 + 7);
+        table->SetMultiSelection(true);
+        table->verticalScrollBar()->setValue(100 * 24 + 7);
         table.Click(2, 1); // beyond the page: the view scrolls nowhere
-        table.list->setCurrentIndex(table.list->model()->index(102, 1));
-        table.list->selectionModel()->select(table.list->model()->index(104, 0),
-                                             QItemSelectionModel::Select | QItemSelectionModel::Rows);
-        const int offset = table.list->rowViewportPosition(102);
+        table->setCurrentIndex(table->model()->index(102, 1));
+        table->selectionModel()->select(table->model()->index(104, 0),
+                                        QItemSelectionModel::Select | QItemSelectionModel::Rows);
+        const int offset = table->rowViewportPosition(102);
 
         std::vector<ListRow> rows = Tasks(300);
         rows.erase(rows.begin() + 50, rows.begin() + 60);
         std::swap(rows[0], rows[200]);
         rows.insert(rows.begin(), TaskRow(1000));
-        table.list->SetRows(std::move(rows));
-        QCOMPARE(table.list->SelectedIds(), (QStringList{u"id102"_s, u"id104"_s}));
-        QCOMPARE(table.list->CurrentId(), u"id102"_s);
-        QCOMPARE(table.list->rowViewportPosition(table.list->currentIndex().row()), offset);
+        table->SetRows(std::move(rows));
+        QCOMPARE(table->SelectedIds(), (QStringList{u"id102"_s, u"id104"_s}));
+        QCOMPARE(table->CurrentId(), u"id102"_s);
+        QCOMPARE(table->rowViewportPosition(table->currentIndex().row()), offset);
     }
 
     void RowThatGoesTakesItsSelection() {
         for (const bool multi : {false, true}) {
             Table table(Tasks(5));
-            table.list->SetMultiSelection(multi);
+            table->SetMultiSelection(multi);
             table.Click(2, 1);
-            table.list->SetRows(Tasks({0, 1, 3, 4}));
-            QCOMPARE(table.list->SelectedIds(), QStringList());
-            QVERIFY(table.list->currentIndex().isValid());
+            table->SetRows(Tasks({0, 1, 3, 4}));
+            QCOMPARE(table->SelectedIds(), QStringList());
+            QVERIFY(table->currentIndex().isValid());
             table.Click(1, 1);
-            table.list->SetFilter(u"Task 4"_s);
-            QCOMPARE(table.list->SelectedIds(), QStringList());
-            table.list->SetFilter({});
-            QCOMPARE(table.list->SelectedIds(), QStringList());
-            table.list->SetRows({});
-            QVERIFY(!table.list->currentIndex().isValid());
+            table->SetFilter(u"Task 4"_s);
+            QCOMPARE(table->SelectedIds(), QStringList());
+            table->SetFilter({});
+            QCOMPARE(table->SelectedIds(), QStringList());
+            table->SetRows({});
+            QVERIFY(!table->currentIndex().isValid());
         }
     }
 
     void SortsByKeys() {
         Table table(Tasks({10, 9, 100, 1}));
         table.Click(1, 1);
-        const auto clickHeader = [&] {
-            QTest::mouseClick(table.list->horizontalHeader()->viewport(), Qt::LeftButton, {}, {60, 18});
-        };
-        clickHeader();
+        table.ClickHeader();
         QCOMPARE(table.Names().join(u' '), u"1 9 10 100"_s);
-        clickHeader();
+        table.ClickHeader();
         QCOMPARE(table.Names().join(u' '), u"100 10 9 1"_s);
-        clickHeader();
+        table.ClickHeader();
         QCOMPARE(table.Names().join(u' '), u"10 9 100 1"_s);
-        QCOMPARE(table.list->SelectedIds(), QStringList(u"id9"_s));
+        QCOMPARE(table->SelectedIds(), QStringList(u"id9"_s));
     }
 
     void RefreshKeepsSortAndFilter() {
         Table table(Tasks({3, 1, 2}));
-        table.list->SortByNext(1);
-        table.list->SetFilter(u"TASK"_s);
+        table->SortByNext(1);
+        table->SetFilter(u"TASK"_s);
         std::vector<ListRow> rows = Tasks({5, 2, 0, 4});
         rows.push_back({u"x"_s, {{}, u"Other"_s, {}}});
-        table.list->SetRows(std::move(rows));
+        table->SetRows(std::move(rows));
         QCOMPARE(table.Names().join(u' '), u"0 2 4 5"_s);
-        QVERIFY(table.list->SetCellText(1, 1, u"Task two"_s));
-        table.list->AppendRows({TaskRow(3)});
+        QVERIFY(table->SetCellText(1, 1, u"Task two"_s));
+        table->AppendRows({TaskRow(3)});
         QCOMPARE(table.Names().join(u' '), u"0 two 3 4 5"_s);
 
         // Many runs of rows that come and go at once.
         QList<int> all;
         for (int number = 0; number < 500; ++number)
             all.append(number * 7 % 500);
-        table.list->SetRows(Tasks(all));
-        table.list->SetFilter(u"9"_s);
-        const QStringList names = table.Names();
-        QCOMPARE(names.size(), 500 - 5 * 81 + 0);
-        table.list->SetFilter({});
+        table->SetRows(Tasks(all));
+        table->SetFilter(u"9"_s);
+        QCOMPARE(table.Names().size(), 500 - 5 * 81);
+        table->SetFilter({});
         for (int number = 0; number < 500; ++number)
             QCOMPARE(table.Names().at(number), QString::number(number));
     }
@@ -296,29 +272,28 @@ private slots:
         QTest::keyClick(table.list, Qt::Key_F, Qt::ControlModifier);
         QVERIFY(words->isVisible());
         QTest::keyClicks(words, u"task 2"_s);
-        QCOMPARE(table.list->model()->rowCount(), 11);
-        bool counted = false;
-        for (const QLabel* label : table.frame->findChildren<QLabel*>())
-            counted |= label->text() == u"11 of 30"_s;
-        QVERIFY(counted);
+        QCOMPARE(table->model()->rowCount(), 11);
+        const auto labels = table.frame->findChildren<QLabel*>();
+        QVERIFY(std::any_of(labels.begin(), labels.end(),
+                            [](auto* label) { return label->text() == u"11 of 30"; }));
         QTest::keyClick(words, Qt::Key_Escape);
         QVERIFY(!words->isVisible());
-        QCOMPARE(table.list->model()->rowCount(), 30);
+        QCOMPARE(table->model()->rowCount(), 30);
 
         // The words of a cell are found, its markup and hidden columns are not.
-        table.list->SetFilter(u"ICON"_s);
-        QCOMPARE(table.list->model()->rowCount(), 0);
-        table.list->SetFilter(u"red"_s);
-        QCOMPARE(table.list->model()->rowCount(), 30);
-        table.list->SetColumnWidth(0, 0);
-        table.list->SetFilter(u"RED"_s);
-        QCOMPARE(table.list->model()->rowCount(), 0);
+        table->SetFilter(u"ICON"_s);
+        QCOMPARE(table->model()->rowCount(), 0);
+        table->SetFilter(u"red"_s);
+        QCOMPARE(table->model()->rowCount(), 30);
+        table->SetColumnWidth(0, 0);
+        table->SetFilter(u"RED"_s);
+        QCOMPARE(table->model()->rowCount(), 0);
     }
 
     void FixedTableKeepsOrder() {
         Table table(Tasks({3, 1, 2}), TableKind::Fixed);
-        QTest::mouseClick(table.list->horizontalHeader()->viewport(), Qt::LeftButton, {}, {60, 18});
-        table.list->SetFilter(u"Task 1"_s);
+        table.ClickHeader();
+        table->SetFilter(u"Task 1"_s);
         QTest::keyClick(table.list, Qt::Key_F, Qt::ControlModifier);
         QCOMPARE(table.Names().join(u' '), u"3 1 2"_s);
         QVERIFY(!table.frame->findChild<QLineEdit*>()->isVisible());
@@ -330,9 +305,9 @@ private slots:
             rows.emplace_back(QString::fromUtf8(name), QStringList{{}, QString::fromUtf8(name), {}});
         const auto typed = [&rows](const QString& keys) {
             Table table(rows);
-            table.list->setCurrentIndex(table.list->model()->index(0, 1));
+            table->setCurrentIndex(table->model()->index(0, 1));
             QTest::keyClicks(table.list, keys);
-            return table.list->CurrentId();
+            return table->CurrentId();
         };
         QCOMPARE(typed(u"br"_s), u"Bravo"_s);
         QCOMPARE(typed(u"b"_s), u"beta"_s);
@@ -348,17 +323,17 @@ private slots:
         rows.emplace_back(u"a"_s, QStringList{u"#COLOR:RED"_s, u"say \"hi\",\tyou"_s, u"##gone"_s});
         rows.emplace_back(u"b"_s, QStringList{u"#Progress:3 4@@3 of 4"_s, QString::fromUtf8("\u00e4\n"), {}});
         Table table(std::move(rows));
-        table.list->SetMultiSelection(true);
-        table.list->SortByNext(1);
-        table.list->SortByNext(1); // descending
-        table.list->selectAll();
+        table->SetMultiSelection(true);
+        table->SortByNext(1);
+        table->SortByNext(1); // descending
+        table->selectAll();
         QTest::keyClick(table.list, Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(table.prompts.clipboardText,
                  QString::fromUtf8("75.00 % (3 of 4)\t\u00e4 \t\nred\tsay \"hi\", you\tgone"));
 
         table.prompts.ExpectPick(u"Export"_s, path);
-        table.list->SetColumnWidth(2, 0);
-        table.list->ExportRows();
+        table->SetColumnWidth(2, 0);
+        table->ExportRows();
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(QString::fromUtf8(file.readAll().mid(3)),
@@ -370,10 +345,10 @@ private slots:
         QTemporaryDir folder;
         Table table(Tasks(2));
         table.prompts.ExpectPick(u"Export"_s, std::nullopt);
-        table.list->ExportRows();
+        table->ExportRows();
         table.prompts.ExpectPick(u"Export"_s, folder.filePath(u"missing/rows.csv"_s));
         table.prompts.ExpectMessage(u"The file could not be written."_s);
-        table.list->ExportRows();
+        table->ExportRows();
         QVERIFY(table.prompts.IsPlayed());
     }
 
@@ -382,14 +357,14 @@ private slots:
         qputenv("BREN_HOME", home.path().toUtf8());
         {
             Table table(Tasks(2));
-            table.list->RememberWidths(u"Tasks"_s);
-            QWidget* header = table.list->horizontalHeader()->viewport();
+            table->RememberWidths(u"Tasks"_s);
+            QWidget* header = table->horizontalHeader()->viewport();
             QTest::mousePress(header, Qt::LeftButton, {}, {190, 18});
             QTest::mouseMove(header, {210, 18});
             QTest::mouseMove(header, {220, 18});
             QTest::mouseRelease(header, Qt::LeftButton, {}, {220, 18});
-            QCOMPARE(table.list->columnWidth(1), 180);
-            QCOMPARE(table.list->columnWidth(2), table.list->viewport()->width() - 220); // fills the rest
+            QCOMPARE(table->columnWidth(1), 180);
+            QCOMPARE(table->columnWidth(2), table->viewport()->width() - 220); // fills the rest
         }
         Table same(Tasks(2));
         same.list->RememberWidths(u"Tasks"_s);
@@ -408,7 +383,7 @@ private slots:
 
     void SpeaksInWords() {
         Table table(Tasks(2));
-        table.list->SetCellText(0, 1, u"#Progress:3 4@@3 of 4 processed"_s);
+        table->SetCellText(0, 1, u"#Progress:3 4@@3 of 4 processed"_s);
         QAccessible::setActive(true);
         QAccessibleInterface* list = QAccessible::queryAccessibleInterface(table.list);
         QVERIFY(list && list->tableInterface());

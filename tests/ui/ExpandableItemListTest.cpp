@@ -1,4 +1,5 @@
 #include "ui/ExpandableItemList.h"
+#include "PaintNote.h"
 #include "support/NotingFrame.h"
 #include "support/TestMain.h"
 #include "ui/CardButton.h"
@@ -6,7 +7,6 @@
 #include "ui/TaskItem.h"
 
 #include <QPointer>
-#include <QSignalSpy>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -81,24 +81,6 @@ QStringList Titles(int count) {
         titles.append(u"Card %1"_s.arg(number));
     return titles;
 }
-
-/// Notes what is repainted of the widget that it watches.
-class PaintNote : public QObject {
-public:
-    explicit PaintNote(QWidget& watched) { watched.installEventFilter(this); }
-    QRect Painted() const { return m_painted.boundingRect(); }
-    QRect Take() { return std::exchange(m_painted, QRegion()).boundingRect(); }
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() == QEvent::Paint)
-            m_painted += static_cast<QPaintEvent*>(event)->region();
-        return QObject::eventFilter(watched, event);
-    }
-
-private:
-    QRegion m_painted;
-};
 
 } // namespace
 
@@ -348,9 +330,9 @@ private slots:
         const auto painted = [&list, &note] {
             QEvent flush(QEvent::UpdateRequest);
             QCoreApplication::sendEvent(&list, &flush);
-            return note.Take();
+            return note.Take().boundingRect();
         };
-        QTRY_COMPARE(note.Painted(), card->rect());
+        QTRY_COMPARE(note.Painted(), QRegion(card->rect()));
         note.Take();
 
         card->SetStatusText(u"Next Run"_s);

@@ -3,7 +3,6 @@
 
 #include <QImage>
 #include <QStandardItemModel>
-#include <QTest>
 
 namespace {
 

@@ -23,10 +23,9 @@ private slots:
     }
 
     void parsesSpans() {
-        QFETCH(QString, text);
-        QFETCH(bool, takesKeys);
+        const auto [text, plain, takesKeys] = Fetched<QString, QString, bool>();
         const LinkLabel label(text);
-        QTEST(label.accessibleName(), "plain");
+        QCOMPARE(label.accessibleName(), plain);
         QCOMPARE(label.focusPolicy() != Qt::NoFocus, takesKeys);
         QCOMPARE(label.openExternalLinks(), false);
     }

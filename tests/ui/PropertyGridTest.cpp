@@ -45,11 +45,21 @@ public:
         QVERIFY(QTest::qWaitForWindowActive(this));
     }
 
+    CPropertyGroup* Present(const std::vector<PropertyRow>& rows) {
+        CPropertyGroup* group = AddGroup(u"G"_s, rows);
+        Present();
+        return group;
+    }
+
     ScriptedPrompts prompts;
     CBrenPropertyGrid grid;
     QLineEdit* elsewhere;
     QStringList commits;
 };
+
+PropertyRow Row(const QString& value, ValueType type = ValueType::String, const QString& label = u"L"_s) {
+    return {label, value, u"K"_s, type, {}, false};
+}
 
 void ClickValue(CPropertyGroup& group, int row, int column = PropertyModel::Value) {
     const QModelIndex index = group.model()->index(row, column);
@@ -87,20 +97,16 @@ private slots:
         const auto [type, before, entered, end, after] =
             Fetched<ValueType, QString, QString, QString, QString>();
         GridWindow window;
-        CPropertyGroup* group = window.AddGroup(u"G"_s, {{u"L"_s, before, u"K"_s, type, {}, false}});
-        window.Present();
+        CPropertyGroup* group = window.Present({Row(before, type)});
         ClickValue(*group, 1);
         QWidget* editor = group->Editor();
         QVERIFY(editor && editor->hasFocus());
         QCOMPARE(group->EditedRow(), 1);
 
-        if (auto* edit = qobject_cast<CDynamicEdit*>(editor)) {
+        if (auto* edit = qobject_cast<CDynamicEdit*>(editor))
             edit->selectAll();
-            QTest::keyClick(edit, Qt::Key_Delete);
-            QTest::keyClicks(edit, entered);
-        } else {
-            QTest::keyClicks(editor, entered.left(1));
-        }
+        QTest::keyClick(editor, Qt::Key_Delete);
+        QTest::keyClicks(editor, type == ValueType::Boolean ? entered.left(1) : entered);
         if (end == "leave"_L1)
             window.elsewhere->setFocus();
         else
@@ -130,8 +136,7 @@ private slots:
     void valuesOpenTheirEditor() {
         const auto [type, value] = Fetched<ValueType, QString>();
         GridWindow window;
-        CPropertyGroup* group = window.AddGroup(u"G"_s, {{u"L"_s, value, u"K"_s, type, {}, false}});
-        window.Present();
+        CPropertyGroup* group = window.Present({Row(value, type)});
         QVERIFY(group->OpenEditor(1));
         const auto* combo = qobject_cast<CDynamicCombo*>(group->Editor());
         const auto* edit = qobject_cast<CDynamicEdit*>(group->Editor());
@@ -154,9 +159,7 @@ private slots:
     void foldersAreChosen() {
         const auto [value, picked] = Fetched<QString, std::optional<QString>>();
         GridWindow window;
-        CPropertyGroup* group =
-            window.AddGroup(u"G"_s, {{u"Cache folder"_s, value, u"K"_s, ValueType::String, {}, false}});
-        window.Present();
+        CPropertyGroup* group = window.Present({Row(value, ValueType::String, u"Cache folder"_s)});
         window.prompts.ExpectPick(u"Cache folder"_s, picked);
         ClickValue(*group, 1);
         QVERIFY(!group->Editor());
@@ -178,9 +181,7 @@ private slots:
     void integersAreIntegers() {
         QFETCH(QString, typed);
         GridWindow window;
-        CPropertyGroup* group =
-            window.AddGroup(u"G"_s, {{u"L"_s, u"5"_s, u"K"_s, ValueType::Integer, {}, false}});
-        window.Present();
+        CPropertyGroup* group = window.Present({Row(u"5"_s, ValueType::Integer)});
         QVERIFY(group->OpenEditor(1));
         QTest::keyClicks(group->Editor(), typed);
         QTest::keyClick(group->Editor(), Qt::Key_Enter);
@@ -189,10 +190,8 @@ private slots:
 
     void clicksOutsideOfAnEditableValueOpenNothing() {
         GridWindow window;
-        CPropertyGroup* group =
-            window.AddGroup(u"G"_s, {{u"L"_s, u"text"_s, u"K"_s, ValueType::String, {}, false},
-                                     {u"R"_s, u"text"_s, u"KR"_s, ValueType::String, {}, true}});
-        window.Present();
+        CPropertyGroup* group = window.Present({Row(u"text"_s), Row(u"text"_s)});
+        group->SetReadOnly(2, true);
         ClickValue(*group, 0);
         ClickValue(*group, 0, PropertyModel::Label);
         ClickValue(*group, 1, PropertyModel::Label);
@@ -207,13 +206,9 @@ private slots:
 
     void rowsEndAtTheLast() {
         GridWindow window;
-        CPropertyGroup* group =
-            window.AddGroup(u"Title"_s, {{u"L"_s, u"V"_s, u"K"_s, ValueType::Boolean, {}, false}});
+        CPropertyGroup* group = window.AddGroup(u"Title"_s, {Row(u"V"_s, ValueType::Boolean)});
         QCOMPARE(group->RowCount(), 2);
-        QVERIFY(!group->GetRow(-1));
-        QVERIFY(!group->GetRow(2));
-        QCOMPARE(group->GetRow(1)->key, u"K"_s);
-        QCOMPARE(group->GetRow(1)->value, u"V"_s);
+        QVERIFY(!group->GetRow(-1) && !group->GetRow(2));
         QCOMPARE(group->GetRow(0)->label, u"Title"_s);
         QStringList cells;
         for (int column = 0; column < PropertyModel::Columns; ++column)
@@ -225,9 +220,7 @@ private slots:
 
     void aCommitTellsTheRowAsItWas() {
         GridWindow window;
-        CPropertyGroup* group =
-            window.AddGroup(u"G"_s, {{u"L"_s, u"5"_s, u"K"_s, ValueType::Integer, {}, false}});
-        window.Present();
+        CPropertyGroup* group = window.Present({Row(u"5"_s, ValueType::Integer)});
         QVERIFY(group->OpenEditor(1));
         QTest::keyClicks(group->Editor(), u"8"_s);
         QTest::keyClick(group->Editor(), Qt::Key_Return);
@@ -238,9 +231,7 @@ private slots:
 
     void aNewValueLeavesTheOpenEditorAlone() {
         GridWindow window;
-        CPropertyGroup* group =
-            window.AddGroup(u"G"_s, {{u"L"_s, u"old"_s, u"K"_s, ValueType::String, {}, false}});
-        window.Present();
+        CPropertyGroup* group = window.Present({Row(u"old"_s)});
         QVERIFY(group->OpenEditor(1));
         group->SetValue(1, u"stored meanwhile"_s);
         QCOMPARE(qobject_cast<CDynamicEdit*>(group->Editor())->text(), u"old"_s);
@@ -252,10 +243,8 @@ private slots:
 
     void aChoiceFromTheListCommits() {
         GridWindow window;
-        CPropertyGroup* group =
-            window.AddGroup(u"G"_s, {{u"A"_s, u"True"_s, u"KA"_s, ValueType::Boolean, {}, false},
-                                     {u"B"_s, u"True"_s, u"KB"_s, ValueType::Boolean, {}, false}});
-        window.Present();
+        const PropertyRow row = Row(u"True"_s, ValueType::Boolean);
+        CPropertyGroup* group = window.Present({row, row});
         QVERIFY(group->OpenEditor(1));
         auto* combo = qobject_cast<CDynamicCombo*>(group->Editor());
         combo->showPopup();
@@ -263,7 +252,7 @@ private slots:
         QVERIFY2(group->Editor(), "the list takes the focus only for a while");
         QTest::keyClick(combo->view(), Qt::Key_Down);
         QTest::keyClick(combo->view(), Qt::Key_Return);
-        QTRY_COMPARE(window.commits, QStringList{u"G/1 KA=False"_s});
+        QTRY_COMPARE(window.commits, QStringList{u"G/1 K=False"_s});
         QVERIFY(!group->Editor());
 
         QVERIFY(group->OpenEditor(1));
@@ -276,10 +265,8 @@ private slots:
         GridWindow window;
         const QString strange =
             u"<b>\"bold\"</b>\n\tline\x01\u202Ereversed\u2028 end "_s + QString(64 * 1024, u'x');
-        CPropertyGroup* group =
-            window.AddGroup(u"G"_s, {{strange, strange, u"K"_s, ValueType::String, strange, false},
-                                     {u"L"_s, u"5"_s, u"N"_s, ValueType::Integer, {}, false}});
-        window.Present();
+        CPropertyGroup* group = window.Present(
+            {{strange, strange, u"K"_s, ValueType::String, strange, false}, Row(u"5"_s, ValueType::Integer)});
         QVERIFY(!window.grab().isNull());
         QVERIFY(group->OpenEditor(1));
         window.elsewhere->setFocus();
@@ -287,7 +274,7 @@ private slots:
         QTest::keyClicks(group->Editor(), u"6"_s);
         QTest::keyClick(group->Editor(), Qt::Key_Return);
         QCoreApplication::processEvents();
-        QCOMPARE(window.commits, QStringList{u"G/2 N=6"_s});
+        QCOMPARE(window.commits, QStringList{u"G/2 K=6"_s});
         QCOMPARE(group->GetRow(1)->value, strange);
 
         QVERIFY(group->OpenEditor(1));
@@ -295,16 +282,13 @@ private slots:
         QTest::keyClicks(group->Editor(), u"!"_s);
         window.elsewhere->setFocus();
         QCOMPARE(group->GetRow(1)->value, strange + u'!');
-        QVERIFY(group->model()
-                    ->index(1, PropertyModel::Value)
-                    .data(Qt::ToolTipRole)
-                    .toString()
-                    .startsWith(u"&lt;b&gt;"));
+        const QVariant tip = group->model()->index(1, PropertyModel::Value).data(Qt::ToolTipRole);
+        QVERIFY(tip.toString().startsWith(u"&lt;b&gt;"));
     }
 
     void theKeyboardWalksAcrossGroups() {
         GridWindow window;
-        const PropertyRow row{u"L"_s, u"V"_s, u"K"_s, ValueType::String, {}, false};
+        const PropertyRow row = Row(u"V"_s);
         CPropertyGroup* first = window.AddGroup(u"First"_s, {row, row});
         CPropertyGroup* empty = window.AddGroup(u"Empty"_s, {});
         CPropertyGroup* last = window.AddGroup(u"Last"_s, {row});
@@ -331,8 +315,7 @@ private slots:
 
     void remarksFollowTheText() {
         GridWindow window;
-        CPropertyGroup* group =
-            window.AddGroup(u"G"_s, {{u"L"_s, u"a&b"_s, u"K"_s, ValueType::String, {}, false}});
+        CPropertyGroup* group = window.AddGroup(u"G"_s, {Row(u"a&b"_s)});
         window.grid.SetEditorNote([](const PropertyRow& row, const QString& text) {
             return text.contains(u'&') ? row.key + u" has <&>"_s : QString();
         });

@@ -1,12 +1,8 @@
 #include "ui/RecordPanel.h"
-#include "service/ServiceClient.h"
-#include "support/NotingFrame.h"
-#include "support/ScriptedPrompts.h"
+#include "support/PageBench.h"
 #include "support/TestMain.h"
 #include "ui/BrenListCtrl.h"
-#include "ui/Console.h"
 #include "ui/ThreadReader.h"
-#include "zep/LiveCounters.h"
 
 #include <condition_variable>
 
@@ -93,15 +89,15 @@ class RecordPanelTest : public QObject {
 
 private slots:
     void init() {
-        m_parts = std::make_unique<Parts>();
+        m_bench = std::make_unique<PageBench<ThreadReader>>();
         m_tap = std::make_shared<Tap>();
-        m_panel = std::make_unique<TapPanel>(m_parts->console, m_tap);
+        m_panel = std::make_unique<TapPanel>(m_bench->console, m_tap);
         m_panel->Activate();
     }
 
     void cleanup() {
         m_panel.reset();
-        m_parts.reset();
+        m_bench.reset();
     }
 
     void showsTheFirstRowsWhileItReads() {
@@ -109,13 +105,13 @@ private slots:
         m_tap->LetCome(1);
         QTRY_COMPARE(m_panel->RowCount(), 1);
         QVERIFY(m_panel->IsReading());
-        QCOMPARE(m_parts->frame.StatusText(), u"Listing."_s);
+        QCOMPARE(m_bench->frame.StatusText(), u"Listing."_s);
         m_tap->LetCome(9); // in batches
         QTRY_VERIFY(m_panel->RowCount() > 1);
         QVERIFY(m_panel->IsReading());
         QVERIFY(ReadToItsEnd());
         QCOMPARE(m_panel->RowCount(), 10);
-        QCOMPARE(m_parts->frame.StatusText(), u"Shown."_s);
+        QCOMPARE(m_bench->frame.StatusText(), u"Shown."_s);
     }
 
     void anEmptySourceEndsTheLoading() {
@@ -180,7 +176,7 @@ private slots:
         QVERIFY(ReadToItsEnd());
         QCOMPARE(m_panel->RowCount(), 10);
         QCOMPARE(m_panel->FirstRow(), u"a0"_s);
-        QCOMPARE(m_parts->frame.StatusText(), u"Shown."_s);
+        QCOMPARE(m_bench->frame.StatusText(), u"Shown."_s);
     }
 
     void keepsWhatCameBeforeAFailure() {
@@ -188,7 +184,7 @@ private slots:
         m_tap->SetRows(u"a"_s, 10, damaged);
         QVERIFY(ReadToItsEnd());
         QCOMPARE(m_panel->RowCount(), 10);
-        QCOMPARE(m_parts->frame.StatusText(), u"The file is damaged or no database: x.db"_s);
+        QCOMPARE(m_bench->frame.StatusText(), u"The file is damaged or no database: x.db"_s);
         m_tap->SetRows(u"b"_s, 3, damaged); // a refresh that fails shows nothing of what it brought
         m_panel->OnCommand(Command::Refresh);
         QVERIFY(ReadToItsEnd());
@@ -199,7 +195,7 @@ private slots:
         m_panel->OnCommand(Command::Refresh);
         QVERIFY(ReadToItsEnd());
         QCOMPARE(m_panel->RowCount(), 3);
-        QCOMPARE(m_parts->frame.StatusText(), u"Shown."_s);
+        QCOMPARE(m_bench->frame.StatusText(), u"Shown."_s);
 
         // Without rows the failure stands in the list too.
         m_tap->SetRows(u"c"_s, 0, {ReadOutcome::Missing, u"x.db"_s});
@@ -209,21 +205,12 @@ private slots:
     }
 
 private:
-    struct Parts {
-        ServiceClient client;
-        LiveCounters counters{std::filesystem::path()};
-        ScriptedPrompts prompts;
-        NotingFrame frame;
-        ThreadReader reader;
-        Console console{client, counters, prompts, reader, frame};
-    };
-
     bool ReadToItsEnd() {
         m_tap->LetCome(Everything);
         return QTest::qWaitFor([this] { return !m_panel->IsReading(); });
     }
 
-    std::unique_ptr<Parts> m_parts;
+    std::unique_ptr<PageBench<ThreadReader>> m_bench;
     std::shared_ptr<Tap> m_tap;
     std::unique_ptr<TapPanel> m_panel;
 };

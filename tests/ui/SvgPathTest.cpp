@@ -3,9 +3,7 @@
 #include "support/TestMain.h"
 #include "ui/IconRegistry.h"
 
-#include <QIcon>
 #include <QImage>
-#include <QPainter>
 
 class SvgPathTest : public QObject {
     Q_OBJECT

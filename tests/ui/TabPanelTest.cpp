@@ -3,8 +3,6 @@
 #include "support/TestMain.h"
 #include "ui/TabStrip.h"
 
-#include <QPointer>
-
 using namespace Qt::Literals::StringLiterals;
 
 namespace {

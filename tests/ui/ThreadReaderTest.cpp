@@ -18,17 +18,29 @@ public:
         m_open = true;
         m_changed.notify_all();
     }
-    /// False when told to stop before the gate was opened.
-    bool Wait(std::stop_token stop) {
-        std::unique_lock lock(m_mutex);
-        return m_changed.wait(lock, stop, [this] { return m_open; });
+    /// A work that waits until the gate is open or it is told to stop.
+    std::function<void(std::stop_token)> Waiting() {
+        return [this](std::stop_token stop) {
+            std::unique_lock lock(m_mutex);
+            ++m_waiters;
+            m_changed.wait(lock, stop, [this] { return m_open; });
+            --m_waiters;
+        };
     }
+    int Waiters() const { return m_waiters; }
 
 private:
     std::mutex m_mutex;
     std::condition_variable_any m_changed;
     bool m_open = false;
+    std::atomic<int> m_waiters = 0;
 };
+
+void Nothing(std::stop_token) {}
+
+std::function<void()> Note(QStringList& order, const char* name) {
+    return [&order, name] { order.append(QLatin1String(name)); };
+}
 
 Reader::Job MakeJob(Lane lane, std::function<void(std::stop_token)> work, std::function<void()> done,
                     ReadPriority priority = ReadPriority::Front) {
@@ -64,17 +76,11 @@ private slots:
         ThreadReader reader;
         Gate gate;
         QStringList order;
-        reader.Submit(MakeJob(
-            Lane::Service, [&](std::stop_token stop) { gate.Wait(stop); },
-            [&] { order.append(u"service 1"_s); }));
-        reader.Submit(MakeJob(
-            Lane::Service, [](std::stop_token) {}, [&] { order.append(u"service 2"_s); }));
-        reader.Submit(MakeJob(
-            Lane::Databases, [](std::stop_token) {},
-            [&] {
-                order.append(u"databases"_s);
-                gate.Open();
-            }));
+        reader.Submit(MakeJob(Lane::Service, gate.Waiting(), Note(order, "service 1")));
+        reader.Submit(MakeJob(Lane::Service, Nothing, Note(order, "service 2")));
+        reader.Submit(MakeJob(Lane::Databases, Nothing, Note(order, "databases")));
+        QTRY_COMPARE(order.join(u','), u"databases"_s);
+        gate.Open();
         QTRY_COMPARE(order.join(u','), u"databases,service 1,service 2"_s);
     }
 
@@ -82,25 +88,15 @@ private slots:
         ThreadReader reader;
         Gate gate;
         QStringList order;
-        std::atomic<bool> started = false;
-        reader.Submit(MakeJob(
-            Lane::Service,
-            [&](std::stop_token stop) {
-                started = true;
-                gate.Wait(stop);
-            },
-            [] {}));
-        QTRY_VERIFY(started);
+        reader.Submit(MakeJob(Lane::Service, gate.Waiting(), [] {}));
+        QTRY_COMPARE(gate.Waiters(), 1);
         ReadPriority first = ReadPriority::Front;
-        Reader::Job hiddenLater = MakeJob(
-            Lane::Service, [](std::stop_token) {}, [&] { order.append(u"hidden"_s); });
+        Reader::Job hiddenLater = MakeJob(Lane::Service, Nothing, Note(order, "hidden"));
         hiddenLater.priority = [&first] { return first; };
         reader.Submit(hiddenLater);
         for (const auto& [priority, name] :
              {std::pair(ReadPriority::Front, "front"), {ReadPriority::Command, "command"}})
-            reader.Submit(MakeJob(
-                Lane::Service, [](std::stop_token) {},
-                [&order, name = name] { order.append(QLatin1String(name)); }, priority));
+            reader.Submit(MakeJob(Lane::Service, Nothing, Note(order, name), priority));
         first = ReadPriority::Hidden;
         gate.Open();
         QTRY_COMPARE(order.join(u','), u"command,front,hidden"_s);
@@ -112,8 +108,7 @@ private slots:
         bool busyDone = false;
         bool ran = false;
         int stoppedDone = 0;
-        reader.Submit(MakeJob(
-            Lane::Service, [&](std::stop_token stop) { gate.Wait(stop); }, [&] { busyDone = true; }));
+        reader.Submit(MakeJob(Lane::Service, gate.Waiting(), [&] { busyDone = true; }));
         Reader::Job job = MakeJob(
             Lane::Service, [&](std::stop_token) { ran = true; }, [&] { ++stoppedDone; });
         std::stop_source stop = job.stop;
@@ -130,22 +125,14 @@ private slots:
 
     void stopsWhatRunsWhenItDies() {
         Gate never;
-        std::atomic<int> stopped = 0;
-        std::atomic<int> started = 0;
         bool done = false;
         {
             ThreadReader reader;
             for (const Lane lane : {Lane::Service, Lane::Databases})
-                reader.Submit(MakeJob(
-                    lane,
-                    [&](std::stop_token stop) {
-                        ++started;
-                        stopped += never.Wait(stop) ? 0 : 1;
-                    },
-                    [&] { done = true; }));
-            QTRY_COMPARE(started.load(), 2);
+                reader.Submit(MakeJob(lane, never.Waiting(), [&] { done = true; }));
+            QTRY_COMPARE(never.Waiters(), 2);
         }
-        QCOMPARE(stopped.load(), 2);
+        QCOMPARE(never.Waiters(), 0);
         QVERIFY(!done);
     }
 
@@ -153,12 +140,10 @@ private slots:
         QStringList carriedOut;
         {
             ThreadReader reader;
-            for (const char* name : {"first", "second"}) {
-                Reader::Job job = MakeJob(
-                    Lane::Service,
-                    [&carriedOut, name](std::stop_token) { carriedOut << QString::fromLatin1(name); }, [] {});
-                job.priority = [] { return ReadPriority::Command; };
-                reader.Submit(std::move(job));
+            for (const QString& name : {u"first"_s, u"second"_s}) {
+                const auto work = [&carriedOut, name](std::stop_token) { carriedOut << name; };
+                reader.Submit(MakeJob(
+                    Lane::Service, work, [] {}, ReadPriority::Command));
             }
         }
         QCOMPARE(carriedOut, QStringList({u"first"_s, u"second"_s}));

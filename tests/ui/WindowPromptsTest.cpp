@@ -5,7 +5,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QFileDialog>
-#include <QLabel>
 #include <QMessageBox>
 #include <QTemporaryDir>
 

@@ -74,11 +74,10 @@ private slots:
         row("empty file", {}, ownDesktop, ownMessage, "not a branding document");
     }
     void BrandingFiles() {
-        QFETCH(QByteArray, file);
-        QFETCH(QByteArray, trace);
+        const auto [file, desktop, message, trace] = Fetched<QByteArray, QString, QString, QByteArray>();
         Brand(file);
-        QTEST(ZEPMuiGetBrandingStringW(Branding::DesktopConsole), "desktop");
-        QTEST(ZEPMuiGetStringW(Message::SelectFolderFirst), "message");
+        QCOMPARE(ZEPMuiGetBrandingStringW(Branding::DesktopConsole), desktop);
+        QCOMPARE(ZEPMuiGetStringW(Message::SelectFolderFirst), message);
         QVERIFY2(trace.isEmpty() ? Log().isEmpty() : Log().contains(trace), Log().constData());
     }
 };

@@ -6,6 +6,8 @@
 
 using namespace std::chrono_literals;
 using platform::HttpOutcome;
+using enum End;
+using enum HttpOutcome;
 using platform::HttpRequest;
 
 namespace {
@@ -56,7 +58,7 @@ TEST_CASE("the request goes out in exactly these octets") {
         std::string received;
         const RawServer server([&](Socket& connection) {
             received = RawServer::ReceiveRequest(connection);
-            connection.Send("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
+            connection.Send(Ok + "Content-Length: 0\r\n\r\n");
         });
         HttpRequest request = expected.request;
         request.port = server.Port();
@@ -72,7 +74,7 @@ TEST_CASE("without the refresh flag and headers nothing but host and agent is sa
     std::string received;
     const RawServer server([&](Socket& connection) {
         received = RawServer::ReceiveRequest(connection);
-        connection.Send("HTTP/1.1 200 OK\r\nContent-Length: 0\r\n\r\n");
+        connection.Send(Ok + "Content-Length: 0\r\n\r\n");
     });
     HttpRequest request = Request("HEAD", "/");
     request.port = server.Port();
@@ -90,7 +92,7 @@ TEST_CASE("connecting to a server that takes no connection ends by time or by a 
     HttpRequest request = Request("GET", "/");
     request.port = listener.Port();
     request.timeouts.connect = 300ms;
-    CHECK(platform::SendHttp(request).outcome == HttpOutcome::TimedOut);
+    CHECK(platform::SendHttp(request).outcome == TimedOut);
 
     request.timeouts.connect = 60s;
     std::stop_source stop;
@@ -99,29 +101,26 @@ TEST_CASE("connecting to a server that takes no connection ends by time or by a 
     CHECK(response.wait_for(100ms) == std::future_status::timeout);
     stop.request_stop();
     CHECK(response.wait_for(1s) == std::future_status::ready);
-    CHECK(response.get().outcome == HttpOutcome::Cancelled);
+    CHECK(response.get().outcome == Cancelled);
 }
 
 TEST_CASE("a faulty head or chunk is noticed, an interim answer passed over") {
     const AnswerCase cases[] = {
-        {"interim", "HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 200 OK\r\nContent-Length: 1\r\n\r\nx", End::Open,
-         HttpOutcome::Answered, 200, true, "x"},
-        {"interim and no more", "HTTP/1.1 100 Continue\r\n\r\n", End::Fin, HttpOutcome::Unreachable, 0, false,
-         ""},
-        {"chunks cut by FIN", "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\nab\r\n", End::Fin,
-         HttpOutcome::Answered, 200, false, "ab"},
-        {"broken chunks", "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n2\r\nab\r\nzz\r\n", End::Open,
-         HttpOutcome::Answered, 200, false, "ab"},
-        {"cut in the headers", "HTTP/1.1 200 OK\r\nContent-Len", End::Fin, HttpOutcome::Unreachable, 0, false,
-         ""},
+        {"interim", "HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 200 OK\r\nContent-Length: 1\r\n\r\nx", Open,
+         Answered, 200, true, "x"},
+        {"interim and no more", "HTTP/1.1 100 Continue\r\n\r\n", Fin, Unreachable, 0, false, ""},
+        {"chunks cut by FIN", Ok + "Transfer-Encoding: chunked\r\n\r\n2\r\nab\r\n", Fin, Answered, 200, false,
+         "ab"},
+        {"broken chunks", Ok + "Transfer-Encoding: chunked\r\n\r\n2\r\nab\r\nzz\r\n", Open, Answered, 200,
+         false, "ab"},
+        {"cut in the headers", Ok + "Content-Len", Fin, Unreachable, 0, false, ""},
     };
     CheckAnswers(cases);
 }
 
 TEST_CASE("a dripping head is not silence") {
     const AnswerCase cases[] = {
-        {"dripping head", "HTTP/1.1 200 OK\r\nContent-Leng", End::Open, HttpOutcome::Answered, 200, true, "x",
-         "th: 1\r\n\r\nx"},
+        {"dripping head", Ok + "Content-Leng", Open, Answered, 200, true, "x", "th: 1\r\n\r\nx"},
     };
     CheckAnswers(cases, 900ms);
 }

@@ -10,8 +10,8 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 QString FileOf(QString key) {
-    return qEnvironmentVariable("BREN_HOME") + u"/etc/"_s +
-           key.replace(QLatin1Char('\\'), QLatin1Char('/')) + u".ini"_s;
+    return qEnvironmentVariable("BREN_HOME") + u"/etc/"_s + key.replace(QLatin1Char('\\'), QLatin1Char('/')) +
+           u".ini"_s;
 }
 
 } // namespace

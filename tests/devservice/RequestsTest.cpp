@@ -8,11 +8,7 @@
 using namespace Qt::Literals::StringLiterals;
 using namespace devservice;
 
-namespace {
-
 constexpr char TaskId[] = "{00000000-0000-4000-8000-000000000001}";
-
-} // namespace
 
 class RequestsTest : public QObject {
     Q_OBJECT
@@ -83,36 +79,6 @@ private slots:
         const Exchange exchange = Send(service->Port(), Request("GET", "/settings/%7Bid%7D/Name"));
         QCOMPARE(exchange.Status(), 200);
         QCOMPARE(exchange.Body(), kept);
-    }
-
-    void MisbehavesAndRecovers_data() {
-        const Columns<QString, int, QByteArray, int> row("fault", "status", "body", "end");
-        const int closed = QAbstractSocket::RemoteHostClosedError;
-        row("refuse", "refuse", 0, {}, QAbstractSocket::ConnectionRefusedError);
-        row("hang", "hang", 0, {}, QAbstractSocket::SocketTimeoutError);
-        row("delay", "delay:20", 200, "12345678", closed);
-        row("drip", "drip:2", 200, "12345678", closed);
-        row("fin", "fin", 200, "1234", closed);
-        row("rst", "rst", 200, "1234", closed);
-        row("status", "status:503", 503, "12345678", closed);
-        row("garbage", "garbage", 0, {}, closed);
-        row("others only", "hang@/other", 200, "12345678", closed);
-    }
-
-    void MisbehavesAndRecovers() {
-        const auto [fault, status, body, end] = Fetched<QString, int, QByteArray, int>();
-        ServiceFixture service;
-        service->SetSetting("Eight", "12345678");
-        const QByteArray request = Request("GET", "/settings/Eight");
-        QVERIFY(service->SetFault(fault.toStdString()));
-        const Exchange exchange =
-            Send(service->Port(), request, end == QAbstractSocket::SocketTimeoutError ? 200 : 5000);
-        QCOMPARE(exchange.Status(), status);
-        if (status != 0)
-            QCOMPARE(exchange.Body(), body);
-        QCOMPARE(int(exchange.end), end);
-        service->ClearFaults();
-        QCOMPARE(Send(service->Port(), request).Body(), QByteArray("12345678"));
     }
 
     void FaultsEndByThemselvesOrByRequest() {

@@ -8,11 +8,11 @@
 
 using namespace std::chrono_literals;
 using platform::HttpOutcome;
-using enum End;
-using enum HttpOutcome;
 using platform::HttpRequest;
 using platform::HttpResponse;
 using platform::SendHttp;
+using enum End;
+using enum HttpOutcome;
 
 TEST_CASE("octets that no request line can hold are escaped, and no others") {
     for (int octet = 0; octet < 256; ++octet) {

@@ -15,6 +15,15 @@ struct Reading {
     ReadResult read;
 };
 
+/// A callback that adds this text of each row.
+template <typename Record>
+auto Into(QStringList& rows, QString Record::*text) {
+    return [&rows, text](const Record& row) {
+        rows += row.*text;
+        return true;
+    };
+}
+
 struct ReadingWay {
     const char* name;
     std::optional<File> database; ///< none: the sub-tasks of the task
@@ -42,13 +51,7 @@ inline const ReadingWay Ways[] = {
      6,
      [](std::stop_token stop, const OpenRule& rule) {
          Reading reading;
-         reading.read = EnumSubTasks(
-             TaskIdText, 0, 1,
-             [&reading](const SubTaskRecord& subTask) {
-                 reading.rows += subTask.text2;
-                 return true;
-             },
-             stop, rule);
+         reading.read = EnumSubTasks(TaskIdText, 0, 1, Into(reading.rows, &SubTaskRecord::text2), stop, rule);
          return reading;
      }},
     {"process log", File::ProcessLog,
@@ -74,11 +77,8 @@ inline const ReadingWay Ways[] = {
     {"audit trace", File::AuditTrace, QStringLiteral("[AuditTrace]"), 0,
      [](std::stop_token stop, const OpenRule& rule) {
          Reading reading;
-         reading.read =
-             AuditTraceStore(stop, rule).EnumTaskTraces(QStringLiteral("KEY"), [&](const AuditRecord& row) {
-                 reading.rows += row.trace;
-                 return true;
-             });
+         reading.read = AuditTraceStore(stop, rule)
+                            .EnumTaskTraces(QStringLiteral("KEY"), Into(reading.rows, &AuditRecord::trace));
          return reading;
      }},
     {"file index", File::FileIndex, QStringLiteral("[FileDB]Create FileDB Index2:no such table: FileDB"), 1,

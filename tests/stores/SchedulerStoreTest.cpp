@@ -179,10 +179,8 @@ private slots:
             read = subTask;
             return true;
         }));
-        QCOMPARE(read.text1, u"one"_s);
-        QVERIFY(read.text2.isNull());
-        QVERIFY(read.text3.isEmpty() && !read.text3.isNull());
-        QCOMPARE(read.text4, u"\uFFFD"_s);
+        QCOMPARE(read.text1 + read.text3 + read.text4, u"one\uFFFD"_s);
+        QVERIFY(read.text2.isNull() && !read.text3.isNull());
         QCOMPARE(read.number5, 5'000'000'000);
         QCOMPARE(read.number6, 6);
         QCOMPARE(read.subTaskNumber, -8);

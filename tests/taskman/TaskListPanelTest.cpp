@@ -120,10 +120,9 @@ private slots:
         QCOMPARE(Titles(*panel).size(), 100);
         QCOMPARE(notice->Text(), line);
         QString hidden;
-        for (int number = 1; hidden.isEmpty(); ++number) {
+        for (int number = 1; hidden.isEmpty(); ++number)
             if (!panel->FindCard(u"Task no. %1"_s.arg(number)))
                 hidden = u"Task no. %1"_s.arg(number);
-        }
 
         auto* find = panel->findChild<FindBar*>();
         QVERIFY(find->isVisible());

@@ -6,12 +6,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
 const QString ReadLine = u"GET /settings/TaskAdvancedMode"_s;
 const QString WriteLine = u"PUT /settings/TaskAdvancedMode?ValueType=1&Value="_s;
-
-} // namespace
 
 class TaskManPanelTest : public QObject {
     Q_OBJECT

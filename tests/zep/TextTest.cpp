@@ -4,11 +4,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace {
-
 const QString replacement(QChar::ReplacementCharacter);
-
-} // namespace
 
 class TextTest : public QObject {
     Q_OBJECT

@@ -77,16 +77,11 @@ private slots:
         QCOMPARE(none.ChildCount(), 0);
     }
 
-    void RejectsWhatIsNotWellFormed_data() {
-        const Columns<QString> row("text");
+    void RejectsWhatIsNotWellFormed() {
         for (const char* text :
              {"", "   ", "text", "<R>", "<R></S>", "<R a=1/>", "<R/><R/>", "<R/>text", "text<R/>",
               "<!-- only -->", "<R", "<R><![CDATA[</R>", "<?xml version='1.0'?>", "</R>"})
-            row(text, text);
-    }
-    void RejectsWhatIsNotWellFormed() {
-        QFETCH(QString, text);
-        QVERIFY(!XmlDocument::FromText(text).has_value());
+            QVERIFY2(!XmlDocument::FromText(QString::fromLatin1(text)), text);
     }
 
     void HostileDepth() {

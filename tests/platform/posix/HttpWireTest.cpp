@@ -6,9 +6,9 @@
 
 using namespace std::chrono_literals;
 using platform::HttpOutcome;
+using platform::HttpRequest;
 using enum End;
 using enum HttpOutcome;
-using platform::HttpRequest;
 
 namespace {
 

@@ -43,7 +43,7 @@ QString QueryText(const AuditFilter& filter) {
 
 bool NamesOneTask(const QString& key) {
     return std::any_of(key.begin(), key.end(), [](QChar c) { return c.isLetterOrNumber(); }) &&
-           !key.contains(u'\'') && !key.contains(u'%');
+           !key.contains(u'\'') && !key.contains(u'%') && !key.contains(u'_');
 }
 
 } // namespace

@@ -44,7 +44,8 @@ private:
 };
 
 /// Deletes the rows that hold the task's key, by a writing connection of its own. Refused as Failed for a key
-/// that could match the rows of others: empty, without letter or digit, or with a quote or percent sign.
+/// that could match the rows of others: empty, without letter or digit, or with a quote, percent sign or
+/// underscore.
 ReadResult DeleteTaskTraces(const QString& taskKey, std::stop_token stop = {},
                             const OpenRule& rule = OpenOnce);
 

@@ -8,6 +8,8 @@ QString ReadResult::Sentence() const {
     case ReadOutcome::Done:
     case ReadOutcome::Stopped:
         return {};
+    case ReadOutcome::Untold:
+        return QCoreApplication::translate("ReadResult", "The service does not tell what it is doing now.");
     case ReadOutcome::Missing:
         text = QT_TRANSLATE_NOOP("ReadResult", "The database does not exist: %1");
         break;

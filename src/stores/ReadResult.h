@@ -12,6 +12,7 @@ enum class ReadOutcome {
     Damaged,     ///< not a database, or a broken one
     OtherSchema, ///< a table or column that we read is not there
     NoRight,     ///< the system does not let us read; the detail says what is missing
+    Untold,      ///< the service's live counters are missing or torn
     Failed       ///< anything else; the detail says what
 };
 

@@ -7,14 +7,14 @@
 
 namespace {
 
-/// Sends until the service cannot be reached, and returns the rows that were not deleted.
+/// Sends as long as the service answers, and returns the rows that were not deleted.
 QStringList DeleteAll(const ServiceClient& service, RowDeletion::Delete remove, const QStringList& ids,
                       std::stop_token stop) {
     QStringList failed;
-    bool reachable = true;
+    bool answers = true;
     for (const QString& id : ids) {
-        const ServiceAnswer answer = reachable ? remove(service, id, stop) : ServiceAnswer();
-        reachable = answer.outcome != ServiceOutcome::Unreachable;
+        const ServiceAnswer answer = answers ? remove(service, id, stop) : ServiceAnswer();
+        answers = answer || answer.outcome == ServiceOutcome::OtherStatus;
         if (!answer)
             failed.append(id);
     }
@@ -66,7 +66,7 @@ void RowDeletion::Ask(const QStringList& clicked) {
 void RowDeletion::Send(const QStringList& ids) {
     const QStringList present = Present(m_list.Rows(), ids);
     if (present.isEmpty())
-        return;
+        return m_prompts.ShowMessage(&m_list, m_texts.failed);
     m_inFlight += QSet<QString>(present.begin(), present.end());
     m_loader.Command(
         Lane::Service,

@@ -98,12 +98,12 @@ void CRunningPanel::AddColumns(CBrenListCtrl& list) {
 CRecordPanel::RowReader CRunningPanel::Reading() const {
     return [id = Task().id, counters = &TheConsole().counters](RowStream& rows, std::stop_token) {
         RowIds ids;
-        counters->ZEPEnumTasksWithCallBackEx(id, [&](const RunningSubTask& running) {
+        const bool told = counters->ZEPEnumTasksWithCallBackEx(id, [&](const RunningSubTask& running) {
             if (!IsSyncWatcher(running))
                 rows.Put({ids.Next(running), TaskCells(running)});
             return true;
         });
-        return ReadResult();
+        return told ? ReadResult() : ReadResult{ReadOutcome::Untold, {}};
     };
 }
 
@@ -122,10 +122,10 @@ void CSysRunningPanel::AddColumns(CBrenListCtrl& list) {
 CRecordPanel::RowReader CSysRunningPanel::Reading() const {
     return [counters = &TheConsole().counters](RowStream& rows, std::stop_token) {
         RowIds ids;
-        counters->ZEPEnumTasksWithCallBackEx({}, [&](const RunningSubTask& running) {
+        const bool told = counters->ZEPEnumTasksWithCallBackEx({}, [&](const RunningSubTask& running) {
             rows.Put({ids.Next(running), SystemCells(running)});
             return true;
         });
-        return ReadResult();
+        return told ? ReadResult() : ReadResult{ReadOutcome::Untold, {}};
     };
 }

@@ -99,7 +99,7 @@ void CTaskAudit::EnableActions() {
     if (!IsActive())
         return;
     const bool any = List().Rows().TotalRows() > 0;
-    Frame().EnableCommand(Button::CopyAll, any && !m_copying);
+    Frame().EnableCommand(Button::CopyAll, any && !m_copying && !Loader().IsReading());
     Frame().EnableCommand(Button::DeleteAll, any && !m_deleting);
 }
 
@@ -138,6 +138,8 @@ void CTaskAudit::AskToDeleteAll() {
     const auto onAnswer = [this, id = Task().id](bool yes) {
         if (yes && id == Task().id)
             return DeleteAll(id);
+        if (yes)
+            TheConsole().prompts.ShowMessage(this, tr("The task is no longer there."));
         m_deleting = false;
         EnableActions();
     };

@@ -16,6 +16,7 @@ protected:
     void AddColumns(CBrenListCtrl& list) override;
     RowReader Reading() const override;
     std::vector<FrameAction> Toolbar() const override;
+    void OnReadEnded() override { EnableActions(); }
 
 private:
     void EnableActions();

@@ -36,7 +36,6 @@ void CTaskListPanel::CreatePanel() {
     m_emptyPage->setFrameShape(QFrame::NoFrame);
     m_emptyPage->setAccessibleName(tr("No tasks"));
     SetEmptyView(m_emptyPage, EmptyPageMargins);
-    ShowEmptyPage();
 
     auto* header = new QWidget;
     auto* column = new QVBoxLayout(header);
@@ -47,6 +46,7 @@ void CTaskListPanel::CreatePanel() {
     column->addWidget(m_hiddenTasks);
     column->addWidget(m_find);
     SetHeader(header);
+    ShowEmptyPage();
     // The bar stays while it is the way to the tasks without a card.
     connect(m_find, &FindBar::Toggled, this, [this] {
         if (m_tasks)
@@ -56,12 +56,15 @@ void CTaskListPanel::CreatePanel() {
     });
     connect(m_find, &FindBar::WordsChanged, this, [this] {
         ShowEmptyPage();
+        RemoveAll(); // or the cards that are found would go before the others from then on
         ShowCards();
     });
 }
 
 void CTaskListPanel::ShowEmptyPage() {
-    if (m_find && !m_find->Words().isEmpty())
+    if (!m_tasks)
+        m_emptyPage->setPlainText(m_failure.isEmpty() ? tr("Loading...") : m_failure);
+    else if (!m_find->Words().isEmpty())
         m_emptyPage->setPlainText(tr("No task's name contains \"%1\".").arg(m_find->Words()));
     else
         m_emptyPage->setSource(EmptyPage());
@@ -77,12 +80,16 @@ void CTaskListPanel::Activate() {
 
 void CTaskListPanel::Deactivate() {
     m_loader.StopTimer();
+    m_loader.Cancel();
     CExpandableItemList::Deactivate();
 }
 
 void CTaskListPanel::OnCommand(int command) {
-    if (command == Command::Refresh)
-        Refresh();
+    if (command != Command::Refresh)
+        return;
+    Refresh();
+    if (ExpandedCard())
+        static_cast<CTaskManItem*>(ExpandedCard())->OnCommand(command);
 }
 
 void CTaskListPanel::OnAllShown() {
@@ -94,6 +101,12 @@ void CTaskListPanel::keyPressEvent(QKeyEvent* event) {
     if (!event->matches(QKeySequence::Find) || ExpandedCard())
         return CExpandableItemList::keyPressEvent(event);
     m_find->Open();
+}
+
+/// The find bar gives its focus to the panel.
+void CTaskListPanel::focusInEvent(QFocusEvent* event) {
+    CExpandableItemList::focusInEvent(event);
+    FocusCard(0);
 }
 
 void CTaskListPanel::ShowStatus() {
@@ -113,11 +126,14 @@ void CTaskListPanel::Refresh() {
             if (!loaded)
                 return;
             const std::shared_ptr<const TaskList>& tasks = *loaded;
-            if (tasks->read) {
+            const bool first = !m_tasks;
+            if (tasks->read)
                 m_tasks = tasks;
-                ShowCards();
-            }
             TellFailure(tasks->read.Sentence());
+            if (first)
+                ShowEmptyPage();
+            if (tasks->read)
+                ShowCards();
         });
 }
 

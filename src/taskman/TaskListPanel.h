@@ -25,6 +25,7 @@ protected:
     void CreatePanel() override;
     void OnAllShown() override;
     void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
 
 private:
     void Refresh();

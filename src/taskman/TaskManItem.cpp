@@ -32,10 +32,11 @@ StateLook LookOf(int state) {
     case TaskState::Completed:
         return {TaskCompletedIcon, QT_TRANSLATE_NOOP("CTaskManItem", "Completed")};
     case TaskState::Pending:
+        return {TaskPendingIcon, QT_TRANSLATE_NOOP("CTaskManItem", "Pending")};
     case TaskState::Held:
         break;
     }
-    return {TaskPendingIcon, QT_TRANSLATE_NOOP("CTaskManItem", "Pending")};
+    return {TaskPendingIcon, nullptr};
 }
 
 } // namespace
@@ -56,7 +57,7 @@ void CTaskManItem::Update(const TaskRow& task) {
         view->SetTask(task);
     const bool running = task.state == static_cast<int>(TaskState::Running);
     const StateLook look = LookOf(task.state);
-    SetStatusIcon(look.icon, task.state, tr(look.text));
+    SetStatusIcon(look.icon, task.state, look.text ? tr(look.text) : QString());
     if (running) {
         ShowActivity();
     } else {
@@ -97,11 +98,11 @@ void CTaskManItem::StartOrPause() {
 }
 
 void CTaskManItem::Cancel() {
-    const auto onAnswer = [this, id = m_task.id](bool yes) {
-        if (yes)
+    AskToCancelTask(
+        m_console.prompts, *this, [this, id = m_task.id] { return id == m_task.id; },
+        [this, id = m_task.id] {
             Send(&ServiceClient::DeleteTask, id, m_cancel, [this](bool) { emit Deleted(); });
-    };
-    m_console.prompts.AskYesNo(this, tr("Do you really want to cancel the task?"), onAnswer);
+        });
 }
 
 void CTaskManItem::Send(TaskCommand command, const QString& taskId, int action,
@@ -120,6 +121,11 @@ void CTaskManItem::OnExpanded() {
     if (!m_summary)
         MakeViews();
     CTaskItem::OnExpanded();
+}
+
+void CTaskManItem::OnCommand(int command) {
+    if (Content())
+        Content()->OnCommand(command);
 }
 
 void CTaskManItem::MakeViews() {

@@ -22,6 +22,8 @@ public:
     void Update(const TaskRow& task);
 
     void OnExpanded() override;
+    /// Goes to the view that is shown in the expanded card.
+    void OnCommand(int command);
 
 signals:
     /// The deletion was sent, answered or not: what the list shows may be out of date.

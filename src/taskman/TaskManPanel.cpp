@@ -15,6 +15,7 @@
 namespace {
 
 constexpr int SimpleTabs = 2;
+constexpr int NotFound = 404; ///< the service's answer for a setting that was never set
 const QString ModeSetting = QStringLiteral("TaskAdvancedMode");
 
 } // namespace
@@ -39,13 +40,20 @@ void CTaskManPanel::Activate() {
         ReadMode();
 }
 
-/// Keeps the simple mode while the service does not answer, and asks again when the page is next opened.
+void CTaskManPanel::OnCommand(int command) {
+    CTabPanel::OnCommand(command);
+    if (command == Command::Refresh && !m_modeKnown)
+        ReadMode();
+}
+
+/// Keeps the simple mode while the service does not say, and asks again at the next refresh.
 void CTaskManPanel::ReadMode() {
     m_loader.Load(
         Lane::Service,
         [service = m_console.service](std::stop_token stop) -> std::optional<bool> {
             const ServiceAnswer answer = service.GetSetting(ModeSetting, stop);
-            if (answer.outcome != ServiceOutcome::Answered && answer.outcome != ServiceOutcome::OtherStatus)
+            const bool neverSet = answer.outcome == ServiceOutcome::OtherStatus && answer.status == NotFound;
+            if (!answer && !neverSet)
                 return {};
             return LeadingNumber(answer.body) != 0;
         },

@@ -15,6 +15,7 @@ public:
     explicit CTaskManPanel(const Console& console);
 
     void Activate() override;
+    void OnCommand(int command) override;
 
 private:
     void ReadMode();

@@ -125,15 +125,21 @@ void CTaskSummary::SetTask(const QString& taskId, const QString& type) {
 
 void CTaskSummary::Activate() {
     CBrenPanel::Activate();
-    Frame().SetStatusText(
-        tr("View summary information for this task. Click on a different task to change views. Note "
-           "the actions above (Start, Pause, Cancel, Refresh)."));
+    TellFailure({});
     Frame().SetToolbar(*this, {});
     m_state = -1;
     m_changes.reset();
     Refresh();
     m_loader.StartTimer(
         RefreshPeriod, [this] { Refresh(); }, FirstRefresh);
+}
+
+void CTaskSummary::TellFailure(const QString& failure) {
+    Frame().SetStatusText(
+        failure.isEmpty()
+            ? tr("View summary information for this task. Click on a different task to change views. Note "
+                 "the actions above (Start, Pause, Cancel, Refresh).")
+            : failure);
 }
 
 void CTaskSummary::Deactivate() {
@@ -165,6 +171,7 @@ void CTaskSummary::Show(const Reading& reading) {
             m_changes = reading.changes;
         ShowCounts(*reading.counts);
     }
+    TellFailure(reading.lookup.read.Sentence());
     if (!reading.lookup)
         return;
     const TaskInfo& task = reading.lookup.task;
@@ -255,11 +262,9 @@ void CTaskSummary::OnCommand(int command) {
 }
 
 void CTaskSummary::AskToCancel() {
-    const auto onAnswer = [this, id = m_taskId](bool yes) {
-        if (yes)
-            Send(&ServiceClient::DeleteTask, id, Button::Cancel);
-    };
-    m_console.prompts.AskYesNo(this, tr("Do you really want to cancel the task?"), onAnswer);
+    AskToCancelTask(
+        m_console.prompts, *this, [this, id = m_taskId] { return id == m_taskId; },
+        [this, id = m_taskId] { Send(&ServiceClient::DeleteTask, id, Button::Cancel); });
 }
 
 void CTaskSummary::Send(TaskCommand command, const QString& taskId, int number) {

@@ -40,6 +40,8 @@ private:
 
     void Refresh();
     void Show(const Reading& reading);
+    /// Says why the last look at the task failed, in place of the usual status; empty when it did not.
+    void TellFailure(const QString& failure);
     void ShowCounts(const SubTaskCounts& counts);
     void ShowStatus();
     void ShowToolbar(int state);

@@ -33,6 +33,8 @@ protected:
     virtual void OnPanelClick(const QPoint& position);
 
     void mousePressEvent(QMouseEvent* event) override;
+    /// The second press of a double click is none: another card may have come below the pointer.
+    void mouseDoubleClickEvent(QMouseEvent*) override {}
 
     MainFrame& Frame() const { return m_frame; }
 

@@ -36,7 +36,8 @@ void CardButton::keyPressEvent(QKeyEvent* event) {
         break;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        click();
+        if (!event->isAutoRepeat())
+            click();
         break;
     default:
         QToolButton::keyPressEvent(event);

@@ -21,6 +21,8 @@ signals:
 protected:
     /// Up and down belong to the list of cards.
     void keyPressEvent(QKeyEvent* event) override;
+    /// The second press of a double click is none: the button may mean something else by then.
+    void mouseDoubleClickEvent(QMouseEvent*) override {}
     void paintEvent(QPaintEvent* event) override;
 
 private:

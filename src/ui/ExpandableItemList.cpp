@@ -115,7 +115,6 @@ CExpandableItem* CExpandableItemList::Keep(const QString& title,
 }
 
 bool CExpandableItemList::EndRefresh() {
-    m_refreshed = true;
     return Sweep(m_mark, m_added);
 }
 
@@ -168,7 +167,7 @@ void CExpandableItemList::RecalcLayout() {
     const int top = PlaceHeader();
     if (m_emptyView) {
         m_emptyView->setGeometry(rect().adjusted(0, top, 0, 0).marginsRemoved(m_emptyMargins));
-        m_emptyView->setVisible(m_cards.empty() && m_refreshed);
+        m_emptyView->setVisible(m_cards.empty());
     }
     CardLayoutRequest request{m_geometry,
                               static_cast<quint32>(width()),
@@ -235,6 +234,17 @@ void CExpandableItemList::Expand(CExpandableItem& card) {
     card.setFocus();
     RecalcLayout();
     card.OnExpanded();
+    OrderTabs(card);
+}
+
+/// The links come after all that the expanded card shows.
+void CExpandableItemList::OrderTabs(const CExpandableItem& card) {
+    const QList<QWidget*> inside = card.findChildren<QWidget*>();
+    if (inside.isEmpty())
+        return;
+    setTabOrder(inside.last(), m_hiddenLink);
+    setTabOrder(m_hiddenLink, m_previousLink);
+    setTabOrder(m_previousLink, m_nextLink);
 }
 
 void CExpandableItemList::Collapse() {
@@ -331,7 +341,6 @@ bool CExpandableItemList::OnCardKey(CExpandableItem& card, int key) {
     }
 }
 
-/// Turns to the card's page where needed. Nothing for an index beyond the cards.
 void CExpandableItemList::FocusCard(int index) {
     if (index < 0 || index >= CardCount())
         return;

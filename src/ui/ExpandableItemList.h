@@ -58,7 +58,7 @@ public:
     void Activate() override;
     void Deactivate() override;
 
-    /// Shown, that far inside the list's edges, once a refresh has found no card. The list owns it.
+    /// Shown, that far inside the list's edges, while there is no card. The list owns it.
     void SetEmptyView(QWidget* view, const QMargins& margins);
 
     /// Stands above the cards while none is expanded, as high as it wants to be. The list owns it. Call
@@ -72,18 +72,21 @@ protected:
     /// The expanded card of the active list was collapsed: the toolbar is the list's again.
     virtual void OnAllShown();
 
+    /// Gives the card the focus, and turns to its page where needed. Nothing for an index beyond the cards.
+    void FocusCard(int index);
+
     void OnPanelClick(const QPoint& position) override;
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void Expand(CExpandableItem& card);
+    void OrderTabs(const CExpandableItem& card);
     void Collapse();
     void Drop(std::size_t index);
     void GoToPage(quint32 page);
     void Apply(const CardLayout& layout, int top);
     int PlaceHeader();
-    void FocusCard(int index);
     int IndexOf(const CExpandableItem& card) const;
 
     std::vector<CExpandableItem*> m_cards;
@@ -101,5 +104,4 @@ private:
     quint32 m_currentPage = 0;
     quint32 m_mark = 0;
     bool m_added = false;
-    bool m_refreshed = false;
 };

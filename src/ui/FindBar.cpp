@@ -32,6 +32,7 @@ FindBar::FindBar(QWidget* target, QWidget* parent)
     palette.setColor(QPalette::WindowText, Look::Muted);
     m_count->setPalette(palette);
     connect(m_words, &QLineEdit::textChanged, this, &FindBar::WordsChanged);
+    target->installEventFilter(this);
     hide();
 }
 
@@ -74,6 +75,15 @@ void FindBar::keyPressEvent(QKeyEvent* event) {
         Open();
     else
         QWidget::keyPressEvent(event);
+}
+
+bool FindBar::eventFilter(QObject*, QEvent* event) {
+    const bool escape =
+        event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape;
+    if (!escape || !isVisible())
+        return false;
+    Close();
+    return true;
 }
 
 void FindBar::SetCounts(int shown, int total) {

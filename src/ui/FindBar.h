@@ -29,6 +29,8 @@ signals:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    /// The Escape key in the target closes an open bar before it means anything else.
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     QWidget* m_target;

@@ -16,8 +16,9 @@ void PageLoader::StartTimer(std::chrono::milliseconds period, std::function<void
                             std::optional<std::chrono::milliseconds> first) {
     m_period = period;
     m_refresh = std::move(refresh);
+    m_first = first;
     if (!IsReading())
-        m_timer.start(first.value_or(period));
+        m_timer.start(std::exchange(m_first, std::nullopt).value_or(period));
 }
 
 void PageLoader::StopTimer() {
@@ -41,5 +42,5 @@ void PageLoader::Refresh() {
 
 void PageLoader::RestartTimer() {
     if (m_refresh && !IsReading() && IsInFront())
-        m_timer.start(m_period);
+        m_timer.start(std::exchange(m_first, std::nullopt).value_or(m_period));
 }

@@ -117,4 +117,5 @@ private:
     QTimer m_timer;
     std::function<void()> m_refresh; ///< none while the timer is off
     std::chrono::milliseconds m_period{};
+    std::optional<std::chrono::milliseconds> m_first; ///< until it has been used
 };

@@ -113,17 +113,20 @@ void CRecordPanel::ShowFirstRows() {
     if (waiting == 0 || waiting < static_cast<std::size_t>(m_list->Rows().TotalRows()))
         return;
     m_list->AppendRows(m_coming->Take());
+    m_shown.reset();
     if (!m_page.listing.isEmpty())
         Frame().SetStatusText(m_page.listing);
 }
 
 void CRecordPanel::ShowEnd(const Outcome& outcome, const Stream& rows) {
     m_glance.stop();
-    if (rows == m_coming)
+    if (rows == m_coming) {
         m_list->AppendRows(rows->Take());
-    else if (outcome.read && !outcome.same)
+        m_shown.reset();
+    } else if (outcome.read && !outcome.same) {
         m_list->SetRows(rows->All());
-    if (outcome.read && !outcome.same)
+    }
+    if (outcome.read && (!outcome.same || !m_shown))
         m_shown = rows;
     m_coming.reset();
     m_changes = outcome.read ? outcome.changes : std::nullopt;
@@ -132,7 +135,10 @@ void CRecordPanel::ShowEnd(const Outcome& outcome, const Stream& rows) {
                          : m_page.failure.isEmpty() ? m_failure
                                                     : m_page.failure);
     ShowStatus();
+    OnReadEnded();
 }
+
+void CRecordPanel::OnReadEnded() {}
 
 void CRecordPanel::ShowStatus() {
     if (IsActive())

@@ -44,6 +44,7 @@ protected:
     virtual void AddColumns(CBrenListCtrl& list) = 0;
     virtual RowReader Reading() const = 0;
     virtual std::vector<FrameAction> Toolbar() const;
+    virtual void OnReadEnded();
 
     /// Reads again while the page is shown, whatever the change counter says.
     void Refresh();

@@ -214,6 +214,8 @@ private slots:
         QCoreApplication::sendPostedEvents();
         PutFiles(during, nextRun ? "next" : "file");
         m_bench->Refresh(*panel);
+        if (before.contains(2) && deleted.isEmpty())
+            m_bench->prompts.ExpectMessage(u"Failed to delete the subtask"_s);
         m_bench->prompts.Release();
         m_bench->reader.StepAll();
         QCOMPARE(m_bench->service.RequestLines(), Deletions(deleted));

@@ -138,6 +138,7 @@ private slots:
         m_bench->prompts.Hold();
         m_bench->frame.Click(u"Delete All"_s);
         audit->SetTask(TaskOf(u"{2}"_s));
+        m_bench->prompts.ExpectMessage(u"The task is no longer there."_s);
         m_bench->prompts.Release();
         m_bench->reader.StepAll();
         QCOMPARE(TableHand(*audit).Column(2), QStringList{u"another's"_s});

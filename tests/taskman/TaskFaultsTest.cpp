@@ -232,6 +232,7 @@ private slots:
                 ClickAction(static_cast<CTaskItem*>(one.list.CardAt(0)), u"Cancel Task"_s);
             QVERIFY(one.bench.prompts.IsPlayed());
             one.Lose();
+            one.bench.prompts.ExpectMessage(u"The task is no longer there."_s);
             one.bench.prompts.Release();
             one.bench.reader.StepAll();
             QCOMPARE(one.bench.service.RequestLines(), QStringList());

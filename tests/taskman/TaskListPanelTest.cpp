@@ -52,6 +52,17 @@ private slots:
         ClickAction(Card(*panel, u"Photos"_s), u"Pause"_s); // the refused command left the button as it was
     }
 
+    void swallowsTheSecondPressOfASlowDoubleClick() {
+        const auto panel = MakePanel();
+        m_bench->service->ForgetRequests();
+        CTaskManItem* card = Card(*panel, u"Photos"_s);
+        ClickAction(card, u"Start Now"_s);
+        m_bench->reader.StepAll(); // it means "Pause" by now
+        QTest::mouseDClick(card->childAt(card->ActionRect(1).center()), Qt::LeftButton);
+        m_bench->reader.StepAll();
+        QCOMPARE(m_bench->service.RequestLines(), QStringList{u"GET /schedule/startnow?%7B1%7D"_s});
+    }
+
     void asksBeforeItDeletes() {
         const auto panel = MakePanel();
         m_bench->service->ForgetRequests();
@@ -103,6 +114,7 @@ private slots:
         m_bench->service->RemoveTask("{1}");
         m_bench->Refresh(*panel);
         m_bench->service->ForgetRequests();
+        m_bench->prompts.ExpectMessage(u"The task is no longer there."_s);
         m_bench->prompts.Release();
         m_bench->reader.StepAll();
         QCOMPARE(m_bench->service.RequestLines(), QStringList());

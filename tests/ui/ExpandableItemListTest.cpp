@@ -305,13 +305,11 @@ private slots:
         QVERIFY(focused(1));
     }
 
-    void showsTheEmptyViewOnlyAfterARefresh() {
+    void showsTheEmptyViewWithoutCards() {
         TestList list;
         auto* view = new QWidget;
         list.SetEmptyView(view, {20, 25, 20, 25});
         list.RecalcLayout();
-        QVERIFY(!view->isVisible());
-        list.Refresh({});
         QVERIFY(view->isVisible());
         QCOMPARE(view->geometry(), QRect(20, 25, 760, 350));
         list.resize(50, 50);

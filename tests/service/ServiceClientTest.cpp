@@ -283,8 +283,9 @@ private slots:
     void CallsOfManyThreadsAreIndependent() {
         ServiceFixture service;
         std::array<std::future<bool>, 12> calls;
-        for (size_t number = 0; number < calls.size(); ++number)
-            calls.at(number) = std::async(std::launch::async, [value = int(number)] {
+        int number = 0;
+        for (auto& call : calls)
+            call = std::async(std::launch::async, [value = number++] {
                 const ServiceClient client;
                 const QString name = u"Number"_s + QString::number(value);
                 return client.SetIntSetting(name, value) && client.GetIntSetting(name, -1) == value;

@@ -4,7 +4,6 @@
 #include "support/TestMain.h"
 
 using namespace Qt::Literals::StringLiterals;
-using devservice::AuditRow;
 using devservice::MakeTime;
 using devservice::TaskTrace;
 

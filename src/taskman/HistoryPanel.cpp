@@ -41,7 +41,7 @@ void CHistoryPanel::AddColumns(CBrenListCtrl& list) {
 CRecordPanel::RowReader CHistoryPanel::Reading() const {
     return [id = Task().id](RowStream& rows, std::stop_token stop) {
         std::vector<ProcessLogRecord> runs;
-        const ReadResult read = FillProcessLog(id, runs, stop);
+        ReadResult read = FillProcessLog(id, runs, stop);
         for (std::size_t place = 0; place < runs.size(); ++place)
             rows.Put(RowOf(static_cast<qsizetype>(place), runs[place]));
         return read;

@@ -7,12 +7,11 @@
 #include <future>
 
 using namespace std::chrono_literals;
-using platform::HttpOutcome;
 using platform::HttpRequest;
 using platform::HttpResponse;
 using platform::SendHttp;
 using enum End;
-using enum HttpOutcome;
+using enum platform::HttpOutcome;
 
 TEST_CASE("octets that no request line can hold are escaped, and no others") {
     for (int octet = 0; octet < 256; ++octet) {

@@ -5,10 +5,9 @@
 #include <future>
 
 using namespace std::chrono_literals;
-using platform::HttpOutcome;
 using platform::HttpRequest;
 using enum End;
-using enum HttpOutcome;
+using enum platform::HttpOutcome;
 
 namespace {
 

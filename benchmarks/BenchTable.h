@@ -32,7 +32,8 @@ private:
 
 /// A benchmark in namespace scope registers itself under a name that `--only` chooses.
 struct BenchRegistration {
-    BenchRegistration(const char* name, std::function<void(BenchTable&)> run);
+    enum Turn { Any, First };
+    BenchRegistration(const char* name, std::function<void(BenchTable&)> run, Turn turn = Any);
 };
 
 /// Times in milliseconds, one a round.

@@ -23,8 +23,9 @@ constexpr const char* Usage =
 
 } // namespace
 
-BenchRegistration::BenchRegistration(const char* name, std::function<void(BenchTable&)> run) {
-    Benchmarks().push_back({QString::fromUtf8(name), std::move(run)});
+BenchRegistration::BenchRegistration(const char* name, std::function<void(BenchTable&)> run, Turn turn) {
+    const auto place = turn == First ? Benchmarks().begin() : Benchmarks().end();
+    Benchmarks().insert(place, {QString::fromUtf8(name), std::move(run)});
 }
 
 int main(int argc, char** argv) {

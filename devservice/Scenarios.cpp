@@ -46,7 +46,7 @@ constexpr Story DesktopStories[] = {
     {"Household ledger", "backup", ScheduleKind::Backup, ScheduleMode::Daily, TaskState::Failed, 8, 190min,
      "D:\\Ledger\t/Home/Ledger\t*", "D:\\Ledger\\household.qdb"},
     {"Restore of Garden plans", "RestoreApp", ScheduleKind::Once, ScheduleMode::Continuous,
-     TaskState::Running, 2, 1min, "D:\\Restored\\Garden plans\t/Archive/Snapshots/Work/Garden plans\t*"},
+     TaskState::Running, 2, 1min, "D:\\Restored\\Garden plans\t/Archive/Snapshots/Garden plans\t*"},
     {"Restore of Letters", "RestoreApp", ScheduleKind::Once, ScheduleMode::Continuous, TaskState::Completed,
      10, 4300min, "D:\\Restored\\Letters\t/Home/Documents/Letters\t*"},
     {"Old notebook, one last time", "backup", ScheduleKind::Once, ScheduleMode::Continuous,

@@ -28,11 +28,6 @@ bool CTaskItem::IsActionEnabled(int index) const {
     return !m_actions.at(static_cast<std::size_t>(index))->IsBusy();
 }
 
-void CTaskItem::ShowAction(int index, bool shown) {
-    m_actions.at(static_cast<std::size_t>(index))->setVisible(shown);
-    PlaceChildren();
-}
-
 QRect CTaskItem::ActionRect(int index) const {
     const CardButton* action = m_actions.at(static_cast<std::size_t>(index));
     return {action->mapTo(this, QPoint()), action->size()};

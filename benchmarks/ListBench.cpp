@@ -1,7 +1,7 @@
 #include "benchmarks/BenchTable.h"
-#include "ui/BrenListCtrl.h"
-#include "ui/Look.h"
-#include "ui/WindowPrompts.h"
+#include "list/BrenListCtrl.h"
+#include "look/Look.h"
+#include "page/WindowPrompts.h"
 
 #include <QApplication>
 #include <QPaintEvent>

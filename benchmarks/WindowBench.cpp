@@ -1,9 +1,10 @@
-#include "app/BTaskMMCDlg.h"
+#include "app/Pages.h"
 #include "benchmarks/BenchTable.h"
 #include "benchmarks/Home.h"
+#include "lanes/ThreadReader.h"
+#include "page/WindowPrompts.h"
 #include "service/ServiceClient.h"
-#include "ui/ThreadReader.h"
-#include "ui/WindowPrompts.h"
+#include "window/BTaskMMCDlg.h"
 #include "zep/LiveCounters.h"
 
 #include <QCoreApplication>

@@ -80,13 +80,14 @@ set(btask_core_headers algorithm array chrono filesystem functional map memory m
 set(btask_widgets_headers ${btask_core_headers} QApplication QLabel QLineEdit QMouseEvent QPainter QPushButton QVBoxLayout)
 
 # btask_library(NAME [LIBS lower floors and libraries in its headers] [PRIVATE libraries of its sources only])
-# makes btask_NAME of src/NAME (or of the folder given by DIR); posix/ or windows/ below it is chosen here. PCH names the
+# makes btask_NAME of src/NAME (or of the folder DIR, whose last part is NAME); posix/ or windows/ below it is chosen here. PCH names the
 # precompiled headers.
 function(btask_library name)
   cmake_parse_arguments(arg "" "DIR;PCH" "LIBS;PRIVATE" ${ARGN})
   if(NOT arg_DIR)
-    set(arg_DIR ${CMAKE_SOURCE_DIR}/src/${name})
+    set(arg_DIR src/${name})
   endif()
+  get_filename_component(arg_DIR ${arg_DIR} ABSOLUTE)
   file(GLOB sources CONFIGURE_DEPENDS ${arg_DIR}/*.cpp ${arg_DIR}/*.h ${arg_DIR}/*.qrc)
   if(WIN32)
     file(GLOB side CONFIGURE_DEPENDS ${arg_DIR}/windows/*.cpp)
@@ -102,6 +103,14 @@ function(btask_library name)
   if(arg_PCH)
     btask_precompile(${target} ${arg_PCH})
   endif()
+endfunction()
+
+# btask_group(NAME LIBS libraries): one name for all of them.
+function(btask_group name)
+  cmake_parse_arguments(arg "" "" "LIBS" ${ARGN})
+  add_library(btask_${name} INTERFACE)
+  list(TRANSFORM arg_LIBS PREPEND "btask_")
+  target_link_libraries(btask_${name} INTERFACE ${arg_LIBS})
 endfunction()
 
 # Gives a Windows program its icon, manifest and version.

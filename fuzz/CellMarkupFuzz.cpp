@@ -1,6 +1,6 @@
 #include "Require.h"
-#include "ui/CellMarkup.h"
-#include "ui/CellPainter.h"
+#include "list/CellMarkup.h"
+#include "list/CellPainter.h"
 
 #include <QGuiApplication>
 #include <QImage>

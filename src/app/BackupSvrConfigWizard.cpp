@@ -1,7 +1,7 @@
 #include "app/BackupSvrConfigWizard.h"
 
+#include "page/UserPrompts.h"
 #include "service/ServiceClient.h"
-#include "ui/UserPrompts.h"
 #include "zep/Mui.h"
 
 #include <QAbstractButton>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/PageLoader.h"
+#include "lanes/PageLoader.h"
 
 #include <QWizard>
 

@@ -1,10 +1,10 @@
 #include "app/Pages.h"
 
-#include "app/GalleryPanel.h"
-#include "app/WebPagePanel.h"
+#include "development/GalleryPanel.h"
+#include "page/Console.h"
 #include "settings/SettingsPanel.h"
 #include "taskman/TaskManPanel.h"
-#include "ui/Console.h"
+#include "window/WebPagePanel.h"
 
 namespace {
 

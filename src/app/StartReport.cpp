@@ -1,6 +1,6 @@
 #include "app/StartReport.h"
 
-#include "app/Tour.h"
+#include "development/Tour.h"
 
 #include <QEvent>
 #include <QTextStream>

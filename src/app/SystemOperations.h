@@ -2,9 +2,9 @@
 
 #include "app/ServiceWait.h"
 #include "app/StartUp.h"
+#include "lanes/ThreadReader.h"
+#include "page/WindowPrompts.h"
 #include "service/ServiceClient.h"
-#include "ui/ThreadReader.h"
-#include "ui/WindowPrompts.h"
 
 /// Start-up's operations on the real system. Shows dialogs one after the other, each in an event loop of its
 /// own; nothing after start-up does that.

@@ -1,7 +1,7 @@
 #include "app/CommandLine.h"
 #include "app/StartUp.h"
 #include "app/SystemOperations.h"
-#include "ui/Look.h"
+#include "look/Look.h"
 
 #include <QApplication>
 

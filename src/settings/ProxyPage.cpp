@@ -1,6 +1,6 @@
 #include "settings/ProxyPage.h"
 
-#include "ui/NoticeLine.h"
+#include "page/NoticeLine.h"
 #include "zep/Mui.h"
 
 #include <QComboBox>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "lanes/PageLoader.h"
 #include "settings/SettingValues.h"
-#include "ui/PageLoader.h"
 #include "zep/ProxyEnv.h"
 
 #include <QDialog>

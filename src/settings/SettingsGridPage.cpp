@@ -1,9 +1,9 @@
 #include "settings/SettingsGridPage.h"
 
-#include "ui/BrenPropertyGrid.h"
-#include "ui/Look.h"
-#include "ui/MainFrame.h"
-#include "ui/NoticeLine.h"
+#include "grid/BrenPropertyGrid.h"
+#include "look/Look.h"
+#include "page/MainFrame.h"
+#include "page/NoticeLine.h"
 
 #include <QVBoxLayout>
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "lanes/PageLoader.h"
+#include "page/BrenPanel.h"
+#include "page/Console.h"
 #include "settings/SettingValues.h"
 #include "settings/SettingsCatalog.h"
-#include "ui/BrenPanel.h"
-#include "ui/Console.h"
-#include "ui/PageLoader.h"
 
 class CBrenPropertyGrid;
 class CPropertyGroup;

@@ -1,11 +1,11 @@
 #include "settings/SettingsPanel.h"
 
+#include "look/IconRegistry.h"
+#include "page/MainFrame.h"
 #include "service/ServiceClient.h"
 #include "settings/ProxyPage.h"
 #include "settings/SettingsMgr.h"
 #include "settings/TaskItemSettings.h"
-#include "ui/IconRegistry.h"
-#include "ui/MainFrame.h"
 
 CSettingsPanel::CSettingsPanel(const Console& console, QWidget* parent)
     : CTabPanel(console.frame, parent), m_console(console), m_loader(console.reader, *this) {

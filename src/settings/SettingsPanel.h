@@ -1,8 +1,8 @@
 #pragma once
 
-#include "ui/Console.h"
-#include "ui/PageLoader.h"
-#include "ui/TabPanel.h"
+#include "lanes/PageLoader.h"
+#include "page/Console.h"
+#include "page/TabPanel.h"
 #include "zep/ProxyEnv.h"
 
 #include <QPointer>

@@ -1,11 +1,11 @@
 #include "taskman/CompletedTasks.h"
 
+#include "list/BrenListCtrl.h"
+#include "look/IconRegistry.h"
+#include "page/MainFrame.h"
 #include "stores/SchedulerStore.h"
 #include "stores/TaskState.h"
 #include "taskman/RowDeletion.h"
-#include "ui/BrenListCtrl.h"
-#include "ui/IconRegistry.h"
-#include "ui/MainFrame.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/RecordPanel.h"
+#include "list/RecordPanel.h"
 
 /// The tasks that have run for the last time. Each can be deleted.
 class CCompletedTasks : public CRecordPanel {

@@ -1,7 +1,7 @@
 #include "taskman/HistoryPanel.h"
 
+#include "list/BrenListCtrl.h"
 #include "stores/ProcessLogStore.h"
-#include "ui/BrenListCtrl.h"
 
 namespace {
 

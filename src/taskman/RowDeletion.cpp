@@ -1,9 +1,9 @@
 #include "taskman/RowDeletion.h"
 
-#include "ui/BrenListCtrl.h"
-#include "ui/Console.h"
-#include "ui/UserPrompts.h"
-#include "ui/VirtualKey.h"
+#include "list/BrenListCtrl.h"
+#include "list/VirtualKey.h"
+#include "page/Console.h"
+#include "page/UserPrompts.h"
 
 namespace {
 

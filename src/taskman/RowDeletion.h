@@ -1,7 +1,7 @@
 #pragma once
 
+#include "lanes/PageLoader.h"
 #include "service/ServiceClient.h"
-#include "ui/PageLoader.h"
 
 #include <QSet>
 

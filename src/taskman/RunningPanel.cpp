@@ -1,8 +1,8 @@
 #include "taskman/RunningPanel.h"
 
+#include "list/BrenListCtrl.h"
+#include "page/Console.h"
 #include "taskman/RunningText.h"
-#include "ui/BrenListCtrl.h"
-#include "ui/Console.h"
 
 #include <QSet>
 

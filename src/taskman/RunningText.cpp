@@ -1,6 +1,6 @@
 #include "taskman/RunningText.h"
 
-#include "ui/IconRegistry.h"
+#include "look/IconRegistry.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,12 +1,12 @@
 #include "taskman/SubtaskPanel.h"
 
+#include "list/BrenListCtrl.h"
+#include "look/Formatters.h"
+#include "look/IconRegistry.h"
+#include "page/Console.h"
 #include "stores/SubTaskStore.h"
 #include "taskman/RowDeletion.h"
 #include "taskman/SubTaskText.h"
-#include "ui/BrenListCtrl.h"
-#include "ui/Console.h"
-#include "ui/Formatters.h"
-#include "ui/IconRegistry.h"
 
 #include <QStringBuilder>
 

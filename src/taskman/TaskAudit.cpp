@@ -1,12 +1,12 @@
 #include "taskman/TaskAudit.h"
 
+#include "list/BrenListCtrl.h"
+#include "list/ListText.h"
+#include "look/IconRegistry.h"
+#include "page/Console.h"
+#include "page/MainFrame.h"
+#include "page/UserPrompts.h"
 #include "stores/AuditTraceStore.h"
-#include "ui/BrenListCtrl.h"
-#include "ui/Console.h"
-#include "ui/IconRegistry.h"
-#include "ui/ListText.h"
-#include "ui/MainFrame.h"
-#include "ui/UserPrompts.h"
 
 namespace {
 

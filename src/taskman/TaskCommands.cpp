@@ -1,6 +1,6 @@
 #include "taskman/TaskCommands.h"
 
-#include "ui/UserPrompts.h"
+#include "page/UserPrompts.h"
 
 #include <QCoreApplication>
 #include <QPointer>

@@ -1,13 +1,13 @@
 #include "taskman/TaskListPanel.h"
 
+#include "list/FindBar.h"
+#include "look/IconRegistry.h"
+#include "look/Look.h"
+#include "page/Console.h"
+#include "page/MainFrame.h"
+#include "page/NoticeLine.h"
 #include "platform/Folders.h"
 #include "taskman/TaskManItem.h"
-#include "ui/Console.h"
-#include "ui/FindBar.h"
-#include "ui/IconRegistry.h"
-#include "ui/Look.h"
-#include "ui/MainFrame.h"
-#include "ui/NoticeLine.h"
 
 #include <QKeyEvent>
 #include <QTextBrowser>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "cards/ExpandableItemList.h"
+#include "lanes/PageLoader.h"
 #include "taskman/TaskList.h"
-#include "ui/ExpandableItemList.h"
-#include "ui/PageLoader.h"
 
 class FindBar;
 class NoticeLine;

@@ -1,5 +1,9 @@
 #include "taskman/TaskManItem.h"
 
+#include "look/IconRegistry.h"
+#include "page/Console.h"
+#include "page/TabPanel.h"
+#include "page/UserPrompts.h"
 #include "stores/TaskState.h"
 #include "taskman/HistoryPanel.h"
 #include "taskman/RunningPanel.h"
@@ -7,10 +11,6 @@
 #include "taskman/TaskAudit.h"
 #include "taskman/TaskClass.h"
 #include "taskman/TaskSummary.h"
-#include "ui/Console.h"
-#include "ui/IconRegistry.h"
-#include "ui/TabPanel.h"
-#include "ui/UserPrompts.h"
 
 #include <algorithm>
 

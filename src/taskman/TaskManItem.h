@@ -1,9 +1,9 @@
 #pragma once
 
+#include "cards/TaskItem.h"
 #include "taskman/TaskCommands.h"
 #include "taskman/TaskList.h"
 #include "taskman/TransferMeter.h"
-#include "ui/TaskItem.h"
 
 struct Console;
 

@@ -1,14 +1,14 @@
 #include "taskman/TaskManPanel.h"
 
+#include "look/IconRegistry.h"
+#include "look/Look.h"
+#include "page/Console.h"
+#include "page/MainFrame.h"
 #include "service/ServiceClient.h"
 #include "settings/TaskItemSettings.h"
 #include "taskman/CompletedTasks.h"
 #include "taskman/RunningPanel.h"
 #include "taskman/TaskListPanel.h"
-#include "ui/Console.h"
-#include "ui/IconRegistry.h"
-#include "ui/Look.h"
-#include "ui/MainFrame.h"
 
 #include <QCheckBox>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ui/PageLoader.h"
-#include "ui/TabPanel.h"
+#include "lanes/PageLoader.h"
+#include "page/TabPanel.h"
 
 class QCheckBox;
 struct Console;

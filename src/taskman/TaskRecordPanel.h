@@ -1,7 +1,7 @@
 #pragma once
 
+#include "list/RecordPanel.h"
 #include "taskman/TaskList.h"
-#include "ui/RecordPanel.h"
 
 /// A view of one task's inner work in its expanded card.
 class CTaskRecordPanel : public CRecordPanel {

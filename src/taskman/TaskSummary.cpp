@@ -1,12 +1,12 @@
 #include "taskman/TaskSummary.h"
 
+#include "list/BrenListCtrl.h"
+#include "look/IconRegistry.h"
+#include "page/Console.h"
+#include "page/MainFrame.h"
+#include "page/UserPrompts.h"
 #include "stores/TaskState.h"
 #include "taskman/TaskClass.h"
-#include "ui/BrenListCtrl.h"
-#include "ui/Console.h"
-#include "ui/IconRegistry.h"
-#include "ui/MainFrame.h"
-#include "ui/UserPrompts.h"
 
 #include <QVBoxLayout>
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "lanes/PageLoader.h"
+#include "page/BrenPanel.h"
 #include "stores/SchedulerStore.h"
 #include "taskman/TaskCommands.h"
-#include "ui/BrenPanel.h"
-#include "ui/PageLoader.h"
 #include "zep/LiveCounters.h"
 
 #include <QSet>

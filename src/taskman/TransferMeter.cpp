@@ -1,6 +1,6 @@
 #include "taskman/TransferMeter.h"
 
-#include "ui/Formatters.h"
+#include "look/Formatters.h"
 
 #include <QCoreApplication>
 

@@ -1,13 +1,13 @@
-#include "app/BTaskMMCDlg.h"
 #include "app/BackupSvrConfigWizard.h"
-#include "app/CloudSvcPage.h"
-#include "app/ConsoleStatusBar.h"
-#include "app/PageHead.h"
-#include "app/ServiceNotice.h"
-#include "app/SetBandWidthLimitDlg.h"
-#include "app/WindowGeometry.h"
 #include "support/PageBench.h"
 #include "support/TestMain.h"
+#include "window/BTaskMMCDlg.h"
+#include "window/CloudSvcPage.h"
+#include "window/ConsoleStatusBar.h"
+#include "window/PageHead.h"
+#include "window/ServiceNotice.h"
+#include "window/SetBandWidthLimitDlg.h"
+#include "window/WindowGeometry.h"
 
 #include <QAbstractButton>
 #include <QPushButton>

@@ -1,6 +1,6 @@
-#include "app/SpeedMeter.h"
-#include "app/WindowGeometry.h"
+#include "window/SpeedMeter.h"
 #include "support/TestMain.h"
+#include "window/WindowGeometry.h"
 
 using namespace Qt::Literals::StringLiterals;
 

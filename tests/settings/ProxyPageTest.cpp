@@ -1,8 +1,8 @@
 #include "settings/ProxyPage.h"
 #include "SettingsBench.h"
+#include "page/NoticeLine.h"
 #include "settings/SettingsPanel.h"
 #include "support/TestMain.h"
-#include "ui/NoticeLine.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "grid/BrenPropertyGrid.h"
+#include "grid/DynamicCombo.h"
+#include "grid/DynamicEdit.h"
 #include "support/PageBench.h"
-#include "ui/BrenPropertyGrid.h"
-#include "ui/DynamicCombo.h"
-#include "ui/DynamicEdit.h"
 
 struct SettingsBench : PageBench<> {
     QStringList Written() const {

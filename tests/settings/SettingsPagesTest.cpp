@@ -1,9 +1,9 @@
 #include "SettingsBench.h"
+#include "page/NoticeLine.h"
 #include "settings/SettingsMgr.h"
 #include "settings/SettingsPanel.h"
 #include "settings/TaskItemSettings.h"
 #include "support/TestMain.h"
-#include "ui/NoticeLine.h"
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ui/BrenPanel.h"
-#include "ui/MainFrame.h"
+#include "page/BrenPanel.h"
+#include "page/MainFrame.h"
 
 #include <QPointer>
 #include <QStringList>

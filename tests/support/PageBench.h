@@ -1,11 +1,11 @@
 #pragma once
 
+#include "page/Console.h"
 #include "service/ServiceClient.h"
 #include "support/NotingFrame.h"
 #include "support/ScriptedPrompts.h"
 #include "support/ServiceFixture.h"
 #include "support/SteppingReader.h"
-#include "ui/Console.h"
 #include "zep/LiveCounters.h"
 
 /// A console before a running development service, for pages that do not outlive it.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/UserPrompts.h"
+#include "page/UserPrompts.h"
 
 #include <QPointer>
 #include <QStringList>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ui/JobQueue.h"
+#include "lanes/JobQueue.h"
 
 #include <array>
 #include <vector>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "cards/TaskItem.h"
+#include "list/BrenListCtrl.h"
 #include "support/PageBench.h"
-#include "ui/BrenListCtrl.h"
-#include "ui/TaskItem.h"
 
 #include <QTest>
 

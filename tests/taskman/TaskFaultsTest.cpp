@@ -1,4 +1,5 @@
 #include "TaskBench.h"
+#include "lanes/ThreadReader.h"
 #include "support/TestMain.h"
 #include "taskman/CompletedTasks.h"
 #include "taskman/HistoryPanel.h"
@@ -8,7 +9,6 @@
 #include "taskman/TaskListPanel.h"
 #include "taskman/TaskManItem.h"
 #include "taskman/TaskSummary.h"
-#include "ui/ThreadReader.h"
 
 #include <QTestEventLoop>
 

@@ -1,9 +1,9 @@
 #include "taskman/TaskListPanel.h"
 #include "TaskBench.h"
+#include "list/FindBar.h"
+#include "page/NoticeLine.h"
 #include "support/TestMain.h"
 #include "taskman/TaskManItem.h"
-#include "ui/FindBar.h"
-#include "ui/NoticeLine.h"
 
 #include <QLineEdit>
 

@@ -1,0 +1,116 @@
+#include "development/GalleryCards.h"
+
+#include "cards/ExpandableItemList.h"
+#include "cards/TaskItem.h"
+#include "look/IconRegistry.h"
+#include "page/LinkLabel.h"
+#include "page/TabPanel.h"
+
+#include <QVBoxLayout>
+
+namespace {
+
+struct Sample {
+    const char* title;
+    const char* body;
+    const char* status;
+    const char* state;
+    int icon;
+    int progress;
+};
+
+constexpr Sample Samples[] = {
+    {"Photos to Northwind Storage", "Mirrored Backup  \xC2\xB7  Last run 2026-11-20 22:00:04",
+     "412 of 1280 sub-tasks, 00:12:40 Remaining", "Running", TaskRunningIcon, 322},
+    {"Accounts snapshot", "Snapshot Backup  \xC2\xB7  Last run 2026-11-21 1:30:2",
+     "Next Run: 2026-11-22 1:30:0", "Pending", TaskPendingIcon, 0},
+    {"Mail archive", "Application Data Backup  \xC2\xB7  Failed: the target refused the login",
+     "Next Run: 2026-11-21 18:15:0", "Failed", TaskFailedIcon, 0},
+    {"Drop Folder Sync - Projects", "Cloud Sync Folder Task  \xC2\xB7  Last run 2026-11-21 9:02:11", "Paused",
+     "Paused", TaskPausedIcon, 0},
+    {"Restore [Contracts] From [Northwind]", "Restore  \xC2\xB7  Last run 2026-11-21 17:00:00", "Completed",
+     "Completed", TaskCompletedIcon, 0},
+    {"Home", "Virtual directory", "Connected", "Mounted", MountedIcon, 0},
+    {"A title that is much longer than the room that a title band of a card has beside the status text of "
+     "the card",
+     "A line about the card that goes on and on, behind the buttons at its end if they did not cut it off "
+     "before that",
+     "A status text that does not fit into the place that it has", "Running", TaskRunningIcon, 1000},
+    {"\xD7\x92\xD7\x99\xD7\x91\xD7\x95\xD7\x99 <b>&amp; \xCE\xA9\xD0\x96", "Markup stays <a>text</a>", "",
+     "Pending", TaskPendingIcon, 0},
+};
+
+QString Text(const char* utf8) {
+    return QString::fromUtf8(utf8);
+}
+
+class SampleCard : public CTaskItem {
+public:
+    SampleCard(MainFrame& frame, const QString& title, const Sample& sample)
+        : CTaskItem(title), m_frame(frame) {
+        SetBodyText(Text(sample.body));
+        SetStatusText(Text(sample.status));
+        SetStatusIcon(sample.icon, sample.icon, Text(sample.state));
+        SetProgress(sample.progress);
+        AddAction(QStringLiteral("Cancel"), CancelTaskIcon, [] {});
+        m_start = AddAction(QStringLiteral("Start Now"), StartIcon, [this] { Switch(); });
+        EnableAction(m_start, sample.icon != TaskCompletedIcon);
+        if (sample.progress > 0)
+            SetAction(m_start, QStringLiteral("Pause"), PauseIcon);
+    }
+
+    void OnExpanded() override {
+        if (!Content())
+            SetContent(MakeContent());
+        CTaskItem::OnExpanded();
+    }
+
+private:
+    void Switch() {
+        const bool starts = ActionCaption(m_start) == QLatin1String("Start Now");
+        SetAction(m_start, starts ? QStringLiteral("Pause") : QStringLiteral("Start Now"),
+                  starts ? PauseIcon : StartIcon);
+    }
+
+    CBrenPanel* MakeContent() {
+        auto* tabs = new CTabPanel(m_frame);
+        for (const auto& [title, icon] : {std::pair("Summary", CompletedTasksIcon),
+                                          {"Running", OtherOperationIcon},
+                                          {"Pending", TaskPendingIcon},
+                                          {"History", FileVersionsIcon},
+                                          {"Trace", TraceIcon}}) {
+            auto* page = new CBrenPanel(m_frame);
+            auto* layout = new QVBoxLayout(page);
+            layout->addWidget(
+                new LinkLabel(QStringLiteral("The view <a>%1</a> of this card").arg(Text(title))), 0,
+                Qt::AlignTop);
+            tabs->AddTab(Text(title), page, icon);
+        }
+        return tabs;
+    }
+
+    MainFrame& m_frame;
+    int m_start = 0;
+};
+
+} // namespace
+
+CBrenPanel* MakeGalleryCards(MainFrame& frame, int count) {
+    auto* list = new CExpandableItemList(frame);
+    auto* empty =
+        new LinkLabel(QStringLiteral("You have not configured a cloud storage account.  Click <a>here</a> "
+                                     "or the icon on the left panel to add a cloud storage account."));
+    empty->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+    empty->setWordWrap(true);
+    list->SetEmptyView(empty, {20, 20, 20, 20});
+    list->BeginRefresh();
+    for (int number = 0; number < count; ++number) {
+        const Sample& sample = Samples[static_cast<std::size_t>(number) % std::size(Samples)];
+        QString title = Text(sample.title);
+        if (number >= static_cast<int>(std::size(Samples)))
+            title += QStringLiteral(" %1").arg(number);
+        list->Keep(title, [&] { return std::make_unique<SampleCard>(frame, title, sample); });
+    }
+    list->EndRefresh();
+    return list;
+}

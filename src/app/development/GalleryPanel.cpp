@@ -1,0 +1,109 @@
+#include "development/GalleryPanel.h"
+
+#include "cards/LabeledPanel.h"
+#include "development/GalleryCards.h"
+#include "development/ListGallery.h"
+#include "look/IconRegistry.h"
+#include "look/Look.h"
+#include "page/LinkLabel.h"
+#include "page/MainFrame.h"
+#include "page/UserPrompts.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFormLayout>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollArea>
+#include <QSpinBox>
+
+CGalleryPanel::CGalleryPanel(MainFrame& frame, UserPrompts& prompts, QWidget* parent)
+    : CTabPanel(frame, parent), m_prompts(prompts) {}
+
+void CGalleryPanel::Activate() {
+    CTabPanel::Activate();
+    Frame().SetToolbar(*this, {{tr("Pause"), 8024, PauseIcon},
+                               {tr("Cancel Task"), 148, CancelTaskIcon, false},
+                               {tr("Refresh..."), Command::Refresh, RefreshIcon}});
+    Frame().SetSideActions(*this, {{tr("Refresh..."), Command::Refresh, RefreshIcon}});
+    Frame().SetStatusText(
+        tr("Every kind of card, tab, paging state, control and icon. A text of two lines goes on "
+           "below the first one and never runs under the toolbar."));
+}
+
+void CGalleryPanel::CreatePanel() {
+    AddTab(tr("Cards"), MakeGalleryCards(Frame(), 14), TaskListIcon);
+    AddTab(tr("One Page"), MakeGalleryCards(Frame(), 2), OtherOperationIcon);
+    AddTab(tr("No Cards"), MakeGalleryCards(Frame(), 0), CompletedTasksIcon);
+    AddTab(tr("Controls"), MakeControls(), TaskSettingsIcon);
+    AddTab(tr("Lists"), MakeScrolled(MakeListGallery(m_prompts, nullptr)), TraceIcon);
+    AddTab(tr("Icons"), MakeScrolled(MakeIconSheet(nullptr)), MountedIcon);
+    AddHiddenTab(tr("Hidden"), MakeGalleryCards(Frame(), 7), SystemTasksIcon);
+    auto* advanced = new QCheckBox(tr("Advanced Mode"));
+    connect(advanced, &QCheckBox::toggled, this, [this](bool on) {
+        if (on)
+            ShowAllTabs(PageCount() - 1);
+        else
+            ShowFirstTabs(PageCount() - 1);
+    });
+    SetCorner(advanced);
+}
+
+CBrenPanel* CGalleryPanel::MakeControls() {
+    auto* panel = new CBrenPanel(Frame());
+    auto* form = new QFormLayout(panel);
+    form->setContentsMargins(Look::PageMargin, 20, Look::PageMargin, 20);
+    form->setSpacing(Look::TextInset);
+
+    auto* result = new LinkLabel;
+    auto* ask = new QPushButton(tr("Ask"));
+    connect(ask, &QPushButton::clicked, panel, [this, panel, result] {
+        m_prompts.AskYesNo(
+            panel, tr("Do you really want to cancel the task?"),
+            [result](bool yes) { result->SetText(yes ? tr("Yes") : tr("No")); },
+            tr("Details in <b>plain</b> text"));
+    });
+    auto* tell = new QPushButton(tr("Tell"));
+    connect(tell, &QPushButton::clicked, panel,
+            [this, panel] { m_prompts.ShowMessage(panel, tr("Operation Failed\n")); });
+    auto* off = new QPushButton(tr("Disabled"));
+    off->setEnabled(false);
+    form->addRow(ask, result);
+    form->addRow(tell, off);
+
+    auto* link = new LinkLabel(
+        tr("You have not configured a cloud storage account.  Click <a>here</a> or <a>there</a>."));
+    connect(link, &LinkLabel::LinkClicked, result,
+            [result](int span) { result->SetText(tr("Link %1").arg(span)); });
+    form->addRow(tr("Links"), link);
+    form->addRow(tr("Text"), new QLineEdit(tr("C:\\Data")));
+    auto* combo = new QComboBox;
+    combo->addItems({tr("True"), tr("False")});
+    form->addRow(tr("Choice"), combo);
+    auto* number = new QSpinBox;
+    number->setValue(20);
+    form->addRow(tr("Number"), number);
+    auto* check = new QCheckBox(tr("Set"));
+    check->setChecked(true);
+    form->addRow(check, new QCheckBox(tr("Not set")));
+    auto* radio = new QRadioButton(tr("Chosen"));
+    radio->setChecked(true);
+    form->addRow(radio, new QRadioButton(tr("Not chosen")));
+    auto* labeled = new CLabeledPanel(tr("A labeled panel"));
+    labeled->setMinimumHeight(80);
+    form->addRow(labeled);
+    return panel;
+}
+
+CBrenPanel* CGalleryPanel::MakeScrolled(QWidget* content) {
+    auto* panel = new CBrenPanel(Frame());
+    auto* scroll = new QScrollArea;
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setWidget(content);
+    auto* layout = new QVBoxLayout(panel);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(scroll);
+    return panel;
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "page/MainFrame.h"
+
+#include <QWidget>
+
+class CBrenPanel;
+class QHBoxLayout;
+class QLabel;
+
+/// The head of the page area: the section's title, the page's status text and its toolbar.
+class CPageHead : public QWidget {
+    Q_OBJECT
+
+public:
+    CPageHead();
+
+    void SetTitle(const QString& title);
+    void SetStatusText(const QString& text);
+    QString StatusText() const;
+    void SetActions(CBrenPanel& panel, const std::vector<FrameAction>& actions);
+    void EnableCommand(int command, bool enabled);
+
+private:
+    QLabel* m_title;
+    QLabel* m_status;
+    QHBoxLayout* m_toolbar;
+};

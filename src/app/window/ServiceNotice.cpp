@@ -1,0 +1,48 @@
+#include "window/ServiceNotice.h"
+
+#include "service/ServiceClient.h"
+
+CServiceNotice::CServiceNotice(Reader& reader, const ServiceClient& service, QWidget& window)
+    : NoticeLine(&window), m_service(service), m_loader(reader, window) {}
+
+void CServiceNotice::Start() {
+    Ask();
+    m_loader.StartTimer(Period, [this] { Ask(); });
+}
+
+void CServiceNotice::Ask() {
+    const QDateTime asked = QDateTime::currentDateTime();
+    m_loader.Load(
+        Lane::Service,
+        [service = m_service](std::stop_token stop) {
+            return service.GetSetting(QStringLiteral("PublishedToCloudSVC"), stop);
+        },
+        [this, asked](const Loaded<ServiceAnswer>& loaded) {
+            if (!loaded)
+                return;
+            const ServiceOutcome outcome = loaded->outcome;
+            if (outcome == ServiceOutcome::Answered || outcome == ServiceOutcome::OtherStatus)
+                OnAnswered(loaded->body.compare("true", Qt::CaseInsensitive) == 0);
+            else
+                OnSilent(asked);
+        });
+}
+
+void CServiceNotice::OnAnswered(bool inCloudSpace) {
+    emit Published(inCloudSpace);
+    if (!m_silentSince)
+        return;
+    m_silentSince.reset();
+    SetText({});
+    emit ServiceReturned();
+}
+
+void CServiceNotice::OnSilent(const QDateTime& since) {
+    if (m_silentSince)
+        return;
+    m_silentSince = since;
+    SetText(tr("The service has not answered since %1. What is shown may be out of date; it will be read "
+               "again by "
+               "itself.")
+                .arg(since.toString(QStringLiteral("HH:mm:ss"))));
+}

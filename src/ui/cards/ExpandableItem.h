@@ -1,0 +1,88 @@
+#pragma once
+
+#include "cards/LabeledPanel.h"
+
+#include <QIcon>
+
+class CardButton;
+class CBrenPanel;
+class CExpandableItemList;
+
+/// A card of a list: a title band with status text and icon, below it a line of text with buttons, or its
+/// content while it is expanded. Its title is the key by which the list finds it.
+class CExpandableItem : public CLabeledPanel {
+    Q_OBJECT
+
+public:
+    explicit CExpandableItem(const QString& title, QWidget* parent = nullptr);
+
+    bool IsExpanded() const { return m_expanded; }
+
+    /// No change when the text is the same but for case. A change sets the progress to 0.
+    virtual void SetStatusText(const QString& text);
+    const QString& StatusText() const { return m_statusText; }
+
+    /// `image` is a number of the icon registry and `caption` says it in words; `value` is the caller's. No
+    /// change when image and state are the same.
+    virtual void SetStatusIcon(int image, int state, const QString& caption = {}, int value = 0);
+    int StatusImage() const { return m_statusImage; }
+    int StatusState() const { return m_statusState; }
+    int StatusValue() const { return m_statusValue; }
+
+    /// A thin line along the title band, of 0 to 1000 parts.
+    void SetProgress(int permille);
+    int Progress() const { return m_progress; }
+
+    /// The line that says what the card is.
+    void SetBodyText(const QString& text);
+    const QString& BodyText() const { return m_bodyText; }
+
+    /// The list has expanded or collapsed the card, or the page around an expanded card was activated or
+    /// deactivated: starts or stops what is shown live.
+    virtual void OnExpanded();
+    virtual void OnCollapsed();
+
+    /// A press of the left button below the title band.
+    virtual void OnBodyClick(const QPoint& position);
+
+    quint32 refreshMark = 0; ///< of the refresh that last found the card
+
+protected:
+    /// Shown while the card is expanded; the card owns it. Call it by the first OnExpanded, before the
+    /// base's.
+    void SetContent(CBrenPanel* content);
+    CBrenPanel* Content() const { return m_content; }
+
+    /// Adds a button to the left of those that are there; the buttons are hidden while the card is expanded.
+    CardButton* AddButton(const QString& caption, const QIcon& icon);
+    void PlaceChildren();
+
+    QRect TitleRect() const override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    friend class CExpandableItemList;
+
+    void SetExpanded(bool expanded);
+    void Describe();
+    QRect StatusRect() const;
+    QRect BodyTextRect() const;
+
+    CExpandableItemList* m_list = nullptr;
+    CBrenPanel* m_content = nullptr;
+    QWidget* m_buttonRow = nullptr;
+    std::vector<CardButton*> m_buttons; ///< from right to left
+    bool m_expanded = false;
+    QString m_statusText;
+    QString m_bodyText;
+    QIcon m_statusIcon;
+    QString m_statusCaption;
+    int m_statusImage = 0;
+    int m_statusState = 0;
+    int m_statusValue = 0;
+    int m_progress = 0;
+};

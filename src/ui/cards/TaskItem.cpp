@@ -1,0 +1,34 @@
+#include "cards/TaskItem.h"
+
+#include "cards/CardButton.h"
+#include "look/IconRegistry.h"
+
+int CTaskItem::AddAction(const QString& caption, int image, std::function<void()> run) {
+    CardButton* action = AddButton(caption, IconRegistry::Icon(image));
+    connect(action, &CardButton::Clicked, this, std::move(run));
+    m_actions.push_back(action);
+    return ActionCount() - 1;
+}
+
+void CTaskItem::SetAction(int index, const QString& caption, int image) {
+    CardButton* action = m_actions.at(static_cast<std::size_t>(index));
+    if (action->accessibleName() != caption)
+        action->Set(caption, IconRegistry::Icon(image));
+}
+
+QString CTaskItem::ActionCaption(int index) const {
+    return m_actions.at(static_cast<std::size_t>(index))->accessibleName();
+}
+
+void CTaskItem::EnableAction(int index, bool enabled) {
+    m_actions.at(static_cast<std::size_t>(index))->SetBusy(!enabled);
+}
+
+bool CTaskItem::IsActionEnabled(int index) const {
+    return !m_actions.at(static_cast<std::size_t>(index))->IsBusy();
+}
+
+QRect CTaskItem::ActionRect(int index) const {
+    const CardButton* action = m_actions.at(static_cast<std::size_t>(index));
+    return {action->mapTo(this, QPoint()), action->size()};
+}

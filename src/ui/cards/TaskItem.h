@@ -1,0 +1,31 @@
+#pragma once
+
+#include "cards/ExpandableItem.h"
+
+#include <functional>
+
+/// A card with a row of actions.
+class CTaskItem : public CExpandableItem {
+    Q_OBJECT
+
+public:
+    using CExpandableItem::CExpandableItem;
+
+    /// Adds an action at the left of the others; `run` is called on each click. Returns its index.
+    int AddAction(const QString& caption, int image, std::function<void()> run);
+
+    /// What the action is from now on. `index` is one that AddAction returned, here and below.
+    void SetAction(int index, const QString& caption, int image);
+    QString ActionCaption(int index) const;
+
+    /// As while its command is under way: a disabled action swallows clicks.
+    void EnableAction(int index, bool enabled);
+    bool IsActionEnabled(int index) const;
+    int ActionCount() const { return static_cast<int>(m_actions.size()); }
+
+    /// Where the action stands, in the card's coordinates.
+    QRect ActionRect(int index) const;
+
+private:
+    std::vector<CardButton*> m_actions;
+};

@@ -1,0 +1,18 @@
+#include "grid/DynamicCombo.h"
+
+#include <QWheelEvent>
+
+CDynamicCombo::CDynamicCombo(const QString& text, QWidget* parent) : QComboBox(parent) {
+    addItems({QStringLiteral("True"), QStringLiteral("False")});
+    setCurrentIndex(findText(text, Qt::MatchFixedString));
+}
+
+void CDynamicCombo::hidePopup() {
+    QComboBox::hidePopup();
+    // The choice arrives after the list is hidden.
+    QMetaObject::invokeMethod(this, &CDynamicCombo::ListClosed, Qt::QueuedConnection);
+}
+
+void CDynamicCombo::wheelEvent(QWheelEvent* event) {
+    event->ignore();
+}

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "grid/PropertyModel.h"
+
+#include <QPointer>
+#include <QTableView>
+
+#include <functional>
+#include <optional>
+
+class NoticeLine;
+class UserPrompts;
+
+/// A remark on what stands in an open editor; empty for none.
+using EditorNote = std::function<QString(const PropertyRow& row, const QString& text)>;
+
+/// A group of the property grid: a title and a row a setting, whose value is edited in place. Rows are
+/// counted from 0, which is the title.
+class CPropertyGroup : public QTableView {
+    Q_OBJECT
+
+public:
+    /// The prompts must outlive the group.
+    CPropertyGroup(const QString& title, UserPrompts& prompts, QWidget* parent = nullptr);
+
+    void AddRow(const PropertyRow& row);
+    int RowCount() const { return m_model.rowCount(); }
+    /// None outside of the rows.
+    std::optional<PropertyRow> GetRow(int row) const;
+    /// Of no effect on an open editor.
+    void SetValue(int row, const QString& value) { m_model.SetValue(row, value); }
+    void SetReadOnly(int row, bool readOnly) { m_model.SetReadOnly(row, readOnly); }
+    void SetEditorNote(EditorNote note) { m_noteOf = std::move(note); }
+
+    /// Opens the editor of the row's value, or asks for a folder when the value is a folder's path. False
+    /// when the row cannot be edited.
+    bool OpenEditor(int row);
+    int EditedRow() const { return m_editedRow; } ///< -1 for none
+    QWidget* Editor() const { return m_editor; }  ///< null for none
+
+    int CurrentRow() const { return currentIndex().row(); } ///< -1 for none
+    void SelectRow(int row);
+    QRect RowRect(int row) const; ///< in the group
+
+signals:
+    /// The user has given the row another value.
+    void Committed(int row, const PropertyRow& committed);
+    /// The keyboard wants to go this many rows down (or up) from the current one.
+    void StepWanted(int rows);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    enum class EditorEnd { Commit, Cancel };
+
+    void PlaceEditor(QWidget* editor, int row);
+    void CloseEditor(EditorEnd end);
+    void PickFolder(int row);
+    void Commit(int row, const QString& text);
+    void ShowNote(const QString& text);
+    QRect ValueRect(int row) const;
+    void SetHoveredRow(int row);
+    void PaintTitle(QPainter& painter) const;
+    void PaintRow(QPainter& painter, int row) const;
+
+    PropertyModel m_model;
+    UserPrompts& m_prompts;
+    EditorNote m_noteOf;
+    NoticeLine* m_note = nullptr;
+    QWidget* m_editor = nullptr;
+    std::function<std::optional<QString>()> m_editorText;
+    QString m_initialText;
+    int m_editedRow = -1;
+    int m_hoveredRow = -1;
+};

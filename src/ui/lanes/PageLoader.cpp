@@ -1,0 +1,46 @@
+#include "lanes/PageLoader.h"
+
+PageLoader::PageLoader(Reader& reader, QWidget& page)
+    : m_reader(reader), m_page(&page), m_state(std::make_shared<State>()) {
+    m_state->loader = this;
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, &PageLoader::Refresh);
+}
+
+PageLoader::~PageLoader() {
+    m_state->loader = nullptr;
+    Cancel();
+}
+
+void PageLoader::StartTimer(std::chrono::milliseconds period, std::function<void()> refresh,
+                            std::optional<std::chrono::milliseconds> first) {
+    m_period = period;
+    m_refresh = std::move(refresh);
+    m_first = first;
+    if (!IsReading())
+        m_timer.start(std::exchange(m_first, std::nullopt).value_or(period));
+}
+
+void PageLoader::StopTimer() {
+    m_timer.stop();
+    m_refresh = nullptr;
+}
+
+std::function<ReadPriority()> PageLoader::PriorityOf(ReadPriority wanted) const {
+    if (wanted == ReadPriority::Command)
+        return [] { return ReadPriority::Command; };
+    return [page = m_page] { return page && page->isVisible() ? ReadPriority::Front : ReadPriority::Hidden; };
+}
+
+void PageLoader::Refresh() {
+    if (!IsInFront())
+        return;
+    const auto refresh = m_refresh;
+    refresh();
+    RestartTimer();
+}
+
+void PageLoader::RestartTimer() {
+    if (m_refresh && !IsReading() && IsInFront())
+        m_timer.start(std::exchange(m_first, std::nullopt).value_or(m_period));
+}

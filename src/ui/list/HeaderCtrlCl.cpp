@@ -1,0 +1,124 @@
+#include "list/HeaderCtrlCl.h"
+
+#include "look/GradientPainter.h"
+#include "look/IconRegistry.h"
+#include "look/Look.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+namespace {
+
+constexpr QRgb Rim = 0xFF696969;
+constexpr QRgb GradientFirst = 0xFFE3E3E3;
+constexpr QRgb GradientSecond = 0xFFA1A1A1;
+constexpr QRgb CaptionColour = 0xFF404040;
+constexpr int CornerRadius = 12;
+constexpr int CaptionSize = 14;
+constexpr int DecorationSize = 16;
+constexpr int ArrowRoom = 16;
+
+QPainterPath Rounded(const QRectF& rect, qreal radius) {
+    QPainterPath path;
+    path.addRoundedRect(rect, radius, radius);
+    return path;
+}
+
+/// The rim stays visible around the gradient, whose lines are computed over the whole height. They are not
+/// smoothed: at 150 % that would let the rim's colour through between them.
+void PaintBand(QPainter& painter, const QRect& rect) {
+    const QPainterPath border = Rounded(QRectF(rect).adjusted(0.5, 0.5, -0.5, -0.5), CornerRadius - 0.5);
+    painter.save();
+    painter.setClipPath(border);
+    painter.fillRect(rect, QColor(Rim));
+    PaintGradient(painter, rect, GradientFirst, GradientSecond, GradientMode::VerticalMirror);
+    painter.restore();
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.strokePath(border, QColor(Rim));
+    painter.restore();
+}
+
+void PaintArrow(QPainter& painter, QPoint centre, Qt::SortOrder order) {
+    const int tip = order == Qt::AscendingOrder ? -3 : 3;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(CaptionColour));
+    painter.drawPolygon(
+        QPolygon({centre + QPoint(-4, -tip), centre + QPoint(4, -tip), centre + QPoint(0, tip)}));
+    painter.restore();
+}
+
+} // namespace
+
+CHeaderCtrlCl::CHeaderCtrlCl(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
+    setAccessibleName(tr("List Ctrl as list"));
+    setMinimumSectionSize(16);
+    setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    setHighlightSections(false);
+    connect(this, &QHeaderView::sectionResized, this, [this] { m_resized = true; });
+}
+
+void CHeaderCtrlCl::SetCustom(bool custom) {
+    m_custom = custom;
+    updateGeometry();
+    viewport()->update();
+}
+
+QSize CHeaderCtrlCl::sizeHint() const {
+    const QSize size = QHeaderView::sizeHint();
+    return m_custom ? QSize(size.width(), CustomHeight) : size;
+}
+
+void CHeaderCtrlCl::paintEvent(QPaintEvent* event) {
+    if (!m_custom) {
+        QHeaderView::paintEvent(event);
+        return;
+    }
+    QPainter painter(viewport());
+    painter.fillRect(event->rect(), Look::Paper);
+    PaintBand(painter, viewport()->rect());
+    QFont font = Look::Font(Look::Body);
+    font.setPixelSize(CaptionSize);
+    painter.setFont(font);
+    for (int section = 0; section < count(); ++section) {
+        if (!isSectionHidden(section))
+            PaintSection(painter, section);
+    }
+}
+
+void CHeaderCtrlCl::PaintSection(QPainter& painter, int section) const {
+    const QRect cell(sectionViewportPosition(section), 0, sectionSize(section), viewport()->height());
+    if (!cell.intersects(viewport()->rect()))
+        return;
+    const int flags =
+        int(model()->headerData(section, Qt::Horizontal, Qt::TextAlignmentRole).value<Qt::Alignment>()) |
+        Qt::TextSingleLine;
+    const QString caption = model()->headerData(section, Qt::Horizontal, Qt::DisplayRole).toString();
+    const bool sorted = isSortIndicatorShown() && sortIndicatorSection() == section;
+    const QRect room = cell.adjusted(8, 0, sorted ? -ArrowRoom : -6, 0);
+    const QString text = painter.fontMetrics().elidedText(caption, Qt::ElideRight, room.width());
+    painter.setPen(QColor(CaptionColour));
+    const QRect drawn = painter.boundingRect(room, flags, text);
+    painter.drawText(room, flags, text);
+    if (sorted)
+        PaintArrow(painter, {qMax(drawn.right(), room.x()) + 9, cell.center().y()}, sortIndicatorOrder());
+    if (cell.right() < viewport()->width() - CornerRadius) {
+        const QRect divider(cell.right() + 1 - DecorationSize / 2, (cell.height() - DecorationSize) / 2,
+                            DecorationSize, DecorationSize);
+        IconRegistry::Icon(HeaderDecorationIcon).paint(&painter, divider);
+    }
+}
+
+void CHeaderCtrlCl::mousePressEvent(QMouseEvent* event) {
+    m_resized = false;
+    QHeaderView::mousePressEvent(event);
+}
+
+void CHeaderCtrlCl::mouseReleaseEvent(QMouseEvent* event) {
+    QHeaderView::mouseReleaseEvent(event);
+    if (std::exchange(m_resized, false))
+        emit DividerReleased();
+}

@@ -1,0 +1,63 @@
+#include "look/Look.h"
+
+#include "look/ConsoleStyle.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QPalette>
+#include <QTextDocument>
+
+namespace {
+
+QPalette MakePalette() {
+    QPalette palette(Look::Side);
+    palette.setColor(QPalette::Window, Look::Side);
+    palette.setColor(QPalette::WindowText, Look::Ink);
+    palette.setColor(QPalette::Base, Look::Paper);
+    palette.setColor(QPalette::AlternateBase, Look::Side);
+    palette.setColor(QPalette::Text, Look::Ink);
+    palette.setColor(QPalette::Button, Look::Paper);
+    palette.setColor(QPalette::ButtonText, Look::Ink);
+    palette.setColor(QPalette::Highlight, Look::Accent);
+    palette.setColor(QPalette::HighlightedText, Look::Paper);
+    palette.setColor(QPalette::Link, Look::Accent);
+    palette.setColor(QPalette::LinkVisited, Look::Accent);
+    palette.setColor(QPalette::ToolTipBase, Look::Paper);
+    palette.setColor(QPalette::ToolTipText, Look::Ink);
+    palette.setColor(QPalette::PlaceholderText, Look::Muted);
+    palette.setColor(QPalette::Disabled, QPalette::Base, Look::Side);
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, role, QColor(0x9A, 0xA3, 0xB2));
+    return palette;
+}
+
+} // namespace
+
+QFont Look::Font(TextSize size, QFont::Weight weight) {
+    QFont font;
+    font.setFamilies({QStringLiteral("Arial"), QStringLiteral("Liberation Sans")});
+    font.setPixelSize(size);
+    font.setWeight(weight);
+    font.setHintingPreference(QFont::PreferVerticalHinting);
+    return font;
+}
+
+QString Look::ToolTip(const QString& text) {
+    // Qt takes a text for markup when it looks like it, so it is made markup at all times.
+    return text.isEmpty() ? QString() : Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal);
+}
+
+void Look::DrawFocusRing(QPainter& painter, const QRectF& bounds, qreal radius) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(Accent, 2));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(bounds.adjusted(1, 1, -1, -1), radius, radius);
+    painter.restore();
+}
+
+void ApplyLook(QApplication& application) {
+    application.setStyle(new ConsoleStyle);
+    application.setPalette(MakePalette());
+    application.setFont(Look::Font(Look::Body));
+}

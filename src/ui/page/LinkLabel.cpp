@@ -1,0 +1,70 @@
+#include "page/LinkLabel.h"
+
+#include "look/Look.h"
+
+#include <QFocusEvent>
+#include <QRegularExpression>
+
+namespace {
+
+QString Html(QStringView text) {
+    QString html = text.toString().toHtmlEscaped();
+    return html.replace(u'\n', QStringLiteral("<br>"))
+        .replace(QStringLiteral("  "), QStringLiteral("&nbsp; "));
+}
+
+struct Markup {
+    QString html;
+    QString plain;
+    int spans = 0;
+};
+
+Markup Parse(const QString& text) {
+    static const QRegularExpression span(QStringLiteral("<a>(.*?)</a>"),
+                                         QRegularExpression::CaseInsensitiveOption |
+                                             QRegularExpression::DotMatchesEverythingOption);
+    Markup markup;
+    qsizetype end = 0;
+    for (auto matches = span.globalMatch(text); matches.hasNext();) {
+        const QRegularExpressionMatch match = matches.next();
+        const QStringView before = QStringView(text).mid(end, match.capturedStart() - end);
+        markup.html += Html(before) + QStringLiteral("<a href=\"%1\">").arg(markup.spans++) +
+                       Html(match.capturedView(1)) + QStringLiteral("</a>");
+        markup.plain.append(before).append(match.capturedView(1));
+        end = match.capturedEnd();
+    }
+    markup.html += Html(QStringView(text).mid(end));
+    markup.plain += QStringView(text).mid(end);
+    return markup;
+}
+
+} // namespace
+
+LinkLabel::LinkLabel(const QString& text, QWidget* parent) : QLabel(parent) {
+    setTextFormat(Qt::RichText);
+    setFont(Look::Font(Look::Small));
+    connect(this, &QLabel::linkActivated, this,
+            [this](const QString& link) { emit LinkClicked(link.toInt()); });
+    SetText(text);
+}
+
+void LinkLabel::SetText(const QString& text) {
+    if (text == m_text)
+        return;
+    m_text = text;
+    const Markup markup = Parse(text);
+    setTextInteractionFlags(markup.spans > 0 ? Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard
+                                             : Qt::NoTextInteraction);
+    setText(markup.html);
+    setAccessibleName(markup.plain);
+    if (hasFocus() && markup.spans > 0) {
+        sizeHint(); // takes the new text over, in which no span is chosen yet
+        focusNextPrevChild(true);
+    }
+}
+
+void LinkLabel::focusInEvent(QFocusEvent* event) {
+    QLabel::focusInEvent(event);
+    if (event->reason() != Qt::MouseFocusReason && !hasSelectedText())
+        focusNextPrevChild(event->reason() != Qt::BacktabFocusReason);
+}

@@ -1,0 +1,46 @@
+#include "page/NoticeLine.h"
+
+#include "look/IconRegistry.h"
+#include "look/Look.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+
+NoticeLine::NoticeLine(QWidget* parent) : QFrame(parent), m_text(new QLabel) {
+    m_text->setTextFormat(Qt::PlainText);
+    m_text->setWordWrap(true);
+    m_text->setFont(Look::Font(Look::Small));
+    QPalette colours = m_text->palette();
+    colours.setColor(QPalette::WindowText, Look::NoticeInk);
+    m_text->setPalette(colours);
+    auto* icon = new QLabel;
+    icon->setPixmap(
+        IconRegistry::Icon(InformationIcon, Look::NoticeInk).pixmap(QSize(16, 16), devicePixelRatio()));
+
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(Look::TextInset, 6, Look::TextInset, 6);
+    layout->setSpacing(8);
+    layout->addWidget(icon, 0, Qt::AlignTop);
+    layout->addWidget(m_text, 1);
+    hide();
+}
+
+void NoticeLine::SetText(const QString& text) {
+    m_text->setText(text);
+    setAccessibleName(text);
+    setVisible(!text.isEmpty());
+}
+
+QString NoticeLine::Text() const {
+    return m_text->text();
+}
+
+void NoticeLine::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Look::NoticeLine);
+    painter.setBrush(Look::NoticeBack);
+    painter.drawRoundedRect(QRectF(contentsRect()).adjusted(0.5, 0.5, -0.5, -0.5), Look::CornerRadius,
+                            Look::CornerRadius);
+}

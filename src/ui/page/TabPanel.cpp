@@ -1,0 +1,144 @@
+#include "page/TabPanel.h"
+
+#include "look/IconRegistry.h"
+#include "look/Look.h"
+#include "page/MainFrame.h"
+#include "page/TabStrip.h"
+
+#include <QPainter>
+
+namespace {
+
+constexpr int StripLeft = 8;
+
+} // namespace
+
+CTabPanel::CTabPanel(MainFrame& frame, QWidget* parent)
+    : CBrenPanel(frame, parent), m_strip(new TabStrip(this)) {
+    connect(m_strip, &TabStrip::currentChanged, this, &CTabPanel::OnTabChanged);
+}
+
+bool CTabPanel::AddTab(const QString& title, CBrenPanel* page, int image) {
+    return Add(title, page, image, true);
+}
+
+bool CTabPanel::AddHiddenTab(const QString& title, CBrenPanel* page, int image) {
+    return Add(title, page, image, false);
+}
+
+bool CTabPanel::Add(const QString& title, CBrenPanel* page, int image, bool shown) {
+    if (PageCount() >= MaxPages)
+        return false;
+    page->setParent(this);
+    page->hide();
+    page->setAccessibleName(title);
+    m_pages.push_back(page);
+    {
+        const QSignalBlocker untilHidden(m_strip);
+        m_strip->addTab(IconRegistry::Icon(image), title);
+    }
+    ShowTabs(PageCount() - 1, shown);
+    return true;
+}
+
+void CTabPanel::ShowFirstTabs(int count) {
+    if (m_current >= count)
+        SelectPage(0);
+    else if (CurrentPage())
+        CurrentPage()->PostCommand(Command::Refresh);
+    ShowTabs(count, false);
+}
+
+void CTabPanel::ShowAllTabs(int from) {
+    ShowTabs(from, true);
+    if (m_current < 0)
+        SelectPage(0);
+    if (CurrentPage())
+        CurrentPage()->PostCommand(Command::Refresh);
+    update();
+}
+
+/// Shows or hides the tabs from `from` on. The strip moves its current tab along while they go.
+void CTabPanel::ShowTabs(int from, bool shown) {
+    {
+        const QSignalBlocker untilAll(m_strip);
+        for (int index = from; index < PageCount(); ++index) {
+            m_strip->setTabVisible(index, shown);
+            m_strip->setTabEnabled(index, shown); // keys and wheel skip disabled tabs only
+        }
+    }
+    OnTabChanged(m_strip->currentIndex());
+    LayOutPages();
+}
+
+CBrenPanel* CTabPanel::CurrentPage() const {
+    return m_current < 0 ? nullptr : m_pages[static_cast<std::size_t>(m_current)];
+}
+
+void CTabPanel::SelectPage(int index) {
+    m_strip->setCurrentIndex(index);
+    OnTabChanged(index);
+}
+
+bool CTabPanel::IsTabShown(int index) const {
+    return m_strip->isTabVisible(index);
+}
+
+void CTabPanel::SetCorner(QWidget* corner) {
+    m_corner = corner;
+    m_corner->setParent(this);
+    m_corner->show();
+    LayOutPages();
+}
+
+void CTabPanel::Activate() {
+    CBrenPanel::Activate();
+    if (CurrentPage())
+        CurrentPage()->Activate();
+}
+
+void CTabPanel::Deactivate() {
+    if (CurrentPage())
+        CurrentPage()->Deactivate();
+    CBrenPanel::Deactivate();
+}
+
+void CTabPanel::OnCommand(int command) {
+    if (CurrentPage())
+        CurrentPage()->OnCommand(command);
+}
+
+void CTabPanel::OnTabChanged(int index) {
+    const int shown = m_strip->isTabVisible(index) ? index : -1;
+    if (shown == m_current)
+        return;
+    if (CurrentPage())
+        CurrentPage()->Deactivate();
+    m_current = shown;
+    if (IsActive() && CurrentPage())
+        CurrentPage()->Activate();
+}
+
+void CTabPanel::LayOutPages() {
+    const int cornerWidth = m_corner ? m_corner->sizeHint().width() + 2 * Look::PageMargin : 0;
+    const int stripHeight = m_strip->sizeHint().height();
+    const int stripWidth = std::max(0, width() - StripLeft - cornerWidth);
+    m_strip->FitInto(stripWidth);
+    m_strip->setGeometry(StripLeft, 0, stripWidth, stripHeight);
+    if (m_corner) {
+        const QSize size = m_corner->sizeHint();
+        m_corner->setGeometry(width() - size.width() - Look::PageMargin - 4,
+                              (stripHeight - size.height()) / 2, size.width(), size.height());
+    }
+    for (CBrenPanel* page : m_pages)
+        page->setGeometry(0, stripHeight + 1, width(), std::max(0, height() - stripHeight - 1));
+}
+
+void CTabPanel::resizeEvent(QResizeEvent* event) {
+    CBrenPanel::resizeEvent(event);
+    LayOutPages();
+}
+
+void CTabPanel::paintEvent(QPaintEvent*) {
+    QPainter(this).fillRect(0, m_strip->geometry().bottom() + 1, width(), 1, Look::Line);
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "page/BrenPanel.h"
+
+#include <vector>
+
+class TabStrip;
+
+/// A page of up to 100 sub-panels behind a strip of tabs.
+class CTabPanel : public CBrenPanel {
+    Q_OBJECT
+
+public:
+    static constexpr int MaxPages = 100;
+
+    explicit CTabPanel(MainFrame& frame, QWidget* parent = nullptr);
+
+    /// Adds a page at the end; `image` is a number of the icon registry. The panel owns the page. False, and
+    /// the page is the caller's, when there are 100.
+    bool AddTab(const QString& title, CBrenPanel* page, int image);
+    /// The same without a tab, until ShowAllTabs.
+    bool AddHiddenTab(const QString& title, CBrenPanel* page, int image);
+
+    /// Takes the tabs from `count` on away. When the current page loses its tab, the first page is selected,
+    /// otherwise the current page is told to refresh.
+    void ShowFirstTabs(int count);
+    /// Gives the pages from `from` on their tabs again, and tells the current page to refresh.
+    void ShowAllTabs(int from);
+
+    int PageCount() const { return static_cast<int>(m_pages.size()); }
+    CBrenPanel* CurrentPage() const; ///< null for none
+    int CurrentIndex() const { return m_current; }
+    void SelectPage(int index);
+    bool IsTabShown(int index) const;
+
+    /// A widget at the right end of the strip. The panel owns it.
+    void SetCorner(QWidget* corner);
+
+    void Activate() override;
+    void Deactivate() override;
+    /// Goes to the current page.
+    void OnCommand(int command) override;
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    bool Add(const QString& title, CBrenPanel* page, int image, bool shown);
+    void ShowTabs(int from, bool shown);
+    void OnTabChanged(int index);
+    void LayOutPages();
+
+    TabStrip* m_strip;
+    QWidget* m_corner = nullptr;
+    std::vector<CBrenPanel*> m_pages; ///< by tab; a tab that is not shown is hidden in the strip
+    int m_current = -1;
+};

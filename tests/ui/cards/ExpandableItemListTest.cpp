@@ -1,0 +1,408 @@
+#include "cards/ExpandableItemList.h"
+#include "cards/CardButton.h"
+#include "cards/TaskItem.h"
+#include "page/LinkLabel.h"
+#include "support/NotingFrame.h"
+#include "support/PaintNote.h"
+#include "support/TestMain.h"
+
+#include <QPointer>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// A card that counts how often it was shown live.
+class CountingCard : public CTaskItem {
+public:
+    using CTaskItem::CTaskItem;
+
+    void OnExpanded() override { ++expansions; }
+    void OnCollapsed() override { ++collapses; }
+    void OnBodyClick(const QPoint&) override { ++bodyClicks; }
+
+    int expansions = 0;
+    int collapses = 0;
+    int bodyClicks = 0;
+};
+
+class TestList : public CExpandableItemList {
+public:
+    TestList() : CExpandableItemList(frame) {
+        SetGeometryValues({20, 10, 20, 0, 100, 0});
+        resize(800, 400);
+        Activate();
+        activateWindow();
+    }
+
+    /// 3 cards a page.
+    void Refresh(const QStringList& titles) {
+        BeginRefresh();
+        for (const QString& title : titles)
+            Keep(title, [&title] { return std::make_unique<CountingCard>(title); });
+        removed = EndRefresh();
+    }
+
+    CountingCard* Card(int index) const { return static_cast<CountingCard*>(CardAt(index)); }
+
+    QStringList Shown() const {
+        QStringList titles;
+        for (int index = 0; index < CardCount(); ++index)
+            if (CardAt(index)->isVisible())
+                titles.append(CardAt(index)->Title());
+        return titles;
+    }
+
+    /// The texts of the visible links and labels, markup left out.
+    QStringList Links() const {
+        QStringList texts;
+        for (const LinkLabel* link : findChildren<LinkLabel*>())
+            if (link->isVisible())
+                texts.append(link->accessibleName());
+        return texts;
+    }
+
+    void ClickLink(const QString& text) {
+        for (LinkLabel* link : findChildren<LinkLabel*>())
+            if (link->isVisible() && link->accessibleName().contains(text))
+                emit link->LinkClicked(0);
+    }
+
+    void OnAllShown() override { ++allShown; }
+
+    NotingFrame frame;
+    bool removed = false;
+    int allShown = 0;
+};
+
+QStringList Titles(int count) {
+    QStringList titles;
+    for (int number = 1; number <= count; ++number)
+        titles.append(u"Card %1"_s.arg(number));
+    return titles;
+}
+
+} // namespace
+
+class ExpandableItemListTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void refusesTheHundredAndFirst() {
+        TestList list;
+        list.Refresh(Titles(100));
+        QCOMPARE(list.CardCount(), 100);
+        list.ToggleCard(*list.CardAt(0));
+
+        QPointer<CExpandableItem> refused = new CountingCard(u"Card 101"_s);
+        QVERIFY(!list.AddItem(std::unique_ptr<CExpandableItem>(refused)));
+        QVERIFY(!refused);
+        QCOMPARE(list.CardCount(), 100);
+
+        // Card 2 goes, but the refused card was not created: the expanded one stays expanded.
+        QStringList titles = Titles(101);
+        list.BeginRefresh();
+        for (const QString& title : titles)
+            if (title != titles.at(1))
+                list.Keep(title, [&title] { return std::make_unique<CountingCard>(title); });
+        QVERIFY(list.EndRefresh());
+        QCOMPARE(list.CardCount(), 99);
+        QCOMPARE(list.ExpandedCard(), list.CardAt(0));
+    }
+
+    void turnsPages() {
+        TestList list;
+        list.Refresh(Titles(7));
+        QCOMPARE(list.Shown(), Titles(3));
+        QCOMPARE(list.Links(), (QStringList{u"1 of 3 Pages"_s, u"Next Page"_s}));
+        list.PreviousPage();
+        QCOMPARE(list.CurrentPage(), 0);
+
+        list.ClickLink(u"Next"_s);
+        QCOMPARE(list.Shown(), Titles(6).mid(3));
+        list.ClickLink(u"Next"_s);
+        QCOMPARE(list.Shown(), Titles(7).mid(6));
+        QCOMPARE(list.Links(), (QStringList{u"Previous Page"_s, u"3 of 3 Pages"_s}));
+        list.NextPage();
+        QCOMPARE(list.CurrentPage(), 2);
+
+        list.Refresh(Titles(4));
+        QCOMPARE(list.Shown(), Titles(4).mid(3));
+        list.resize(800, 1000);
+        QCOMPARE(list.Shown(), Titles(4));
+        QVERIFY(list.Links().isEmpty());
+        list.resize(800, 100);
+        QCOMPARE(list.Shown(), Titles(4));
+        list.RemoveAll();
+        QCOMPARE(list.CardCount(), 0);
+        list.Refresh(Titles(1));
+        QCOMPARE(list.CardCount(), 1);
+    }
+
+    void expandsByTheTitleBand() {
+        TestList list;
+        list.Refresh(Titles(7));
+        list.NextPage();
+        CountingCard* card = list.Card(4);
+        list.frame.SetStatusText(u"page"_s);
+
+        QTest::mouseClick(card, Qt::LeftButton, {}, {100, 35});
+        QCOMPARE(list.ExpandedCard(), card);
+        QVERIFY(card->IsExpanded());
+        QCOMPARE(card->geometry(), QRect(10, 20, 780, 340));
+        QCOMPARE(list.Shown(), QStringList{u"Card 5"_s});
+        QCOMPARE(list.Links(), QStringList{u"6 item(s) hidden, click here to show all items"_s});
+        QCOMPARE(card->expansions, 1);
+        QCOMPARE(list.frame.StatusText(), u"page"_s);
+
+        QTest::mouseClick(card, Qt::LeftButton, {}, {100, 5});
+        QVERIFY(!list.ExpandedCard());
+        QCOMPARE(card->collapses, 1);
+        QCOMPARE(list.frame.StatusText(), QString());
+        QCOMPARE(list.Shown(), Titles(6).mid(3));
+
+        list.ToggleCard(*list.Card(3));
+        list.ToggleCard(*card);
+        QCOMPARE(list.Card(3)->collapses, 1);
+        QVERIFY(!list.Card(3)->IsExpanded());
+        QCOMPARE(list.ExpandedCard(), card);
+        list.ClickLink(u"here"_s);
+        QVERIFY(!list.ExpandedCard());
+        QCOMPARE(list.CurrentPage(), 1);
+        QCOMPARE(list.allShown, 3);
+    }
+
+    void clicksOnEdgesAndBodies() {
+        TestList list;
+        list.Refresh(Titles(2));
+        CountingCard* card = list.Card(0);
+        for (const QPoint edge : {QPoint(0, 10), QPoint(100, 0)})
+            QTest::mouseClick(card, Qt::LeftButton, {}, edge);
+        QTest::mouseClick(card, Qt::RightButton, {}, {100, 10});
+        QVERIFY(!list.ExpandedCard());
+        QTest::mouseClick(card, Qt::LeftButton, {}, {100, 36});
+        QCOMPARE(card->bodyClicks, 1);
+        QVERIFY(!list.ExpandedCard());
+        QTest::mouseClick(card, Qt::LeftButton, {}, {779, 35});
+        QCOMPARE(list.ExpandedCard(), card);
+    }
+
+    void sweeps() {
+        TestList list;
+        list.Refresh(Titles(4));
+        CountingCard* first = list.Card(0);
+        list.ToggleCard(*first);
+
+        list.Refresh({u"CARD 1"_s, u"card 2"_s, u"Card 3"_s, u"Card 4"_s});
+        QVERIFY(!list.removed);
+        QCOMPARE(list.CardCount(), 4);
+        QCOMPARE(list.ExpandedCard(), first);
+
+        list.Refresh(Titles(3));
+        QVERIFY(list.removed);
+        QCOMPARE(list.ExpandedCard(), first);
+
+        list.Refresh(Titles(4));
+        QVERIFY(!list.removed);
+        QCOMPARE(list.ExpandedCard(), first);
+
+        list.Refresh({u"Card 1"_s, u"New"_s});
+        QVERIFY(list.removed);
+        QVERIFY(!list.ExpandedCard());
+        QCOMPARE(first->collapses, 1);
+    }
+
+    void aSweepTakesTheExpandedCardAway() {
+        TestList list;
+        QVERIFY(QTest::qWaitForWindowActive(&list));
+        list.Refresh(Titles(7));
+        list.NextPage();
+        QPointer<CountingCard> card = list.Card(4);
+        list.ToggleCard(*card);
+        QVERIFY(card->hasFocus());
+
+        list.Refresh(Titles(4));
+        QVERIFY(!list.ExpandedCard());
+        QCOMPARE(card->collapses, 1);
+        QCOMPARE(list.CurrentPage(), 1);
+        QCOMPARE(list.Shown(), QStringList{u"Card 4"_s});
+        QVERIFY(list.Card(3)->hasFocus());
+        QTRY_VERIFY(!card);
+        QTest::keyClick(list.focusWidget(), Qt::Key_Escape);
+        QTest::mouseClick(&list, Qt::LeftButton, {}, {100, 30});
+        list.Refresh({});
+        QCOMPARE(list.CardCount(), 0);
+    }
+
+    void removesACardFromItsOwnAction() {
+        TestList list;
+        list.Refresh(Titles(2));
+        QPointer<CountingCard> card = list.Card(0);
+        card->AddAction(u"Cancel"_s, 332, [&list, card] { list.RemoveCard(*card); });
+        list.RecalcLayout();
+        QTest::mouseClick(card->findChildren<CardButton*>().last(), Qt::LeftButton);
+        QCOMPARE(list.CardCount(), 1);
+        QTRY_VERIFY(!card);
+    }
+
+    void goesWithThePage() {
+        TestList list;
+        list.Refresh(Titles(2));
+        CountingCard* card = list.Card(1);
+        list.Deactivate();
+        QCOMPARE(card->collapses, 0);
+        list.Activate();
+        list.ToggleCard(*card);
+        list.Deactivate();
+        QCOMPARE(card->collapses, 1);
+        QVERIFY(card->IsExpanded());
+
+        // The status text is another page's by now.
+        list.frame.SetStatusText(u"other page"_s);
+        list.Refresh({u"New"_s});
+        QCOMPARE(list.frame.StatusText(), u"other page"_s);
+        QCOMPARE(list.allShown, 0);
+    }
+
+    void walksByKeyboard() {
+        TestList list;
+        QVERIFY(QTest::qWaitForWindowActive(&list));
+        list.Refresh(Titles(5));
+        list.Card(0)->AddAction(u"Start"_s, 331, [] {});
+        list.Card(0)->setFocus();
+        const auto press = [&list](Qt::Key key) { QTest::keyClick(list.focusWidget(), key); };
+        const auto focused = [&list](int index) {
+            return list.Card(index)->hasFocus() && list.Card(index)->isVisible();
+        };
+
+        press(Qt::Key_Up);
+        QVERIFY(focused(0));
+        for (int step = 0; step < 3; ++step)
+            press(Qt::Key_Down);
+        QVERIFY(focused(3));
+        QCOMPARE(list.CurrentPage(), 1);
+        press(Qt::Key_Home);
+        QVERIFY(focused(0));
+        press(Qt::Key_End);
+        QVERIFY(focused(4));
+
+        press(Qt::Key_Return);
+        QCOMPARE(list.ExpandedCard(), list.Card(4));
+        press(Qt::Key_Down);
+        QVERIFY(focused(4));
+        press(Qt::Key_Escape);
+        QVERIFY(!list.ExpandedCard());
+        QVERIFY(focused(4));
+
+        press(Qt::Key_PageUp);
+        QCOMPARE(list.CurrentPage(), 0);
+        list.Card(0)->setFocus();
+        QTest::keyClick(list.Card(0), Qt::Key_Tab);
+        auto* start = qobject_cast<CardButton*>(list.focusWidget());
+        QVERIFY(start);
+        QCOMPARE(start->accessibleName(), u"Start"_s);
+        press(Qt::Key_Down);
+        QVERIFY(focused(1));
+    }
+
+    void showsTheEmptyViewWithoutCards() {
+        TestList list;
+        auto* view = new QWidget;
+        list.SetEmptyView(view, {20, 25, 20, 25});
+        list.RecalcLayout();
+        QVERIFY(view->isVisible());
+        QCOMPARE(view->geometry(), QRect(20, 25, 760, 350));
+        list.resize(50, 50);
+        QCOMPARE(view->geometry().topLeft(), QPoint(20, 25));
+        list.resize(800, 400);
+        list.Refresh(Titles(1));
+        QVERIFY(!view->isVisible());
+    }
+
+    void repaintsOnlyWhatChanged() {
+        TestList list;
+        QVERIFY(QTest::qWaitForWindowExposed(&list));
+        list.Refresh(Titles(1));
+        CountingCard* card = list.Card(0);
+        PaintNote note(*card);
+        const auto painted = [&list, &note] {
+            QEvent flush(QEvent::UpdateRequest);
+            QCoreApplication::sendEvent(&list, &flush);
+            return note.Take().boundingRect();
+        };
+        QTRY_COMPARE(note.Painted(), QRegion(card->rect()));
+        note.Take();
+
+        card->SetStatusText(u"Next Run"_s);
+        QCOMPARE(painted(), QRect(480, 0, 250, 36));
+        card->SetProgress(500);
+        QCOMPARE(painted(), QRect(0, 33, 780, 3));
+        card->SetStatusText(u"NEXT RUN"_s);
+        QCOMPARE(painted(), QRect());
+        QCOMPARE(card->StatusText(), u"Next Run"_s);
+        QCOMPARE(card->Progress(), 500);
+        card->SetStatusText(u"Paused"_s);
+        QCOMPARE(card->Progress(), 0);
+        painted();
+
+        card->SetStatusIcon(361, 1, u"Running"_s, 7);
+        QCOMPARE(painted(), QRect(726, 0, 54, 36));
+        card->SetStatusIcon(361, 1, u"Other"_s, 8);
+        QCOMPARE(painted(), QRect());
+        QCOMPARE(card->StatusValue(), 7);
+        card->SetStatusIcon(361, 2);
+        QCOMPARE(painted(), QRect(726, 0, 54, 36));
+    }
+
+    void aBusyActionSwallowsClicks() {
+        TestList list;
+        QVERIFY(QTest::qWaitForWindowActive(&list));
+        list.Refresh(Titles(1));
+        CountingCard* card = list.Card(0);
+        int runs = 0;
+        const int start = card->AddAction(u"Start Now"_s, 331, [&runs] { ++runs; });
+        list.RecalcLayout();
+        const QPoint place = card->ActionRect(start).center();
+        QWidget* button = card->childAt(place);
+        QVERIFY(qobject_cast<CardButton*>(button));
+
+        QTest::mouseClick(button, Qt::LeftButton);
+        QTest::keyClick(button, Qt::Key_Return);
+        QCOMPARE(runs, 2);
+        QVERIFY(button->hasFocus());
+        card->EnableAction(start, false);
+        QTest::mouseClick(button, Qt::LeftButton);
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space})
+            QTest::keyClick(list.focusWidget(), key);
+        QCOMPARE(runs, 2);
+        QCOMPARE(card->bodyClicks, 0);
+        QVERIFY(!list.ExpandedCard());
+        QVERIFY(button->hasFocus());
+
+        card->EnableAction(start, true);
+        card->SetAction(start, u"Pause"_s, 330);
+        QCOMPARE(card->ActionCaption(start), u"Pause"_s);
+        QTest::mouseClick(button, Qt::LeftButton);
+        QCOMPARE(runs, 3);
+    }
+
+    void tellsScreenReadersWhatIsSeen() {
+        TestList list;
+        list.Refresh(Titles(1));
+        CountingCard* card = list.Card(0);
+        QCOMPARE(card->accessibleName(), u"Card 1"_s);
+        card->SetBodyText(u"Mirrored Backup"_s);
+        card->SetStatusIcon(363, 3, u"Failed"_s);
+        card->SetStatusText(u"Next Run: NA"_s);
+        QCOMPARE(card->accessibleDescription(), u"Mirrored Backup, Failed, Next Run: NA, collapsed"_s);
+        list.ToggleCard(*card);
+        QVERIFY(card->accessibleDescription().endsWith(u", expanded"_s));
+        card->AddAction(u"<b>Cancel</b>"_s, 332, [] {});
+        const CardButton* cancel = card->findChildren<CardButton*>().last();
+        QCOMPARE(cancel->accessibleName(), u"<b>Cancel</b>"_s);
+        QVERIFY(cancel->toolTip().contains(u"&lt;b&gt;Cancel"_s));
+    }
+};
+
+BTASK_TEST(ExpandableItemListTest);
+#include "ExpandableItemListTest.moc"

@@ -1,0 +1,220 @@
+#include "lanes/PageLoader.h"
+#include "support/SteppingReader.h"
+#include "support/TestMain.h"
+
+#include <stdexcept>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// A page that notes what it is given to apply.
+class NotingPage : public QWidget {
+public:
+    explicit NotingPage(Reader& reader) : loader(reader, *this) { show(); }
+
+    void Load(int number, Lane lane = Lane::Service) {
+        loader.Load(
+            lane, [number](std::stop_token) { return number; },
+            [this](const Loaded<int>& loaded) { Note(loaded); });
+    }
+
+    void Note(const Loaded<int>& loaded) {
+        const bool cancelled = loaded.outcome == LoadOutcome::Cancelled;
+        applied.append(loaded ? QString::number(*loaded) : cancelled ? u"cancelled"_s : u"failed"_s);
+        if (onApply)
+            onApply();
+    }
+
+    PageLoader loader;
+    QStringList applied;
+    std::function<void()> onApply;
+};
+
+} // namespace
+
+class PageLoaderTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void eachFetchEndsInOneApply() {
+        SteppingReader reader;
+        NotingPage page(reader);
+        const auto note = [&page](const Loaded<int>& loaded) { page.Note(loaded); };
+
+        for (const std::optional<int> read : {std::optional(7), std::optional<int>()}) {
+            page.loader.Load(
+                Lane::Service, [read](std::stop_token) { return read; }, note);
+            reader.StepAll();
+        }
+        page.loader.Load(
+            Lane::Service, [](std::stop_token) -> int { throw std::runtime_error("torn"); }, note);
+        reader.StepAll();
+        page.Load(8);
+        page.loader.Cancel();
+        reader.StepAll();
+        page.Load(9);
+        reader.Work(Lane::Service);
+        page.loader.Cancel();
+        reader.Finish();
+
+        QCOMPARE(page.applied,
+                 (QStringList{u"7"_s, u"failed"_s, u"failed"_s, u"cancelled"_s, u"cancelled"_s}));
+        QVERIFY(!page.loader.IsReading());
+    }
+
+    void theNewestReadWins() {
+        SteppingReader reader;
+        NotingPage page(reader);
+        page.Load(1);
+        page.Load(2);
+        page.Load(3);
+        reader.StepAll();
+        page.applied.removeAll(u"cancelled"_s);
+        QCOMPARE(page.applied, QStringList{u"3"_s});
+    }
+
+    void anOlderAnswerMayComeLast() {
+        SteppingReader reader;
+        NotingPage page(reader);
+        page.Load(1, Lane::Service);
+        reader.Work(Lane::Service);
+        page.Load(2, Lane::Databases);
+        reader.Work(Lane::Databases);
+        reader.Finish(1);
+        reader.Finish(0);
+        QCOMPARE(page.applied, (QStringList{u"2"_s, u"cancelled"_s}));
+    }
+
+    void nothingIsAppliedToAClosedPage() {
+        SteppingReader reader;
+        bool sent = false;
+        bool read = false;
+        bool finished = false;
+        bool applied = false;
+        {
+            NotingPage page(reader);
+            const auto apply = [&applied](const Loaded<bool>&) { applied = true; };
+            const auto set = [](bool& flag) { return [&flag](std::stop_token) { return flag = true; }; };
+            page.loader.Command(Lane::Service, set(sent), apply);
+            page.loader.Load(Lane::Service, set(read), apply);
+            page.loader.Load(Lane::Databases, set(finished), apply);
+            reader.Work(Lane::Databases);
+        }
+        reader.StepAll();
+        reader.Finish();
+        QVERIFY(sent && finished && !read && !applied);
+    }
+
+    void aPageMayCloseItselfInAnApply() {
+        SteppingReader reader;
+        auto page = std::make_unique<NotingPage>(reader);
+        page->loader.StartTimer(1h, [] {});
+        page->onApply = [&page] { page.reset(); };
+        page->Load(1);
+        reader.StepAll();
+        QVERIFY(!page);
+    }
+
+    void aPageMayReloadInAnApply() {
+        SteppingReader reader;
+        NotingPage page(reader);
+        page.loader.StartTimer(1h, [] {});
+        page.onApply = [&page] {
+            if (page.applied.size() < 3)
+                page.Load(static_cast<int>(page.applied.size()) + 1);
+        };
+        page.Load(1);
+        reader.Step(Lane::Service);
+        QVERIFY(page.loader.IsReading());
+        QVERIFY(!page.loader.IsTimerRunning());
+        reader.StepAll();
+        QCOMPARE(page.applied, (QStringList{u"1"_s, u"2"_s, u"3"_s}));
+        QVERIFY(page.loader.IsTimerRunning());
+    }
+
+    void commandsAndThePageInFrontOvertake() {
+        SteppingReader reader;
+        QStringList order;
+        NotingPage hidden(reader);
+        NotingPage front(reader);
+        const auto note = [&order](const char* name) {
+            return [&order, name](const Loaded<bool>&) { order.append(QLatin1String(name)); };
+        };
+        const auto fetch = [](std::stop_token) { return true; };
+        hidden.loader.Load(Lane::Service, fetch, note("hidden"));
+        front.loader.Load(Lane::Service, fetch, note("front"));
+        hidden.loader.Command(Lane::Service, fetch, note("first command"));
+        front.loader.Command(Lane::Service, fetch, note("second command"));
+        hidden.hide();
+        reader.StepAll();
+        QCOMPARE(order.join(u','), u"first command,second command,front,hidden"_s);
+    }
+
+    void commandsAreNotCancelled() {
+        SteppingReader reader;
+        NotingPage page(reader);
+        for (int number : {1, 2})
+            page.loader.Command(
+                Lane::Service, [number](std::stop_token) { return number; },
+                [&page](const Loaded<int>& loaded) { page.Note(loaded); });
+        page.loader.Cancel();
+        page.Load(3);
+        reader.StepAll();
+        QCOMPARE(page.applied, (QStringList{u"1"_s, u"2"_s, u"3"_s}));
+    }
+
+    void theTimerRestsDuringARead() {
+        SteppingReader reader;
+        NotingPage page(reader);
+        page.Load(1);
+        page.loader.StartTimer(0ms, [&page] { page.Load(2); });
+        QVERIFY(!page.loader.IsTimerRunning());
+        reader.StepAll();
+        QVERIFY(page.loader.IsTimerRunning());
+
+        QTRY_VERIFY(page.loader.IsReading());
+        QVERIFY(!page.loader.IsTimerRunning());
+        page.loader.Cancel();
+        QVERIFY(!page.loader.IsTimerRunning());
+        reader.StepAll();
+        QVERIFY(page.loader.IsTimerRunning());
+
+        page.loader.StopTimer();
+        page.Load(3);
+        reader.StepAll();
+        QVERIFY(!page.loader.IsTimerRunning());
+    }
+
+    void theTimerNeverRestartsOnAHiddenPage() {
+        SteppingReader reader;
+        NotingPage page(reader);
+        page.loader.StartTimer(1h, [] {});
+        page.Load(1);
+        page.hide();
+        reader.StepAll();
+        QCOMPARE(page.applied, QStringList{u"1"_s});
+        QVERIFY(!page.loader.IsTimerRunning());
+
+        int refreshes = 0;
+        page.loader.StartTimer(0ms, [&refreshes] { ++refreshes; });
+        QTRY_VERIFY(!page.loader.IsTimerRunning());
+        QCOMPARE(refreshes, 0);
+    }
+
+    void theTimerGoesOnWhenARefreshReadsNothing() {
+        SteppingReader reader;
+        NotingPage page(reader);
+        int refreshes = 0;
+        page.loader.StartTimer(0ms, [&] {
+            if (++refreshes == 3)
+                page.loader.StopTimer();
+        });
+        QTRY_COMPARE(refreshes, 3);
+        QVERIFY(!page.loader.IsTimerRunning());
+    }
+};
+
+BTASK_TEST(PageLoaderTest);
+#include "PageLoaderTest.moc"

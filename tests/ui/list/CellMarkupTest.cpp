@@ -1,0 +1,81 @@
+#include "list/CellMarkup.h"
+
+#include "support/TestMain.h"
+
+class CellMarkupTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void Parses_data() {
+        // First: icon, position, swatch, or the ellipsis flag of a plain cell. Second: maximum.
+        const Columns<QString, CellKind, QString, qint64, qint64> columns("cell", "kind", "text", "first",
+                                                                          "second");
+        const auto row = [&](const char* cell, CellKind kind, const char* text, qint64 first = 0,
+                             qint64 second = 0) { columns(cell, kind, text, first, second); };
+        row("", CellKind::Plain, "");
+        row("Uploading...", CellKind::Plain, "Uploading...", 1);
+        row(" #ICON:5", CellKind::Plain, " #ICON:5");
+        row("#", CellKind::Plain, "#");
+        row("#...", CellKind::Plain, "#...", 1);
+        row("#ICON:12#@@Uploading...", CellKind::Icon, "Uploading...", 12);
+        row("#icon:0#@@Uploading...", CellKind::Icon, "Uploading...", 0);
+        row("#ICON:", CellKind::Icon, "", 0);
+        row("#ICON: -7x", CellKind::Icon, "", -7);
+        row("#ICON:99999999999999999999999", CellKind::Icon, "", 2147483647);
+        row("#Progress:3 4@@3 of 4", CellKind::Progress, "3 of 4", 3, 4);
+        row("#progress:15 10", CellKind::Progress, "", 10, 10);
+        row("#progress:5 0", CellKind::Progress, "", 0, 0);
+        row("#Progress:abc", CellKind::Progress, "", 0, 0);
+        row("#Progress:7", CellKind::Progress, "", 0, 0);
+        row("#Progress:x 7", CellKind::Progress, "", 0, 0);
+        row("#Progress:1 3@@a@@b", CellKind::Progress, "a@@b", 1, 3);
+        row("#Progress:\t+1 \n 3", CellKind::Progress, "", 1, 3);
+        row("#Progress:-1294967296 -294967296", CellKind::Progress, "", 3000000000, 4000000000);
+        row("#Progress:-1 10", CellKind::Progress, "", 10, 10);
+        row("##gone", CellKind::Struck, "gone");
+        row("###ICON:3", CellKind::Struck, "#ICON:3");
+        row("#COLOR:green", CellKind::Swatch, "", int(SwatchColour::Green));
+        row("#Color:RED", CellKind::Swatch, "", int(SwatchColour::Red));
+        row("#COLOR:YELLOW", CellKind::Swatch, "", int(SwatchColour::Yellow));
+        row("#COLOR:GREEN ", CellKind::Plain, "#COLOR:GREEN ");
+        row("#COLOR:BLUE", CellKind::Plain, "#COLOR:BLUE");
+    }
+
+    void Parses() {
+        const auto [cell, kind, text, first, second] = Fetched<QString, CellKind, QString, qint64, qint64>();
+        const CellMarkup read = CellMarkup::Parse(cell);
+        QCOMPARE(read.kind, kind);
+        QCOMPARE(read.text.toString(), text);
+        const qint64 firsts[] = {read.ellipsis, read.icon, read.position, 0, qint64(read.swatch)};
+        QCOMPARE(firsts[int(kind)], first);
+        QCOMPARE(qint64(read.maximum), second);
+    }
+
+    void SaysWords_data() {
+        const Columns<QString, QString, QString> row("cell", "caption", "words");
+        row("#Progress:3 4@@3 of 4 processed", "75.00% (3 of 4 processed)", "75.00 % (3 of 4 processed)");
+        row("#Progress:1 3@@a@@b", "33.33% (a@@b)", "33.33 % (a@@b)");
+        row("#Progress:1 3@@", "33.33% ()", "33.33 % ()");
+        row("#Progress:1 3@@%1%2", "33.33% (%1%2)", "33.33 % (%1%2)");
+        row("#Progress:15 10", "100.00%", "100.00 %");
+        row("#Progress:1 100", " 1.00%", "1.00 %");
+        row("#Progress:5 0@@x", "", "");
+        row("#ICON:208#@@Click to delete the failed sub-task", "", "delete the failed sub-task");
+        row("#ICON:209#@@Uploading...", "", "Uploading...");
+        row("#ICON:209", "", "upload");
+        row("#ICON:0#@@Uploading...", "", "");
+        row("##gone", "", "gone");
+        row("#COLOR:red", "", "red");
+        row("plain", "", "plain");
+    }
+
+    void SaysWords() {
+        QFETCH(QString, cell);
+        const CellMarkup read = CellMarkup::Parse(cell);
+        QTEST(read.Caption(), "caption");
+        QTEST(read.Words(), "words");
+    }
+};
+
+BTASK_TEST(CellMarkupTest);
+#include "CellMarkupTest.moc"

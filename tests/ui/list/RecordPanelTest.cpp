@@ -1,0 +1,220 @@
+#include "list/RecordPanel.h"
+#include "lanes/ThreadReader.h"
+#include "list/BrenListCtrl.h"
+#include "support/PageBench.h"
+#include "support/TestMain.h"
+
+#include <condition_variable>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// A source whose rows come one by one as the test lets them come. Each read begins with its first row.
+class Tap {
+public:
+    /// Lets `count` rows through in all; more than the source has: its reads end.
+    void LetCome(int count) {
+        const std::lock_guard lock(m_mutex);
+        m_let = count;
+        m_changed.notify_all();
+    }
+    /// Of the reads that follow, which end with `end` once all their rows have come.
+    void SetRows(const QString& name, int count, const ReadResult& end = {}) {
+        const std::lock_guard lock(m_mutex);
+        m_name = name;
+        m_count = count;
+        m_end = end;
+    }
+
+    ReadResult Read(RowStream& rows, std::stop_token stop) {
+        std::unique_lock lock(m_mutex);
+        for (int row = 0;; ++row) {
+            if (!m_changed.wait(lock, stop, [&] { return m_let > row; }))
+                return {ReadOutcome::Stopped, {}};
+            if (row == m_count)
+                return m_end;
+            const QString text = m_name + QString::number(row);
+            rows.Put({text, {text}});
+        }
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable_any m_changed;
+    QString m_name = u"a"_s;
+    int m_count = 10;
+    int m_let = 0;
+    ReadResult m_end;
+};
+
+constexpr int Everything = 1000;
+
+RecordPage Page() {
+    RecordPage page;
+    page.status = u"Shown."_s;
+    page.empty = u"Empty."_s;
+    page.loading = u"Loading."_s;
+    page.listing = u"Listing."_s;
+    return page;
+}
+
+class TapPanel : public CRecordPanel {
+public:
+    TapPanel(const Console& console, std::shared_ptr<Tap> tap)
+        : CRecordPanel(console, Page()), m_tap(std::move(tap)) {}
+
+    using CRecordPanel::Restart;
+
+    int RowCount() const { return List().Rows().rowCount(); }
+    QString FirstRow() const { return List().Rows().CellText(0, 0).toString(); }
+    QString TextWithoutRows() const { return List().TextWithoutRows(); }
+    bool IsReading() { return Loader().IsReading(); }
+    CBrenListCtrl& Table() const { return List(); }
+
+protected:
+    void AddColumns(CBrenListCtrl& list) override { list.AddColumn(u"Name"_s, 200); }
+    RowReader Reading() const override {
+        return [tap = m_tap](RowStream& rows, std::stop_token stop) { return tap->Read(rows, stop); };
+    }
+
+private:
+    std::shared_ptr<Tap> m_tap;
+};
+
+} // namespace
+
+class RecordPanelTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        m_bench = std::make_unique<PageBench<ThreadReader>>();
+        m_tap = std::make_shared<Tap>();
+        m_panel = std::make_unique<TapPanel>(m_bench->console, m_tap);
+        m_panel->Activate();
+    }
+
+    void cleanup() {
+        m_panel.reset();
+        m_bench.reset();
+    }
+
+    void showsTheFirstRowsWhileItReads() {
+        QCOMPARE(m_panel->TextWithoutRows(), u"Loading."_s);
+        m_tap->LetCome(1);
+        QTRY_COMPARE(m_panel->RowCount(), 1);
+        QVERIFY(m_panel->IsReading());
+        QCOMPARE(m_bench->frame.StatusText(), u"Listing."_s);
+        m_tap->LetCome(9); // in batches
+        QTRY_VERIFY(m_panel->RowCount() > 1);
+        QVERIFY(m_panel->IsReading());
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->RowCount(), 10);
+        QCOMPARE(m_bench->frame.StatusText(), u"Shown."_s);
+    }
+
+    void anEmptySourceEndsTheLoading() {
+        m_tap->SetRows(u"a"_s, 0);
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->TextWithoutRows(), u"Empty."_s);
+        m_tap->LetCome(0);
+        m_panel->OnCommand(Command::Refresh);
+        QCOMPARE(m_panel->TextWithoutRows(), u"Empty."_s); // it is known to be, until rows come
+        m_tap->SetRows(u"b"_s, 2);
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->RowCount(), 2);
+    }
+
+    void appliesARefreshOnlyOnceItHasEnded() {
+        QVERIFY(ReadToItsEnd());
+        m_panel->Table().selectRow(3);
+        m_tap->SetRows(u"b"_s, 5);
+        m_tap->LetCome(2);
+        m_panel->OnCommand(Command::Refresh);
+        m_panel->OnCommand(Command::Refresh); // in place of the first
+        QTest::qWait(0);
+        QCOMPARE(m_panel->FirstRow(), u"a0"_s);
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->RowCount(), 5);
+        QCOMPARE(m_panel->FirstRow(), u"b0"_s);
+        QCOMPARE(m_panel->Table().SelectedIds(), QStringList());
+    }
+
+    void restartsWithoutTheOldRows() {
+        m_tap->LetCome(3);
+        QTRY_VERIFY(m_panel->RowCount() > 0);
+        m_tap->SetRows(u"b"_s, 4);
+        m_panel->Restart();
+        QCOMPARE(m_panel->RowCount(), 0);
+        QCOMPARE(m_panel->TextWithoutRows(), u"Loading."_s);
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->RowCount(), 4);
+        QCOMPARE(m_panel->FirstRow(), u"b0"_s);
+
+        m_tap->LetCome(0);
+        m_panel->Restart(); // after a read that had ended
+        QCOMPARE(m_panel->TextWithoutRows(), u"Loading."_s);
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->RowCount(), 4); // as they were before
+    }
+
+    void goesOnAfterItWasLeft_data() {
+        const Columns<int> row("came");
+        row("before the first row", 0);
+        row("after some rows", 3);
+    }
+
+    void goesOnAfterItWasLeft() {
+        QFETCH(int, came);
+        m_tap->LetCome(came);
+        QTRY_VERIFY(came == 0 || m_panel->RowCount() > 0);
+        m_panel->Deactivate();
+        QTRY_VERIFY(!m_panel->IsReading()); // with nothing let through: the read was told to stop
+        QVERIFY(m_panel->RowCount() <= came);
+        m_panel->Activate();
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->RowCount(), 10);
+        QCOMPARE(m_panel->FirstRow(), u"a0"_s);
+        QCOMPARE(m_bench->frame.StatusText(), u"Shown."_s);
+    }
+
+    void keepsWhatCameBeforeAFailure() {
+        const ReadResult damaged{ReadOutcome::Damaged, u"x.db"_s};
+        m_tap->SetRows(u"a"_s, 10, damaged);
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->RowCount(), 10);
+        QCOMPARE(m_bench->frame.StatusText(), u"The file is damaged or no database: x.db"_s);
+        m_tap->SetRows(u"b"_s, 3, damaged); // a refresh that fails shows nothing of what it brought
+        m_panel->OnCommand(Command::Refresh);
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->RowCount(), 10);
+        QCOMPARE(m_panel->FirstRow(), u"a0"_s);
+
+        m_tap->SetRows(u"b"_s, 3);
+        m_panel->OnCommand(Command::Refresh);
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->RowCount(), 3);
+        QCOMPARE(m_bench->frame.StatusText(), u"Shown."_s);
+
+        // Without rows the failure stands in the list too.
+        m_tap->SetRows(u"c"_s, 0, {ReadOutcome::Missing, u"x.db"_s});
+        m_panel->Restart();
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->TextWithoutRows(), u"The database does not exist: x.db"_s);
+    }
+
+private:
+    bool ReadToItsEnd() {
+        m_tap->LetCome(Everything);
+        return QTest::qWaitFor([this] { return !m_panel->IsReading(); });
+    }
+
+    std::unique_ptr<PageBench<ThreadReader>> m_bench;
+    std::shared_ptr<Tap> m_tap;
+    std::unique_ptr<TapPanel> m_panel;
+};
+
+BTASK_TEST(RecordPanelTest);
+
+#include "RecordPanelTest.moc"

@@ -1,0 +1,168 @@
+#include "page/TabPanel.h"
+#include "page/TabStrip.h"
+#include "support/NotingFrame.h"
+#include "support/TestMain.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// A page that writes into a common log what it is told.
+class LoggingPage : public CBrenPanel {
+public:
+    LoggingPage(MainFrame& frame, QString name, QStringList& log)
+        : CBrenPanel(frame), m_name(std::move(name)), m_log(log) {}
+
+    void Activate() override {
+        CBrenPanel::Activate();
+        m_log.append(u'+' + m_name);
+    }
+    void Deactivate() override {
+        CBrenPanel::Deactivate();
+        m_log.append(u'-' + m_name);
+    }
+    void OnCommand(int command) override { m_log.append(m_name + QString::number(command)); }
+
+protected:
+    void CreatePanel() override { m_log.append(u"create "_s + m_name); }
+
+private:
+    QString m_name;
+    QStringList& m_log;
+};
+
+/// Pages A, B, C with tabs and D, E without.
+class TestTabs : public CTabPanel {
+public:
+    TestTabs() : CTabPanel(frame) {
+        resize(800, 400);
+        for (const char* name : {"A", "B", "C"})
+            AddTab(QLatin1String(name), Page(name), 316);
+        for (const char* name : {"D", "E"})
+            AddHiddenTab(QLatin1String(name), Page(name), 316);
+    }
+
+    LoggingPage* Page(const char* name) { return new LoggingPage(frame, QLatin1String(name), log); }
+
+    /// What was logged since the last call, posted commands included.
+    QString Log() {
+        QCoreApplication::sendPostedEvents();
+        return std::exchange(log, {}).join(u' ');
+    }
+
+    QString Tabs() const {
+        QString shown;
+        for (int index = 0; index < PageCount(); ++index)
+            shown += IsTabShown(index) ? u'1' : u'0';
+        return shown;
+    }
+
+    NotingFrame frame;
+    QStringList log;
+};
+
+} // namespace
+
+class TabPanelTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void activatesOnlyTheCurrentPage() {
+        TestTabs tabs;
+        QCOMPARE(tabs.Log(), QString());
+        tabs.Activate();
+        QCOMPARE(tabs.Log(), u"create A +A"_s);
+        tabs.SelectPage(1);
+        QCOMPARE(tabs.Log(), u"-A create B +B"_s);
+        QVERIFY(!tabs.findChildren<LoggingPage*>().at(0)->isVisible());
+        QVERIFY(tabs.CurrentPage()->isVisible());
+        QCOMPARE(tabs.CurrentPage()->geometry(), QRect(0, 37, 800, 363));
+        tabs.OnCommand(7);
+        tabs.Deactivate();
+        tabs.SelectPage(0);
+        tabs.Activate();
+        QCOMPARE(tabs.Log(), u"B7 -B -B +A"_s);
+    }
+
+    void showsFirstTabs() {
+        TestTabs tabs;
+        tabs.Activate();
+        tabs.SelectPage(1);
+        tabs.Log();
+        tabs.ShowFirstTabs(2);
+        QCOMPARE(tabs.Tabs(), u"11000"_s);
+        QCOMPARE(tabs.Log(), u"B1146"_s);
+        tabs.ShowAllTabs(2);
+        QCOMPARE(tabs.Tabs(), u"11111"_s);
+        QCOMPARE(tabs.Log(), u"B1146"_s);
+        tabs.SelectPage(3);
+        tabs.Log();
+        tabs.ShowFirstTabs(2);
+        QCOMPARE(tabs.Log(), u"-D +A"_s);
+        QCOMPARE(tabs.CurrentIndex(), 0);
+    }
+
+    void showsAllTabs() {
+        TestTabs tabs;
+        tabs.Activate();
+        tabs.Log();
+        tabs.ShowAllTabs(4);
+        QCOMPARE(tabs.Tabs(), u"11101"_s);
+        QCOMPARE(tabs.Log(), u"A1146"_s);
+        tabs.ShowFirstTabs(0);
+        tabs.ShowAllTabs(0);
+        QCOMPARE(tabs.Tabs(), u"11111"_s);
+        QCOMPARE(tabs.CurrentIndex(), 0);
+        QVERIFY(tabs.CurrentPage()->isVisible());
+    }
+
+    void beginsWithHiddenTabs() {
+        NotingFrame frame;
+        QStringList log;
+        CTabPanel tabs(frame);
+        tabs.Activate();
+        for (const char* name : {"A", "B"})
+            QVERIFY(tabs.AddHiddenTab(QLatin1String(name), new LoggingPage(frame, QLatin1String(name), log),
+                                      316));
+        QVERIFY(!tabs.CurrentPage());
+        tabs.ShowAllTabs(0);
+        QCoreApplication::sendPostedEvents();
+        QCOMPARE(log.join(u' '), u"create A +A A1146"_s);
+    }
+
+    void refusesTheHundredAndFirst() {
+        TestTabs tabs;
+        while (tabs.PageCount() < 100)
+            QVERIFY(tabs.AddTab(u"more"_s, tabs.Page("more"), 0));
+        const std::unique_ptr<CBrenPanel> refused(tabs.Page("refused"));
+        QVERIFY(!tabs.AddTab(u"refused"_s, refused.get(), 0));
+        QVERIFY(!tabs.AddHiddenTab(u"refused"_s, refused.get(), 0));
+        QCOMPARE(tabs.PageCount(), 100);
+        QVERIFY(!refused->parent());
+    }
+
+    void walksByKeyboardAndMouse() {
+        TestTabs tabs;
+        tabs.Activate();
+        auto* strip = tabs.findChild<TabStrip*>();
+        QTest::keyClick(strip, Qt::Key_Right);
+        QCOMPARE(tabs.CurrentIndex(), 1);
+        QTest::mouseClick(strip, Qt::LeftButton, {}, strip->tabRect(2).center());
+        QCOMPARE(tabs.CurrentIndex(), 2);
+        QTest::keyClick(strip, Qt::Key_Right);
+        QCOMPARE(tabs.CurrentIndex(), 2);
+    }
+
+    void aPostedCommandToADeadPageIsLost() {
+        NotingFrame frame;
+        QStringList log;
+        auto page = std::make_unique<LoggingPage>(frame, u"A"_s, log);
+        page->PostCommand(1);
+        page.reset();
+        QCoreApplication::sendPostedEvents();
+        QVERIFY(log.isEmpty());
+    }
+};
+
+BTASK_TEST(TabPanelTest);
+#include "TabPanelTest.moc"

@@ -53,7 +53,8 @@ ServiceAnswer Get(const ServiceClient& client, const QString& path, std::stop_to
 } // namespace
 
 ServiceAnswer ServiceClient::SendRequest(const QString& path, const QString& verb, int expectedStatus,
-                                         const std::optional<QByteArray>& body, std::stop_token stop) const {
+                                         const std::optional<QByteArray>& body, std::stop_token stop,
+                                         std::size_t maxAnswer) const {
     platform::HttpRequest request;
     request.host = "127.0.0.1";
     request.port = ServicePort();
@@ -63,6 +64,7 @@ ServiceAnswer ServiceClient::SendRequest(const QString& path, const QString& ver
     request.headers = {{"Depth", "1"}};
     request.refresh = true;
     request.timeouts = TimeoutsOf(path);
+    request.maxBody = maxAnswer;
     if (body) {
         request.body = body->toStdString();
         request.body->push_back('\0'); // the service reads its text up to a terminator

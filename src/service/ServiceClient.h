@@ -28,10 +28,16 @@ class ServiceClient {
 public:
     enum class ValueType { Integer = 1, String = 2, Boolean = 4 };
 
+    /// Octets that an answer may hold; past them it counts as broken off. Listings of folders, and whatever a
+    /// person asks for by hand, may be long.
+    static constexpr std::size_t MaxAnswer = std::size_t{16} << 20;
+    static constexpr std::size_t MaxListing = std::size_t{256} << 20;
+
     /// The path goes out as it stands but for octets that no request line can hold; a body is followed by
     /// a zero octet on the wire. The client stops within a second of the token.
     ServiceAnswer SendRequest(const QString& path, const QString& verb, int expectedStatus,
-                              const std::optional<QByteArray>& body = {}, std::stop_token stop = {}) const;
+                              const std::optional<QByteArray>& body = {}, std::stop_token stop = {},
+                              std::size_t maxAnswer = MaxAnswer) const;
 
     ServiceAnswer GetSetting(const QString& name, std::stop_token stop = {}) const;
     int GetIntSetting(const QString& name, int fallback, std::stop_token stop = {}) const;

@@ -215,6 +215,14 @@ private slots:
             QVERIFY(unexpected.outcome == ServiceOutcome::OtherStatus && unexpected.body.isEmpty());
             QCOMPARE(unexpected.status, 207);
         }
+        const QByteArray tooMuch(qsizetype(ServiceClient::MaxAnswer) + 1, 'x');
+        service->SetAnswer("/body", AnswerOf(tooMuch));
+        for (const size_t bound : {ServiceClient::MaxAnswer, ServiceClient::MaxListing}) {
+            const ServiceAnswer answer =
+                ServiceClient().SendRequest(u"/body"_s, u"GET"_s, 200, {}, {}, bound);
+            QCOMPARE(size_t(answer.body.size()), std::min(bound, ServiceClient::MaxAnswer + 1));
+            QCOMPARE(answer.length.has_value(), bound == ServiceClient::MaxListing);
+        }
     }
 
     void TellsFaultsAndRecovers_data() {

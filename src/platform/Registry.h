@@ -23,8 +23,9 @@ struct RegistryKey {
 std::optional<uint32_t> ReadRegistryDword(const RegistryKey& key, const std::string& name);
 
 /// The text in UTF-8, up to its terminator, or to the end of its data when that holds none; a text that is to
-/// be expanded is. Its data, with the terminator and before it is expanded, is at most `maxUnits` long: octets
-/// of UTF-8, in the registry units of UTF-16. None when key or value is missing, of another type, or longer.
+/// be expanded is. Its data, with the terminator and before it is expanded, is at most `maxUnits` long:
+/// octets of UTF-8, in the registry units of UTF-16. None when key or value is missing, of another type, or
+/// longer.
 std::optional<std::string> ReadRegistryText(const RegistryKey& key, const std::string& name, size_t maxUnits);
 
 /// Writes the value; a missing key is created volatile: it is gone after a restart of the system (its file

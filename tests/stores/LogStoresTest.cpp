@@ -147,8 +147,8 @@ private slots:
         const Columns<QString, bool, int> row("key", "done", "left");
         row("identifier", "{KEY-1}", true, 2);
         row("unknown identifier", "{NONE}", true, 4);
-        for (const char* wide : {"", "%", "$", "KEY", "KEY-1", "{}", "{-}", "{KEY-1", "KEY-1}", "{K%}", "{KEY_1}",
-                                 "{KEY-1}\n", "' OR '1'='1", "{x'; --}"})
+        for (const char* wide : {"", "%", "$", "KEY", "KEY-1", "{}", "{-}", "{KEY-1", "KEY-1}", "{K%}",
+                                 "{KEY_1}", "{KEY-1}\n", "' OR '1'='1", "{x'; --}"})
             row(wide, wide, false, 4);
     }
 

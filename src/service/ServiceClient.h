@@ -22,6 +22,13 @@ struct ServiceAnswer {
     explicit operator bool() const { return outcome == ServiceOutcome::Answered; }
 };
 
+/// What an answer tells of a setting: its value, that it has none, so that its default holds, or nothing.
+enum class SettingState { Set, NotSet, NotRead };
+
+/// A refusal (4xx) says that the setting is not set. Any other status, a value that was cut short, and no
+/// answer at all say nothing.
+SettingState SettingStateOf(const ServiceAnswer& answer);
+
 /// The console's only way to command the background service: one synchronous exchange over loopback HTTP a
 /// call. Free of state, usable from any thread; shows nothing and traces nothing, the caller speaks.
 class ServiceClient {
@@ -40,6 +47,7 @@ public:
                               std::size_t maxAnswer = MaxAnswer) const;
 
     ServiceAnswer GetSetting(const QString& name, std::stop_token stop = {}) const;
+    // The fallback, or none, unless the setting was read and is set.
     int GetIntSetting(const QString& name, int fallback, std::stop_token stop = {}) const;
     bool GetBoolSetting(const QString& name, bool fallback, std::stop_token stop = {}) const;
     std::optional<QString> GetStringSetting(const QString& name, std::stop_token stop = {}) const;
@@ -73,6 +81,9 @@ platform::HttpTimeouts TimeoutsOf(const QString& path);
 
 /// The text of a setting's body, which ends at the first zero octet.
 QString SettingText(const QByteArray& body);
+
+/// Whether the text of a setting's body is "true", in any case.
+bool SettingFlag(const QByteArray& body);
 
 /// The decimal number a text begins with (blanks, a sign, digits); 0 when it begins with none. One that does
 /// not fit becomes the nearest that does.

@@ -31,15 +31,16 @@ void CSettingsPanel::EditProxy() {
         return;
     m_proxyPage = new CProxyPage(m_console.service, m_console.reader, this);
     m_proxyPage->setAttribute(Qt::WA_DeleteOnClose);
-    connect(m_proxyPage, &QDialog::accepted, this, [this] { SaveProxy(m_proxyPage->Wanted()); });
+    connect(m_proxyPage, &QDialog::accepted, this,
+            [this] { SaveProxy(m_proxyPage->Wanted(), m_proxyPage->Unknown()); });
     m_proxyPage->open();
 }
 
-void CSettingsPanel::SaveProxy(const ProxyEnv& proxy) {
+void CSettingsPanel::SaveProxy(const ProxyEnv& proxy, const QStringList& left) {
     m_loader.Command(
         Lane::Service,
-        [service = m_console.service, proxy](std::stop_token stop) {
-            WriteProxy(service, proxy, stop);
+        [service = m_console.service, proxy, left](std::stop_token stop) {
+            WriteProxy(service, proxy, left, stop);
             ZEPSetProxyEnv(proxy);
             return true;
         },

@@ -23,7 +23,7 @@ public:
 
 private:
     void EditProxy();
-    void SaveProxy(const ProxyEnv& proxy);
+    void SaveProxy(const ProxyEnv& proxy, const QStringList& left);
 
     Console m_console;
     QPointer<CProxyPage> m_proxyPage;

@@ -1,5 +1,9 @@
 #include "ui/PageLoader.h"
 
+#include "zep/TracePrintf.h"
+
+#include <QCoreApplication>
+
 PageLoader::PageLoader(Reader& reader, QWidget& page)
     : m_reader(reader), m_page(&page), m_state(std::make_shared<State>()) {
     m_state->loader = this;
@@ -24,6 +28,19 @@ void PageLoader::StartTimer(std::chrono::milliseconds period, std::function<void
 void PageLoader::StopTimer() {
     m_timer.stop();
     m_refresh = nullptr;
+}
+
+QString PageLoader::NoteThrown(State& state, const QString& what) {
+    QString before;
+    {
+        const std::lock_guard lock(state.mutex);
+        before = std::exchange(state.traced, what);
+    }
+    if (what.isEmpty())
+        return QCoreApplication::translate("PageLoader", "The data could not be read.");
+    if (before != what)
+        TracePrintf(TraceLevel::Error, QStringLiteral("[PageLoader]A read ended early: ") + what);
+    return QCoreApplication::translate("PageLoader", "The data could not be read: %1").arg(what);
 }
 
 std::function<ReadPriority()> PageLoader::PriorityOf(ReadPriority wanted) const {

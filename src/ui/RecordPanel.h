@@ -66,7 +66,7 @@ private:
 
     void Read(std::optional<quint32> known);
     void ShowFirstRows();
-    void ShowEnd(const Outcome& outcome, const Stream& rows);
+    void ShowEnd(const Outcome& outcome, const Stream& rows, const QString& failure);
     void ShowStatus();
 
     const Console& m_console;

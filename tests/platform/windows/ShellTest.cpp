@@ -42,7 +42,10 @@ TEST_CASE("a file that may only be read can not be written") {
     WriteFile(path, "x");
     ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
     CHECK(ProbeAccess(path, FileRight::Read) == FileAccess::Granted);
-    CHECK(ProbeAccess(path, FileRight::Write) == FileAccess::Denied);
+    // Some users may write it all the same.
+    const bool may{
+        Handle(::CreateFileW(path.c_str(), GENERIC_WRITE, ShareAll, nullptr, OPEN_EXISTING, 0, nullptr))};
+    CHECK(ProbeAccess(path, FileRight::Write) == (may ? FileAccess::Granted : FileAccess::Denied));
     ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 

@@ -61,8 +61,9 @@ CtlExit Request(const Invocation& invocation) {
     std::optional<QByteArray> body;
     if (const auto text = invocation.Option("--body"_L1))
         body = text->toUtf8();
-    const ServiceAnswer answer = ServiceClient().SendRequest(invocation.operands[1], invocation.operands[0],
-                                                             expected, body, invocation.stop);
+    const ServiceAnswer answer =
+        ServiceClient().SendRequest(invocation.operands[1], invocation.operands[0], expected, body,
+                                    invocation.stop, ServiceClient::MaxListing);
     return invocation.WriteBody(answer);
 }
 

@@ -52,8 +52,17 @@ ServiceAnswer Get(const ServiceClient& client, const QString& path, std::stop_to
 
 } // namespace
 
+SettingState SettingStateOf(const ServiceAnswer& answer) {
+    if (answer && answer.length)
+        return SettingState::Set;
+    const bool refused =
+        answer.outcome == ServiceOutcome::OtherStatus && answer.status >= 400 && answer.status < 500;
+    return refused ? SettingState::NotSet : SettingState::NotRead;
+}
+
 ServiceAnswer ServiceClient::SendRequest(const QString& path, const QString& verb, int expectedStatus,
-                                         const std::optional<QByteArray>& body, std::stop_token stop) const {
+                                         const std::optional<QByteArray>& body, std::stop_token stop,
+                                         std::size_t maxAnswer) const {
     platform::HttpRequest request;
     request.host = "127.0.0.1";
     request.port = ServicePort();
@@ -63,6 +72,7 @@ ServiceAnswer ServiceClient::SendRequest(const QString& path, const QString& ver
     request.headers = {{"Depth", "1"}};
     request.refresh = true;
     request.timeouts = TimeoutsOf(path);
+    request.maxBody = maxAnswer;
     if (body) {
         request.body = body->toStdString();
         request.body->push_back('\0'); // the service reads its text up to a terminator
@@ -76,17 +86,18 @@ ServiceAnswer ServiceClient::GetSetting(const QString& name, std::stop_token sto
 
 int ServiceClient::GetIntSetting(const QString& name, int fallback, std::stop_token stop) const {
     const ServiceAnswer answer = GetSetting(name, std::move(stop));
-    return answer ? LeadingNumber(answer.body) : fallback;
+    return SettingStateOf(answer) == SettingState::Set ? LeadingNumber(answer.body) : fallback;
 }
 
 bool ServiceClient::GetBoolSetting(const QString& name, bool fallback, std::stop_token stop) const {
-    const std::optional<QString> text = GetStringSetting(name, std::move(stop));
-    return text ? text->compare("true"_L1, Qt::CaseInsensitive) == 0 : fallback;
+    const ServiceAnswer answer = GetSetting(name, std::move(stop));
+    return SettingStateOf(answer) == SettingState::Set ? SettingFlag(answer.body) : fallback;
 }
 
 std::optional<QString> ServiceClient::GetStringSetting(const QString& name, std::stop_token stop) const {
     const ServiceAnswer answer = GetSetting(name, std::move(stop));
-    return answer ? std::optional(SettingText(answer.body)) : std::nullopt;
+    return SettingStateOf(answer) == SettingState::Set ? std::optional(SettingText(answer.body))
+                                                       : std::nullopt;
 }
 
 ServiceAnswer ServiceClient::SetSetting(const QString& name, const QString& value, ValueType type,
@@ -164,6 +175,10 @@ platform::HttpTimeouts TimeoutsOf(const QString& path) {
 QString SettingText(const QByteArray& body) {
     const qsizetype end = body.indexOf('\0');
     return ZEPUTF8ToUnicode(QByteArrayView(body).first(end < 0 ? body.size() : end));
+}
+
+bool SettingFlag(const QByteArray& body) {
+    return SettingText(body).compare("true"_L1, Qt::CaseInsensitive) == 0;
 }
 
 int LeadingNumber(QByteArrayView text) {

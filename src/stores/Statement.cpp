@@ -1,5 +1,6 @@
 #include "stores/Statement.h"
 
+#include "stores/CauseLog.h"
 #include "stores/SqliteError.h"
 
 #include "zep/Text.h"
@@ -49,6 +50,9 @@ bool Statement::Step() {
 }
 
 void Statement::Finish() {
+    if (!m_statement)
+        return;
+    NoteStep(m_file, m_step, m_result);
     sqlite3_reset(m_statement.get());
 }
 

@@ -110,6 +110,20 @@ std::optional<uint32_t> AsDword(std::string_view value) {
     return error == std::errc() && rest == end ? std::optional(number) : std::nullopt;
 }
 
+/// The text with the variables in it replaced; what names none stands as it is.
+std::string Expanded(std::string_view text) {
+    std::string expanded;
+    for (size_t start; (start = text.find("${")) != std::string_view::npos;) {
+        const size_t end = text.find('}', start);
+        if (end == std::string_view::npos)
+            break;
+        const auto value = EnvironmentVariable(std::string(text.substr(start + 2, end - start - 2)));
+        expanded.append(text.substr(0, start)).append(value ? *value : text.substr(start, end + 1 - start));
+        text.remove_prefix(end + 1);
+    }
+    return expanded.append(text);
+}
+
 bool IsNameOfValue(const std::string& name) {
     return !name.empty() && Trimmed(name) == name &&
            name.find_first_of(std::string("=\n\0", 3)) == std::string::npos && name.find_first_of(";#[") != 0;
@@ -159,15 +173,16 @@ std::optional<uint32_t> ReadRegistryDword(const RegistryKey& key, const std::str
 }
 
 std::optional<std::string> ReadRegistryText(const RegistryKey& key, const std::string& name,
-                                            size_t maxBytes) {
-    std::optional<std::string> value = ReadValue(key, name);
+                                            size_t maxUnits) {
+    const std::optional<std::string> value = ReadValue(key, name);
     if (!value || AsDword(*value))
         return {};
-    if (value->size() >= 2 && value->front() == '"' && value->back() == '"')
-        value = value->substr(1, value->size() - 2);
-    if (value->size() + 1 > maxBytes)
+    const bool quoted = value->size() >= 2 && value->front() == '"' && value->back() == '"';
+    std::string text = quoted ? value->substr(1, value->size() - 2) : *value;
+    if (text.size() + 1 > maxUnits)
         return {};
-    return value->substr(0, value->find('\0'));
+    text.resize(std::min(text.size(), text.find('\0')));
+    return quoted ? text : Expanded(text);
 }
 
 bool WriteRegistryDword(const RegistryKey& key, const std::string& name, uint32_t value) {

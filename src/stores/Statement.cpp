@@ -49,10 +49,11 @@ bool Statement::Step() {
     return false;
 }
 
-void Statement::Finish() {
+void Statement::Finish(const QString& failureTrace) {
     if (!m_statement)
         return;
-    NoteStep(m_file, m_step, m_result);
+    const bool hasWords = !m_result && !failureTrace.isEmpty();
+    NoteStep(m_file, m_step, m_result, hasWords ? failureTrace + ErrorText() : QString());
     sqlite3_reset(m_statement.get());
 }
 

@@ -29,8 +29,9 @@ public:
     /// True while there is a row.
     bool Step();
 
-    /// Ends the walk, which frees its lock on the file.
-    void Finish();
+    /// Ends the walk, which frees its lock on the file. What failed is traced when it begins, as
+    /// `failureTrace` and SQLite's words unless that is empty.
+    void Finish(const QString& failureTrace = {});
 
     /// Calls `row` for each row until it says false, and tells how that went.
     template <typename RowFunction>

@@ -1,17 +1,11 @@
 #include "app/StartUp.h"
 
-#include "platform/Registry.h"
 #include "zep/Mui.h"
 
 #include <algorithm>
 
 bool IsQbsServerMode(const QString& serverMode) {
     return serverMode.compare(QLatin1String("QBS"), Qt::CaseInsensitive) == 0;
-}
-
-bool IsBrQBSMode() {
-    const platform::RegistryKey key{platform::RegistryRoot::LocalMachine, "SOFTWARE\\Brenvia"};
-    return platform::ReadRegistryDword(key, "BrQBSMode").value_or(1) == 0;
 }
 
 QString ConsoleTitle(bool serverMode, bool qbsServerMode) {

@@ -69,10 +69,6 @@ private:
 /// Whether the text of the registry value "ServerMode" means the backup-server flavour.
 bool IsQbsServerMode(const QString& serverMode);
 
-/// Whether the machine's registry turns the console's backup pages to those of a backup server: only when the
-/// value "BrQBSMode" is there and 0. Asked each time it is needed.
-bool IsBrQBSMode();
-
 /// The title of the main window.
 QString ConsoleTitle(bool serverMode, bool qbsServerMode);
 

@@ -1,6 +1,7 @@
 #include "zep/SysInfo.h"
 
 #include "platform/Folders.h"
+#include "platform/Registry.h"
 #include "zep/Text.h"
 
 #include <atomic>
@@ -18,6 +19,11 @@ void ZEPSysInfoSetServerMode(bool server) {
 
 bool ZEPSysInfoIsServer() {
     return serverMode;
+}
+
+bool IsBrQBSMode() {
+    const platform::RegistryKey key{platform::RegistryRoot::LocalMachine, "SOFTWARE\\Brenvia"};
+    return platform::ReadRegistryDword(key, "BrQBSMode").value_or(1) == 0;
 }
 
 std::filesystem::path ZEPGetHomePath(const QString& name, HomePath mode) {

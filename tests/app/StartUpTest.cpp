@@ -1,9 +1,6 @@
 #include "app/StartUp.h"
-#include "platform/Registry.h"
 #include "support/TestMain.h"
 #include "zep/Mui.h"
-
-#include <QTemporaryDir>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -183,20 +180,6 @@ private slots:
         QVERIFY(line.Gallery());
         QVERIFY(!line.Server());
         QCOMPARE(CommandLine({u"program"_s}).ElevatedText(), u"/server /runas"_s);
-    }
-
-    void asksForTheBackupPages() {
-        const QTemporaryDir home;
-        const QByteArray before = qgetenv("BREN_HOME");
-        qputenv("BREN_HOME", home.path().toUtf8());
-        const platform::RegistryKey key{platform::RegistryRoot::LocalMachine, "SOFTWARE\\Brenvia"};
-        QVERIFY(!IsBrQBSMode());
-        for (const uint32_t value : {1U, 0U, 2U}) {
-            if (!platform::WriteRegistryDword(key, "BrQBSMode", value))
-                QSKIP("the machine's registry cannot be written here");
-            QCOMPARE(IsBrQBSMode(), value == 0);
-        }
-        qputenv("BREN_HOME", before);
     }
 };
 

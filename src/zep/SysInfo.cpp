@@ -5,7 +5,6 @@
 #include "zep/Text.h"
 
 #include <atomic>
-#include <system_error>
 
 namespace {
 
@@ -28,10 +27,8 @@ bool IsBrQBSMode() {
 
 std::filesystem::path ZEPGetHomePath(const QString& name, HomePath mode) {
     std::filesystem::path folder = platform::DataFolder(ZEPSysInfoIsServer()) / ToPath(name);
-    if (mode == HomePath::Created) {
-        // A folder that cannot be made shows when its files are opened; there the reason can be told.
-        std::error_code ignored;
-        std::filesystem::create_directories(folder, ignored);
-    }
+    // A folder that cannot be made shows when its files are opened; there the reason can be told.
+    if (mode == HomePath::Created)
+        platform::MakeFolders(folder);
     return folder;
 }

@@ -1,20 +1,25 @@
 #include "platform/ServiceControl.h"
+#include "platform/Environment.h"
 #include "platform/Folders.h"
 #include "platform/posix/LockedFile.h"
 #include "platform/posix/Process.h"
 #include "platform/posix/Systemd.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 
 #include <array>
 #include <cerrno>
-#include <fstream>
+#include <charconv>
+#include <sstream>
 #include <string_view>
 
 namespace platform {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr size_t LongestCommand = size_t{1} << 16; ///< octets
 
 struct StateWord {
     ServiceState state;
@@ -67,10 +72,36 @@ ServiceQuery QueryLock(const fs::path& folder, const std::string& name) {
     return {ServiceQueryStep::OpenService, ENOENT, ServiceState::Unknown};
 }
 
+/// The user for whom a program has been started with raised rights.
+std::optional<uid_t> InvokingUser() {
+    for (const char* variable : {"PKEXEC_UID", "SUDO_UID"}) {
+        const std::string text = EnvironmentVariable(variable).value_or("");
+        uid_t user = 0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), user);
+        if (!text.empty() && error == std::errc() && end == text.data() + text.size())
+            return user;
+    }
+    return {};
+}
+
+/// Whether nobody but those whose commands this process may run can have written the file.
+bool IsTrusted(const FileDescriptor& file) {
+    struct stat found = {};
+    if (::fstat(file.Get(), &found) != 0 || found.st_nlink != 1 || found.st_mode & (S_IWGRP | S_IWOTH))
+        return false;
+    // With a data folder of their own, whoever raised our rights has chosen the whole world that we act in.
+    return found.st_uid == 0 || found.st_uid == ::geteuid() ||
+           (GivenHome() && found.st_uid == InvokingUser());
+}
+
 std::vector<std::string> ReadStartCommand(const fs::path& folder, const std::string& name) {
+    const FileDescriptor file(
+        ::open(StartPath(folder, name).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW));
+    if (!file || !IsTrusted(file))
+        return {};
     std::vector<std::string> command;
-    std::ifstream file(StartPath(folder, name));
-    for (std::string line; std::getline(file, line);) {
+    std::istringstream lines(ReadAll(file.Get(), LongestCommand));
+    for (std::string line; std::getline(lines, line);) {
         if (!line.empty())
             command.push_back(line);
     }
@@ -79,25 +110,25 @@ std::vector<std::string> ReadStartCommand(const fs::path& folder, const std::str
 
 } // namespace
 
-ServiceQuery QueryService(const std::string& name, bool serverMode) {
+ServiceQuery QueryService(const std::string& name, bool serverMode, const std::stop_token& stop) {
     if (!IsServiceName(name))
         return {ServiceQueryStep::OpenService, EINVAL, ServiceState::Unknown};
     if (SystemdRules()) {
-        if (const auto query = QuerySystemd(name))
+        if (const auto query = QuerySystemd(name, stop))
             return *query;
     }
     return QueryLock(DataFolder(serverMode), name);
 }
 
-bool StartService(const std::string& name, bool serverMode) {
+bool StartService(const std::string& name, bool serverMode, const std::stop_token& stop) {
     if (!IsServiceName(name))
         return false;
-    if (SystemdRules() && QuerySystemd(name))
-        return StartBySystemd(name);
+    if (SystemdRules() && QuerySystemd(name, stop))
+        return StartBySystemd(name, stop);
     const fs::path folder = DataFolder(serverMode);
     const ServiceQuery query = QueryLock(folder, name);
     if (query.failedAt == ServiceQueryStep::Done && query.state != ServiceState::Stopped)
-        return true;
+        return query.state != ServiceState::StopPending;
     const std::vector<std::string> command = ReadStartCommand(folder, name);
     pid_t process = 0;
     if (command.empty() || !command.front().starts_with('/') ||
@@ -119,8 +150,7 @@ ServiceLock::~ServiceLock() = default;
 std::optional<ServiceLock> ServiceLock::Take(const fs::path& folder, const std::string& name) {
     if (!IsServiceName(name))
         return {};
-    std::error_code error;
-    fs::create_directories(folder, error);
+    MakeFolders(folder);
     std::optional<FileDescriptor> file = LockFile(LockPath(folder, name));
     if (!file)
         return {};

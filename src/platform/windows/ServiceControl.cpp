@@ -1,8 +1,13 @@
 #include "platform/ServiceControl.h"
+#include "platform/Folders.h"
 #include "platform/SharedFile.h"
 #include "platform/windows/WideText.h"
 
 #include <windows.h>
+
+#include <chrono>
+#include <future>
+#include <thread>
 
 // The header speaks of these names, not of the system's macros.
 #undef OpenService
@@ -10,6 +15,8 @@
 
 namespace platform {
 namespace {
+
+constexpr std::chrono::milliseconds StopPeriod{50};
 
 struct ServiceHandleCloser {
     void operator()(SC_HANDLE handle) const { ::CloseServiceHandle(handle); }
@@ -49,9 +56,20 @@ ServiceState StateOf(DWORD state) {
     }
 }
 
+bool Start(const std::string& name) {
+    const ServiceHandle manager = OpenManager();
+    const ServiceHandle service =
+        manager ? OpenNamed(manager, name, SERVICE_START | SERVICE_QUERY_STATUS) : nullptr;
+    if (!service || ::StartServiceW(service.get(), 0, nullptr))
+        return service != nullptr;
+    SERVICE_STATUS status = {};
+    return ::GetLastError() == ERROR_SERVICE_ALREADY_RUNNING && // said of a service that is stopping, too
+           ::QueryServiceStatus(service.get(), &status) && status.dwCurrentState != SERVICE_STOP_PENDING;
+}
+
 } // namespace
 
-ServiceQuery QueryService(const std::string& name, bool) {
+ServiceQuery QueryService(const std::string& name, bool, const std::stop_token&) {
     const ServiceHandle manager = OpenManager();
     if (!manager)
         return FailedAt(ServiceQueryStep::OpenManager);
@@ -66,11 +84,16 @@ ServiceQuery QueryService(const std::string& name, bool) {
     return {ServiceQueryStep::Done, 0, StateOf(status.dwCurrentState)};
 }
 
-bool StartService(const std::string& name, bool) {
-    const ServiceHandle manager = OpenManager();
-    const ServiceHandle service = manager ? OpenNamed(manager, name, SERVICE_START) : nullptr;
-    return service &&
-           (::StartServiceW(service.get(), 0, nullptr) || ::GetLastError() == ERROR_SERVICE_ALREADY_RUNNING);
+bool StartService(const std::string& name, bool, const std::stop_token& stop) {
+    // The manager keeps its caller until the service's program has reported, for half a minute at worst.
+    std::packaged_task<bool()> task([name] { return Start(name); });
+    std::future<bool> accepted = task.get_future();
+    std::thread(std::move(task)).detach();
+    while (accepted.wait_for(StopPeriod) != std::future_status::ready) {
+        if (stop.stop_requested())
+            return false;
+    }
+    return accepted.get();
 }
 
 struct ServiceLock::State {
@@ -83,8 +106,7 @@ ServiceLock& ServiceLock::operator=(ServiceLock&&) noexcept = default;
 ServiceLock::~ServiceLock() = default;
 
 std::optional<ServiceLock> ServiceLock::Take(const std::filesystem::path& folder, const std::string& name) {
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
+    MakeFolders(folder);
     std::optional<FileLock> lock = FileLock::TryAcquire(folder / Wide(name + ".lock"));
     if (!lock)
         return {};

@@ -1,10 +1,13 @@
 #include "platform/ServiceControl.h"
 #include "../Surroundings.h"
+#include "platform/posix/Process.h"
 #include "platform/posix/Systemd.h"
 
 #include <doctest/doctest.h>
 
 #include <cerrno>
+#include <csignal>
+#include <thread>
 
 using namespace platform;
 
@@ -59,9 +62,20 @@ TEST_CASE("a service is started by its command, once") {
     CHECK_FALSE(WriteStartCommand(home.Path(), "agent", {"/bin/sh\n-c"}));
 
     REQUIRE(WriteStartCommand(home.Path(), "agent", cases[0].command));
-    const std::optional<ServiceLock> running = ServiceLock::Take(home.Path(), "agent");
+    std::optional<ServiceLock> running = ServiceLock::Take(home.Path(), "agent");
     CHECK(StartService("agent"));
+    running->SetState(ServiceState::StopPending);
+    CHECK_FALSE(StartService("agent"));
     CHECK(ReadFile(proof) == "x y\n");
+}
+
+TEST_CASE("a program that is waited for ends with the wait, and with it what it has started") {
+    const auto begun = std::chrono::steady_clock::now();
+    std::stop_source stop;
+    const std::jthread stopper([&] { stop.request_stop(); });
+    CHECK(RunAndRead({"/bin/sh", "-c", "sleep 60 & sleep 60"}, stop.get_token()).exitCode == 128 + SIGKILL);
+    CHECK(RunAndRead({"/bin/sh", "-c", "echo said"}).text == "said\n");
+    CHECK(std::chrono::steady_clock::now() - begun < std::chrono::seconds(30));
 }
 
 TEST_CASE("what systemd shows of a unit") {

@@ -6,8 +6,13 @@ namespace platform {
 namespace fs = std::filesystem;
 
 std::optional<fs::path> GivenHome() {
-    const std::optional<std::string> home = EnvironmentVariable("BREN_HOME");
-    return home ? std::optional(fs::absolute(PathFromUtf8(*home)).lexically_normal()) : std::nullopt;
+    const std::optional<std::string> given = EnvironmentVariable("BREN_HOME");
+    if (!given)
+        return {};
+    const fs::path home = PathFromUtf8(*given);
+    std::error_code error;
+    const fs::path absolute = fs::absolute(home, error).lexically_normal();
+    return error ? home : absolute;
 }
 
 fs::path OwnFolder(const fs::path& systems, const char* what) {

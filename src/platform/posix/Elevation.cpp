@@ -10,8 +10,8 @@ namespace platform {
 namespace {
 
 bool IsCarried(std::string_view variable) {
-    static constexpr std::array<std::string_view, 6> starts = {
-        "DISPLAY=", "WAYLAND_DISPLAY=", "XAUTHORITY=", "HOME=", "XDG_", "BREN_"};
+    static constexpr std::array<std::string_view, 5> starts = {
+        "DISPLAY=", "WAYLAND_DISPLAY=", "XAUTHORITY=", "HOME=", "XDG_"};
     for (const std::string_view start : starts) {
         if (variable.starts_with(start))
             return true;

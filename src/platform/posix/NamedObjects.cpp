@@ -52,6 +52,10 @@ bool IsMutexHeld(const std::string& name) {
     return file && IsFileLocked(file.Get());
 }
 
+std::optional<fs::path> MutexFile(const std::string& name) {
+    return MutexPath(name);
+}
+
 struct NamedMutex::State {
     FileDescriptor file;
 };

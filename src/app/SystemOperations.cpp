@@ -40,11 +40,18 @@ constexpr char ShellMutex[] = "IOSGUISHELLUPMUTEX";
 template <typename Fetch>
 auto SystemOperations::Await(const QString& what, Fetch fetch)
     -> std::optional<std::invoke_result_t<Fetch&, std::stop_token>> {
-    std::optional<std::invoke_result_t<Fetch&, std::stop_token>> result;
+    using Value = std::invoke_result_t<Fetch&, std::stop_token>;
+    std::optional<Value> result;
     CWaitDlg window(m_title, what);
     std::binary_semaphore fetched(0);
     std::jthread thread([&](std::stop_token stop) {
-        result = fetch(std::move(stop));
+        try {
+            result = fetch(std::move(stop));
+        } catch (const std::exception& error) {
+            TracePrintf(TraceLevel::Error,
+                        QStringLiteral("[StartUp]%1").arg(QString::fromUtf8(error.what())));
+            result = Value();
+        }
         fetched.release();
         QMetaObject::invokeMethod(&window, &QDialog::accept, Qt::QueuedConnection);
     });

@@ -1,4 +1,5 @@
 #include "app/StartUp.h"
+#include "platform/Environment.h"
 #include "support/TestMain.h"
 #include "zep/Mui.h"
 
@@ -212,8 +213,8 @@ private slots:
 
     void carriesArgumentsAndSurroundings() {
         QCOMPARE(CommandLine({u"program"_s}).ElevatedArguments(), QStringList({u"/server"_s, u"/runas"_s}));
-        qputenv("BREN_HOME", "data of mine");
-        qputenv("BREN_SERVICE_PORT", "4711");
+        platform::PutEnvironmentVariable("BREN_HOME", "data of mine");
+        platform::PutEnvironmentVariable("BREN_SERVICE_PORT", "4711");
         const QStringList words{u"program"_s, u"/server"_s, u"a \"b\" c\\"_s, QString()};
         const QStringList carried = WithSurroundings(CommandLine(words).ElevatedArguments());
         QCOMPARE(carried,
@@ -222,15 +223,15 @@ private slots:
                                   u"--dev-home="_s +
                                       QDir::toNativeSeparators(QDir::current().filePath(u"data of mine"_s)),
                                   u"--dev-port=4711"_s}));
-        qunsetenv("BREN_HOME");
-        qunsetenv("BREN_SERVICE_PORT");
+        for (const char* name : {"BREN_HOME", "BREN_SERVICE_PORT"})
+            platform::PutEnvironmentVariable(name, {});
 
         const CommandLine elevated(QStringList{u"program"_s} + carried);
         QCOMPARE(elevated.ElevatedArguments(), words.mid(1) + QStringList{u"/runas"_s});
         elevated.ApplySurroundings();
         QCOMPARE(WithSurroundings({}), carried.mid(4));
-        qunsetenv("BREN_HOME");
-        qunsetenv("BREN_SERVICE_PORT");
+        for (const char* name : {"BREN_HOME", "BREN_SERVICE_PORT"})
+            platform::PutEnvironmentVariable(name, {});
     }
 };
 

@@ -69,7 +69,9 @@ QStringList CommandLine::ElevatedArguments() const {
 }
 
 void CommandLine::ApplySurroundings() const {
-    if (!m_home.isEmpty())
+    // A folder may have octets that no text can hold; where the environment names it, it does so exactly.
+    const auto home = platform::GivenHome();
+    if (!m_home.isEmpty() && (!home || FromPath(*home) != m_home))
         platform::PutEnvironmentVariable(HomeVariable, m_home.toStdString());
     if (!m_port.isEmpty())
         platform::PutEnvironmentVariable(PortVariable, m_port.toStdString());

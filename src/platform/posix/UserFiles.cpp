@@ -145,13 +145,13 @@ FileDescriptor OpenOrMakeFile(const fs::path& path, int flags) {
     return FileDescriptor();
 }
 
-bool ReplaceFile(const fs::path& path, const std::string& text) {
+bool ReplaceFile(const fs::path& path, const std::string& text, mode_t mode) {
     const FileDescriptor folder = OpenFolder(path.parent_path());
     const std::string fresh = TemporaryName(path.filename());
     const FileDescriptor file = folder ? MakeFile(folder, fresh, O_WRONLY) : FileDescriptor();
     if (!file)
         return false;
-    if (WriteAll(file, text) &&
+    if (WriteAll(file, text) && ::fchmod(file.Get(), mode) == 0 &&
         ::renameat(folder.Get(), fresh.c_str(), folder.Get(), path.filename().c_str()) == 0)
         return true;
     ::unlinkat(folder.Get(), fresh.c_str(), 0);

@@ -2,6 +2,8 @@
 
 #include "platform/posix/FileDescriptor.h"
 
+#include <sys/types.h>
+
 #include <filesystem>
 #include <string>
 
@@ -21,7 +23,8 @@ FileDescriptor OpenFile(const std::filesystem::path& path);
 /// Opens a plain file with the flags of open(2) and makes it when missing; never through a link.
 FileDescriptor OpenOrMakeFile(const std::filesystem::path& path, int flags);
 
-/// Makes `text` the file's content in one step: a reader sees the old content or the new one.
-bool ReplaceFile(const std::filesystem::path& path, const std::string& text);
+/// Makes `text` the file's content in one step: a reader sees the old content or the new one. What stood
+/// there, a link too, is replaced.
+bool ReplaceFile(const std::filesystem::path& path, const std::string& text, mode_t mode = 0644);
 
 } // namespace platform

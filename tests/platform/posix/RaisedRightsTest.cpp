@@ -3,6 +3,7 @@
 #include "platform/Registry.h"
 #include "platform/ServiceControl.h"
 #include "platform/SharedFile.h"
+#include "platform/Shell.h"
 
 #include <doctest/doctest.h>
 
@@ -63,13 +64,14 @@ TEST_CASE("what is made in a user's folder belongs to that user") {
     CHECK(WriteRegistryDword(User, "Width", 1));
     CHECK(WriteRegistryDword(User, "Width", 2));
     CHECK(ServiceLock::Take(home.Path() / "agent", "agent"));
+    CHECK(MakeShortcut(home.Path() / "desktop", "A", "/a", ""));
     int seen = 0;
     for (const fs::directory_entry& made : fs::recursive_directory_iterator(home.Path())) {
         CAPTURE(made.path());
         CHECK(OwnerOf(made) == UsersHome::User());
         ++seen;
     }
-    CHECK(seen == 10);
+    CHECK(seen == 12);
     const fs::path memory = ConsoleStateFile();
     CHECK(memory.is_absolute());
     CHECK(memory.string().starts_with(home.Path().string()) == !UsersHome::IsRaised());
@@ -85,6 +87,8 @@ TEST_CASE("no link in a user's folder leads to what is another's") {
     home.Link(home.Outside() / "secret", key);
     home.Link(home.Outside() / "secret", key.string() + ".new");
     CHECK(WriteRegistryDword(User, "Width", 7));
+    home.Link(home.Outside() / "secret", home.Path() / "desktop/A.desktop");
+    CHECK(MakeShortcut(home.Path() / "desktop", "A", "/a", ""));
     CHECK(home.IsSecretKept());
     if (UsersHome::IsRaised()) {
         CHECK(ReadFile(key) == "Width=7\n");

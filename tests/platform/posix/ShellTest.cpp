@@ -43,15 +43,19 @@ TEST_CASE("elevation carries the display and home, and waits for what the user s
     const Programs programs;
     const std::string log = programs.File("log").string();
     const fs::path console =
-        programs.Add("console", "echo \"$*|$DISPLAY|$XDG_TEST|$OTHER\" >" + log);
+        programs.Add("console", "echo \"$*|$DISPLAY|$XDG_TEST|$BREN_HOME|$OTHER\" >" + log);
     const VariableSet display("DISPLAY", ":7");
     const VariableSet folder("XDG_TEST", "with blank");
+    const VariableSet home("BREN_HOME", "data");
     const VariableSet other("OTHER", "secret");
 
     programs.Add("pkexec", "exec env -i PATH=\"$PATH\" \"$@\"");
     CHECK(MayElevate());
     CHECK(RelaunchElevated(console, {"/server", "a b", "/runas"}));
-    CHECK(ComesTrue([&] { return ReadFile(log) == "/server a b /runas|:7|with blank|\n"; }));
+    CHECK(ComesTrue([&] {
+        return ReadFile(log) ==
+               "/server a b /runas|:7|with blank|" + (fs::current_path() / "data").string() + "|\n";
+    }));
     CHECK_FALSE(RelaunchElevated(programs.File("missing"), {}));
 
     programs.Add("pkexec", "exit 126");

@@ -70,12 +70,19 @@ TEST_CASE("a service is started by its command, once") {
 }
 
 TEST_CASE("a program that is waited for ends with the wait, and with it what it has started") {
-    const auto begun = std::chrono::steady_clock::now();
+    const TemporaryFolder folder;
+    const std::filesystem::path begun = folder.Path() / "begun";
+    const auto start = std::chrono::steady_clock::now();
     std::stop_source stop;
-    const std::jthread stopper([&] { stop.request_stop(); });
-    CHECK(RunAndRead({"/bin/sh", "-c", "sleep 60 & sleep 60"}, stop.get_token()).exitCode == 128 + SIGKILL);
+    const std::jthread stopper([&] {
+        ComesTrue([&] { return std::filesystem::exists(begun); });
+        stop.request_stop();
+    });
+    const Printed ended =
+        RunAndRead({"/bin/sh", "-c", "sleep 60 & : >\"$0\"; wait", begun.string()}, stop.get_token());
+    CHECK(ended.exitCode == 128 + SIGKILL);
     CHECK(RunAndRead({"/bin/sh", "-c", "echo said"}).text == "said\n");
-    CHECK(std::chrono::steady_clock::now() - begun < std::chrono::seconds(30));
+    CHECK(std::chrono::steady_clock::now() - start < std::chrono::seconds(30));
 }
 
 TEST_CASE("what systemd shows of a unit") {

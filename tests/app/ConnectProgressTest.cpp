@@ -1,4 +1,5 @@
 #include "app/ConnectProgressDlg.h"
+#include "support/ServiceFixture.h"
 #include "support/TestMain.h"
 
 #include <QMessageBox>
@@ -6,6 +7,7 @@
 #include <QSignalSpy>
 #include <QTimer>
 
+#include <future>
 #include <semaphore>
 
 using namespace Qt::Literals::StringLiterals;
@@ -101,6 +103,15 @@ private slots:
         }
         QCOMPARE(service.started.load(), 0);
         QCOMPARE(service.probes.load(), 0);
+    }
+
+    void endsInsideARealRequest() {
+        ServiceFixture service;
+        service->SetFault(devservice::HttpFault::Hang);
+        auto wait = std::make_unique<ServiceWait>(ServiceWait::RealSteps(), false);
+        QTRY_VERIFY(!service.RequestLines().isEmpty());
+        const auto ended = std::async(std::launch::async, [&wait] { wait.reset(); });
+        QVERIFY(ended.wait_for(1s) == std::future_status::ready);
     }
 
     void keepsItsAnswerWhileItsBoxIsOpen() {

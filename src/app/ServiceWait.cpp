@@ -50,7 +50,11 @@ ServiceCheck CheckService(const std::stop_token& stop) {
 
 ServiceWait::Steps ServiceWait::RealSteps() {
     const auto start = [](const std::stop_token& stop) {
-        return platform::StartService(ServiceName, true, stop);
+        const platform::ServiceStart started = platform::StartService(ServiceName, true, stop);
+        if (!started)
+            TracePrintf(TraceLevel::Error,
+                        QStringLiteral("[Service]Not started. ") + QString::fromStdString(started.refusal));
+        return started.accepted;
     };
     return {CheckService, start, ProbeService};
 }

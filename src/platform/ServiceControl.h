@@ -29,12 +29,20 @@ struct ServiceQuery {
 /// A service that has neither file is not installed: OpenService fails. Ends soon after a stop.
 ServiceQuery QueryService(const std::string& name, bool serverMode = true, const std::stop_token& stop = {});
 
-/// Starts the service without arguments, without waiting for it to run; true when the system accepted the
+/// How the order to start a service went.
+struct ServiceStart {
+    bool accepted = false;
+    std::string refusal; ///< when not accepted: why, in a sentence in UTF-8
+
+    explicit operator bool() const { return accepted; }
+};
+
+/// Starts the service without arguments, without waiting for it to run; accepted when the system accepted the
 /// start or the service runs already, which one that is just stopping does not. A start command counts only
 /// when nobody else can have written it: its file is a plain one of this user or the system's administrator
 /// (with `BREN_HOME` also of the user who has raised this program's rights) and writable by its owner alone.
-/// Ends soon after a stop, false where the system has not accepted it until then.
-bool StartService(const std::string& name, bool serverMode = true, const std::stop_token& stop = {});
+/// Ends soon after a stop, refused where the system has not accepted it until then.
+ServiceStart StartService(const std::string& name, bool serverMode = true, const std::stop_token& stop = {});
 
 /// Held by a service while it runs, where the system has no service control manager.
 class ServiceLock {

@@ -13,6 +13,7 @@
 #include <charconv>
 #include <sstream>
 #include <string_view>
+#include <system_error>
 
 namespace platform {
 namespace {
@@ -94,11 +95,7 @@ bool IsTrusted(const FileDescriptor& file) {
            (GivenHome() && found.st_uid == InvokingUser());
 }
 
-std::vector<std::string> ReadStartCommand(const fs::path& folder, const std::string& name) {
-    const FileDescriptor file(
-        ::open(StartPath(folder, name).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW));
-    if (!file || !IsTrusted(file))
-        return {};
+std::vector<std::string> ReadCommand(const FileDescriptor& file) {
     std::vector<std::string> command;
     std::istringstream lines(ReadAll(file.Get(), LongestCommand));
     for (std::string line; std::getline(lines, line);) {
@@ -106,6 +103,25 @@ std::vector<std::string> ReadStartCommand(const fs::path& folder, const std::str
             command.push_back(line);
     }
     return command;
+}
+
+ServiceStart StartByCommand(const fs::path& path) {
+    const auto refused = [&path](const std::string& why) {
+        return ServiceStart{false, "The start command " + path.string() + ' ' + why + '.'};
+    };
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW));
+    if (!file)
+        return refused("cannot be read: " + std::generic_category().message(errno));
+    if (!IsTrusted(file))
+        return refused("is not run, because another user can have written it");
+    const std::vector<std::string> command = ReadCommand(file);
+    pid_t process = 0;
+    if (command.empty() || !command.front().starts_with('/'))
+        return refused("names no program by its whole path");
+    if (const int error = Spawn(command, {.keepsErrors = false, .ownSession = true}, process))
+        return refused("cannot be run: " + std::generic_category().message(error));
+    ReapLater(process);
+    return {true, {}};
 }
 
 } // namespace
@@ -120,22 +136,16 @@ ServiceQuery QueryService(const std::string& name, bool serverMode, const std::s
     return QueryLock(DataFolder(serverMode), name);
 }
 
-bool StartService(const std::string& name, bool serverMode, const std::stop_token& stop) {
+ServiceStart StartService(const std::string& name, bool serverMode, const std::stop_token& stop) {
     if (!IsServiceName(name))
-        return false;
+        return {false, '"' + name + "\" is no name of a service."};
     if (SystemdRules() && QuerySystemd(name, stop))
-        return StartBySystemd(name, stop);
+        return {StartBySystemd(name, stop), "systemd did not start it."};
     const fs::path folder = DataFolder(serverMode);
     const ServiceQuery query = QueryLock(folder, name);
-    if (query.failedAt == ServiceQueryStep::Done && query.state != ServiceState::Stopped)
-        return query.state != ServiceState::StopPending;
-    const std::vector<std::string> command = ReadStartCommand(folder, name);
-    pid_t process = 0;
-    if (command.empty() || !command.front().starts_with('/') ||
-        Spawn(command, {.keepsErrors = false, .ownSession = true}, process) != 0)
-        return false;
-    ReapLater(process);
-    return true;
+    if (query.failedAt != ServiceQueryStep::Done || query.state == ServiceState::Stopped)
+        return StartByCommand(StartPath(folder, name));
+    return {query.state != ServiceState::StopPending, "It is still stopping."};
 }
 
 struct ServiceLock::State {

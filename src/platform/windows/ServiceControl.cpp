@@ -56,15 +56,23 @@ ServiceState StateOf(DWORD state) {
     }
 }
 
-bool Start(const std::string& name) {
+ServiceStart Refused() {
+    return {false, "The service manager refused with error " + std::to_string(::GetLastError()) + '.'};
+}
+
+ServiceStart Start(const std::string& name) {
     const ServiceHandle manager = OpenManager();
     const ServiceHandle service =
         manager ? OpenNamed(manager, name, SERVICE_START | SERVICE_QUERY_STATUS) : nullptr;
-    if (!service || ::StartServiceW(service.get(), 0, nullptr))
-        return service != nullptr;
+    if (!service)
+        return Refused();
+    if (::StartServiceW(service.get(), 0, nullptr))
+        return {true, {}};
     SERVICE_STATUS status = {};
-    return ::GetLastError() == ERROR_SERVICE_ALREADY_RUNNING && // said of a service that is stopping, too
-           ::QueryServiceStatus(service.get(), &status) && status.dwCurrentState != SERVICE_STOP_PENDING;
+    // The manager says the same of a service that is stopping.
+    if (::GetLastError() != ERROR_SERVICE_ALREADY_RUNNING || !::QueryServiceStatus(service.get(), &status))
+        return Refused();
+    return {status.dwCurrentState != SERVICE_STOP_PENDING, "It is still stopping."};
 }
 
 } // namespace
@@ -84,14 +92,14 @@ ServiceQuery QueryService(const std::string& name, bool, const std::stop_token&)
     return {ServiceQueryStep::Done, 0, StateOf(status.dwCurrentState)};
 }
 
-bool StartService(const std::string& name, bool, const std::stop_token& stop) {
+ServiceStart StartService(const std::string& name, bool, const std::stop_token& stop) {
     // The manager keeps its caller until the service's program has reported, for half a minute at worst.
-    std::packaged_task<bool()> task([name] { return Start(name); });
-    std::future<bool> accepted = task.get_future();
+    std::packaged_task<ServiceStart()> task([name] { return Start(name); });
+    std::future<ServiceStart> accepted = task.get_future();
     std::thread(std::move(task)).detach();
     while (accepted.wait_for(StopPeriod) != std::future_status::ready) {
         if (stop.stop_requested())
-            return false;
+            return {false, "Stopped before the service manager answered."};
     }
     return accepted.get();
 }

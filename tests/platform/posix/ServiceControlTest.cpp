@@ -54,7 +54,7 @@ TEST_CASE("a service is started by its command, once") {
     };
     for (const Case& expected : cases) {
         REQUIRE(WriteStartCommand(home.Path(), "agent", expected.command));
-        CHECK(StartService("agent") == expected.starts);
+        CHECK(StartService("agent").accepted == expected.starts);
     }
     CHECK(ComesTrue([&] { return ReadFile(proof) == "x y\n"; }));
     CHECK_FALSE(StartService("other"));
@@ -65,6 +65,7 @@ TEST_CASE("a service is started by its command, once") {
     std::optional<ServiceLock> running = ServiceLock::Take(home.Path(), "agent");
     CHECK(StartService("agent"));
     running->SetState(ServiceState::StopPending);
+    CHECK(StartService("agent").refusal == "It is still stopping.");
     CHECK_FALSE(StartService("agent"));
     CHECK(ReadFile(proof) == "x y\n");
 }

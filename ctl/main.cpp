@@ -1,5 +1,7 @@
 #include "ctl/Btaskctl.h"
 #include "platform/Console.h"
+#include "platform/Folders.h"
+#include "service/ServiceClient.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -17,5 +19,15 @@ int main(int argc, char** argv) {
     if (!out.open(StandardOutput, QIODevice::WriteOnly | QIODevice::Unbuffered) ||
         !error.open(StandardError, QIODevice::WriteOnly | QIODevice::Unbuffered))
         return static_cast<int>(CtlExit::Refused);
-    return static_cast<int>(RunBtaskctl(QCoreApplication::arguments().mid(1), out, error));
+    const auto end = [&error](CtlExit exit, const QString& sentence) {
+        error.write(sentence.toUtf8() + '\n');
+        return static_cast<int>(exit);
+    };
+    if (const QString mistake = ServicePortMistake(); !mistake.isEmpty())
+        return end(CtlExit::Usage, mistake);
+    try {
+        return static_cast<int>(RunBtaskctl(QCoreApplication::arguments().mid(1), out, error));
+    } catch (const platform::FolderUnknown& unknown) {
+        return end(CtlExit::NoDatabase, QString::fromUtf8(unknown.what()));
+    }
 }

@@ -1,10 +1,14 @@
 #include "service/ServiceClient.h"
 
+#include "platform/Environment.h"
 #include "platform/HttpTransport.h"
 #include "zep/SysInfo.h"
 #include "zep/Text.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
+#include <charconv>
 #include <limits>
 
 using namespace std::chrono_literals;
@@ -14,6 +18,7 @@ namespace {
 
 constexpr quint16 ServerPort = 9898;
 constexpr quint16 DesktopPort = 9678;
+constexpr char PortVariable[] = "BREN_SERVICE_PORT";
 constexpr int Ok = 200;
 
 /// The writers of a machine take their time to gather.
@@ -63,6 +68,8 @@ SettingState SettingStateOf(const ServiceAnswer& answer) {
 ServiceAnswer ServiceClient::SendRequest(const QString& path, const QString& verb, int expectedStatus,
                                          const std::optional<QByteArray>& body, std::stop_token stop,
                                          std::size_t maxAnswer) const {
+    if (ServicePort() == 0)
+        return {}; // better no service than another one
     platform::HttpRequest request;
     request.host = "127.0.0.1";
     request.port = ServicePort();
@@ -197,10 +204,21 @@ int LeadingNumber(QByteArrayView text) {
 }
 
 quint16 ServicePort() {
-    const QByteArray override = qgetenv("BREN_SERVICE_PORT");
-    bool valid = false;
-    const quint16 port = override.toUShort(&valid);
-    if (valid && port != 0)
-        return port;
-    return ZEPSysInfoIsServer() ? ServerPort : DesktopPort;
+    if (!platform::HasEnvironmentVariable(PortVariable))
+        return ZEPSysInfoIsServer() ? ServerPort : DesktopPort;
+    const std::string given = platform::EnvironmentVariable(PortVariable).value_or("");
+    quint16 port = 0;
+    const auto [end, error] = std::from_chars(given.data(), given.data() + given.size(), port);
+    return error == std::errc() && end == given.data() + given.size() ? port : 0;
+}
+
+QString ServicePortMistake() {
+    if (ServicePort() != 0)
+        return {};
+    const std::string given = platform::EnvironmentVariable(PortVariable).value_or("");
+    return QCoreApplication::translate(
+               "ServicePort",
+               "The environment variable %1 is \"%2\", which is no port: it takes a number from 1 to "
+               "65535, or has to be taken away.")
+        .arg(QLatin1String(PortVariable), QString::fromStdString(given));
 }

@@ -89,5 +89,10 @@ bool SettingFlag(const QByteArray& body);
 /// not fit becomes the nearest that does.
 int LeadingNumber(QByteArrayView text);
 
-/// The port of this mode's service: 9898 in server mode, 9678 otherwise, or `BREN_SERVICE_PORT`.
+/// The port of this mode's service: 9898 in server mode, 9678 otherwise, or `BREN_SERVICE_PORT`. 0 when that
+/// is set to what is no port: nothing is sent then.
 quint16 ServicePort();
+
+/// What is wrong with `BREN_SERVICE_PORT`, in a sentence; empty when nothing is. Asked before anything is
+/// commanded, because the usual port would be another service's.
+QString ServicePortMistake();

@@ -304,6 +304,8 @@ private slots:
         QCOMPARE(run({u"subtasks"_s, u"{none}"_s}), std::tuple(4, QByteArray(), true));
         service->SetFault(devservice::HttpFault::Refuse);
         QCOMPARE(run({u"settings"_s, u"get"_s, u"A"_s}), std::tuple(3, QByteArray(), true));
+        qputenv("BREN_SERVICE_PORT", "98980");
+        QCOMPARE(run({u"settings"_s, u"get"_s, u"A"_s}), std::tuple(2, QByteArray(), true));
     }
 };
 

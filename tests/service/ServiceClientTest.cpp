@@ -127,15 +127,25 @@ private slots:
         row("desktop", {}, false, 9678);
         row("server", {}, true, 9898);
         row("given", "4711", true, 4711);
-        for (const char* unusable : {"0", "70000", "http", "-1"})
-            row(unusable, QByteArray(unusable), false, 9678);
+        row("the last", "65535", false, 65535);
+        for (const char* unusable : {"0", "65536", "http", "-1", "+80", " 80", "80 ", "0x50", "80.0"})
+            row(unusable, QByteArray(unusable), false, 0);
+        if (QSysInfo::productType() != "windows"_L1) // where an empty variable is none
+            row("set to nothing", QByteArray(""), false, 0);
     }
 
     void PortFollowsModeAndEnvironment() {
         const auto [variable, server] = Fetched<QByteArray, bool>();
-        qputenv("BREN_SERVICE_PORT", variable);
+        if (!variable.isNull())
+            qputenv("BREN_SERVICE_PORT", variable);
         ZEPSysInfoSetServerMode(server);
         QTEST(int(ServicePort()), "port");
+        const bool refused = ServicePort() == 0;
+        QCOMPARE(
+            ServicePortMistake().contains(u"\"%1\", which is no port"_s.arg(QString::fromUtf8(variable))),
+            refused);
+        if (refused)
+            QCOMPARE(ServiceClient().GetSetting(u"A"_s).outcome, ServiceOutcome::Unreachable);
         ZEPSysInfoSetServerMode(false);
         qunsetenv("BREN_SERVICE_PORT");
     }

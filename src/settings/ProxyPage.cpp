@@ -1,5 +1,6 @@
 #include "settings/ProxyPage.h"
 
+#include "service/RequestText.h"
 #include "ui/NoticeLine.h"
 #include "zep/Mui.h"
 

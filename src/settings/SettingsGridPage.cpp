@@ -1,5 +1,6 @@
 #include "settings/SettingsGridPage.h"
 
+#include "service/RequestText.h"
 #include "ui/BrenPropertyGrid.h"
 #include "ui/Look.h"
 #include "ui/MainFrame.h"

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "service/SettingsCatalog.h"
 #include "settings/SettingValues.h"
-#include "settings/SettingsCatalog.h"
 #include "ui/BrenPanel.h"
 #include "ui/Console.h"
 #include "ui/PageLoader.h"

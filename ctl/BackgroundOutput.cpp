@@ -1,6 +1,7 @@
 #include "ctl/BackgroundOutput.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 constexpr qint64 FetchSize = 64 << 10;
@@ -12,23 +13,25 @@ BackgroundOutput::~BackgroundOutput() {
     Finish();
 }
 
-bool BackgroundOutput::Write(QByteArray octets) {
-    const std::lock_guard lock(m_mutex);
-    // What is spooled comes before what is new.
-    if (m_spooled > m_fetched || m_inMemory + octets.size() > MostInMemory) {
+bool BackgroundOutput::Write(QByteArrayView octets) {
+    std::unique_lock lock(m_mutex);
+    const auto fits = [&] { return m_waiting.size() + octets.size() <= MostInMemory || m_failed; };
+    const bool inFile = m_spooled > m_fetched; // then what is new comes behind that
+    if (!inFile && m_changed.wait_for(lock, Patience, fits))
+        m_waiting.append(octets.data(), octets.size());
+    else
         m_failed |= !Spool(octets);
-    } else {
-        m_inMemory += octets.size();
-        m_waiting.push_back(std::move(octets));
-    }
+    const bool failed = m_failed;
+    lock.unlock();
     m_changed.notify_one();
-    return !m_failed;
+    return !failed;
 }
 
-bool BackgroundOutput::Spool(const QByteArray& octets) {
+bool BackgroundOutput::Spool(QByteArrayView octets) {
     if (!m_file.isOpen() && !m_file.open())
         return false;
-    const bool written = m_file.seek(m_spooled) && m_file.write(octets) == octets.size();
+    const bool written =
+        m_file.seek(m_spooled) && m_file.write(octets.data(), octets.size()) == octets.size();
     m_spooled += octets.size();
     return written;
 }
@@ -44,36 +47,32 @@ bool BackgroundOutput::Finish() {
     return !m_failed;
 }
 
-/// The octets that are to be written next; empty when no more come.
-QByteArray BackgroundOutput::Next(std::unique_lock<std::mutex>& lock) {
+/// Puts what is to be written next in place of what was; false when no more comes.
+bool BackgroundOutput::Fetch(std::unique_lock<std::mutex>& lock, QByteArray& octets) {
     m_changed.wait(lock,
-                   [this] { return !m_waiting.empty() || m_spooled > m_fetched || m_ended || m_failed; });
-    if (m_failed)
-        return {};
-    if (!m_waiting.empty()) {
-        QByteArray octets = std::move(m_waiting.front());
-        m_waiting.pop_front();
-        m_inMemory -= octets.size();
-        return octets;
+                   [this] { return !m_waiting.isEmpty() || m_spooled > m_fetched || m_ended || m_failed; });
+    octets.resize(0); // keeps its memory
+    if (!m_waiting.isEmpty()) {
+        std::swap(octets, m_waiting);
+    } else if (m_spooled > m_fetched) {
+        const qint64 size = std::min(FetchSize, m_spooled - m_fetched);
+        octets = m_file.seek(m_fetched) ? m_file.read(size) : QByteArray();
+        m_failed |= octets.size() != size;
+        m_fetched += size;
     }
-    const qint64 size = std::min(FetchSize, m_spooled - m_fetched);
-    QByteArray octets;
-    if (size > 0 && m_file.seek(m_fetched))
-        octets = m_file.read(size);
-    m_failed = octets.size() != size;
-    m_fetched += size;
-    return octets;
+    return !m_failed && !octets.isEmpty();
 }
 
 void BackgroundOutput::Run() {
+    QByteArray octets;
     std::unique_lock lock(m_mutex);
-    for (;;) {
-        const QByteArray octets = Next(lock);
-        if (octets.isEmpty())
-            return;
+    while (Fetch(lock, octets)) {
         lock.unlock();
+        m_changed.notify_one();
         const bool written = m_out.write(octets) == octets.size();
         lock.lock();
         m_failed |= !written;
     }
+    lock.unlock();
+    m_changed.notify_one();
 }

@@ -4,8 +4,8 @@
 #include <QIODevice>
 #include <QTemporaryFile>
 
+#include <chrono>
 #include <condition_variable>
-#include <deque>
 #include <mutex>
 #include <thread>
 
@@ -14,27 +14,27 @@
 /// in memory, and beyond MostInMemory octets in a temporary file.
 class BackgroundOutput {
 public:
-    static constexpr qsizetype MostInMemory = 4 << 20;
+    static constexpr qsizetype MostInMemory = 1 << 20;
+    static constexpr std::chrono::milliseconds Patience{50}; ///< with a device that is about to take more
 
     /// The device is the thread's until Finish.
     explicit BackgroundOutput(QIODevice& out);
     ~BackgroundOutput(); ///< as Finish
 
-    /// Never waits for the device; false once that has failed.
-    bool Write(QByteArray octets);
+    /// False once the device has failed.
+    bool Write(QByteArrayView octets);
     /// Waits until all is written; false when it could not be.
     bool Finish();
 
 private:
     void Run();
-    QByteArray Next(std::unique_lock<std::mutex>& lock);
-    bool Spool(const QByteArray& octets);
+    bool Fetch(std::unique_lock<std::mutex>& lock, QByteArray& octets);
+    bool Spool(QByteArrayView octets);
 
     QIODevice& m_out;
     std::mutex m_mutex; ///< guards what follows
     std::condition_variable m_changed;
-    std::deque<QByteArray> m_waiting;
-    qsizetype m_inMemory = 0;
+    QByteArray m_waiting;  ///< comes before what is in the file
     QTemporaryFile m_file; ///< opened when it is first needed
     qint64 m_spooled = 0;  ///< octets written to it
     qint64 m_fetched = 0;  ///< octets read from it again

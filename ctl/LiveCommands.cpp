@@ -44,8 +44,8 @@ CtlExit Watch(const Invocation& invocation) {
     const LiveCounters counters;
     do {
         QByteArray frame = ClearScreen.toByteArray();
-        RowWriter rows(RowFormat::Table, Columns, [&frame](const QByteArray& text) {
-            frame += text;
+        RowWriter rows(RowFormat::Table, Columns, [&frame](QByteArrayView text) {
+            frame.append(text.data(), text.size());
             return true;
         });
         const bool known = AddRunning(counters, rows);

@@ -3,10 +3,11 @@
 #include "ctl/BackgroundOutput.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace {
 
-constexpr qsizetype PieceSize = 64 << 10;
+constexpr qsizetype PieceSize = 256 << 10;
 constexpr size_t LinesForWidths = 500;
 constexpr qsizetype WidestPadding = 40;
 
@@ -14,44 +15,68 @@ bool NeedsEscape(char octet) {
     return static_cast<unsigned char>(octet) < ' ' || octet == '"' || octet == '\\';
 }
 
-void AppendEscaped(QByteArray& json, char octet) {
-    if (octet == '"' || octet == '\\') {
-        json += '\\';
-        json += octet;
-        return;
-    }
+/// Looks at all octets, which compilers do many at a time.
+bool AnyNeedsEscape(const char* at, const char* end) {
+    bool any = false;
+    for (; at != end; ++at)
+        any |= NeedsEscape(*at);
+    return any;
+}
+
+char* WriteEscaped(char* at, char octet) {
     constexpr char Digits[] = "0123456789abcdef";
-    json += "\\u00";
-    json += Digits[octet >> 4];
-    json += Digits[octet & 15];
-}
-
-void AppendJson(QByteArray& json, const QString& text) {
-    if (text.isNull()) {
-        json += "null";
-        return;
+    *at++ = '\\';
+    if (octet == '"' || octet == '\\') {
+        *at++ = octet;
+        return at;
     }
-    const QByteArray utf8 = text.toUtf8();
-    json += '"';
-    for (const char *at = utf8.cbegin(), *const end = utf8.cend(); at != end;) {
-        const char* const special = std::find_if(at, end, NeedsEscape);
-        json.append(at, special - at);
-        at = special;
-        if (at != end)
-            AppendEscaped(json, *at++);
+    for (const char each : {'u', '0', '0', Digits[octet >> 4], Digits[octet & 15]})
+        *at++ = each;
+    return at;
+}
+
+char* Write(char* at, QByteArrayView octets) {
+    return std::copy(octets.begin(), octets.end(), at);
+}
+
+// The writers below are given room enough: rows come by the hundred thousand, and octet by octet that shows.
+constexpr qsizetype MostOctetsOfUnit = 6;  ///< of UTF-16, as in "\u001f"
+constexpr qsizetype MostOctetsAround = 24; ///< quotation marks, a number
+
+qsizetype RoomFor(const Cell& cell) {
+    const auto* text = std::get_if<QStringView>(&cell);
+    return MostOctetsAround + (text ? text->size() * MostOctetsOfUnit : 0);
+}
+
+char* WriteJson(char* at, QStringView text, QStringEncoder& utf8) {
+    if (text.isNull())
+        return Write(at, "null");
+    *at++ = '"';
+    char* const end = utf8.appendToBuffer(at, text);
+    if (!AnyNeedsEscape(at, end)) {
+        at = end;
+    } else {
+        for (const char octet : QByteArray(at, end - at)) {
+            if (NeedsEscape(octet))
+                at = WriteEscaped(at, octet);
+            else
+                *at++ = octet;
+        }
     }
-    json += '"';
+    *at++ = '"';
+    return at;
 }
 
-void AppendJson(QByteArray& json, qint64 number) {
-    json += QByteArray::number(number);
+char* WriteJson(char* at, qint64 number, QStringEncoder&) {
+    return std::to_chars(at, at + MostOctetsAround, number).ptr;
 }
 
-void AppendJson(QByteArray& json, bool value) {
-    json += value ? "true" : "false";
+char* WriteJson(char* at, bool value, QStringEncoder&) {
+    return Write(at, value ? QByteArrayView("true") : QByteArrayView("false"));
 }
 
-QString CellText(QString text) {
+QString CellText(QStringView view) {
+    QString text = view.toString();
     for (QChar& c : text) {
         if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
             c == QChar::ParagraphSeparator)
@@ -73,9 +98,11 @@ QString CellText(bool value) {
 RowWriter::RowWriter(RowFormat format, std::vector<Column> columns, Sink sink)
     : m_format(format), m_columns(std::move(columns)), m_sink(std::move(sink)) {
     m_text.reserve(PieceSize + PieceSize / 4);
-    for (const Column& column : m_columns)
+    for (const Column& column : m_columns) {
         m_keys.push_back((m_keys.empty() ? "{\"" : ",\"") + QByteArray(column.key.data(), column.key.size()) +
                          "\":");
+        m_keyOctets += m_keys.back().size();
+    }
 }
 
 bool RowWriter::Add(std::initializer_list<Cell> cells) {
@@ -93,13 +120,19 @@ bool RowWriter::Add(std::initializer_list<Cell> cells) {
 }
 
 void RowWriter::AddObject(std::initializer_list<Cell> cells) {
-    m_text += m_empty ? "[" : ",\n";
+    qsizetype room = m_keyOctets + MostOctetsAround;
+    for (const Cell& cell : cells)
+        room += RoomFor(cell);
+    const qsizetype before = m_text.size();
+    m_text.resize(before + room);
+    char* at = Write(m_text.data() + before, m_empty ? QByteArrayView("[") : QByteArrayView(",\n"));
     auto key = m_keys.cbegin();
     for (const Cell& cell : cells) {
-        m_text += *key++;
-        std::visit([this](const auto& value) { AppendJson(m_text, value); }, cell);
+        at = Write(at, *key++);
+        at = std::visit([&](const auto& value) { return WriteJson(at, value, m_utf8); }, cell);
     }
-    m_text += '}';
+    *at++ = '}';
+    m_text.resize(at - m_text.constData());
 }
 
 QStringList RowWriter::LineOf(std::initializer_list<Cell> cells) const {
@@ -146,7 +179,7 @@ void RowWriter::WriteLine(const QStringList& line) {
 bool RowWriter::Flush(qsizetype least) {
     if (m_taken && m_text.size() >= least) {
         m_taken = m_sink(m_text);
-        m_text.resize(0);
+        m_text.resize(0); // keeps its memory
     }
     return m_taken;
 }
@@ -163,7 +196,7 @@ CtlExit WriteRows(const Invocation& invocation, const std::vector<Column>& colum
                   const std::function<CtlExit(RowWriter&)>& read) {
     BackgroundOutput output(invocation.out);
     RowWriter writer(invocation.Has(JsonOption.name) ? RowFormat::Json : RowFormat::Table, columns,
-                     [&output](QByteArray text) { return output.Write(std::move(text)); });
+                     [&output](QByteArrayView text) { return output.Write(text); });
     const CtlExit exit = read(writer);
     const bool taken = writer.Finish(exit == CtlExit::Done);
     if (!output.Finish() || !taken)

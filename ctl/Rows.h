@@ -2,12 +2,14 @@
 
 #include "ctl/Command.h"
 
+#include <QStringConverter>
+
 #include <functional>
 #include <initializer_list>
 #include <variant>
 
-/// A value of a row. A null text is JSON's null and an empty place of a table.
-using Cell = std::variant<QString, qint64, bool>;
+/// A value of a row, read before its text goes. A null text is JSON's null and an empty place of a table.
+using Cell = std::variant<QStringView, qint64, bool>;
 
 struct Column {
     QLatin1String key;        ///< of JSON's objects
@@ -22,7 +24,7 @@ enum class RowFormat { Table, Json };
 class RowWriter {
 public:
     /// Takes pieces of the text; false ends the writing.
-    using Sink = std::function<bool(QByteArray)>;
+    using Sink = std::function<bool(QByteArrayView)>;
 
     RowWriter(RowFormat format, std::vector<Column> columns, Sink sink);
 
@@ -42,6 +44,8 @@ private:
     RowFormat m_format;
     std::vector<Column> m_columns;
     std::vector<QByteArray> m_keys; ///< of JSON, as they stand before a value
+    qsizetype m_keyOctets = 0;      ///< of all of them
+    QStringEncoder m_utf8{QStringEncoder::Utf8, QStringEncoder::Flag::Stateless};
     Sink m_sink;
     QByteArray m_text;
     std::vector<QStringList> m_first; ///< lines that wait for the widths

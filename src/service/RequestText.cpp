@@ -14,17 +14,25 @@ bool HoldsEscape(const QString& text) {
     return text.contains(escape);
 }
 
+enum class Plus { Kept, MayBeBlank };
+
+QStringList Misread(const QString& text, Plus plus) {
+    QStringList found;
+    if (text.contains(u'&'))
+        found += u"\"&\""_s;
+    if (plus == Plus::MayBeBlank && text.contains(u'+'))
+        found += u"\"+\""_s;
+    if (HoldsEscape(text))
+        found += u"\"%\""_s;
+    if (text.contains(QChar(u'\0')))
+        found += QCoreApplication::translate("SettingValues", "zero characters");
+    return found;
+}
+
 } // namespace
 
 QStringList LostInQuery(const QString& text) {
-    QStringList lost;
-    if (text.contains(u'&'))
-        lost += u"\"&\""_s;
-    if (HoldsEscape(text))
-        lost += u"\"%\""_s;
-    if (text.contains(QChar(u'\0')))
-        lost += QCoreApplication::translate("SettingValues", "zero characters");
-    return lost;
+    return Misread(text, Plus::Kept);
 }
 
 QStringList LostInPath(const QString& name) {
@@ -41,9 +49,7 @@ QStringList LostInPath(const QString& name) {
 }
 
 QString QueryRemark(const QString& text) {
-    QStringList found = LostInQuery(text);
-    if (text.contains(u'+'))
-        found += u"\"+\""_s;
+    const QStringList found = Misread(text, Plus::MayBeBlank);
     if (found.isEmpty())
         return {};
     return QCoreApplication::translate(

@@ -7,6 +7,7 @@
 #include <QFile>
 
 namespace {
+constexpr int StandardInput = 0;
 constexpr int StandardOutput = 1;
 constexpr int StandardError = 2;
 } // namespace
@@ -14,8 +15,11 @@ constexpr int StandardError = 2;
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     platform::PrepareConsole();
+    QFile in;
     QFile out;
     QFile error;
+    // Whoever has no standard input reads nothing from it.
+    static_cast<void>(in.open(StandardInput, QIODevice::ReadOnly));
     if (!out.open(StandardOutput, QIODevice::WriteOnly | QIODevice::Unbuffered) ||
         !error.open(StandardError, QIODevice::WriteOnly | QIODevice::Unbuffered))
         return static_cast<int>(CtlExit::Refused);
@@ -26,7 +30,7 @@ int main(int argc, char** argv) {
     if (const QString mistake = ServicePortMistake(); !mistake.isEmpty())
         return end(CtlExit::Usage, mistake);
     try {
-        return static_cast<int>(RunBtaskctl(QCoreApplication::arguments().mid(1), out, error));
+        return static_cast<int>(RunBtaskctl(QCoreApplication::arguments().mid(1), in, out, error));
     } catch (const platform::FolderUnknown& unknown) {
         return end(CtlExit::NoDatabase, QString::fromUtf8(unknown.what()));
     }

@@ -1,6 +1,7 @@
 #include "settings/ProxyPage.h"
 
 #include "page/NoticeLine.h"
+#include "service/RequestText.h"
 #include "zep/Mui.h"
 
 #include <QComboBox>

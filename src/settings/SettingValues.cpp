@@ -1,8 +1,5 @@
 #include "settings/SettingValues.h"
 
-#include <QCoreApplication>
-#include <QRegularExpression>
-
 using namespace Qt::Literals::StringLiterals;
 
 SettingReads ReadSettings(const ServiceClient& service, const QStringList& names, std::stop_token stop) {
@@ -43,23 +40,4 @@ QString TypedText(const QByteArray& body, ServiceClient::ValueType type) {
         break;
     }
     return SettingText(body);
-}
-
-QString QueryRemark(const QString& text) {
-    static const QRegularExpression escape(u"%[0-9A-Fa-f]{2}"_s);
-    QStringList found;
-    if (text.contains(u'&'))
-        found.append(u"\"&\""_s);
-    if (text.contains(u'+'))
-        found.append(u"\"+\""_s);
-    if (text.contains(escape))
-        found.append(u"\"%\""_s);
-    if (text.contains(QChar(u'\0')))
-        found.append(QCoreApplication::translate("SettingValues", "zero characters"));
-    if (found.isEmpty())
-        return {};
-    return QCoreApplication::translate(
-               "SettingValues",
-               "The service may keep another text than this: it reads %1 in a way of its own.")
-        .arg(found.join(u", "_s));
 }

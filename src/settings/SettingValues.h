@@ -31,7 +31,3 @@ bool IsReached(const ServiceAnswer& answer);
 
 /// The body as text; of a boolean "True" or "False", of an integer its number.
 QString TypedText(const QByteArray& body, ServiceClient::ValueType type);
-
-/// A sentence about what the unescaped query cannot carry of the text as it stands; empty when it carries
-/// all.
-QString QueryRemark(const QString& text);

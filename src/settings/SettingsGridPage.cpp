@@ -3,6 +3,7 @@
 #include "grid/BrenPropertyGrid.h"
 #include "look/Look.h"
 #include "page/NoticeLine.h"
+#include "service/RequestText.h"
 
 #include <QVBoxLayout>
 

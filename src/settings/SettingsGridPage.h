@@ -3,8 +3,8 @@
 #include "lanes/PageLoader.h"
 #include "page/BrenPanel.h"
 #include "page/Console.h"
+#include "service/SettingsCatalog.h"
 #include "settings/SettingValues.h"
-#include "settings/SettingsCatalog.h"
 
 class CBrenPropertyGrid;
 class CPropertyGroup;

@@ -75,7 +75,7 @@ void SystemOperations::SetTitle(const QString& title) {
 
 QString SystemOperations::ReadServerModeValue() {
     const auto value = platform::ReadRegistryText(MachineKey, "ServerMode", ServerModeMaxBytes);
-    return QString::fromLocal8Bit(value.value_or(std::string()));
+    return QString::fromStdString(value.value_or(std::string()));
 }
 
 QString SystemOperations::EnvironmentMistake() {

@@ -1,11 +1,10 @@
 #include "ctl/Rows.h"
 
+#include "platform/Sleep.h"
 #include "zep/LiveCounters.h"
 
 #include <algorithm>
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
@@ -51,16 +50,12 @@ CtlExit Running(const Invocation& invocation) {
 
 CtlExit Watch(const Invocation& invocation) {
     const LiveCounters counters;
-    std::mutex mutex;
-    std::unique_lock lock(mutex);
-    std::condition_variable_any wake;
-    while (!invocation.stop.stop_requested()) {
+    do {
         const auto rows = RunningRows(counters);
         const QString frame = rows ? TextTable(*rows, Columns) : NothingKnown + u'\n';
         if (invocation.out.write(ClearScreen.toByteArray() + frame.toUtf8()) < 0)
             break; // whoever looked on has gone
-        wake.wait_for(lock, invocation.stop, RedrawInterval, [] { return false; });
-    }
+    } while (platform::SleepUnlessStopped(invocation.stop, RedrawInterval));
     return CtlExit::Done;
 }
 

@@ -1,23 +1,13 @@
 #include "app/ServiceWait.h"
 
 #include "platform/ServiceControl.h"
+#include "platform/Sleep.h"
 #include "service/ServiceClient.h"
 #include "zep/TracePrintf.h"
-
-#include <condition_variable>
-#include <mutex>
 
 namespace {
 
 const char ServiceName[] = "brengroupsvc";
-
-/// Sleeps, but not beyond a stop request.
-void Pause(const std::stop_token& stop, std::chrono::milliseconds duration) {
-    std::mutex mutex;
-    std::condition_variable_any wake;
-    std::unique_lock lock(mutex);
-    wake.wait_for(lock, stop, duration, [] { return false; });
-}
 
 bool ProbeService(std::stop_token stop) {
     const QString probe = QStringLiteral("Dummy");
@@ -66,7 +56,7 @@ ServiceWait::State ServiceWait::Run(const std::stop_token& stop, bool mayStartSe
     for (int attempt = 0; attempt < Tries && !stop.stop_requested(); ++attempt) {
         if (m_steps.probe(stop))
             return State::Answered;
-        Pause(stop, interval);
+        platform::SleepUnlessStopped(stop, interval);
     }
     return State::GaveUp;
 }

@@ -1,5 +1,6 @@
 #include "stores/Database.h"
 
+#include "platform/Sleep.h"
 #include "stores/SqliteError.h"
 #include "stores/Statement.h"
 
@@ -7,7 +8,6 @@
 
 #include <sqlite3.h>
 
-#include <condition_variable>
 #include <map>
 #include <mutex>
 
@@ -16,14 +16,6 @@ namespace {
 constexpr size_t LongestPath = 520;
 constexpr int BusyMilliseconds = 500;
 constexpr int StepsBetweenStopChecks = 1000;
-
-/// Waits for `interval`; false when stopped meanwhile.
-bool Pause(std::chrono::milliseconds interval, const std::stop_token& stop) {
-    std::mutex mutex;
-    std::unique_lock lock(mutex);
-    std::condition_variable_any().wait_for(lock, stop, interval, [] { return false; });
-    return !stop.stop_requested();
-}
 
 bool IsWorthRetrying(ReadOutcome outcome) {
     return outcome == ReadOutcome::Busy || outcome == ReadOutcome::HotJournal;
@@ -97,7 +89,7 @@ ReadResult Database::Open(const OpenRule& rule, OpenMode mode) {
             sqlite3_busy_timeout(m_connection, BusyMilliseconds);
             return result;
         }
-        if (!Pause(rule.interval, m_stop))
+        if (!platform::SleepUnlessStopped(m_stop, rule.interval))
             return {ReadOutcome::Stopped, {}};
     }
 }

@@ -1,6 +1,5 @@
 #include "platform/NamedObjects.h"
 #include "Surroundings.h"
-#include "platform/FileAccess.h"
 
 #include <doctest/doctest.h>
 
@@ -50,13 +49,4 @@ TEST_CASE("an event is opened only while it has been made, and stays set until i
     }
     CHECK_FALSE(NamedEvent::Open(name));
     CHECK_FALSE(NamedEvent::Open(""));
-}
-
-TEST_CASE("what keeps a file from being read") {
-    const TemporaryFolder folder;
-    WriteFile(folder.Path() / "there", "x");
-    CHECK(ProbeReading(folder.Path() / "there") == FileAccess::Readable);
-    CHECK(ProbeReading(folder.Path() / "missing") == FileAccess::Missing);
-    CHECK(ProbeReading(folder.Path() / "no folder" / "missing") == FileAccess::Missing);
-    CHECK(ProbeReading(folder.Path()) != FileAccess::Readable);
 }

@@ -1,10 +1,8 @@
 #include "platform/Shell.h"
 #include "../Surroundings.h"
 #include "platform/Environment.h"
-#include "platform/FileAccess.h"
 #include "platform/Folders.h"
 #include "platform/ServiceControl.h"
-#include "platform/windows/Handle.h"
 #include "platform/windows/WideText.h"
 
 #include <doctest/doctest.h>
@@ -26,15 +24,6 @@ TEST_CASE("arguments come out of a command line as they went in") {
     for (int index = 0; index < count; ++index)
         CHECK(Narrow(split[index]) == arguments[static_cast<size_t>(index)]);
     ::LocalFree(split);
-}
-
-TEST_CASE("a file that another keeps for itself is locked, a folder is no file") {
-    const TemporaryFolder folder;
-    const fs::path path = folder.Path() / "kept";
-    const Handle kept(::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
-    REQUIRE(kept);
-    CHECK(ProbeReading(path) == FileAccess::Locked);
-    CHECK(ProbeReading(folder.Path()) == FileAccess::Broken);
 }
 
 TEST_CASE("shortcuts are made, replaced and removed") {

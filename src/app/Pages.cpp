@@ -4,7 +4,7 @@
 #include "page/Console.h"
 #include "settings/SettingsPanel.h"
 #include "taskman/TaskManPanel.h"
-#include "window/WebPagePanel.h"
+#include "page/WebPagePanel.h"
 
 namespace {
 

@@ -15,6 +15,7 @@ class CConsoleStatusBar;
 class CNavigationColumn;
 class CPageHead;
 class CServiceNotice;
+class FindBar;
 class QStackedWidget;
 
 /// The console's one window: sections on the left, the chosen one's page on the right, the status bar below.
@@ -42,6 +43,9 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    /// Sections, head, side actions, page, foot.
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void SetStatusText(const QString& text) override;
@@ -49,9 +53,14 @@ private:
     void SetSideActions(QWidget& owner, const std::vector<FrameAction>& actions) override;
 
     void BuildWindow();
-    void BuildPages(const std::vector<PageEntry>& pages);
+    QWidget* MakePageArea();
+    CBrenPanel* PageOf(int section);
     void SelectInitialSection(int initialView);
     void ShowSection(int index);
+    FindBar* CurrentFindBar() const;
+    void OfferFind();
+    void Find();
+    void FitIntoScreen();
     void RestoreGeometry();
     void StoreGeometry() const;
     void SampleSpeed();
@@ -59,6 +68,8 @@ private:
     void EditBandwidth();
 
     Console m_console;
+    std::vector<PageEntry> m_sections;
+    std::vector<CBrenPanel*> m_pages; ///< by section; null until it is first shown
     CNavigationColumn* m_navigation;
     CPageHead* m_head;
     CServiceNotice* m_notice;

@@ -12,6 +12,7 @@ class StatusPart : public QAbstractButton {
 public:
     StatusPart(QWidget* parent, bool clickable, const QString& toolTip) : QAbstractButton(parent) {
         setToolTip(toolTip);
+        setAccessibleName(toolTip); // as long as there is no text
         setFont(Look::Font(Look::Caption));
         setFocusPolicy(clickable ? Qt::TabFocus : Qt::NoFocus);
         if (clickable)
@@ -24,8 +25,7 @@ protected:
         painter.fillRect(QRect(0, 4, 1, height() - 8), Look::Line);
         painter.setPen(Look::Secondary);
         const QRect area = rect().adjusted(12, 0, -4, 0);
-        painter.drawText(area, Qt::AlignVCenter,
-                         fontMetrics().elidedText(text(), Qt::ElideRight, area.width()));
+        Look::DrawTextLine(painter, area, text());
         if (hasFocus())
             Look::DrawFocusRing(painter, rect());
     }
@@ -66,9 +66,9 @@ QString CConsoleStatusBar::PartText(Part part) const {
 
 void CConsoleStatusBar::resizeEvent(QResizeEvent* event) {
     QFrame::resizeEvent(event);
-    // A click behind the last part counts as one on it.
+    // A click behind the last part counts as one on it; in a narrow window its text is shortened.
     const int left = Edges[Download];
-    m_parts[Download]->setGeometry(left, 1, std::max(Edges[Download + 1], width()) - left, BarHeight - 1);
+    m_parts[Download]->setGeometry(left, 1, std::max(0, width() - left), BarHeight - 1);
 }
 
 void CConsoleStatusBar::paintEvent(QPaintEvent* /*event*/) {

@@ -1,4 +1,4 @@
-#include "window/WebPagePanel.h"
+#include "page/WebPagePanel.h"
 
 #include "platform/Folders.h"
 
@@ -20,6 +20,7 @@ void CWebPagePanel::CreatePanel() {
     browser->setOpenExternalLinks(true);
     const std::string folder = platform::Utf8FromPath(platform::ExecutableFolder());
     browser->setSource(QUrl::fromLocalFile(QString::fromStdString(folder) + u'/' + m_fileName));
+    browser->setAccessibleName(browser->documentTitle());
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(12, 12, 12, 12);
     layout->addWidget(browser);

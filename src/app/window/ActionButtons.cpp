@@ -42,7 +42,7 @@ void ShowActions(QBoxLayout& layout, QWidget& owner, const std::vector<FrameActi
     }
     std::optional<QString> focused;
     for (ActionButton* button : old) {
-        if (button->hasFocus())
+        if (button->window()->focusWidget() == button)
             focused = button->text();
         layout.removeWidget(button);
     }

@@ -56,6 +56,8 @@ void CPageHead::SetStatusText(const QString& text) {
     if (text == m_status->text())
         return;
     m_status->setText(text);
+    if (text.isEmpty())
+        return;
     QAccessibleEvent told(m_status, QAccessible::Alert);
     QAccessible::updateAccessibility(&told);
 }

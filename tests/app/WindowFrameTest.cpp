@@ -215,9 +215,9 @@ private slots:
         QVERIFY(window->frameGeometry().size().boundedTo(screen) == window->frameGeometry().size());
 
         window->setMinimumSize(0, 0);
-        window->resize(560, 380);
+        window->resize(480, 320);
         auto* page = window->CurrentPage();
-        QVERIFY(page->width() >= 584);
+        QVERIFY(page->width() >= 424);
         for (QWidget* around = page; around; around = around->parentWidget())
             if (auto* area = qobject_cast<QScrollArea*>(around))
                 QVERIFY(area->viewport()->width() < page->width());

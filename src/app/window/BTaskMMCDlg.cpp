@@ -34,7 +34,7 @@ namespace {
 
 constexpr QSize DefaultSize(986, 678);
 constexpr QSize SmallestSize(800, 480);
-constexpr QSize SmallestPage(584, 340); ///< a smaller one scrolls
+constexpr QSize SmallestPage(424, 280); ///< a smaller one scrolls
 constexpr std::chrono::milliseconds SpeedPeriod{1000};
 constexpr int BandwidthDialogRise = 140;
 

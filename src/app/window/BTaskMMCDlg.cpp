@@ -82,6 +82,7 @@ CBTaskMMCDlg::CBTaskMMCDlg(ServiceClient& service, LiveCounters& counters, UserP
       m_statusBar(new CConsoleStatusBar), m_loader(reader, *this) {
     setWindowTitle(options.title);
     BuildWindow();
+    m_stack->setObjectName(QStringLiteral("pages"));
     if (!options.version.isEmpty())
         m_statusBar->SetPart(CConsoleStatusBar::Version, tr("Version: ") + options.version);
     RestoreGeometry();
@@ -241,9 +242,12 @@ void CBTaskMMCDlg::Find() {
         bar->Open();
 }
 
+std::vector<QWidget*> CBTaskMMCDlg::TabAreas() const {
+    return {m_navigation->Sections(), m_head, m_navigation->Actions(), m_stack, m_statusBar};
+}
+
 bool CBTaskMMCDlg::focusNextPrevChild(bool next) {
-    QWidget* to = NextByTab({m_navigation->Sections(), m_head, m_navigation->Actions(), m_stack, m_statusBar},
-                            focusWidget(), next);
+    QWidget* to = NextByTab(TabAreas(), focusWidget(), next);
     if (!to)
         return false;
     to->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);

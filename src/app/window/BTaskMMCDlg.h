@@ -40,11 +40,12 @@ public:
     void SelectSection(int index);
     /// The page of the chosen section; null when none is.
     CBrenPanel* CurrentPage() const;
+    /// The parts of the window in the order of the Tab key: sections, head, side actions, page, foot.
+    std::vector<QWidget*> TabAreas() const;
 
 protected:
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-    /// Sections, head, side actions, page, foot.
     bool focusNextPrevChild(bool next) override;
 
 private:

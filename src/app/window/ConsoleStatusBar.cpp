@@ -39,6 +39,7 @@ constexpr std::array<int, 6> Edges{0, 160, 290, 440, 590, 900};
 } // namespace
 
 CConsoleStatusBar::CConsoleStatusBar() {
+    setObjectName(QStringLiteral("statusBar"));
     setFixedHeight(BarHeight);
     const std::array<QString, 5> toolTips{
         QString(), tr("Version Information"), tr("Click to configure cloud space"),

@@ -90,6 +90,7 @@ CNavigationColumn::CNavigationColumn(const QString& programName)
     m_sections->viewport()->setAutoFillBackground(false);
     connect(m_sections, &QListWidget::currentRowChanged, this, &CNavigationColumn::SectionChosen);
 
+    m_actionArea->setObjectName(QStringLiteral("sideActions"));
     auto* actionLayout = new QVBoxLayout(m_actionArea);
     actionLayout->setContentsMargins(0, 12, 0, 12);
     actionLayout->setSpacing(4);

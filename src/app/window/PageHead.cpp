@@ -12,6 +12,7 @@
 CPageHead::CPageHead()
     : m_title(new QLabel), m_status(new QLabel), m_toolbar(new QHBoxLayout),
       m_find(new ActionButton(ActionButton::Kind::Icon)) {
+    setObjectName(QStringLiteral("pageHead"));
     QPalette paper = this->palette();
     paper.setColor(QPalette::Window, Look::Paper);
     setPalette(paper);

@@ -39,10 +39,15 @@ void Collect(QWidget& widget, const QWidget* current, std::vector<QWidget*>& sto
 
 } // namespace
 
-QWidget* NextByTab(const std::vector<QWidget*>& areas, QWidget* current, bool forward) {
+std::vector<QWidget*> TabStops(const std::vector<QWidget*>& areas, const QWidget* also) {
     std::vector<QWidget*> stops;
     for (QWidget* area : areas)
-        Collect(*area, current, stops);
+        Collect(*area, also, stops);
+    return stops;
+}
+
+QWidget* NextByTab(const std::vector<QWidget*>& areas, QWidget* current, bool forward) {
+    std::vector<QWidget*> stops = TabStops(areas, current);
     if (!forward)
         std::reverse(stops.begin(), stops.end());
     if (stops.empty())

@@ -6,6 +6,7 @@
 #include "app/Pages.h"
 #include "app/StartReport.h"
 #include "development/Tour.h"
+#include "development/WatchedReader.h"
 #include "platform/Elevation.h"
 #include "platform/Folders.h"
 #include "platform/NamedObjects.h"
@@ -103,7 +104,7 @@ void SystemOperations::ShowCloudServicePage() {
 
 void SystemOperations::ShowMainWindow(const QString& title, int initialView) {
     LiveCounters counters;
-    IdleWatch reader(m_reader);
+    WatchedReader reader(m_reader);
     CBTaskMMCDlg window(m_service, counters, m_prompts, reader,
                         {.title = title,
                          .version = ReadConsoleVersion(),
@@ -116,7 +117,7 @@ void SystemOperations::ShowMainWindow(const QString& title, int initialView) {
     window.show();
     std::unique_ptr<Tour> tour;
     if (!m_commandLine.TourFolder().isEmpty())
-        tour = std::make_unique<Tour>(window, reader, m_commandLine.TourFolder());
+        tour = std::make_unique<Tour>(window, reader, std::vector<DialogEntry>(), m_commandLine.TourFolder());
     std::unique_ptr<StartReport> report;
     if (m_commandLine.ReportStart())
         report = std::make_unique<StartReport>(window, reader);

@@ -147,6 +147,7 @@ CBrenPanel* CBTaskMMCDlg::PageOf(int section) {
     if (!page) {
         page = m_sections.at(static_cast<size_t>(section)).make(m_console);
         page->setAccessibleName(SectionTitle(section));
+        page->EnsureCreated(); // while it is hidden, so that it shows all of it at once
         m_stack->addWidget(page);
     }
     return page;

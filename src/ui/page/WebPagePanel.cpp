@@ -1,7 +1,10 @@
 #include "page/WebPagePanel.h"
 
+#include "look/Look.h"
 #include "platform/Folders.h"
 
+#include <QApplication>
+#include <QPainter>
 #include <QTextBrowser>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -11,17 +14,25 @@ CWebPagePanel::CWebPagePanel(const Console& console, QString fileName)
 
 void CWebPagePanel::Activate() {
     CBrenPanel::Activate();
-    setFocusProxy(findChild<QTextBrowser*>());
+    setFocusProxy(m_browser);
 }
 
 void CWebPagePanel::CreatePanel() {
-    auto* browser = new QTextBrowser;
-    browser->setFrameShape(QFrame::NoFrame);
-    browser->setOpenExternalLinks(true);
+    m_browser = new QTextBrowser;
+    m_browser->setFrameShape(QFrame::NoFrame);
+    m_browser->setOpenExternalLinks(true);
     const std::string folder = platform::Utf8FromPath(platform::ExecutableFolder());
-    browser->setSource(QUrl::fromLocalFile(QString::fromStdString(folder) + u'/' + m_fileName));
-    browser->setAccessibleName(browser->documentTitle());
+    m_browser->setSource(QUrl::fromLocalFile(QString::fromStdString(folder) + u'/' + m_fileName));
+    m_browser->setAccessibleName(m_browser->documentTitle());
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(12, 12, 12, 12);
-    layout->addWidget(browser);
+    layout->addWidget(m_browser);
+    connect(qApp, &QApplication::focusChanged, this, [this] { update(); });
+}
+
+/// The ring around the text, which has no frame of its own.
+void CWebPagePanel::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    if (m_browser->hasFocus())
+        Look::DrawFocusRing(painter, QRect(m_browser->geometry()).adjusted(-4, -4, 4, 4));
 }

@@ -86,7 +86,7 @@ CBTaskMMCDlg::CBTaskMMCDlg(ServiceClient& service, LiveCounters& counters, UserP
     if (!options.version.isEmpty())
         m_statusBar->SetPart(CConsoleStatusBar::Version, tr("Version: ") + options.version);
     RestoreGeometry();
-    SelectInitialSection(options.initialView);
+    SelectInitialSection(options);
 
     connect(&m_speedTimer, &QTimer::timeout, this, &CBTaskMMCDlg::SampleSpeed);
     m_speedTimer.start(SpeedPeriod);
@@ -153,10 +153,16 @@ CBrenPanel* CBTaskMMCDlg::PageOf(int section) {
     return page;
 }
 
-void CBTaskMMCDlg::SelectInitialSection(int initialView) {
-    const qint64 wanted = qint64(initialView) + 1;
-    const bool valid = initialView != 0 && wanted >= 0 && wanted < m_navigation->SectionCount();
-    m_navigation->SelectSection(valid ? static_cast<int>(wanted) : 0);
+void CBTaskMMCDlg::SelectInitialSection(const Options& options) {
+    const qint64 wanted = qint64(options.initialView) + 1;
+    if (options.initialView != 0 && wanted >= 0 && wanted < SectionCount()) {
+        m_navigation->SelectSection(static_cast<int>(wanted));
+        return;
+    }
+    const auto named = std::find_if(m_sections.begin(), m_sections.end(), [&](const PageEntry& section) {
+        return section.title == options.firstSection;
+    });
+    m_navigation->SelectSection(named == m_sections.end() ? 0 : static_cast<int>(named - m_sections.begin()));
 }
 
 int CBTaskMMCDlg::SectionCount() const {
@@ -307,19 +313,25 @@ void CBTaskMMCDlg::EditBandwidth() {
     m_loader.Load(
         Lane::Service,
         [service](std::stop_token stop) {
-            return Limits{service.GetIntSetting(UploadBandwidth, 0, stop),
-                          service.GetIntSetting(DownloadBandwidth, 0, stop)};
+            const auto read = [&service, &stop](const QString& name) -> std::optional<int> {
+                const ServiceAnswer answer = service.GetSetting(name, stop);
+                const bool isRead = SettingStateOf(answer) != SettingState::NotRead;
+                return isRead ? std::optional(LeadingNumber(answer.body)) : std::nullopt;
+            };
+            return Limits{read(UploadBandwidth), read(DownloadBandwidth)};
         },
         [dialog = QPointer(dialog)](const Loaded<Limits>& loaded) {
-            if (dialog && loaded)
-                dialog->SetLimits(*loaded);
+            if (dialog && loaded.outcome != LoadOutcome::Cancelled)
+                dialog->SetLimits(loaded ? *loaded : Limits());
         });
     connect(dialog, &QDialog::accepted, this, [this, service, dialog] {
         m_loader.Command(
             Lane::Service,
             [service, wanted = dialog->Wanted()](std::stop_token stop) {
-                service.SetIntSetting(UploadBandwidth, wanted.upload, stop);
-                service.SetIntSetting(DownloadBandwidth, wanted.download, stop);
+                if (wanted.upload)
+                    service.SetIntSetting(UploadBandwidth, *wanted.upload, stop);
+                if (wanted.download)
+                    service.SetIntSetting(DownloadBandwidth, *wanted.download, stop);
                 return true;
             },
             [](const Loaded<bool>&) {});

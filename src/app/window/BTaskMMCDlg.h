@@ -25,8 +25,9 @@ class CBTaskMMCDlg : public QWidget, private MainFrame {
 public:
     struct Options {
         QString title;
-        QString version;     ///< empty when it is not known
-        int initialView = 0; ///< the number behind "/view:"
+        QString version;      ///< empty when it is not known
+        int initialView = 0;  ///< the number behind "/view:"
+        QString firstSection; ///< the title of the section to show first, where `initialView` says none
         std::vector<PageEntry> pages;
     };
 
@@ -56,7 +57,7 @@ private:
     void BuildWindow();
     QWidget* MakePageArea();
     CBrenPanel* PageOf(int section);
-    void SelectInitialSection(int initialView);
+    void SelectInitialSection(const Options& options);
     void ShowSection(int index);
     FindBar* CurrentFindBar() const;
     void OfferFind();

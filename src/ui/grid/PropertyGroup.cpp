@@ -317,6 +317,6 @@ void CPropertyGroup::PaintRow(QPainter& painter, int row) const {
     Look::DrawTextLine(
         painter, visualRect(m_model.index(row, PropertyModel::Label)).adjusted(CellInset, 0, -CellInset, 0),
         property.label);
-    painter.setPen(property.readOnly ? Look::Muted : Look::Ink);
-    Look::DrawTextLine(painter, value.adjusted(CellInset, 0, -2 * CellInset, 0), property.value);
+    painter.setPen(property.readOnly || property.unread ? Look::Muted : Look::Ink);
+    Look::DrawTextLine(painter, value.adjusted(CellInset, 0, -2 * CellInset, 0), property.ShownValue());
 }

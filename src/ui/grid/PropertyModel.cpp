@@ -2,6 +2,8 @@
 
 #include "look/Look.h"
 
+#include <QCoreApplication>
+
 namespace {
 
 /// What screen readers are given of a text.
@@ -11,6 +13,10 @@ QString Spoken(const QString& text) {
 }
 
 } // namespace
+
+QString PropertyRow::ShownValue() const {
+    return unread ? QCoreApplication::translate("PropertyRow", "%1 (not read)").arg(value) : value;
+}
 
 PropertyModel::PropertyModel(const QString& title, QObject* parent) : QAbstractTableModel(parent) {
     PropertyRow row;
@@ -31,10 +37,10 @@ void PropertyModel::SetValue(int row, const QString& value) {
     RowChanged(row);
 }
 
-void PropertyModel::SetReadOnly(int row, bool readOnly) {
-    if (Row(row).readOnly == readOnly)
+void PropertyModel::SetFlag(int row, bool PropertyRow::*flag, bool value) {
+    if (Row(row).*flag == value)
         return;
-    m_rows.at(static_cast<std::size_t>(row)).readOnly = readOnly;
+    m_rows.at(static_cast<std::size_t>(row)).*flag = value;
     RowChanged(row);
 }
 
@@ -74,7 +80,7 @@ QVariant PropertyModel::data(const QModelIndex& index, int role) const {
     case Qt::AccessibleTextRole:
         if (index.column() != Value || isTitle)
             return Spoken(Text(row, index.column()));
-        return Spoken(row.label) + QStringLiteral(": ") + Spoken(row.value);
+        return Spoken(row.label) + QStringLiteral(": ") + Spoken(row.ShownValue());
     case Qt::AccessibleDescriptionRole:
         return row.hint;
     case Qt::ToolTipRole:

@@ -1,8 +1,10 @@
 #include "platform/Shell.h"
 #include "../Surroundings.h"
 #include "platform/Environment.h"
+#include "platform/FileAccess.h"
 #include "platform/Folders.h"
 #include "platform/ServiceControl.h"
+#include "platform/windows/Handle.h"
 #include "platform/windows/WideText.h"
 
 #include <doctest/doctest.h>
@@ -24,6 +26,28 @@ TEST_CASE("arguments come out of a command line as they went in") {
     for (int index = 0; index < count; ++index)
         CHECK(Narrow(split[index]) == arguments[static_cast<size_t>(index)]);
     ::LocalFree(split);
+}
+
+TEST_CASE("a file that another keeps for itself is locked, a folder is no file") {
+    const TemporaryFolder folder;
+    const fs::path path = folder.Path() / "kept";
+    const Handle kept =
+        FileHandle(::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
+    REQUIRE(kept);
+    CHECK(ProbeAccess(path, FileRight::Read) == FileAccess::Locked);
+}
+
+TEST_CASE("a file that may only be read can not be written") {
+    const TemporaryFolder folder;
+    const fs::path path = folder.Path() / "kept";
+    WriteFile(path, "x");
+    ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
+    CHECK(ProbeAccess(path, FileRight::Read) == FileAccess::Granted);
+    // Some users may write it all the same.
+    const bool may{
+        FileHandle(::CreateFileW(path.c_str(), GENERIC_WRITE, ShareAll, nullptr, OPEN_EXISTING, 0, nullptr))};
+    CHECK(ProbeAccess(path, FileRight::Write) == (may ? FileAccess::Granted : FileAccess::Denied));
+    ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
 TEST_CASE("shortcuts are made, replaced and removed") {

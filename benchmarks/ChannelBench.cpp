@@ -81,7 +81,7 @@ void MeasureBigAnswer(BenchTable& table) {
                .unit = "MiB",
                .ours = PeakMemoryOf(ours),
                .reference = double(BigBody) / (1 << 20),
-               .maxRatio = 3.0});
+               .maxRatio = 2.2});
 }
 
 const BenchRegistration Small("channel small", MeasureSmallAnswer);

@@ -89,12 +89,12 @@ void MeasureStart(BenchTable& table) {
                .unit = "ms",
                .ours = ours.Median(),
                .reference = reference.Median(),
-               .maxRatio = 2.0});
+               .maxRatio = 1.6});
     table.Add({.name = "Start, peak memory",
                .unit = "MiB",
                .ours = memory.Median(),
                .reference = referenceMemory.Median(),
-               .maxRatio = 2.5});
+               .maxRatio = 1.8});
     table.Add({.name = "Start to first task row", .unit = "ms", .ours = filled.Median()});
 }
 

@@ -198,7 +198,7 @@ void MeasureSubTasks(BenchTable& table) {
                .unit = "ms",
                .ours = all.Median(),
                .reference = bare.Median(),
-               .maxRatio = 1.5});
+               .maxRatio = 1.3});
 }
 
 void MeasureTraces(BenchTable& table) {

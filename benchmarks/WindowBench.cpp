@@ -92,7 +92,7 @@ void MeasureStall(BenchTable& table) {
     table.Add({.name = "Longest stall while pages open, service answers after 5 s",
                .unit = "ms",
                .ours = heartbeat.LongestMs(),
-               .maxOurs = 50.0});
+               .maxOurs = 25.0});
 }
 
 /// Processor time of a process so far, in seconds.
@@ -129,7 +129,7 @@ void MeasureIdle(BenchTable& table) {
     table.Add({.name = "Idle with 100 cards, share of a core over 60 s",
                .unit = "%",
                .ours = used / 60 * 100,
-               .maxOurs = 0.5});
+               .maxOurs = 0.1});
 }
 
 const BenchRegistration Stall("window stall", MeasureStall);

@@ -1,9 +1,8 @@
 #include "ctl/Command.h"
 
-#include <QFile>
+#include "platform/Sleep.h"
 
-#include <condition_variable>
-#include <mutex>
+#include <QFile>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -73,8 +72,5 @@ std::optional<QByteArray> Invocation::ReadInput(const QString& file) const {
 }
 
 bool Invocation::Pause(std::chrono::milliseconds time) const {
-    std::mutex mutex;
-    std::unique_lock lock(mutex);
-    std::condition_variable_any().wait_for(lock, stop, time, [] { return false; });
-    return !stop.stop_requested();
+    return platform::SleepUnlessStopped(stop, time);
 }

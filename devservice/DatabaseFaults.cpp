@@ -1,5 +1,7 @@
 #include "devservice/DatabaseFaults.h"
 
+#include "platform/Sleep.h"
+
 #include <algorithm>
 #include <fstream>
 
@@ -177,13 +179,9 @@ WriterStatistics DatabaseFaults::Statistics() const {
 
 void DatabaseFaults::CommitOften(std::stop_token stop, Connection& connection, const std::string& change,
                                  std::chrono::milliseconds every) {
-    std::mutex mutex;
-    std::condition_variable_any never;
-    std::unique_lock lock(mutex);
-    while (!stop.stop_requested()) {
+    do
         CommitOnce(connection, change);
-        never.wait_for(lock, stop, every, [] { return false; });
-    }
+    while (platform::SleepUnlessStopped(stop, every));
 }
 
 void DatabaseFaults::CommitOnce(Connection& connection, const std::string& change) {

@@ -6,8 +6,8 @@
 #include "devservice/Scenarios.h"
 #include "devservice/ServiceLocks.h"
 #include "devservice/ServiceRequests.h"
+#include "platform/Sleep.h"
 
-#include <condition_variable>
 #include <deque>
 #include <mutex>
 #include <thread>
@@ -112,10 +112,7 @@ void DevService::State::Publish() {
 }
 
 void DevService::State::RunClock(std::stop_token stop) {
-    std::mutex waiting;
-    std::condition_variable_any never;
-    std::unique_lock lock(waiting);
-    while (!never.wait_for(lock, stop, Tick, [&stop] { return stop.stop_requested(); }))
+    while (platform::SleepUnlessStopped(stop, Tick))
         Do([&] {
             if (options.ticking > 0)
                 engine.Advance(milliseconds(static_cast<int64_t>(Tick.count() * options.ticking)));

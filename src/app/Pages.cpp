@@ -2,15 +2,20 @@
 
 #include "development/GalleryPanel.h"
 #include "page/Console.h"
+#include "page/WebPagePanel.h"
 #include "settings/SettingsPanel.h"
 #include "taskman/TaskManPanel.h"
-#include "window/WebPagePanel.h"
+
+#include <QCoreApplication>
 
 namespace {
 
+QString Title(const char* text) {
+    return QCoreApplication::translate("Pages", text);
+}
+
 PageEntry WebPage(const char* title, const char* icon, const char* fileName) {
-    return {QString::fromLatin1(title), QString::fromLatin1(icon),
-            [fileName](const Console& console) -> CBrenPanel* {
+    return {Title(title), QString::fromLatin1(icon), [fileName](const Console& console) -> CBrenPanel* {
                 return new CWebPagePanel(console, QString::fromLatin1(fileName));
             }};
 }
@@ -20,12 +25,12 @@ PageEntry WebPage(const char* title, const char* icon, const char* fileName) {
 std::vector<PageEntry> PagesOf(bool serverMode, bool withGallery) {
     std::vector<PageEntry> pages;
     if (!serverMode)
-        pages.push_back(WebPage("Welcome", "home", "welcome.html"));
-    pages.push_back({QStringLiteral("Task Manager"), QStringLiteral("tasks"),
+        pages.push_back(WebPage(QT_TRANSLATE_NOOP("Pages", "Welcome"), "home", "welcome.html"));
+    pages.push_back({Title(QT_TRANSLATE_NOOP("Pages", "Task Manager")), QStringLiteral("tasks"),
                      [](const Console& console) -> CBrenPanel* { return new CTaskManPanel(console); }});
-    pages.push_back({QStringLiteral("Settings"), QStringLiteral("settings"),
+    pages.push_back({Title(QT_TRANSLATE_NOOP("Pages", "Settings")), QStringLiteral("settings"),
                      [](const Console& console) -> CBrenPanel* { return new CSettingsPanel(console); }});
-    pages.push_back(WebPage("Support", "support", "support.html"));
+    pages.push_back(WebPage(QT_TRANSLATE_NOOP("Pages", "Support"), "support", "support.html"));
     if (withGallery) {
         pages.push_back({QStringLiteral("Gallery"), QStringLiteral("search"),
                          [](const Console& console) -> CBrenPanel* { return new CGalleryPanel(console); }});

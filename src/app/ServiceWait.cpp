@@ -1,23 +1,13 @@
 #include "app/ServiceWait.h"
 
 #include "platform/ServiceControl.h"
+#include "platform/Sleep.h"
 #include "service/ServiceClient.h"
 #include "zep/TracePrintf.h"
-
-#include <condition_variable>
-#include <mutex>
 
 namespace {
 
 const char ServiceName[] = "brengroupsvc";
-
-/// Sleeps, but not beyond a stop request.
-void Pause(const std::stop_token& stop, std::chrono::milliseconds duration) {
-    std::mutex mutex;
-    std::condition_variable_any wake;
-    std::unique_lock lock(mutex);
-    wake.wait_for(lock, stop, duration, [] { return false; });
-}
 
 bool ProbeService(const std::stop_token& stop) {
     const QString probe = QStringLiteral("Dummy");
@@ -73,7 +63,7 @@ ServiceWait::State ServiceWait::Run(const std::stop_token& stop, bool mayStartSe
     for (int attempt = 0; attempt < Tries && !stop.stop_requested(); ++attempt) {
         if (m_steps.probe(stop))
             return State::Answered;
-        Pause(stop, interval);
+        platform::SleepUnlessStopped(stop, interval);
     }
     return State::GaveUp;
 }
@@ -84,8 +74,7 @@ bool ServiceWait::IsUp(const std::stop_token& stop, bool mayStartService,
     ServiceCheck check = m_steps.check(stop);
     m_openFailed = check.openFailed;
     for (int attempt = 0; mayStartService && check.stopping && attempt < Tries; ++attempt) {
-        Pause(stop, interval);
-        if (stop.stop_requested())
+        if (!platform::SleepUnlessStopped(stop, interval))
             return false;
         check = m_steps.check(stop);
     }

@@ -167,11 +167,8 @@ void SystemOperations::ShowMainWindow(const QString& title, int initialView) {
                         {.title = title,
                          .version = ReadConsoleVersion(),
                          .initialView = initialView,
+                         .firstSection = m_commandLine.FirstSection(),
                          .pages = PagesOf(ZEPSysInfoIsServer(), m_commandLine.Gallery())});
-    for (int section = 0; section < window.SectionCount(); ++section) {
-        if (window.SectionTitle(section) == m_commandLine.FirstSection())
-            window.SelectSection(section);
-    }
     window.show();
     std::unique_ptr<Tour> tour;
     if (!m_commandLine.TourFolder().isEmpty())

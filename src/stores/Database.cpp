@@ -1,6 +1,7 @@
 #include "stores/Database.h"
 
 #include "platform/Folders.h"
+#include "platform/Sleep.h"
 #include "stores/CauseLog.h"
 #include "stores/SqliteError.h"
 #include "stores/Statement.h"
@@ -8,22 +9,11 @@
 
 #include <sqlite3.h>
 
-#include <condition_variable>
-#include <mutex>
-
 namespace {
 
 constexpr qsizetype LongestPath = 520;
 constexpr int BusyMilliseconds = 500;
 constexpr int StepsBetweenStopChecks = 1000;
-
-/// Waits for `interval`; false when stopped meanwhile.
-bool Pause(std::chrono::milliseconds interval, const std::stop_token& stop) {
-    std::mutex mutex;
-    std::unique_lock lock(mutex);
-    std::condition_variable_any().wait_for(lock, stop, interval, [] { return false; });
-    return !stop.stop_requested();
-}
 
 bool IsWorthRetrying(ReadOutcome outcome) {
     return outcome == ReadOutcome::Busy || outcome == ReadOutcome::HotJournal;
@@ -77,7 +67,7 @@ ReadResult Database::Open(const OpenRule& rule, OpenMode mode) {
             sqlite3_busy_timeout(m_connection, BusyMilliseconds);
             return result;
         }
-        if (!Pause(rule.interval, m_stop))
+        if (!platform::SleepUnlessStopped(m_stop, rule.interval))
             return {ReadOutcome::Stopped, {}};
     }
 }

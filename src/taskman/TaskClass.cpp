@@ -20,14 +20,15 @@ struct TypeName {
 
 // The first that holds wins. The trailing blank of one is part of the text.
 constexpr std::array<TypeName, 8> TypeNames{{
-    {Test::Equals, "backup", "Mirrored Backup"},
-    {Test::Equals, "ccbackup", "Cross Cloud Backup"},
-    {Test::Equals, "RestoreApp", "Restore"},
-    {Test::Equals, "advbackup", "Application Data Backup"},
-    {Test::Contains, "#MESFTASK", "Mesafile System Task"},
-    {Test::Contains, "Default Task For", "Virtual Directory Default Task "},
-    {Test::Contains, "Cloud Sync Folder Task", "Cloud Sync Folder Task"},
-    {Test::Equals, "snapshotbackup", "Snapshot Backup"},
+    {Test::Equals, "backup", QT_TRANSLATE_NOOP("TaskTypeName", "Mirrored Backup")},
+    {Test::Equals, "ccbackup", QT_TRANSLATE_NOOP("TaskTypeName", "Cross Cloud Backup")},
+    {Test::Equals, "RestoreApp", QT_TRANSLATE_NOOP("TaskTypeName", "Restore")},
+    {Test::Equals, "advbackup", QT_TRANSLATE_NOOP("TaskTypeName", "Application Data Backup")},
+    {Test::Contains, "#MESFTASK", QT_TRANSLATE_NOOP("TaskTypeName", "Mesafile System Task")},
+    {Test::Contains, "Default Task For",
+     QT_TRANSLATE_NOOP("TaskTypeName", "Virtual Directory Default Task ")},
+    {Test::Contains, "Cloud Sync Folder Task", QT_TRANSLATE_NOOP("TaskTypeName", "Cloud Sync Folder Task")},
+    {Test::Equals, "snapshotbackup", QT_TRANSLATE_NOOP("TaskTypeName", "Snapshot Backup")},
 }};
 
 } // namespace

@@ -1,3 +1,4 @@
+// Labels: threads
 #include "app/ConnectProgressDlg.h"
 #include "support/ServiceFixture.h"
 #include "support/TestMain.h"

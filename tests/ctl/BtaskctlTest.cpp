@@ -1,3 +1,4 @@
+// Labels: threads
 #include "ctl/Btaskctl.h"
 
 #include "support/ServiceFixture.h"

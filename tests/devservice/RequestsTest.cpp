@@ -1,3 +1,4 @@
+// Labels: threads
 #include "RawHttp.h"
 #include "support/ServiceFixture.h"
 #include "support/TestMain.h"

@@ -1,3 +1,4 @@
+// Labels: threads
 #include "RawHttp.h"
 #include "stores/ProcessLogStore.h"
 #include "stores/SchedulerStore.h"

@@ -1,3 +1,4 @@
+// Labels: threads
 #include "service/ServiceClient.h"
 
 #include "support/ServiceFixture.h"

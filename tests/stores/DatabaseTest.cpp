@@ -1,3 +1,4 @@
+// Labels: threads
 #include "ReadingWays.h"
 #include "devservice/Sqlite.h"
 #include "stores/SubTaskStore.h"

@@ -1,3 +1,4 @@
+// Labels: threads painting
 #include "TaskBench.h"
 #include "lanes/ThreadReader.h"
 #include "support/TestMain.h"

@@ -1,3 +1,4 @@
+// Labels: threads
 #include "zep/LiveCounters.h"
 
 #include "devservice/LiveTraceWriter.h"

@@ -1,3 +1,4 @@
+// Labels: threads
 #include "zep/TracePrintf.h"
 
 #include "platform/SharedFile.h"

@@ -2,6 +2,8 @@
 
 #include "development/SweepLayout.h"
 #include "page/BrenPanel.h"
+#include "window/BTaskMMCDlg.h"
+#include "window/TabOrder.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -91,8 +93,14 @@ QString WrongRole(const QWidget& widget, QAccessibleInterface& accessible) {
 } // namespace
 
 std::vector<QWidget*> TabChain(QWidget& window) {
+    std::vector<QWidget*> all;
+    if (const auto* main = qobject_cast<const CBTaskMMCDlg*>(&window))
+        all = TabStops(main->TabAreas());
+    else
+        for (QWidget* at = window.nextInFocusChain(); at && at != &window; at = at->nextInFocusChain())
+            all.push_back(at);
     std::vector<QWidget*> chain;
-    for (QWidget* at = window.nextInFocusChain(); at && at != &window; at = at->nextInFocusChain()) {
+    for (QWidget* at : all) {
         if (at->window() == &window && at->isVisibleTo(&window) && TakesTab(*at) && !IsPartOfAnother(*at) &&
             !IsReachedByArrows(*at))
             chain.push_back(at);

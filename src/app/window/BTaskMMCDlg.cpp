@@ -1,5 +1,7 @@
 #include "window/BTaskMMCDlg.h"
 
+#include "cards/ExpandableItemList.h"
+#include "list/FindBar.h"
 #include "page/BrenPanel.h"
 #include "platform/Folders.h"
 #include "service/ServiceClient.h"
@@ -9,6 +11,7 @@
 #include "window/PageHead.h"
 #include "window/ServiceNotice.h"
 #include "window/SetBandWidthLimitDlg.h"
+#include "window/TabOrder.h"
 #include "window/WindowGeometry.h"
 #include "zep/LiveCounters.h"
 #include "zep/Mui.h"
@@ -19,14 +22,19 @@
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QScreen>
+#include <QScrollArea>
 #include <QStackedWidget>
 #include <QWindow>
+
+#include <algorithm>
 
 namespace {
 
 constexpr QSize DefaultSize(986, 678);
 constexpr QSize SmallestSize(800, 480);
+constexpr QSize SmallestPage(424, 280); ///< a smaller one scrolls
 constexpr std::chrono::milliseconds SpeedPeriod{1000};
 constexpr int BandwidthDialogRise = 140;
 
@@ -37,6 +45,15 @@ quint32 TickCount() {
     return static_cast<quint32>(std::chrono::duration_cast<std::chrono::milliseconds>(
                                     std::chrono::steady_clock::now().time_since_epoch())
                                     .count());
+}
+
+QScrollArea* MakeScrolling(QWidget* content) {
+    auto* area = new QScrollArea;
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
+    area->setWidgetResizable(true);
+    area->setWidget(content);
+    return area;
 }
 
 QList<QRect> AvailableAreas() {
@@ -59,18 +76,17 @@ QString ReadConsoleVersion() {
 
 CBTaskMMCDlg::CBTaskMMCDlg(ServiceClient& service, LiveCounters& counters, UserPrompts& prompts,
                            Reader& reader, const Options& options)
-    : m_console{service, counters, prompts, reader, *this},
-      m_navigation(new CNavigationColumn(options.title)), m_head(new CPageHead),
+    : m_console{service, counters, prompts, reader, *this}, m_sections(options.pages),
+      m_pages(m_sections.size()), m_navigation(new CNavigationColumn(options.title)), m_head(new CPageHead),
       m_notice(new CServiceNotice(reader, service, *this)), m_stack(new QStackedWidget),
       m_statusBar(new CConsoleStatusBar), m_loader(reader, *this) {
     setWindowTitle(options.title);
-    setMinimumSize(SmallestSize);
     BuildWindow();
-    BuildPages(options.pages);
+    m_stack->setObjectName(QStringLiteral("pages"));
     if (!options.version.isEmpty())
         m_statusBar->SetPart(CConsoleStatusBar::Version, tr("Version: ") + options.version);
     RestoreGeometry();
-    SelectInitialSection(options.initialView);
+    SelectInitialSection(options);
 
     connect(&m_speedTimer, &QTimer::timeout, this, &CBTaskMMCDlg::SampleSpeed);
     m_speedTimer.start(SpeedPeriod);
@@ -84,21 +100,22 @@ CBTaskMMCDlg::~CBTaskMMCDlg() {
 }
 
 void CBTaskMMCDlg::BuildWindow() {
-    auto* page = new QVBoxLayout;
-    page->setSpacing(0);
-    page->addWidget(m_head);
-    page->addWidget(m_notice);
-    page->addWidget(m_stack, 1);
+    for (const PageEntry& section : m_sections)
+        m_navigation->AddSection(section.title, section.icon);
     auto* columns = new QHBoxLayout;
     columns->setSpacing(0);
-    columns->addWidget(m_navigation);
-    columns->addLayout(page, 1);
+    QScrollArea* navigation = MakeScrolling(m_navigation);
+    navigation->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    navigation->setFixedWidth(CNavigationColumn::Width);
+    columns->addWidget(navigation);
+    columns->addWidget(MakeScrolling(MakePageArea()), 1);
     auto* window = new QVBoxLayout(this);
     window->setContentsMargins(0, 0, 0, 0);
     window->setSpacing(0);
     window->addLayout(columns, 1);
     window->addWidget(m_statusBar);
 
+    connect(m_head, &CPageHead::FindClicked, this, &CBTaskMMCDlg::Find);
     connect(m_navigation, &CNavigationColumn::SectionChosen, this, &CBTaskMMCDlg::ShowSection);
     connect(m_statusBar, &CConsoleStatusBar::CloudSpaceClicked, this, &CBTaskMMCDlg::EditCloudSpace);
     connect(m_statusBar, &CConsoleStatusBar::BandwidthClicked, this, &CBTaskMMCDlg::EditBandwidth);
@@ -112,19 +129,40 @@ void CBTaskMMCDlg::BuildWindow() {
     });
 }
 
-void CBTaskMMCDlg::BuildPages(const std::vector<PageEntry>& pages) {
-    for (const PageEntry& entry : pages) {
-        CBrenPanel* page = entry.make(m_console);
-        m_stack->addWidget(page);
-        page->EnsureCreated();
-        m_navigation->AddSection(entry.title, entry.icon);
-    }
+QWidget* CBTaskMMCDlg::MakePageArea() {
+    auto* area = new QWidget;
+    auto* column = new QVBoxLayout(area);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addStrut(SmallestPage.width());
+    column->addWidget(m_head);
+    column->addWidget(m_notice);
+    column->addWidget(m_stack, 1);
+    m_stack->setMinimumHeight(SmallestPage.height());
+    return area;
 }
 
-void CBTaskMMCDlg::SelectInitialSection(int initialView) {
-    const qint64 wanted = qint64(initialView) + 1;
-    const bool valid = initialView != 0 && wanted >= 0 && wanted < m_navigation->SectionCount();
-    m_navigation->SelectSection(valid ? static_cast<int>(wanted) : 0);
+CBrenPanel* CBTaskMMCDlg::PageOf(int section) {
+    CBrenPanel*& page = m_pages.at(static_cast<size_t>(section));
+    if (!page) {
+        page = m_sections.at(static_cast<size_t>(section)).make(m_console);
+        page->setAccessibleName(SectionTitle(section));
+        page->EnsureCreated(); // while it is hidden, so that it shows all of it at once
+        m_stack->addWidget(page);
+    }
+    return page;
+}
+
+void CBTaskMMCDlg::SelectInitialSection(const Options& options) {
+    const qint64 wanted = qint64(options.initialView) + 1;
+    if (options.initialView != 0 && wanted >= 0 && wanted < SectionCount()) {
+        m_navigation->SelectSection(static_cast<int>(wanted));
+        return;
+    }
+    const auto named = std::find_if(m_sections.begin(), m_sections.end(), [&](const PageEntry& section) {
+        return section.title == options.firstSection;
+    });
+    m_navigation->SelectSection(named == m_sections.end() ? 0 : static_cast<int>(named - m_sections.begin()));
 }
 
 int CBTaskMMCDlg::SectionCount() const {
@@ -147,7 +185,7 @@ void CBTaskMMCDlg::ShowSection(int index) {
     if (index < 0)
         return;
     CBrenPanel* before = CurrentPage();
-    auto* page = static_cast<CBrenPanel*>(m_stack->widget(index));
+    CBrenPanel* page = PageOf(index);
     if (before && before != page && before->IsActive())
         before->Deactivate();
     m_head->SetTitle(m_navigation->SectionTitle(index));
@@ -163,6 +201,8 @@ void CBTaskMMCDlg::SetStatusText(const QString& text) {
 
 void CBTaskMMCDlg::SetToolbar(QWidget& owner, const std::vector<FrameAction>& actions) {
     m_head->SetActions(owner, actions);
+    // A page that sets its toolbar has turned to what may have words to find.
+    QMetaObject::invokeMethod(this, &CBTaskMMCDlg::OfferFind, Qt::QueuedConnection);
 }
 
 void CBTaskMMCDlg::SetSideActions(QWidget& owner, const std::vector<FrameAction>& actions) {
@@ -183,10 +223,60 @@ void CBTaskMMCDlg::closeEvent(QCloseEvent* event) {
     QWidget::closeEvent(event);
 }
 
+void CBTaskMMCDlg::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Find))
+        Find();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+/// The bar that finds words in what is shown: of the expanded card, where there is one.
+FindBar* CBTaskMMCDlg::CurrentFindBar() const {
+    const auto bars = m_stack->findChildren<FindBar*>();
+    const auto found = std::find_if(bars.rbegin(), bars.rend(), [this](const FindBar* bar) {
+        const auto* cards = qobject_cast<CExpandableItemList*>(bar->parentWidget());
+        return bar->parentWidget()->isVisibleTo(this) && !(cards && cards->ExpandedCard());
+    });
+    return found == bars.rend() ? nullptr : *found;
+}
+
+void CBTaskMMCDlg::OfferFind() {
+    m_head->OfferFind(CurrentFindBar() != nullptr);
+}
+
+void CBTaskMMCDlg::Find() {
+    if (FindBar* bar = CurrentFindBar())
+        bar->Open();
+}
+
+std::vector<QWidget*> CBTaskMMCDlg::TabAreas() const {
+    return {m_navigation->Sections(), m_head, m_navigation->Actions(), m_stack, m_statusBar};
+}
+
+bool CBTaskMMCDlg::focusNextPrevChild(bool next) {
+    QWidget* to = NextByTab(TabAreas(), focusWidget(), next);
+    if (!to)
+        return false;
+    to->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    for (QWidget* around = to->parentWidget(); around; around = around->parentWidget())
+        if (auto* scrolling = qobject_cast<QScrollArea*>(around))
+            scrolling->ensureWidgetVisible(to);
+    return true;
+}
+
+/// The window wants no more than the screen has; what does not fit scrolls.
+void CBTaskMMCDlg::FitIntoScreen() {
+    const QSize room = screen()->availableGeometry().marginsRemoved(m_frameMargins).size();
+    setMinimumSize(SmallestSize.boundedTo(room));
+    resize(size().boundedTo(room));
+}
+
 void CBTaskMMCDlg::RestoreGeometry() {
-    resize(DefaultSize.boundedTo(screen()->availableSize()));
+    resize(DefaultSize);
     create();
     m_frameMargins = windowHandle()->frameMargins();
+    FitIntoScreen();
+    connect(windowHandle(), &QWindow::screenChanged, this, &CBTaskMMCDlg::FitIntoScreen);
     if (const auto stored = ReadWindowGeometry())
         setGeometry(MovedOntoScreen(*stored, AvailableAreas()).marginsRemoved(m_frameMargins));
 }

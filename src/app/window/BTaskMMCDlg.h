@@ -15,6 +15,7 @@ class CConsoleStatusBar;
 class CNavigationColumn;
 class CPageHead;
 class CServiceNotice;
+class FindBar;
 class QStackedWidget;
 
 /// The console's one window: sections on the left, the chosen one's page on the right, the status bar below.
@@ -24,8 +25,9 @@ class CBTaskMMCDlg : public QWidget, private MainFrame {
 public:
     struct Options {
         QString title;
-        QString version;     ///< empty when it is not known
-        int initialView = 0; ///< the number behind "/view:"
+        QString version;      ///< empty when it is not known
+        int initialView = 0;  ///< the number behind "/view:"
+        QString firstSection; ///< the title of the section to show first, where `initialView` says none
         std::vector<PageEntry> pages;
     };
 
@@ -39,9 +41,13 @@ public:
     void SelectSection(int index);
     /// The page of the chosen section; null when none is.
     CBrenPanel* CurrentPage() const;
+    /// The parts of the window in the order of the Tab key: sections, head, side actions, page, foot.
+    std::vector<QWidget*> TabAreas() const;
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void SetStatusText(const QString& text) override;
@@ -49,9 +55,14 @@ private:
     void SetSideActions(QWidget& owner, const std::vector<FrameAction>& actions) override;
 
     void BuildWindow();
-    void BuildPages(const std::vector<PageEntry>& pages);
-    void SelectInitialSection(int initialView);
+    QWidget* MakePageArea();
+    CBrenPanel* PageOf(int section);
+    void SelectInitialSection(const Options& options);
     void ShowSection(int index);
+    FindBar* CurrentFindBar() const;
+    void OfferFind();
+    void Find();
+    void FitIntoScreen();
     void RestoreGeometry();
     void StoreGeometry() const;
     void SampleSpeed();
@@ -59,6 +70,8 @@ private:
     void EditBandwidth();
 
     Console m_console;
+    std::vector<PageEntry> m_sections;
+    std::vector<CBrenPanel*> m_pages; ///< by section; null until it is first shown
     CNavigationColumn* m_navigation;
     CPageHead* m_head;
     CServiceNotice* m_notice;

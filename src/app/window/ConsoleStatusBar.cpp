@@ -3,49 +3,59 @@
 #include "look/Look.h"
 
 #include <QAbstractButton>
+#include <QLabel>
 #include <QPainter>
 
 #include <algorithm>
 
-/// A part of the bar: a text behind a thin line, which is a button where a click does something.
-class StatusPart : public QAbstractButton {
+namespace {
+
+constexpr int BarHeight = 24;
+constexpr int TextInset = 12;
+constexpr std::array<int, 6> Edges{0, 160, 290, 440, 590, 900};
+
+} // namespace
+
+/// A part of the bar that does something when it is clicked.
+class StatusButton : public QAbstractButton {
 public:
-    StatusPart(QWidget* parent, bool clickable, const QString& toolTip) : QAbstractButton(parent) {
+    StatusButton(QWidget* parent, const QString& toolTip) : QAbstractButton(parent) {
         setToolTip(toolTip);
+        setAccessibleName(toolTip); // as long as there is no text
         setFont(Look::Font(Look::Caption));
-        setFocusPolicy(clickable ? Qt::TabFocus : Qt::NoFocus);
-        if (clickable)
-            setCursor(Qt::PointingHandCursor);
+        setFocusPolicy(Qt::TabFocus);
+        setCursor(Qt::PointingHandCursor);
     }
 
 protected:
     void paintEvent(QPaintEvent* /*event*/) override {
         QPainter painter(this);
-        painter.fillRect(QRect(0, 4, 1, height() - 8), Look::Line);
         painter.setPen(Look::Secondary);
-        const QRect area = rect().adjusted(12, 0, -4, 0);
-        painter.drawText(area, Qt::AlignVCenter,
-                         fontMetrics().elidedText(text(), Qt::ElideRight, area.width()));
+        Look::DrawTextLine(painter, rect().adjusted(TextInset, 0, -4, 0), text());
         if (hasFocus())
             Look::DrawFocusRing(painter, rect());
     }
 };
 
-namespace {
-
-constexpr int BarHeight = 24;
-constexpr std::array<int, 6> Edges{0, 160, 290, 440, 590, 900};
-
-} // namespace
-
-CConsoleStatusBar::CConsoleStatusBar() {
+CConsoleStatusBar::CConsoleStatusBar() : m_version(new QLabel(this)) {
+    setObjectName(QStringLiteral("statusBar"));
     setFixedHeight(BarHeight);
-    const std::array<QString, 5> toolTips{
-        QString(), tr("Version Information"), tr("Click to configure cloud space"),
-        tr("Click to set bandwidth limit"), tr("Click to set bandwidth limit")};
-    for (size_t part = Version; part < m_parts.size(); ++part) {
-        m_parts[part] = new StatusPart(this, part != Version, toolTips[part]);
-        m_parts[part]->setGeometry(Edges[part], 1, Edges[part + 1] - Edges[part], BarHeight - 1);
+    const auto place = [](QWidget& part, int number) {
+        part.setGeometry(Edges[number], 1, Edges[number + 1] - Edges[number], BarHeight - 1);
+    };
+    m_version->setTextFormat(Qt::PlainText);
+    m_version->setFont(Look::Font(Look::Caption));
+    m_version->setContentsMargins(TextInset, 0, 4, 0);
+    m_version->setToolTip(tr("Version Information"));
+    QPalette ink = m_version->palette();
+    ink.setColor(QPalette::WindowText, Look::Secondary);
+    m_version->setPalette(ink);
+    place(*m_version, Version);
+    const QString setsLimit = tr("Click to set bandwidth limit");
+    for (const auto& [part, toolTip] : {std::pair(CloudSpace, tr("Click to configure cloud space")),
+                                        std::pair(Upload, setsLimit), std::pair(Download, setsLimit)}) {
+        m_parts[part] = new StatusButton(this, toolTip);
+        place(*m_parts[part], part);
     }
     connect(m_parts[CloudSpace], &QAbstractButton::clicked, this, &CConsoleStatusBar::CloudSpaceClicked);
     connect(m_parts[Upload], &QAbstractButton::clicked, this, &CConsoleStatusBar::BandwidthClicked);
@@ -53,26 +63,33 @@ CConsoleStatusBar::CConsoleStatusBar() {
 }
 
 void CConsoleStatusBar::SetPart(Part part, const QString& text) {
-    StatusPart* button = m_parts[part];
-    if (button->text().compare(text, Qt::CaseInsensitive) == 0)
+    if (PartText(part).compare(text, Qt::CaseInsensitive) == 0)
         return;
-    button->setText(text);
-    button->setAccessibleName(text);
+    if (part == Version) {
+        m_version->setText(text);
+    } else if (StatusButton* button = m_parts[part]) {
+        button->setText(text);
+        button->setAccessibleName(text);
+    }
 }
 
 QString CConsoleStatusBar::PartText(Part part) const {
-    return part == Blank ? QString() : m_parts[part]->text();
+    if (part == Version)
+        return m_version->text();
+    return m_parts[part] ? m_parts[part]->text() : QString();
 }
 
 void CConsoleStatusBar::resizeEvent(QResizeEvent* event) {
     QFrame::resizeEvent(event);
-    // A click behind the last part counts as one on it.
+    // A click behind the last part counts as one on it; in a narrow window its text is shortened.
     const int left = Edges[Download];
-    m_parts[Download]->setGeometry(left, 1, std::max(Edges[Download + 1], width()) - left, BarHeight - 1);
+    m_parts[Download]->setGeometry(left, 1, std::max(0, width() - left), BarHeight - 1);
 }
 
 void CConsoleStatusBar::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.fillRect(rect(), Look::Side);
     painter.fillRect(QRect(0, 0, width(), 1), Look::Line);
+    for (const int part : {Version, CloudSpace, Upload, Download})
+        painter.fillRect(QRect(Edges[part], 5, 1, BarHeight - 9), Look::Line);
 }

@@ -4,7 +4,8 @@
 
 #include <array>
 
-class StatusPart;
+class QLabel;
+class StatusButton;
 
 /// The five parts at the foot of the window. A part's text is changed only when the new one differs, ignoring
 /// case.
@@ -28,5 +29,6 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    std::array<StatusPart*, 5> m_parts{};
+    QLabel* m_version;
+    std::array<StatusButton*, 5> m_parts{}; ///< by part; null where nothing happens by a click
 };

@@ -2,7 +2,7 @@
 
 #include "look/IconRegistry.h"
 #include "look/Look.h"
-#include "window/CommandButton.h"
+#include "window/ActionButtons.h"
 
 #include <QLabel>
 #include <QListWidget>
@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr int ColumnWidth = 200;
 constexpr int SectionHeight = 40;
 constexpr int SectionIconSize = 20;
 constexpr int AccentBarWidth = 3;
@@ -24,7 +23,7 @@ public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
     QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override {
-        return {ColumnWidth, SectionHeight};
+        return {CNavigationColumn::Width, SectionHeight};
     }
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -76,7 +75,6 @@ QLabel* MakeLabel(const QString& text, Look::TextSize size, const QColor& colour
 CNavigationColumn::CNavigationColumn(const QString& programName)
     : m_sections(new QListWidget), m_actionArea(new QWidget), m_actions(new QVBoxLayout) {
     setObjectName(QStringLiteral("navigation"));
-    setFixedWidth(ColumnWidth);
 
     QLabel* name = MakeLabel(programName, Look::Body, QColor(0x1A, 0x32, 0x5A));
     name->setFont(Look::Font(Look::TextSize(14), QFont::Bold));
@@ -92,6 +90,7 @@ CNavigationColumn::CNavigationColumn(const QString& programName)
     m_sections->viewport()->setAutoFillBackground(false);
     connect(m_sections, &QListWidget::currentRowChanged, this, &CNavigationColumn::SectionChosen);
 
+    m_actionArea->setObjectName(QStringLiteral("sideActions"));
     auto* actionLayout = new QVBoxLayout(m_actionArea);
     actionLayout->setContentsMargins(0, 12, 0, 12);
     actionLayout->setSpacing(4);
@@ -132,8 +131,12 @@ void CNavigationColumn::SelectSection(int index) {
     m_sections->setCurrentRow(index);
 }
 
+QWidget* CNavigationColumn::Sections() const {
+    return m_sections;
+}
+
 void CNavigationColumn::SetActions(QWidget& owner, const std::vector<FrameAction>& actions) {
-    ReplaceButtons(*m_actions, owner, actions, CommandButtonKind::Link);
+    ShowActions(*m_actions, owner, actions, ActionButton::Kind::Link);
     m_actionArea->setVisible(!actions.empty());
 }
 

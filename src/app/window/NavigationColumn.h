@@ -13,6 +13,8 @@ class CNavigationColumn : public QFrame {
     Q_OBJECT
 
 public:
+    static constexpr int Width = 200;
+
     explicit CNavigationColumn(const QString& programName);
 
     void AddSection(const QString& title, const QString& icon);
@@ -20,6 +22,9 @@ public:
     QString SectionTitle(int index) const;
     int CurrentSection() const; ///< -1 when none is chosen
     void SelectSection(int index);
+
+    QWidget* Sections() const;
+    QWidget* Actions() const { return m_actionArea; }
 
     void SetActions(QWidget& owner, const std::vector<FrameAction>& actions);
 

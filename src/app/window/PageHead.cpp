@@ -1,12 +1,18 @@
 #include "window/PageHead.h"
 
+#include "look/IconRegistry.h"
 #include "look/Look.h"
-#include "window/CommandButton.h"
+#include "window/ActionButtons.h"
 
+#include <QAccessible>
 #include <QHBoxLayout>
+#include <QKeySequence>
 #include <QLabel>
 
-CPageHead::CPageHead() : m_title(new QLabel), m_status(new QLabel), m_toolbar(new QHBoxLayout) {
+CPageHead::CPageHead()
+    : m_title(new QLabel), m_status(new QLabel), m_toolbar(new QHBoxLayout),
+      m_find(new ActionButton(ActionButton::Kind::Icon)) {
+    setObjectName(QStringLiteral("pageHead"));
     QPalette paper = this->palette();
     paper.setColor(QPalette::Window, Look::Paper);
     setPalette(paper);
@@ -17,7 +23,7 @@ CPageHead::CPageHead() : m_title(new QLabel), m_status(new QLabel), m_toolbar(ne
     m_status->setFont(Look::Font(Look::Small));
     m_status->setWordWrap(true);
     m_status->setAlignment(Qt::AlignTop | Qt::AlignLeft);
-    m_status->setAccessibleName(tr("About this page"));
+    m_status->setAccessibleDescription(tr("About this page"));
     QPalette palette = m_status->palette();
     palette.setColor(QPalette::WindowText, Look::Muted);
     m_status->setPalette(palette);
@@ -29,7 +35,12 @@ CPageHead::CPageHead() : m_title(new QLabel), m_status(new QLabel), m_toolbar(ne
     top->setSpacing(24);
     top->addWidget(m_title, 1);
     top->addLayout(m_toolbar);
-    m_title->setFixedHeight(CommandButtonHeight);
+    top->addWidget(m_find);
+    m_find->Set(tr("Find (%1)").arg(QKeySequence(QKeySequence::Find).toString(QKeySequence::NativeText)),
+                IconRegistry::Icon(QStringLiteral("search")));
+    m_find->hide();
+    connect(m_find, &ActionButton::Clicked, this, &CPageHead::FindClicked);
+    m_title->setFixedHeight(ActionButton::Height);
 
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(16, 6, 16, 4);
@@ -43,7 +54,13 @@ void CPageHead::SetTitle(const QString& title) {
 }
 
 void CPageHead::SetStatusText(const QString& text) {
+    if (text == m_status->text())
+        return;
     m_status->setText(text);
+    if (text.isEmpty())
+        return;
+    QAccessibleEvent told(m_status, QAccessible::Alert);
+    QAccessible::updateAccessibility(&told);
 }
 
 QString CPageHead::StatusText() const {
@@ -51,5 +68,9 @@ QString CPageHead::StatusText() const {
 }
 
 void CPageHead::SetActions(QWidget& owner, const std::vector<FrameAction>& actions) {
-    ReplaceButtons(*m_toolbar, owner, actions, CommandButtonKind::Toolbar);
+    ShowActions(*m_toolbar, owner, actions, ActionButton::Kind::Framed);
+}
+
+void CPageHead::OfferFind(bool offered) {
+    m_find->setVisible(offered);
 }

@@ -4,6 +4,7 @@
 
 #include <QWidget>
 
+class ActionButton;
 class QHBoxLayout;
 class QLabel;
 
@@ -18,9 +19,15 @@ public:
     void SetStatusText(const QString& text);
     QString StatusText() const;
     void SetActions(QWidget& owner, const std::vector<FrameAction>& actions);
+    /// Whether the page has something to find words in.
+    void OfferFind(bool offered);
+
+signals:
+    void FindClicked();
 
 private:
     QLabel* m_title;
     QLabel* m_status;
     QHBoxLayout* m_toolbar;
+    ActionButton* m_find;
 };

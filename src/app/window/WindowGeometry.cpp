@@ -42,9 +42,18 @@ QRect MovedOntoScreen(QRect rectangle, const QList<QRect>& screens) {
         return shown.width() >= std::min(GraspableTitle.width(), title.width()) &&
                shown.height() == title.height();
     });
-    if (screens.isEmpty() || graspable)
+    const auto shownOn = [&rectangle](const QRect& screen) {
+        const QRect shown = screen.intersected(rectangle);
+        return qint64(shown.width()) * shown.height();
+    };
+    const auto most = std::max_element(screens.begin(), screens.end(), [&](const QRect& a, const QRect& b) {
+        return shownOn(a) < shownOn(b);
+    });
+    if (most == screens.end())
         return rectangle;
-    const QRect screen = screens.first();
+    const QRect screen = *most;
+    if (graspable && rectangle.size().boundedTo(screen.size()) == rectangle.size())
+        return rectangle;
     rectangle.setSize(rectangle.size().boundedTo(screen.size()));
     rectangle.moveLeft(std::clamp(rectangle.left(), screen.left(), screen.right() + 1 - rectangle.width()));
     rectangle.moveTop(std::clamp(rectangle.top(), screen.top(), screen.bottom() + 1 - rectangle.height()));

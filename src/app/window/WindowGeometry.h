@@ -9,6 +9,7 @@
 std::optional<QRect> ReadWindowGeometry();
 void StoreWindowGeometry(const QRect& rectangle);
 
-/// The rectangle itself when one of the screens shows enough of its title to grasp it; otherwise moved, and
-/// shrunk where it must be, onto the first screen. `screens` are the available areas.
+/// The rectangle itself when it is no larger than a screen and one shows enough of its title to grasp it;
+/// otherwise moved, and shrunk where it must be, onto the screen that shows most of it, or the first.
+/// `screens` are the available areas.
 QRect MovedOntoScreen(QRect rectangle, const QList<QRect>& screens);

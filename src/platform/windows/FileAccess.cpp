@@ -40,9 +40,9 @@ FileAccess ProbeAccess(const std::filesystem::path& path, FileRight right) {
     const bool isFolder = attributes != INVALID_FILE_ATTRIBUTES && attributes & FILE_ATTRIBUTE_DIRECTORY;
     if (attributes != INVALID_FILE_ATTRIBUTES && isFolder != wantsFolder)
         return FileAccess::Broken;
-    const Handle opened(::CreateFileW(path.c_str(), AccessMask(right), ShareAll, nullptr, OPEN_EXISTING,
-                                      wantsFolder ? FILE_FLAG_BACKUP_SEMANTICS : FILE_ATTRIBUTE_NORMAL,
-                                      nullptr));
+    const Handle opened =
+        FileHandle(::CreateFileW(path.c_str(), AccessMask(right), ShareAll, nullptr, OPEN_EXISTING,
+                                 wantsFolder ? FILE_FLAG_BACKUP_SEMANTICS : FILE_ATTRIBUTE_NORMAL, nullptr));
     return opened ? FileAccess::Granted : AccessOf(::GetLastError());
 }
 

@@ -1,31 +1,22 @@
 #pragma once
 
-#include <windows.h>
+#include "platform/Owned.h"
 
-#include <utility>
+#include <windows.h>
 
 namespace platform {
 
-/// Owns a handle of the kernel.
-class Handle {
-public:
-    explicit Handle(HANDLE handle = nullptr) : m_handle(handle == INVALID_HANDLE_VALUE ? nullptr : handle) {}
-    Handle(Handle&& other) noexcept : m_handle(std::exchange(other.m_handle, nullptr)) {}
-    Handle& operator=(Handle&& other) noexcept {
-        std::swap(m_handle, other.m_handle);
-        return *this;
-    }
-    ~Handle() {
-        if (m_handle)
-            ::CloseHandle(m_handle);
-    }
+inline void CloseKernelHandle(HANDLE handle) {
+    ::CloseHandle(handle);
+}
 
-    explicit operator bool() const { return m_handle != nullptr; }
-    HANDLE Get() const { return m_handle; }
+/// A handle of the kernel.
+using Handle = Owned<HANDLE, CloseKernelHandle>;
 
-private:
-    HANDLE m_handle;
-};
+/// A file as `CreateFileW` gives it, which says in its own way that there is none.
+inline Handle FileHandle(HANDLE file) {
+    return Handle(file == INVALID_HANDLE_VALUE ? nullptr : file);
+}
 
 constexpr DWORD ShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 

@@ -7,8 +7,8 @@ namespace platform {
 namespace {
 
 Handle OpenFile(const std::filesystem::path& path, DWORD rights) {
-    return Handle(::CreateFileW(path.c_str(), rights, ShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL,
-                                nullptr));
+    return FileHandle(::CreateFileW(path.c_str(), rights, ShareAll, nullptr, OPEN_EXISTING,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 uint64_t SizeOf(const BY_HANDLE_FILE_INFORMATION& file) {

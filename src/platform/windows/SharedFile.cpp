@@ -9,7 +9,7 @@ namespace platform {
 namespace {
 
 Handle OpenOrMake(const std::filesystem::path& path, DWORD rights) {
-    return Handle(
+    return FileHandle(
         ::CreateFileW(path.c_str(), rights, ShareAll, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 

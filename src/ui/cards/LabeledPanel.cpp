@@ -32,15 +32,10 @@ void CLabeledPanel::paintEvent(QPaintEvent*) {
     outline.addRoundedRect(frame, Look::CornerRadius, Look::CornerRadius);
     painter.fillPath(outline, Look::Paper);
 
-    QLinearGradient shade(0, 0, 0, m_titleBandHeight);
-    shade.setColorAt(0, Look::BandTop);
-    shade.setColorAt(1, Look::BandBottom);
-    painter.setClipRect(BandRect());
-    painter.fillPath(outline, shade);
+    painter.setClipPath(outline);
+    Look::PaintBand(painter, BandRect());
     painter.setClipping(false);
 
-    painter.setPen(Look::Line);
-    painter.drawLine(QPointF(1, m_titleBandHeight - 0.5), QPointF(width() - 1, m_titleBandHeight - 0.5));
     painter.setPen(underMouse() ? Look::AccentLine : Look::Line);
     painter.drawPath(outline);
     if (hasFocus())
@@ -48,7 +43,5 @@ void CLabeledPanel::paintEvent(QPaintEvent*) {
 
     painter.setPen(Look::Ink);
     painter.setFont(Look::Font(Look::Body, QFont::Bold));
-    const QRect place = TitleRect();
-    painter.drawText(place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
-                     painter.fontMetrics().elidedText(m_title, Qt::ElideRight, place.width()));
+    Look::DrawTextLine(painter, TitleRect(), m_title);
 }

@@ -44,11 +44,6 @@ void DrawIcon(QPainter& painter, const QRect& row, int icon) {
     IconRegistry::Icon(icon).paint(&painter, place);
 }
 
-void DrawLine(QPainter& painter, const QRect& place, const QString& text) {
-    const QString shown = painter.fontMetrics().elidedText(OneLineText(text), Qt::ElideRight, place.width());
-    painter.drawText(place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine, shown);
-}
-
 } // namespace
 
 CPropertyGroup::CPropertyGroup(const QString& title, UserPrompts& prompts, QWidget* parent)
@@ -294,15 +289,11 @@ void CPropertyGroup::paintEvent(QPaintEvent* event) {
 
 void CPropertyGroup::PaintTitle(QPainter& painter) const {
     const QRect band = RowRect(0);
-    QLinearGradient shade(0, 0, 0, band.height());
-    shade.setColorAt(0, Look::BandTop);
-    shade.setColorAt(1, Look::BandBottom);
-    painter.fillRect(band, shade);
-    painter.fillRect(QRect(0, band.bottom(), band.width(), 1), Look::Line);
+    Look::PaintBand(painter, band);
     DrawIcon(painter, band, SettingGroupIcon);
     painter.setFont(Look::Font(Look::Body, QFont::Bold));
     painter.setPen(Look::Ink);
-    DrawLine(painter, band.adjusted(LabelLeft, 0, -Look::TextInset, 0), m_model.Row(0).label);
+    Look::DrawTextLine(painter, band.adjusted(LabelLeft, 0, -Look::TextInset, 0), m_model.Row(0).label);
 }
 
 void CPropertyGroup::PaintRow(QPainter& painter, int row) const {
@@ -323,9 +314,9 @@ void CPropertyGroup::PaintRow(QPainter& painter, int row) const {
     DrawIcon(painter, area, SettingIcon);
     painter.setFont(Look::Font(Look::Small));
     painter.setPen(Look::Ink);
-    DrawLine(painter,
-             visualRect(m_model.index(row, PropertyModel::Label)).adjusted(CellInset, 0, -CellInset, 0),
-             property.label);
+    Look::DrawTextLine(
+        painter, visualRect(m_model.index(row, PropertyModel::Label)).adjusted(CellInset, 0, -CellInset, 0),
+        property.label);
     painter.setPen(property.readOnly || property.unread ? Look::Muted : Look::Ink);
-    DrawLine(painter, value.adjusted(CellInset, 0, -2 * CellInset, 0), property.ShownValue());
+    Look::DrawTextLine(painter, value.adjusted(CellInset, 0, -2 * CellInset, 0), property.ShownValue());
 }

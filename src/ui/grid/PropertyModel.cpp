@@ -1,25 +1,21 @@
 #include "grid/PropertyModel.h"
 
+#include "look/Look.h"
+
 #include <QCoreApplication>
 
 namespace {
 
-constexpr qsizetype LongestShown = 1000;
+/// What screen readers are given of a text.
+QString Spoken(const QString& text) {
+    constexpr qsizetype most = 1000;
+    return Look::OneLine(QStringView(text).left(most));
+}
 
 } // namespace
 
 QString PropertyRow::ShownValue() const {
     return unread ? QCoreApplication::translate("PropertyRow", "%1 (not read)").arg(value) : value;
-}
-
-QString OneLineText(const QString& value) {
-    QString shown = value.left(LongestShown);
-    for (QChar& c : shown) {
-        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
-            c == QChar::ParagraphSeparator)
-            c = u' ';
-    }
-    return shown;
 }
 
 PropertyModel::PropertyModel(const QString& title, QObject* parent) : QAbstractTableModel(parent) {
@@ -83,8 +79,8 @@ QVariant PropertyModel::data(const QModelIndex& index, int role) const {
         return isTitle && index.column() != Label ? QString() : Text(row, index.column());
     case Qt::AccessibleTextRole:
         if (index.column() != Value || isTitle)
-            return OneLineText(Text(row, index.column()));
-        return OneLineText(row.label) + QStringLiteral(": ") + OneLineText(row.ShownValue());
+            return Spoken(Text(row, index.column()));
+        return Spoken(row.label) + QStringLiteral(": ") + Spoken(row.ShownValue());
     case Qt::AccessibleDescriptionRole:
         return row.hint;
     case Qt::ToolTipRole:

@@ -50,6 +50,3 @@ private:
 
     std::vector<PropertyRow> m_rows;
 };
-
-/// What a row shows of a value: one line of bounded length, control characters as blanks.
-QString OneLineText(const QString& value);

@@ -1,6 +1,7 @@
 #include "lanes/ThreadReader.h"
 
 #include "lanes/JobQueue.h"
+#include "platform/Sleep.h"
 
 #include <QMetaObject>
 
@@ -107,10 +108,7 @@ ThreadReader::~ThreadReader() {
         lane->StopRead();
     std::stop_source giveUp;
     const std::jthread watch([&giveUp](const std::stop_token& stop) {
-        std::mutex mutex;
-        std::unique_lock lock(mutex);
-        std::condition_variable_any().wait_for(lock, stop, CommandGrace, [] { return false; });
-        if (!stop.stop_requested())
+        if (platform::SleepUnlessStopped(stop, CommandGrace))
             giveUp.request_stop();
     });
     for (const std::unique_ptr<LaneThread>& lane : m_lanes)

@@ -34,27 +34,9 @@ constexpr QRgb ColourOf(SwatchColour swatch) {
     return 0xFFF0F000;
 }
 
-/// The start of a text that can be seen in `width` pixels, on one line. Shaping 64 KB for a cell that shows
-/// thirty characters would cost more than the rest of the screen.
-QString Visible(QStringView text, int width) {
-    const qsizetype most = qMax(256, width);
-    QString line = text.left(most).toString();
-    for (QChar& c : line) {
-        if (c < u' ')
-            c = u' ';
-    }
-    if (text.size() > most)
-        line += QChar(0x2026);
-    return line;
-}
-
 void DrawLine(QPainter& painter, const QRect& rect, Qt::Alignment alignment, QStringView text, QRgb colour) {
-    if (text.isEmpty() || rect.width() <= 0)
-        return;
     painter.setPen(QColor(colour));
-    const QString line =
-        painter.fontMetrics().elidedText(Visible(text, rect.width()), Qt::ElideRight, rect.width());
-    painter.drawText(rect, int(alignment | Qt::AlignVCenter) | Qt::TextSingleLine, line);
+    Look::DrawTextLine(painter, rect, text, alignment);
 }
 
 void PaintPlain(QPainter& painter, const CellMarkup& cell, const CellLook& look) {

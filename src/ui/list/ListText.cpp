@@ -2,6 +2,7 @@
 
 #include "list/BrenListModel.h"
 #include "list/CellMarkup.h"
+#include "look/Look.h"
 
 #include <algorithm>
 
@@ -9,13 +10,6 @@ namespace {
 
 QString Words(const BrenListModel& model, int row, int column) {
     return CellMarkup::Parse(model.CellText(row, column)).Words();
-}
-
-QString OnOneLine(QString words) {
-    std::replace_if(
-        words.begin(), words.end(), [](QChar c) { return c == u'\t' || c == u'\n' || c == u'\r'; },
-        QChar(u' '));
-    return words;
 }
 
 QString Quoted(const QString& words) {
@@ -42,7 +36,7 @@ QString RowsAsLines(const BrenListModel& model, const std::vector<int>& rows,
     for (const int row : rows) {
         QStringList cells;
         for (const int column : columns)
-            cells.append(OnOneLine(Words(model, row, column)));
+            cells.append(Look::OneLine(Words(model, row, column)));
         lines.append(cells.join(u'\t'));
     }
     return lines.join(u'\n');

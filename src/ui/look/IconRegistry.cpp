@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QHash>
 #include <QIconEngine>
 #include <QPainter>
 #include <QPixmapCache>
@@ -25,7 +26,6 @@ struct NumberedIcon {
 
 constexpr NumberedIcon NumberedIcons[] = {
     {HeaderDecorationIcon, "header-divider"},
-    {CommandDeleteIcon, "delete"},
     {SettingGroupIcon, "setting-group"},
     {SettingIcon, "setting"},
     {RefreshIcon, "refresh"},
@@ -39,15 +39,11 @@ constexpr NumberedIcon NumberedIcons[] = {
     {CompletedTasksIcon, "tasks-done"},
     {TaskSettingsIcon, "task-settings"},
     {MountedIcon, "mounted"},
-    {MountFailedIcon, "failed"},
-    {MountPendingIcon, "pending"},
     {PauseIcon, "pause"},
     {StartIcon, "start"},
     {CancelTaskIcon, "cancel"},
     {SystemActivitiesIcon, "activity"},
     {ResumeIcon, "resume"},
-    {RestoreIcon, "restore"},
-    {BrowseFolderIcon, "folder-open"},
     {FileVersionsIcon, "history"},
     {TaskPendingIcon, "pending"},
     {TaskRunningIcon, "running"},
@@ -55,50 +51,12 @@ constexpr NumberedIcon NumberedIcons[] = {
     {TaskFailedIcon, "failed"},
     {TaskCompletedIcon, "completed"},
     {TraceIcon, "trace"},
-    {AddIcon, "add"},
-    {ApplicationIcon, "application"},
-    {BackupIcon, "backup"},
-    {CheckIcon, "check"},
-    {ChevronDownIcon, "chevron-down"},
-    {ChevronLeftIcon, "chevron-left"},
-    {ChevronRightIcon, "chevron-right"},
-    {ChevronUpIcon, "chevron-up"},
-    {CloseIcon, "close"},
-    {CloudIcon, "cloud"},
-    {CloudAddIcon, "cloud-add"},
-    {CompressIcon, "compress"},
     {CopyIcon, "copy"},
     {DeleteAllIcon, "delete-all"},
-    {EditIcon, "edit"},
-    {ErrorIcon, "error"},
-    {ExportIcon, "export"},
-    {FileIcon, "file"},
-    {FileTypesIcon, "file-types"},
-    {FolderIcon, "folder"},
-    {FolderAddIcon, "folder-add"},
-    {FolderSyncIcon, "folder-sync"},
-    {GlobeIcon, "globe"},
-    {HomeIcon, "home"},
-    {IndexIcon, "index"},
     {InformationIcon, "information"},
-    {KeyIcon, "key"},
-    {LockIcon, "lock"},
-    {MailIcon, "mail"},
-    {MenuIcon, "menu"},
-    {OpenIcon, "open"},
     {ProxyIcon, "proxy"},
-    {QuestionIcon, "question"},
-    {ScheduleIcon, "schedule"},
-    {SearchIcon, "search"},
     {SettingsIcon, "settings"},
-    {SnapshotIcon, "snapshot"},
-    {SpeedIcon, "speed"},
     {SummaryIcon, "summary"},
-    {SupportIcon, "support"},
-    {SyncIcon, "sync"},
-    {TargetIcon, "target"},
-    {UserIcon, "user"},
-    {WarningIcon, "warning"},
 };
 
 /// One drawing: a path in a box of 16 units, filled or drawn with a round pen, in one colour.
@@ -119,7 +77,7 @@ struct Drawing {
 constexpr int DrawingUnits = 16;
 
 /// Reads the one <path> of an SVG file of ours; none when the file is missing or draws in another way.
-std::optional<Drawing> LoadDrawing(const QString& name) {
+std::optional<Drawing> ReadDrawing(const QString& name) {
     QFile file(QStringLiteral(":/icons/%1.svg").arg(name));
     if (name.isEmpty() || !file.open(QIODevice::ReadOnly))
         return std::nullopt;
@@ -135,6 +93,12 @@ std::optional<Drawing> LoadDrawing(const QString& name) {
     const QLatin1String paint(stroked ? "stroke" : "fill");
     return Drawing{*path, QColor(attributes.value(paint).toString()),
                    stroked ? attributes.value(QLatin1String("stroke-width")).toDouble() : 0};
+}
+
+/// The icons made so far, by name and colour: paints ask for theirs again and again.
+QHash<std::pair<QString, QRgb>, QIcon>& KnownIcons() {
+    static QHash<std::pair<QString, QRgb>, QIcon> icons;
+    return icons;
 }
 
 /// Paints a drawing at any size; each size is rendered once and kept in the pixmap cache.
@@ -190,13 +154,18 @@ private:
 } // namespace
 
 QIcon IconRegistry::Icon(const QString& name, QColor colour) {
+    const std::pair key(name, colour.isValid() ? colour.rgba() : 0);
+    if (const auto known = KnownIcons().constFind(key); known != KnownIcons().constEnd())
+        return *known;
     LoadDrawings();
-    std::optional<Drawing> drawing = LoadDrawing(name);
+    std::optional<Drawing> drawing = ReadDrawing(name);
     if (!drawing)
         return {};
     if (colour.isValid())
         drawing->colour = colour;
-    return QIcon(new DrawingIconEngine(name, std::move(*drawing)));
+    const QIcon icon(new DrawingIconEngine(name, std::move(*drawing)));
+    KnownIcons().insert(key, icon);
+    return icon;
 }
 
 QIcon IconRegistry::Icon(int number, QColor colour) {

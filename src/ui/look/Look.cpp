@@ -7,6 +7,8 @@
 #include <QPalette>
 #include <QTextDocument>
 
+#include <algorithm>
+
 namespace {
 
 QPalette MakePalette() {
@@ -45,6 +47,35 @@ QFont Look::Font(TextSize size, QFont::Weight weight) {
 QString Look::ToolTip(const QString& text) {
     // Qt takes a text for markup when it looks like it, so it is made markup at all times.
     return text.isEmpty() ? QString() : Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal);
+}
+
+QString Look::OneLine(QStringView text) {
+    QString line = text.toString();
+    const auto breaks = [](QChar c) {
+        return c < u' ' || (c >= u'\x7F' && c <= u'\x9F') || c == QChar::LineSeparator ||
+               c == QChar::ParagraphSeparator;
+    };
+    std::replace_if(line.begin(), line.end(), breaks, QChar(u' '));
+    return line;
+}
+
+void Look::DrawTextLine(QPainter& painter, const QRect& place, QStringView text, Qt::Alignment alignment) {
+    if (text.isEmpty() || place.width() <= 0)
+        return;
+    const qsizetype most = std::max(256, place.width());
+    QString line = OneLine(text.left(most));
+    if (text.size() > most)
+        line += QChar(0x2026);
+    painter.drawText(place, int(alignment | Qt::AlignVCenter) | Qt::TextSingleLine,
+                     painter.fontMetrics().elidedText(line, Qt::ElideRight, place.width()));
+}
+
+void Look::PaintBand(QPainter& painter, const QRect& band) {
+    QLinearGradient shade(band.topLeft(), QPointF(band.left(), band.top() + band.height()));
+    shade.setColorAt(0, BandTop);
+    shade.setColorAt(1, BandBottom);
+    painter.fillRect(band, shade);
+    painter.fillRect(QRect(band.left(), band.bottom(), band.width(), 1), Line);
 }
 
 void Look::DrawFocusRing(QPainter& painter, const QRectF& bounds, qreal radius) {

@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QFont>
 #include <QRectF>
+#include <QString>
 
 class QApplication;
 class QPainter;
@@ -44,6 +45,17 @@ QFont Font(TextSize size, QFont::Weight weight = QFont::Normal);
 
 /// A tool-tip that shows the text as it stands; empty when the text is.
 QString ToolTip(const QString& text);
+
+/// The text with a blank for each control character and line break.
+QString OneLine(QStringView text);
+
+/// Draws the text on one line, in the middle of the rectangle's height, elided where it is too long. Only the
+/// start that could be seen is laid out, so a text of any length costs no more.
+void DrawTextLine(QPainter& painter, const QRect& place, QStringView text,
+                  Qt::Alignment alignment = Qt::AlignLeft);
+
+/// Fills the band behind a title, with a line at its foot.
+void PaintBand(QPainter& painter, const QRect& band);
 
 /// The ring around what has the keyboard focus, drawn inside of `bounds`.
 void DrawFocusRing(QPainter& painter, const QRectF& bounds, qreal radius = CornerRadius);

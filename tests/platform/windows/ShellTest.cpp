@@ -31,7 +31,8 @@ TEST_CASE("arguments come out of a command line as they went in") {
 TEST_CASE("a file that another keeps for itself is locked, a folder is no file") {
     const TemporaryFolder folder;
     const fs::path path = folder.Path() / "kept";
-    const Handle kept(::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
+    const Handle kept =
+        FileHandle(::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
     REQUIRE(kept);
     CHECK(ProbeAccess(path, FileRight::Read) == FileAccess::Locked);
 }
@@ -44,7 +45,7 @@ TEST_CASE("a file that may only be read can not be written") {
     CHECK(ProbeAccess(path, FileRight::Read) == FileAccess::Granted);
     // Some users may write it all the same.
     const bool may{
-        Handle(::CreateFileW(path.c_str(), GENERIC_WRITE, ShareAll, nullptr, OPEN_EXISTING, 0, nullptr))};
+        FileHandle(::CreateFileW(path.c_str(), GENERIC_WRITE, ShareAll, nullptr, OPEN_EXISTING, 0, nullptr))};
     CHECK(ProbeAccess(path, FileRight::Write) == (may ? FileAccess::Granted : FileAccess::Denied));
     ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
 }

@@ -1,3 +1,4 @@
+// Labels: threads
 #include "lanes/ThreadReader.h"
 #include "support/TestMain.h"
 

@@ -1,3 +1,4 @@
+// Labels: threads painting
 #include "list/RecordPanel.h"
 #include "lanes/ThreadReader.h"
 #include "list/BrenListCtrl.h"

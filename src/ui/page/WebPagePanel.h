@@ -2,6 +2,8 @@
 
 #include "page/BrenPanel.h"
 
+class QTextBrowser;
+
 /// A local page that comes with the program, in a text browser.
 class CWebPagePanel : public CBrenPanel {
     Q_OBJECT
@@ -14,7 +16,9 @@ public:
 
 protected:
     void CreatePanel() override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     QString m_fileName;
+    QTextBrowser* m_browser = nullptr;
 };

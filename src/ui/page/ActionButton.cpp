@@ -1,0 +1,113 @@
+#include "page/ActionButton.h"
+
+#include "look/Look.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+
+namespace {
+
+constexpr int IconInText = 16;
+constexpr int IconAlone = 18;
+constexpr int Gap = 8;
+constexpr int FramedInset = 10;
+constexpr int LinkInset = 8;
+
+} // namespace
+
+ActionButton::ActionButton(Kind kind, QWidget* parent) : QAbstractButton(parent), m_kind(kind) {
+    setFocusPolicy(Qt::StrongFocus);
+    setFont(Look::Font(Look::Small));
+    setSizePolicy(kind == Kind::Link ? QSizePolicy::Expanding : QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setAttribute(Qt::WA_Hover);
+    setCursor(Qt::ArrowCursor);
+    if (kind == Kind::Icon)
+        setFixedSize(Height, Height);
+    connect(this, &QAbstractButton::clicked, this, [this] {
+        if (!m_busy)
+            emit Clicked();
+    });
+}
+
+void ActionButton::Set(const QString& caption, const QIcon& icon) {
+    setText(caption);
+    setAccessibleName(caption);
+    setIcon(icon);
+    if (m_kind == Kind::Icon)
+        setToolTip(Look::ToolTip(caption));
+}
+
+void ActionButton::SetBusy(bool busy) {
+    if (busy == m_busy)
+        return;
+    m_busy = busy;
+    setAccessibleDescription(busy ? tr("Not available now") : QString());
+    update();
+}
+
+QSize ActionButton::sizeHint() const {
+    if (m_kind == Kind::Icon)
+        return {Height, Height};
+    const int inset = m_kind == Kind::Link ? LinkInset : FramedInset;
+    const int iconWidth = icon().isNull() ? 0 : IconInText + Gap;
+    return {2 * inset + iconWidth + fontMetrics().size(Qt::TextSingleLine, text()).width() + 2, Height};
+}
+
+void ActionButton::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (!event->isAutoRepeat())
+            click();
+        break;
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+        // Beside a card's title they belong to the list of cards.
+        if (m_kind == Kind::Icon) {
+            event->ignore();
+            break;
+        }
+        [[fallthrough]];
+    default:
+        QAbstractButton::keyPressEvent(event);
+    }
+}
+
+void ActionButton::PaintFrame(QPainter& painter) const {
+    const bool touched = !m_busy && (underMouse() || isDown());
+    if (!touched && m_kind != Kind::Framed)
+        return;
+    painter.setPen(m_kind == Kind::Link ? QPen(Qt::NoPen) : QPen(touched ? Look::AccentLine : Look::Line));
+    painter.setBrush(m_kind == Kind::Icon && isDown() ? Look::AccentLine
+                     : touched                        ? Look::AccentTint
+                                                      : Look::Paper);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Look::CornerRadius,
+                            Look::CornerRadius);
+}
+
+void ActionButton::PaintIcon(QPainter& painter, const QRect& place) const {
+    icon().paint(&painter, place, Qt::AlignCenter, m_busy ? QIcon::Disabled : QIcon::Normal);
+}
+
+void ActionButton::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    PaintFrame(painter);
+    if (m_kind == Kind::Icon) {
+        QRect place(0, 0, IconAlone, IconAlone);
+        place.moveCenter(rect().center());
+        PaintIcon(painter, place);
+    } else {
+        const int inset = m_kind == Kind::Link ? LinkInset : FramedInset;
+        QRect place = rect().adjusted(inset, 0, -inset, 0);
+        if (!icon().isNull()) {
+            PaintIcon(painter, {place.left(), (height() - IconInText) / 2, IconInText, IconInText});
+            place.setLeft(place.left() + IconInText + Gap);
+        }
+        const QColor ink = m_kind == Kind::Link ? Look::Accent : Look::Ink;
+        painter.setPen(m_busy ? palette().color(QPalette::Disabled, QPalette::ButtonText) : ink);
+        Look::DrawTextLine(painter, place, text());
+    }
+    if (hasFocus())
+        Look::DrawFocusRing(painter, rect());
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QAbstractButton>
+
+/// A button that starts something: by a click, by Enter or by Space.
+class ActionButton : public QAbstractButton {
+    Q_OBJECT
+
+public:
+    static constexpr int Height = 28; ///< in pixels
+
+    /// With a frame, as a link, or as a square that shows its icon alone and tells its caption by tool-tip.
+    enum class Kind { Framed, Link, Icon };
+
+    explicit ActionButton(Kind kind, QWidget* parent = nullptr);
+
+    void Set(const QString& caption, const QIcon& icon);
+
+    /// While busy it looks disabled and swallows clicks, but keeps the focus. `Clicked` comes only otherwise.
+    void SetBusy(bool busy);
+    bool IsBusy() const { return m_busy; }
+
+    QSize sizeHint() const override;
+
+signals:
+    void Clicked();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    /// The second press of a double click is none: the button may mean something else by then.
+    void mouseDoubleClickEvent(QMouseEvent*) override {}
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void PaintFrame(QPainter& painter) const;
+    void PaintIcon(QPainter& painter, const QRect& place) const;
+
+    Kind m_kind;
+    bool m_busy = false;
+};

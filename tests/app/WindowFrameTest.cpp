@@ -1,0 +1,290 @@
+#include "list/BrenListCtrl.h"
+#include "list/FindBar.h"
+#include "look/IconRegistry.h"
+#include "page/ActionButton.h"
+#include "page/BrenPanel.h"
+#include "support/ConsoleFixture.h"
+#include "support/ServiceFixture.h"
+#include "support/TestMain.h"
+#include "window/ActionButtons.h"
+#include "window/BTaskMMCDlg.h"
+#include "window/ConsoleStatusBar.h"
+#include "window/NavigationColumn.h"
+#include "window/PageHead.h"
+#include "window/WindowGeometry.h"
+
+#include <QAccessible>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollArea>
+#include <QSignalSpy>
+#include <QVBoxLayout>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// A page with a record table, two fields side by side below it, and actions in head and side.
+class BusyPage : public CBrenPanel {
+public:
+    explicit BusyPage(const Console& console) : CBrenPanel(console) {
+        SetToolbar({{u"Delete"_s}, RefreshAction()});
+        SetSideActions({{u"Add"_s}});
+    }
+
+protected:
+    void CreatePanel() override {
+        auto* rows = new QVBoxLayout(this);
+        auto* fields = new QHBoxLayout;
+        auto* right = new QLineEdit; // made first, stands at the right
+        right->setAccessibleName(u"right"_s);
+        auto* left = new QLineEdit;
+        left->setAccessibleName(u"left"_s);
+        fields->addWidget(left);
+        fields->addWidget(right);
+        rows->addLayout(fields);
+        auto* list = new CBrenListCtrl(TheConsole().prompts);
+        list->SetTableKind(TableKind::Record);
+        list->AddColumn(u"Name"_s, 100);
+        list->setAccessibleName(u"rows"_s);
+        rows->addWidget(FindBar::Above(list));
+    }
+};
+
+class PlainPage : public CBrenPanel {
+public:
+    using CBrenPanel::CBrenPanel;
+};
+
+template <typename Page>
+PageEntry Section(const QString& title) {
+    return {title, u"tasks"_s, [](const Console& console) -> CBrenPanel* { return new Page(console); }};
+}
+
+ActionButton* ButtonOf(const QBoxLayout& layout, int index) {
+    return static_cast<ActionButton*>(layout.itemAt(index)->widget());
+}
+
+} // namespace
+
+class WindowFrameTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        m_parts = std::make_unique<ConsoleFixture<>>();
+        StoreWindowGeometry({});
+    }
+
+    void pressesAButton_data() {
+        const Columns<ActionButton::Kind, int> row("kind", "key");
+        row("framed, Enter", ActionButton::Kind::Framed, Qt::Key_Return);
+        row("framed, Space", ActionButton::Kind::Framed, Qt::Key_Space);
+        row("link, Enter of the number pad", ActionButton::Kind::Link, Qt::Key_Enter);
+        row("icon, Enter", ActionButton::Kind::Icon, Qt::Key_Return);
+    }
+
+    void pressesAButton() {
+        const auto [kind, key] = Fetched<ActionButton::Kind, int>();
+        ActionButton button(kind);
+        button.Set(u"Start"_s, {});
+        button.show();
+        button.setFocus();
+        QSignalSpy clicked(&button, &ActionButton::Clicked);
+        QTest::keyClick(&button, Qt::Key(key));
+        QCOMPARE(clicked.size(), 1);
+        QTest::mouseClick(&button, Qt::LeftButton);
+        QTest::mouseDClick(&button, Qt::LeftButton);
+        QCOMPARE(clicked.size(), 2); // the second press of a double click is none
+
+        button.SetBusy(true);
+        QTest::keyClick(&button, Qt::Key(key));
+        QTest::mouseClick(&button, Qt::LeftButton);
+        QCOMPARE(clicked.size(), 2);
+        QCOMPARE(button.focusWidget(), &button);
+        QVERIFY(button.isEnabled());
+    }
+
+    void keepsButtonsAndFocusAcrossActions() {
+        QWidget bar;
+        QHBoxLayout layout(&bar);
+        auto owner = std::make_unique<QWidget>();
+        int refreshed = 0;
+        int deleted = 0;
+        const FrameAction refresh{u"Refresh..."_s, RefreshIcon, [&] { ++refreshed; }};
+        const FrameAction remove{u"Delete"_s, DeleteIcon, [&] { ++deleted; }};
+        const auto show = [&](const std::vector<FrameAction>& actions) {
+            ShowActions(layout, *owner, actions, ActionButton::Kind::Framed);
+        };
+        show({remove, refresh});
+        bar.show();
+        ActionButton* button = ButtonOf(layout, 1);
+        button->setFocus();
+
+        FrameAction busy = refresh;
+        busy.enabled = false;
+        show({remove, busy});
+        QCOMPARE(ButtonOf(layout, 1), button);
+        QTest::keyClick(button, Qt::Key_Return);
+        QCOMPARE(refreshed, 0);
+        show({remove, refresh});
+        QTest::keyClick(button, Qt::Key_Return);
+        QCOMPARE(refreshed, 1);
+
+        show({refresh});
+        QCOMPARE(layout.count(), 1);
+        QCOMPARE(bar.focusWidget(), ButtonOf(layout, 0));
+        owner.reset();
+        QTest::mouseClick(ButtonOf(layout, 0), Qt::LeftButton);
+        QCOMPARE(refreshed, 1);
+        QCOMPARE(deleted, 0);
+    }
+
+    void tabGoesByPlace() {
+        const auto window = Open({Section<BusyPage>(u"Busy"_s), Section<PlainPage>(u"Plain"_s)});
+        auto* find = window->findChild<CPageHead*>()->findChildren<ActionButton*>().first();
+        QTRY_VERIFY(find->isVisible());
+        window->findChild<CNavigationColumn*>()->Sections()->setFocus();
+        const QStringList order{u"Sections"_s,
+                                u"Delete"_s,
+                                u"Refresh..."_s,
+                                find->text(),
+                                u"Add"_s,
+                                u"left"_s,
+                                u"right"_s,
+                                u"rows"_s,
+                                u"Not In Cloud Space"_s,
+                                u"Click to set bandwidth limit"_s,
+                                u"Click to set bandwidth limit"_s,
+                                u"Sections"_s};
+        QStringList forth{FocusName(*window)};
+        while (forth.size() < order.size()) {
+            QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
+            forth << FocusName(*window);
+        }
+        QCOMPARE(forth, order);
+        QStringList back{forth.last()};
+        while (back.size() < order.size()) {
+            QTest::keyClick(window->focusWidget(), Qt::Key_Backtab);
+            back.prepend(FocusName(*window));
+        }
+        QCOMPARE(back, order);
+    }
+
+    void findsFromTheSectionList() {
+        const auto window = Open({Section<BusyPage>(u"Busy"_s), Section<PlainPage>(u"Plain"_s)});
+        auto* sections = window->findChild<CNavigationColumn*>()->Sections();
+        auto* button = window->findChild<CPageHead*>()->findChildren<ActionButton*>().first();
+        auto* bar = window->findChild<FindBar*>();
+        QTRY_VERIFY(button->isVisible());
+        sections->setFocus();
+        QTest::keySequence(sections, QKeySequence::Find);
+        QVERIFY(bar->isVisible());
+        QVERIFY(bar->isAncestorOf(window->focusWidget()));
+        bar->Close();
+        QTest::mouseClick(button, Qt::LeftButton);
+        QVERIFY(bar->isVisible());
+
+        window->SelectSection(1);
+        QTRY_VERIFY(!button->isVisible());
+        QTest::keySequence(sections, QKeySequence::Find);
+        window->SelectSection(0);
+        QTRY_VERIFY(button->isVisible());
+    }
+
+    void makesPagesWhenTheyAreShown() {
+        QStringList made;
+        std::vector<PageEntry> entries;
+        for (const QString& title : {u"A"_s, u"B"_s})
+            entries.push_back({title, u"tasks"_s, [&made, title](const Console& console) -> CBrenPanel* {
+                                   made << title;
+                                   return new PlainPage(console);
+                               }});
+        const auto window = Open(entries);
+        QCOMPARE(made, QStringList({u"A"_s}));
+        window->SelectSection(1);
+        window->SelectSection(0);
+        QCOMPARE(made, QStringList({u"A"_s, u"B"_s}));
+    }
+
+    void scrollsInASmallWindow() {
+        const auto window = Open({Section<BusyPage>(u"Busy"_s)});
+        const QSize screen = window->screen()->availableSize();
+        QVERIFY(window->minimumSizeHint().boundedTo({520, 400}) == window->minimumSizeHint());
+        QVERIFY(window->frameGeometry().size().boundedTo(screen) == window->frameGeometry().size());
+
+        window->setMinimumSize(0, 0);
+        window->resize(480, 320);
+        auto* page = window->CurrentPage();
+        QVERIFY(page->width() >= 424);
+        for (QWidget* around = page; around; around = around->parentWidget())
+            if (auto* area = qobject_cast<QScrollArea*>(around))
+                QVERIFY(area->viewport()->width() < page->width());
+        auto* right = NamedField(*page, u"right"_s);
+        NamedField(*page, u"left"_s)->setFocus();
+        QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
+        QCOMPARE(window->focusWidget(), right);
+        QVERIFY(window->rect().contains(right->mapTo(window.get(), QPoint(8, 8))));
+    }
+
+    void showsTheFootInANarrowWindow() {
+        CConsoleStatusBar bar;
+        bar.show();
+        for (const int width : {960, 800, 640}) {
+            bar.resize(width, bar.height());
+            for (const QObject* child : bar.children())
+                if (const auto* part = qobject_cast<const QWidget*>(child); part && part->isVisible())
+                    QVERIFY2(bar.rect().contains(part->geometry()), qPrintable(QString::number(width)));
+        }
+    }
+
+    void namesStatusTextsForScreenReaders() {
+        const auto window = Open({Section<PlainPage>(u"Plain"_s)});
+        auto* head = window->findChild<CPageHead*>();
+        head->SetStatusText(u"The service does not answer."_s);
+        QLabel* label = head->findChildren<QLabel*>().last();
+        QCOMPARE(QAccessible::queryAccessibleInterface(label)->text(QAccessible::Name),
+                 u"The service does not answer."_s);
+    }
+
+    void fitsAStoredPlaceToTheScreens_data() {
+        const Columns<QRect, QRect> row("stored", "shown");
+        row("as it was", {100, 100, 820, 500}, {100, 100, 820, 500});
+        row("partly outside, its title can be grasped", {-400, 30, 820, 500}, {-400, 30, 820, 500});
+        row("title above the screen", {100, -40, 820, 500}, {100, 0, 820, 500});
+        row("on a screen that has gone", {5000, 100, 820, 500}, {460, 100, 820, 500});
+        row("larger than the screen", {10, 10, 3000, 2000}, {0, 0, 1280, 1024});
+        row("larger than the second screen", {1300, 20, 900, 700}, {1280, 0, 800, 600});
+    }
+
+    void fitsAStoredPlaceToTheScreens() {
+        QFETCH(QRect, stored);
+        QTEST(MovedOntoScreen(stored, {QRect(0, 0, 1280, 1024), QRect(1280, 0, 800, 600)}), "shown");
+    }
+
+private:
+    std::unique_ptr<CBTaskMMCDlg> Open(const std::vector<PageEntry>& pages) {
+        auto window = std::make_unique<CBTaskMMCDlg>(
+            m_parts->client, m_parts->counters, m_parts->prompts, m_parts->reader,
+            CBTaskMMCDlg::Options{.title = u"Title"_s, .version = u"1.2"_s, .pages = pages});
+        window->show();
+        window->activateWindow();
+        return window;
+    }
+
+    static QString FocusName(const QWidget& window) { return window.focusWidget()->accessibleName(); }
+
+    static QWidget* NamedField(const QWidget& page, const QString& name) {
+        const auto fields = page.findChildren<QLineEdit*>();
+        return *std::find_if(fields.begin(), fields.end(),
+                             [&](const QLineEdit* field) { return field->accessibleName() == name; });
+    }
+
+    ServiceFixture m_service; // for a home of its own
+    std::unique_ptr<ConsoleFixture<>> m_parts;
+};
+
+BTASK_TEST(WindowFrameTest);
+
+#include "WindowFrameTest.moc"

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QProgressBar>
+#include <QTimer>
 
 struct Progress;
 
@@ -12,4 +13,13 @@ public:
     explicit WorkBar(QWidget* parent = nullptr);
 
     void SetProgress(const Progress& progress);
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    void Wander();
+
+    QTimer m_wander; ///< moves a bar whose end is not known, as long as it is seen
 };

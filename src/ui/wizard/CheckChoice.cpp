@@ -29,6 +29,7 @@ CheckChoice::State CheckChoice::StateOf(const QStringList& path) const {
     if (branch) {
         state.tickedBelow = state.ticked ? 0 : branch->ticked;
         state.leftOut = state.ticked ? branch->unticked : 0;
+        state.isHighest = branch->mark.has_value();
     }
     return state;
 }
@@ -75,18 +76,19 @@ void CheckChoice::Mark(const QStringList& path, bool ticked) {
     Prune(&branch);
 }
 
-void CheckChoice::Set(const QStringList& path, bool ticked, const LevelBelow& levelBelow) {
+QStringList CheckChoice::Set(const QStringList& path, bool ticked, const LevelBelow& levelBelow) {
     if (path.isEmpty())
-        return;
+        return path;
     const State before = StateOf(path);
     if (!ticked || !before.inTicked) {
         Mark(path, ticked);
-        return;
+        return path;
     }
     // Down the way from the one that was left out: it is ticked, and what branches off the way is not.
     QStringList way = path.first(1);
     while (!StateOf(way).inTicked)
         way.append(path.at(way.size()));
+    const QStringList changed = way;
     Mark(way, true);
     while (way.size() < path.size()) {
         const QString& next = path.at(way.size());
@@ -95,4 +97,5 @@ void CheckChoice::Set(const QStringList& path, bool ticked, const LevelBelow& le
                 Mark(way + QStringList(key), false);
         way.append(next);
     }
+    return changed;
 }

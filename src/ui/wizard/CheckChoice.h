@@ -20,7 +20,9 @@ public:
         int leftOut = 0;       ///< of a ticked node: the highest unticked ones below it
         bool inTicked = false; ///< of a node that is not ticked: it was left out of a ticked one above it
 
-        bool operator==(const State&) const = default;
+        bool isHighest = false; ///< differs from the node above it
+
+        bool IsLeftOut() const { return inTicked && isHighest; }
     };
 
     /// A node that has marks at it or below it.
@@ -34,8 +36,9 @@ public:
 
     State StateOf(const QStringList& path) const;
     /// The same to all below. Ticking a node below one that was left out ticks the way up to the ticked tree,
-    /// and leaves the other known children on that way out.
-    void Set(const QStringList& path, bool ticked, const LevelBelow& levelBelow);
+    /// and leaves the other known children on that way out. Returns the node below which states may have
+    /// changed.
+    QStringList Set(const QStringList& path, bool ticked, const LevelBelow& levelBelow);
     bool IsEmpty() const { return m_root.ticked == 0; }
     void Clear() { m_root = {}; }
 

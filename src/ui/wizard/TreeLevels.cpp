@@ -25,13 +25,16 @@ QStringList TreeLevels::KeysBelow(const QStringList& path) const {
     QStringList keys;
     if (const Node* node = Find(path))
         for (const auto& child : node->children)
-            keys.append(child->entry.key);
+            if (!child->isMessage)
+                keys.append(child->entry.key);
     return keys;
 }
 
 std::vector<std::unique_ptr<TreeLevels::Node>> TreeLevels::MakeChildren(Node& node, TreeLevel level) {
-    node.failure = std::move(level.failure);
-    node.listing = node.failure.isEmpty() ? Listing::Listed : Listing::Failed;
+    const bool failed = !level.failure.isEmpty();
+    node.listing = failed ? Listing::Failed : Listing::Listed;
+    if (failed)
+        level.entries = {{{}, level.failure, 0, false, false}};
     std::vector<std::unique_ptr<Node>> children;
     children.reserve(level.entries.size());
     for (TreeEntry& entry : level.entries) {
@@ -39,6 +42,7 @@ std::vector<std::unique_ptr<TreeLevels::Node>> TreeLevels::MakeChildren(Node& no
         child->entry = std::move(entry);
         child->parent = &node;
         child->row = int(children.size());
+        child->isMessage = failed;
         children.push_back(std::move(child));
     }
     return children;

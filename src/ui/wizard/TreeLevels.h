@@ -32,7 +32,7 @@ public:
         Node* parent = nullptr;
         int row = 0;
         Listing listing = Listing::NotAsked;
-        QString failure;
+        bool isMessage = false; ///< stands in a level that could not be listed, and says why
         std::vector<std::unique_ptr<Node>> children;
     };
 
@@ -45,8 +45,7 @@ public:
     const Node* Find(const QStringList& path) const;
     QStringList KeysBelow(const QStringList& path) const;
 
-    static void BeginListing(Node& node) { node.listing = Listing::Asking; }
-    /// The level's nodes, which are given to the node by `children`.
+    /// The nodes of the level below, or the one that says why there are none, to become the node's children.
     static std::vector<std::unique_ptr<Node>> MakeChildren(Node& node, TreeLevel level);
 
 private:

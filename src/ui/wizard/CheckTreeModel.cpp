@@ -85,6 +85,14 @@ void CheckTreeModel::Replace(TreeLevels::Node& node, TreeLevel level) {
     TellRow(node);
 }
 
+void CheckTreeModel::SetLevel(const QStringList& path, TreeLevel level) {
+    const TreeLevels::Node* node = m_levels.Find(path);
+    if (!node)
+        return;
+    m_asking.erase(node);
+    Replace(Node(IndexOf(*node)), std::move(level));
+}
+
 void CheckTreeModel::Toggle(const QModelIndex& index) {
     const TreeLevels::Node& node = Node(index);
     const QVariant check = CheckOf(node);

@@ -31,6 +31,9 @@ public:
     /// Lists a level anew that was listed before; what is below it is forgotten, what is ticked is not.
     void ListAgain(const QModelIndex& index);
 
+    /// Gives a level that is known without being listed.
+    void SetLevel(const QStringList& path, TreeLevel level);
+
     void Toggle(const QModelIndex& index);
     void SetTicked(const QStringList& path, bool ticked);
     const CheckChoice& Choice() const { return m_choice; }
@@ -70,7 +73,7 @@ private:
     Lane m_lane;
     Lister m_lister;
     Boxes m_boxes;
-    mutable TreeLevels m_levels;
+    mutable TreeLevels m_levels; ///< nodes are reached through indexes, whoever asks
     CheckChoice m_choice;
     std::map<const TreeLevels::Node*, std::unique_ptr<PageLoader>> m_asking; ///< one a level that is listed
 };

@@ -89,7 +89,7 @@ constexpr Kind Kinds[] = {
     {"Choice",
      [](UserPrompts&) -> QWidget* {
          auto* choice = new QComboBox;
-         choice->addItems({QStringLiteral("Daily Backup"), QStringLiteral("Custom Backup Schedule")});
+         choice->addItems({QStringLiteral("Daily"), QStringLiteral("Custom")});
          return choice;
      }},
     {"Number",
@@ -137,7 +137,7 @@ QWidget* MakeFieldGallery(UserPrompts& prompts) {
     auto* grid = new QGridLayout(sheet);
     grid->setContentsMargins(Look::PageMargin, Look::PageMargin, Look::PageMargin, Look::PageMargin);
     grid->setVerticalSpacing(6);
-    grid->setHorizontalSpacing(14);
+    grid->setHorizontalSpacing(8);
     const QStringList states{{},
                              QStringLiteral("Plain"),
                              QStringLiteral("Hovered"),

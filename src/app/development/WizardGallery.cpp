@@ -188,9 +188,10 @@ private:
     QLineEdit* m_name = nullptr;
 };
 
-CBrenPropertySheet* MakeSample(Reader& reader, UserPrompts& prompts, QWidget* parent) {
+CBrenPropertySheet* MakeSample(Reader& reader, UserPrompts& prompts, SampleWizard state, QWidget* parent) {
     auto* sheet = new CBrenPropertySheet(reader, prompts, QStringLiteral("Backup by Folder"), parent);
-    sheet->AddPage(new SourcePage);
+    if (state == SampleWizard::FirstPage)
+        sheet->AddPage(new SourcePage);
     sheet->AddPage(new CWizardPage(QStringLiteral("Where to Backup"), {}));
     sheet->AddPage(new ConfirmPage);
     return sheet;
@@ -200,6 +201,18 @@ void Press(CBrenPropertySheet& sheet, const QString& caption) {
     for (QPushButton* button : sheet.findChildren<QPushButton*>())
         if (button->text() == caption)
             button->click();
+}
+
+void FinishWhenShown(CBrenPropertySheet& sheet) {
+    auto* timer = new QTimer(&sheet);
+    timer->start(50);
+    QObject::connect(timer, &QTimer::timeout, &sheet, [&sheet, timer] {
+        if (!sheet.isVisible())
+            return;
+        timer->stop();
+        Press(sheet, QStringLiteral("&Next"));
+        Press(sheet, QStringLiteral("&Finish"));
+    });
 }
 
 } // namespace
@@ -240,19 +253,17 @@ QWidget* MakeTreeGallery() {
 QWidget* MakeWizardGallery(UserPrompts& prompts, SampleWizard state) {
     auto* board = new QWidget;
     Reader& reader = state == SampleWizard::Busy ? HangingReader() : AnsweringReader();
-    CBrenPropertySheet* sheet = MakeSample(reader, prompts, board);
+    CBrenPropertySheet* sheet = MakeSample(reader, prompts, state, board);
     sheet->setWindowFlags(Qt::Widget);
     sheet->setAttribute(Qt::WA_DeleteOnClose, false);
     auto* open = new QPushButton(QStringLiteral("Open it as a window"));
     auto* column = new QVBoxLayout(board);
     column->addWidget(sheet, 1);
     column->addWidget(open, 0, Qt::AlignLeft);
-    QObject::connect(open, &QPushButton::clicked, board,
-                     [board, &reader, &prompts] { MakeSample(reader, prompts, board)->open(); });
+    QObject::connect(open, &QPushButton::clicked, board, [board, &reader, &prompts, state] {
+        MakeSample(reader, prompts, state, board)->open();
+    });
     if (state != SampleWizard::FirstPage)
-        QTimer::singleShot(200, sheet, [sheet] {
-            for (const char* caption : {"&Next", "&Next", "&Finish"})
-                Press(*sheet, QLatin1String(caption));
-        });
+        FinishWhenShown(*sheet);
     return board;
 }

@@ -4,11 +4,13 @@
 
 #include <QAbstractScrollArea>
 #include <QDateTime>
+#include <QGroupBox>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyleFactory>
 #include <QStyleOption>
 #include <QTextCharFormat>
+#include <QToolButton>
 
 #include <algorithm>
 
@@ -62,7 +64,8 @@ void DrawCheck(QPainter& painter, const QStyleOption& option) {
     const bool partly = option.state & QStyle::State_NoChange;
     const QColor colour = enabled ? Look::Accent : Look::Line;
     const QRectF box(option.rect);
-    DrawBox(painter, box, set || partly || option.state & QStyle::State_MouseOver ? colour : Look::Muted,
+    DrawBox(painter, box,
+            set || partly || option.state & QStyle::State_MouseOver || !enabled ? colour : Look::Muted,
             set ? colour : Look::Paper);
     if (!set && !partly)
         return;
@@ -86,6 +89,17 @@ void DrawCheck(QPainter& painter, const QStyleOption& option) {
     painter.restore();
 }
 
+/// A raised tool button has its ring from the panel below its words.
+bool HasRingInPanel(const QWidget* widget) {
+    const auto* tool = qobject_cast<const QToolButton*>(widget);
+    return tool && !tool->autoRaise();
+}
+
+int TitleHeight(const QStyleOption& option, const QWidget* widget) {
+    const auto* group = qobject_cast<const QGroupBox*>(widget);
+    return group && !group->title().isEmpty() ? option.fontMetrics.height() + 3 : 0;
+}
+
 /// The arrow that opens and closes a node; the lines between nodes are left out.
 void DrawBranch(QPainter& painter, const QStyleOption& option) {
     if (!(option.state & QStyle::State_Children))
@@ -99,7 +113,9 @@ void DrawBranch(QPainter& painter, const QStyleOption& option) {
         arrow = QPolygonF({{2, -4}, {-2, 0}, {2, 4}});
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(Look::Secondary, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    const bool enabled = option.state & QStyle::State_Enabled;
+    painter.setPen(
+        QPen(enabled ? Look::Secondary : Look::DotLine, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.drawPolyline(arrow.translated(at));
     painter.restore();
 }
@@ -161,6 +177,8 @@ void ConsoleStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
                                  const QWidget* widget) const {
     switch (element) {
     case PE_FrameFocusRect:
+        if (HasRingInPanel(widget))
+            break;
         Look::DrawFocusRing(*painter, option->rect, 4);
         break;
     case PE_PanelButtonCommand:
@@ -186,7 +204,8 @@ void ConsoleStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
             QProxyStyle::drawPrimitive(element, option, painter, widget);
         break;
     case PE_FrameGroupBox:
-        DrawBox(*painter, option->rect, Look::Line, Qt::transparent);
+        DrawBox(*painter, option->rect.adjusted(0, TitleHeight(*option, widget), 0, 0), Look::Line,
+                Qt::transparent);
         break;
     default:
         QProxyStyle::drawPrimitive(element, option, painter, widget);
@@ -250,6 +269,10 @@ QSize ConsoleStyle::sizeFromContents(ContentsType type, const QStyleOption* opti
 
 int ConsoleStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
     switch (metric) {
+    case PM_DefaultFrameWidth: // room for the ring
+        if (qobject_cast<const QAbstractScrollArea*>(widget))
+            return 2;
+        return QProxyStyle::pixelMetric(metric, option, widget);
     case PM_IndicatorWidth:
     case PM_IndicatorHeight:
         return 14;

@@ -14,6 +14,8 @@ public:
 
     void SetProgress(const Progress& progress);
 
+    QSize minimumSizeHint() const override { return sizeHint(); } ///< the toolkit's has room for words
+
 protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;

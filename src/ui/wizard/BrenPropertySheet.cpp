@@ -150,8 +150,12 @@ void CBrenPropertySheet::LeaveOut(const CWizardPage& page, bool leftOut) {
 
 void CBrenPropertySheet::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
-    if (!m_entries.empty() && !event->spontaneous())
+    if (m_entries.empty() || event->spontaneous())
+        return;
+    if (!std::exchange(m_opened, true))
         EnterPage();
+    else
+        FillCurrent(); // a read may have ended with the window hidden
 }
 
 void CBrenPropertySheet::EnterPage() {

@@ -171,6 +171,7 @@ private:
     std::unique_ptr<PageLoader> m_work;
     int m_attempt = 0; ///< of leaving a page; what belongs to an earlier one comes too late
     int m_filling = 0;
+    bool m_opened = false;
     bool m_entered = false; ///< the user has entered something
     bool m_asking = false;
     QString m_busy; ///< what a Check or Commit does

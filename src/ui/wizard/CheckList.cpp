@@ -7,6 +7,12 @@
 
 #include <algorithm>
 
+namespace {
+
+constexpr int RowHeight = 24;
+
+} // namespace
+
 CCheckList::CCheckList(const QString& name, const std::vector<std::pair<QString, int>>& columns,
                        QWidget* parent)
     : QTreeWidget(parent) {
@@ -32,6 +38,7 @@ int CCheckList::AddRow(const QStringList& cells, bool ticked) {
     auto* item = new QTreeWidgetItem(cells);
     item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable |
                    Qt::ItemNeverHasChildren);
+    item->setSizeHint(0, QSize(0, RowHeight));
     item->setCheckState(0, ticked ? Qt::Checked : Qt::Unchecked);
     for (int column = 0; column < cells.size(); ++column)
         item->setToolTip(column, Look::ToolTip(cells.at(column)));

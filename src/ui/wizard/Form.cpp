@@ -18,11 +18,18 @@
 
 #include <algorithm>
 
+namespace {
+
+constexpr int CalendarArrow = 20; ///< which the toolkit leaves out of a date's width
+
+} // namespace
+
 CForm::CForm(QWidget* parent) : QWidget(parent), m_layout(new QFormLayout(this)) {
     m_layout->setContentsMargins(0, 0, 0, 0);
     m_layout->setHorizontalSpacing(Look::TextInset);
     m_layout->setVerticalSpacing(10);
     m_layout->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+    m_layout->setLabelAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_layout->setRowWrapPolicy(QFormLayout::WrapLongRows);
 }
 
@@ -112,6 +119,7 @@ QDateEdit* MakeDateField() {
         form.replace(QLatin1String("yy"), QLatin1String("yyyy"));
     field->setDisplayFormat(form);
     field->setCalendarPopup(true);
+    field->setMinimumWidth(field->sizeHint().width() + CalendarArrow);
     return field;
 }
 

@@ -165,7 +165,20 @@ void CBrenPropertySheet::EnterPage() {
     m_subtitle->setText(CurrentPage()->Subtitle());
     m_subtitle->setVisible(!CurrentPage()->Subtitle().isEmpty());
     FillCurrent();
+    OrderTabs();
     FocusPage();
+}
+
+void CBrenPropertySheet::OrderTabs() {
+    QWidget* last = nullptr;
+    for (QWidget* next = nextInFocusChain(); next != this; next = next->nextInFocusChain())
+        if (CurrentPage()->isAncestorOf(next) && next->focusPolicy() & Qt::TabFocus)
+            last = next;
+    if (!last)
+        return;
+    for (QWidget* next : {m_line->Link(), static_cast<QWidget*>(m_back), static_cast<QWidget*>(m_main),
+                          static_cast<QWidget*>(m_cancel)})
+        setTabOrder(std::exchange(last, next), next);
 }
 
 void CBrenPropertySheet::FillCurrent() {
@@ -214,6 +227,7 @@ void CBrenPropertySheet::EndRead(CWizardPage& page, const QString& failure, bool
         entry.filledFrom.reset();
     const bool focusRested = focusWidget() == m_line;
     Refresh();
+    OrderTabs();
     if (&page == CurrentPage() && focusRested && m_travel.Now() == WizardTravel::Phase::Idle)
         FocusPage();
 }

@@ -163,6 +163,8 @@ private:
     void HoldFocus(const WizardTravel::Buttons& allowed);
     void ReleaseFocus(QWidget* wanted);
     void FocusPage();
+    /// The page comes before the buttons, also with fields that it has made by now.
+    void OrderTabs();
 
     Reader& m_reader;
     UserPrompts& m_prompts;

@@ -112,6 +112,10 @@ void WizardLine::ShowFailure(const QString& why, bool again) {
     m_again->setVisible(again);
 }
 
+QWidget* WizardLine::Link() const {
+    return m_again;
+}
+
 QString WizardLine::Text() const {
     QStringList words{m_lead->text(), m_rest->text()};
     words.removeAll({});

@@ -30,6 +30,7 @@ public:
     bool IsFailure() const { return m_face == Face::Failure; }
     bool IsBusy() const { return m_face == Face::Busy; }
     QString Text() const;
+    QWidget* Link() const; ///< which tries again
 
 signals:
     void TryAgain();

@@ -175,6 +175,10 @@ private slots:
     void rides_data() {
         const Columns<QString, QString, QString> row("case", "script", "sent");
         const QString in = u"Host=a | Password=x | Next | step | "_s;
+        row("Tab goes down the page and along the buttons",
+            "focus Host | key Tab | focus Password | Host=a | key Tab | key Tab | focus Next | key Tab | "
+            "focus Cancel | key Tab | focus Host",
+            "");
         row("cancelled with nothing entered", "focus Host | key Escape | closed", "");
         row("incomplete", "off Next | key Return | page Login | Host=a | on Next", "");
         row("a refusal in a box, and its words after it",

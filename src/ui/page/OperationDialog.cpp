@@ -5,7 +5,6 @@
 #include "look/Look.h"
 #include "page/WorkBar.h"
 
-#include <QApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
@@ -33,7 +32,6 @@ QLabel* MakeText(const QString& text, const QColor& colour) {
 OperationDialog::OperationDialog(OperationRequest request, QWidget* parent)
     : QDialog(parent), m_request(std::move(request)), m_state(MakeText({}, Look::Secondary)),
       m_elapsed(MakeText({}, Look::Muted)), m_bar(new WorkBar), m_cancel(new QPushButton(tr("Cancel"))) {
-    setWindowTitle(m_request.title.isEmpty() ? QApplication::applicationDisplayName() : m_request.title);
     setMinimumWidth(420);
     m_bar->setAccessibleName(m_request.text);
     m_cancel->setEnabled(bool(m_request.cancel));

@@ -3,7 +3,6 @@
 #include "look/Look.h"
 #include "page/PasswordField.h"
 
-#include <QApplication>
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -11,7 +10,6 @@
 
 TextDialog::TextDialog(TextRequest request, QWidget* parent)
     : QDialog(parent), m_request(std::move(request)), m_reason(new QLabel) {
-    setWindowTitle(m_request.title.isEmpty() ? QApplication::applicationDisplayName() : m_request.title);
     auto* label = new QLabel(m_request.label);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);

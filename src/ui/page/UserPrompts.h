@@ -12,23 +12,23 @@ class QWidget;
 struct MessageText {
     QString text = {};
     QString details = {}; ///< can be folded out
-    QString title = {};   ///< of the window; empty: the program's name
+    QString title = {};   ///< of the window; empty: that of the window that asks
 };
 
 struct Question {
     QString text = {};
     QString details = {}; ///< can be folded out
-    QString title = {};   ///< of the window; empty: the program's name
+    QString title = {};   ///< of the window; empty: that of the window that asks
     QString yes = {};     ///< the button's own words; empty: Yes
     QString no = {};      ///< the button's own words; empty: No
     bool destroys = true; ///< No is the button that the Enter key presses; otherwise Yes
 };
 
 struct TextRequest {
-    QString title = {};
-    QString label = {};                                      ///< above the field
-    QString text = {};                                       ///< stands in the field at first, selected
-    bool secret = false;                                     ///< typed unseen, and shown on demand
+    QString title = {};  ///< of the window; empty: that of the window that asks
+    QString label = {};  ///< above the field
+    QString text = {};   ///< stands in the field at first, selected
+    bool secret = false; ///< typed unseen, and shown on demand
     std::function<QString(const QString& text)> refuse = {}; ///< why a text cannot be taken; empty: it can
 };
 

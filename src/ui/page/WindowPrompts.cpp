@@ -26,14 +26,17 @@ void Open(QDialog* dialog, QWidget* over, std::function<void(int result)> closed
     dialog->open();
 }
 
-QString TitleOf(const QString& title) {
-    return title.isEmpty() ? QApplication::applicationDisplayName() : title;
+/// Without a title of its own a box has that of the window that asks.
+QString TitleOf(const QString& title, const QWidget* window) {
+    const QString own = title.isEmpty() && window ? window->windowTitle() : title;
+    return own.isEmpty() ? QApplication::applicationName() : own;
 }
 
 QMessageBox* MakeBox(QWidget* over, const QString& icon, const QString& text, const QString& details,
                      const QString& title) {
+    QWidget* window = WindowOf(over);
     auto* box =
-        new QMessageBox(QMessageBox::NoIcon, TitleOf(title), text, QMessageBox::NoButton, WindowOf(over));
+        new QMessageBox(QMessageBox::NoIcon, TitleOf(title, window), text, QMessageBox::NoButton, window);
     box->setIconPixmap(
         IconRegistry::Icon(icon, Look::Accent).pixmap(QSize(32, 32), box->devicePixelRatioF()));
     box->setTextFormat(Qt::PlainText);
@@ -73,6 +76,7 @@ void WindowPrompts::Ask(QWidget* over, const Question& question, std::function<v
 void WindowPrompts::AskText(QWidget* over, const TextRequest& request,
                             std::function<void(std::optional<QString>)> answer) {
     auto* dialog = new TextDialog(request, WindowOf(over));
+    dialog->setWindowTitle(TitleOf(request.title, WindowOf(over)));
     Open(dialog, over, [dialog, answer = std::move(answer)](int result) {
         answer(result == QDialog::Accepted ? std::optional(dialog->Text()) : std::nullopt);
     });
@@ -107,6 +111,7 @@ void WindowPrompts::PickRemoteFolder(QWidget* over, const RemoteFolderRequest& r
 
 std::shared_ptr<void> WindowPrompts::ShowOperation(QWidget* over, const OperationRequest& request) {
     auto* dialog = new OperationDialog(request, WindowOf(over));
+    dialog->setWindowTitle(TitleOf(request.title, WindowOf(over)));
     if (over)
         QObject::connect(over, &QObject::destroyed, dialog, &OperationDialog::End);
     Open(dialog, over, [](int) {});

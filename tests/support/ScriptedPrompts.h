@@ -19,6 +19,14 @@ public:
     }
 
     void ExpectMessage(const QString& text) { m_script.push_back({Kind::Message, text, {}}); }
+    void ExpectText(const QString& label, std::optional<QString> answer) {
+        m_script.push_back({Kind::Text, label, std::move(answer)});
+    }
+    void ExpectRemotePick(const QString& caption, std::optional<QString> answer) {
+        m_script.push_back({Kind::RemotePick, caption, std::move(answer)});
+    }
+    /// The box is shown; `operation` is the one that stands.
+    void ExpectOperation(const QString& text) { m_script.push_back({Kind::Operation, text, {}}); }
     void ExpectQuestion(const QString& text, bool yes) {
         m_script.push_back({Kind::Question, text, yes ? std::optional(QString()) : std::nullopt});
     }
@@ -35,24 +43,41 @@ public:
             answer();
     }
 
-    QStringList details;   ///< of each message and question
-    QString clipboardText; ///< as last written
+    QStringList details;                       ///< of each message and question
+    QString clipboardText;                     ///< as last written
+    Question asked;                            ///< the last one
+    std::optional<OperationRequest> operation; ///< while the box stands
 
-    void ShowMessage(QWidget* over, const QString& text, std::function<void()> done,
-                     const QString& more) override {
-        details.append(more);
-        Play(Kind::Message, text);
+    void Tell(QWidget* over, const MessageText& message, std::function<void()> done) override {
+        details.append(message.details);
+        Play(Kind::Message, message.text);
         Answer(over, [done = std::move(done)] {
             if (done)
                 done();
         });
     }
 
-    void AskYesNo(QWidget* over, const QString& question, std::function<void(bool)> answer,
-                  const QString& more) override {
-        details.append(more);
-        const bool yes = Play(Kind::Question, question).has_value();
+    void Ask(QWidget* over, const Question& question, std::function<void(bool)> answer) override {
+        details.append(question.details);
+        asked = question;
+        const bool yes = Play(Kind::Question, question.text).has_value();
         Answer(over, [yes, answer = std::move(answer)] { answer(yes); });
+    }
+
+    void AskText(QWidget* over, const TextRequest& request,
+                 std::function<void(std::optional<QString>)> answer) override {
+        AnswerWith(over, Play(Kind::Text, request.label), request.refuse, std::move(answer));
+    }
+
+    void PickRemoteFolder(QWidget* over, const RemoteFolderRequest& request,
+                          std::function<void(std::optional<QString>)> answer) override {
+        AnswerWith(over, Play(Kind::RemotePick, request.caption), request.refuse, std::move(answer));
+    }
+
+    [[nodiscard]] std::shared_ptr<void> ShowOperation(QWidget*, const OperationRequest& request) override {
+        Play(Kind::Operation, request.text);
+        operation = request;
+        return {this, [](void* prompts) { static_cast<ScriptedPrompts*>(prompts)->operation.reset(); }};
     }
 
     void PickPath(QWidget* over, const PickRequest& request,
@@ -64,7 +89,7 @@ public:
     void SetClipboardText(const QString& text) override { clipboardText = text; }
 
 private:
-    enum class Kind { Message, Question, Pick };
+    enum class Kind { Message, Question, Text, Pick, RemotePick, Operation };
     struct Line {
         Kind kind;
         QString text;
@@ -79,6 +104,16 @@ private:
         const Line line = m_script.front();
         m_script.pop_front();
         return line.answer;
+    }
+
+    using TextAnswer = std::function<void(std::optional<QString>)>;
+
+    /// An answer that the asker would refuse is a fault of the script: the real window would not give it.
+    void AnswerWith(QWidget* over, const std::optional<QString>& text,
+                    const std::function<QString(const QString&)>& refuse, TextAnswer answer) {
+        if (text && refuse && !refuse(*text).isEmpty())
+            Fail(QStringLiteral("refused (%1)").arg(refuse(*text)), *text);
+        Answer(over, [text, answer = std::move(answer)] { answer(text); });
     }
 
     void Answer(QWidget* over, std::function<void()> answer) {

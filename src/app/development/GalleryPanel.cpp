@@ -2,6 +2,7 @@
 
 #include "cards/LabeledPanel.h"
 #include "development/GalleryCards.h"
+#include "development/KitGallery.h"
 #include "development/ListGallery.h"
 #include "look/IconRegistry.h"
 #include "look/Look.h"
@@ -37,6 +38,14 @@ void CGalleryPanel::CreatePanel() {
     AddTab(tr("No Cards"), MakeGalleryCards(TheConsole(), 0), CompletedTasksIcon);
     AddTab(tr("Controls"), MakeControls(), TaskSettingsIcon);
     AddTab(tr("Lists"), MakeScrolled(MakeListGallery(TheConsole().prompts, nullptr)), TraceIcon);
+    AddTab(tr("Fields"), MakeScrolled(MakeFieldGallery(TheConsole().prompts)), EditIcon);
+    AddTab(tr("Form"), MakeScrolled(MakeFormGallery(TheConsole().prompts)), SettingIcon);
+    AddTab(tr("Grid"), MakeScrolled(MakeGridGallery(TheConsole().prompts)), SettingGroupIcon);
+    AddTab(tr("Trees"), MakeScrolled(MakeTreeGallery()), FolderIcon);
+    for (const auto& [title, state] : {std::pair(tr("Wizard"), SampleWizard::FirstPage),
+                                       {tr("Busy"), SampleWizard::Busy},
+                                       {tr("Failed"), SampleWizard::Failed}})
+        AddTab(title, MakeScrolled(MakeWizardGallery(TheConsole().prompts, state)), BackupIcon);
     AddTab(tr("Icons"), MakeScrolled(MakeIconSheet(nullptr)), MountedIcon);
     AddHiddenTab(tr("Hidden"), MakeGalleryCards(TheConsole(), 7), SystemTasksIcon);
     auto* advanced = new QCheckBox(tr("Advanced Mode"));

@@ -2,15 +2,23 @@
 
 #include "look/Look.h"
 
+#include <QAbstractScrollArea>
+#include <QDateTime>
+#include <QGroupBox>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyleFactory>
 #include <QStyleOption>
 #include <QTextCharFormat>
+#include <QToolButton>
+
+#include <algorithm>
 
 namespace {
 
 constexpr int ControlHeight = 28;
+constexpr int BarHeight = 6;
+constexpr qint64 WanderMilliseconds = 1600;
 
 void DrawBox(QPainter& painter, const QRectF& bounds, const QColor& line, const QColor& fill,
              qreal width = 1) {
@@ -22,46 +30,120 @@ void DrawBox(QPainter& painter, const QRectF& bounds, const QColor& line, const 
     painter.restore();
 }
 
+/// The button that the Enter key presses.
+bool IsMainButton(const QStyleOption& option) {
+    const auto* button = qstyleoption_cast<const QStyleOptionButton*>(&option);
+    return button && button->features & QStyleOptionButton::DefaultButton &&
+           option.state & QStyle::State_Enabled;
+}
+
+void DrawButtonRing(QPainter& painter, const QStyleOption& option) {
+    Look::DrawFocusRing(painter, option.rect, 4);
+    if (IsMainButton(option)) // on the accent colour the ring is told by a light one in it
+        DrawBox(painter, QRectF(option.rect).adjusted(2, 2, -2, -2), Look::Paper, Qt::transparent);
+}
+
 void DrawButton(QPainter& painter, const QStyleOption& option) {
     const bool enabled = option.state & QStyle::State_Enabled;
     const bool pressed = option.state & (QStyle::State_Sunken | QStyle::State_On);
     const bool hovered = enabled && option.state & QStyle::State_MouseOver;
-    const auto* button = qstyleoption_cast<const QStyleOptionButton*>(&option);
-    const bool preset = button && button->features & QStyleOptionButton::DefaultButton;
-    DrawBox(painter, option.rect,
-            preset && enabled ? Look::Accent
-            : hovered         ? Look::AccentLine
-                              : Look::Line,
-            pressed || hovered ? Look::AccentTint : Look::Paper);
+    if (IsMainButton(option)) {
+        DrawBox(painter, option.rect, Look::Accent,
+                pressed || hovered ? Look::Accent.lighter(115) : Look::Accent);
+    } else {
+        DrawBox(painter, option.rect, hovered ? Look::AccentLine : Look::Line,
+                pressed || hovered ? Look::AccentTint : Look::Paper);
+    }
     if (option.state & QStyle::State_HasFocus)
-        Look::DrawFocusRing(painter, option.rect, 4);
+        DrawButtonRing(painter, option);
 }
 
 void DrawCheck(QPainter& painter, const QStyleOption& option) {
     const bool enabled = option.state & QStyle::State_Enabled;
-    const bool set = option.state & (QStyle::State_On | QStyle::State_NoChange);
+    const bool set = option.state & QStyle::State_On;
+    const bool partly = option.state & QStyle::State_NoChange;
     const QColor colour = enabled ? Look::Accent : Look::Line;
     const QRectF box(option.rect);
-    DrawBox(painter, box, set || option.state & QStyle::State_MouseOver ? colour : Look::Muted,
+    DrawBox(painter, box,
+            set || partly || option.state & QStyle::State_MouseOver || !enabled ? colour : Look::Muted,
             set ? colour : Look::Paper);
-    if (!set)
+    if (!set && !partly)
         return;
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(Look::Paper, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setPen(
+        QPen(partly ? colour : QColor(Look::Paper), 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     QPainterPath mark;
     const auto at = [&box](qreal x, qreal y) {
         return box.topLeft() + QPointF(x * box.width(), y * box.height());
     };
-    if (option.state & QStyle::State_NoChange) {
-        mark.moveTo(at(0.25, 0.5));
-        mark.lineTo(at(0.75, 0.5));
+    if (partly) {
+        mark.moveTo(at(0.26, 0.5));
+        mark.lineTo(at(0.74, 0.5));
     } else {
         mark.moveTo(at(0.24, 0.52));
         mark.lineTo(at(0.43, 0.71));
         mark.lineTo(at(0.77, 0.31));
     }
     painter.drawPath(mark);
+    painter.restore();
+}
+
+/// A raised tool button has its ring from the panel below its words.
+bool HasRingInPanel(const QWidget* widget) {
+    const auto* tool = qobject_cast<const QToolButton*>(widget);
+    return tool && !tool->autoRaise();
+}
+
+int TitleHeight(const QStyleOption& option, const QWidget* widget) {
+    const auto* group = qobject_cast<const QGroupBox*>(widget);
+    return group && !group->title().isEmpty() ? option.fontMetrics.height() + 3 : 0;
+}
+
+/// The arrow that opens and closes a node; the lines between nodes are left out.
+void DrawBranch(QPainter& painter, const QStyleOption& option) {
+    if (!(option.state & QStyle::State_Children))
+        return;
+    const QPointF at = QRectF(option.rect).center();
+    const bool left = option.direction == Qt::RightToLeft;
+    QPolygonF arrow({{-2, -4}, {2, 0}, {-2, 4}});
+    if (option.state & QStyle::State_Open)
+        arrow = QPolygonF({{-4, -2}, {0, 2}, {4, -2}});
+    else if (left)
+        arrow = QPolygonF({{2, -4}, {-2, 0}, {2, 4}});
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    const bool enabled = option.state & QStyle::State_Enabled;
+    painter.setPen(
+        QPen(enabled ? Look::Secondary : Look::DotLine, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(arrow.translated(at));
+    painter.restore();
+}
+
+void DrawBar(QPainter& painter, const QStyleOptionProgressBar& bar) {
+    const QRectF groove(bar.rect);
+    const auto fill = [&painter](const QRectF& part, const QColor& colour) {
+        const qreal radius = std::min(part.height(), part.width()) / 2;
+        painter.setBrush(colour);
+        painter.drawRoundedRect(part, radius, radius);
+    };
+    QRectF part = groove;
+    if (bar.maximum > bar.minimum) {
+        part.setWidth(groove.width() * (bar.progress - bar.minimum) / (bar.maximum - bar.minimum));
+    } else { // its end is not known: a part wanders
+        const qreal way =
+            qreal(QDateTime::currentMSecsSinceEpoch() % WanderMilliseconds) / WanderMilliseconds;
+        part.setWidth(groove.width() / 4);
+        part.moveLeft(groove.left() + way * (groove.width() + part.width()) - part.width());
+    }
+    if (bar.direction == Qt::RightToLeft)
+        part.moveLeft(groove.left() + groove.right() - part.right());
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    fill(groove, Look::BandBottom);
+    if (part.intersected(groove).width() > 0)
+        fill(part.intersected(groove), bar.state & QStyle::State_Enabled ? Look::Accent : Look::Line);
     painter.restore();
 }
 
@@ -95,12 +177,15 @@ void ConsoleStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
                                  const QWidget* widget) const {
     switch (element) {
     case PE_FrameFocusRect:
+        if (HasRingInPanel(widget))
+            break;
         Look::DrawFocusRing(*painter, option->rect, 4);
         break;
     case PE_PanelButtonCommand:
         DrawButton(*painter, *option);
         break;
     case PE_IndicatorCheckBox:
+    case PE_IndicatorItemViewItemCheck:
         DrawCheck(*painter, *option);
         break;
     case PE_FrameLineEdit:
@@ -109,9 +194,39 @@ void ConsoleStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
     case PE_IndicatorRadioButton:
         DrawRadio(*painter, *option);
         break;
+    case PE_IndicatorBranch:
+        DrawBranch(*painter, *option);
+        break;
+    case PE_Frame:
+        if (qobject_cast<const QAbstractScrollArea*>(widget))
+            DrawFieldFrame(*painter, *option);
+        else
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
+        break;
+    case PE_FrameGroupBox:
+        DrawBox(*painter, option->rect.adjusted(0, TitleHeight(*option, widget), 0, 0), Look::Line,
+                Qt::transparent);
+        break;
     default:
         QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
+}
+
+void ConsoleStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                               const QWidget* widget) const {
+    const auto* bar = qstyleoption_cast<const QStyleOptionProgressBar*>(option);
+    if (element == CE_ProgressBar && bar && !bar->textVisible) {
+        DrawBar(*painter, *bar);
+        return;
+    }
+    const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+    if (element == CE_PushButtonLabel && button && IsMainButton(*button)) {
+        QStyleOptionButton light = *button;
+        light.palette.setColor(QPalette::ButtonText, Look::Paper);
+        QProxyStyle::drawControl(element, &light, painter, widget);
+        return;
+    }
+    QProxyStyle::drawControl(element, option, painter, widget);
 }
 
 void ConsoleStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
@@ -143,11 +258,21 @@ QSize ConsoleStyle::sizeFromContents(ContentsType type, const QStyleOption* opti
         whole.setHeight(std::max(whole.height(), ControlHeight));
     if (type == CT_PushButton)
         whole.rwidth() += 12;
+    const auto* tool = qstyleoption_cast<const QStyleOptionToolButton*>(option);
+    if (type == CT_ToolButton && tool && !tool->text.isEmpty())
+        whole = {whole.width() + 8, std::max(whole.height(), ControlHeight)};
+    const auto* bar = qstyleoption_cast<const QStyleOptionProgressBar*>(option);
+    if (type == CT_ProgressBar && bar && !bar->textVisible)
+        whole.setHeight(BarHeight);
     return whole;
 }
 
 int ConsoleStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
     switch (metric) {
+    case PM_DefaultFrameWidth: // room for the ring
+        if (qobject_cast<const QAbstractScrollArea*>(widget))
+            return 2;
+        return QProxyStyle::pixelMetric(metric, option, widget);
     case PM_IndicatorWidth:
     case PM_IndicatorHeight:
         return 14;
@@ -163,6 +288,8 @@ int ConsoleStyle::styleHint(StyleHint hint, const QStyleOption* option, const QW
     if (hint == SH_EtchDisabledText || hint == SH_DitherDisabledText ||
         hint == SH_DialogButtonBox_ButtonsHaveIcons)
         return 0;
+    if (hint == SH_ItemView_ShowDecorationSelected)
+        return 1;
     auto* format = qstyleoption_cast<QStyleHintReturnVariant*>(data);
     if (hint == SH_TextControl_FocusIndicatorTextCharFormat && format) {
         QTextCharFormat focused;

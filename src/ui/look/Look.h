@@ -33,6 +33,12 @@ inline constexpr QColor NoticeBack{0xFF, 0xF6, 0xDC};
 inline constexpr QColor NoticeLine{0xEC, 0xD9, 0xA0};
 inline constexpr QColor NoticeInk{0x5C, 0x4A, 0x00};
 
+inline constexpr QColor DotLine{0xA9, 0xB2, 0xC0};
+
+inline constexpr QColor RefusalBack{0xFD, 0xEC, 0xEA};
+inline constexpr QColor RefusalLine{0xF1, 0xB8, 0xB3};
+inline constexpr QColor RefusalInk{0x8C, 0x1D, 0x18};
+
 inline constexpr int PageMargin = 12;
 inline constexpr int CardGap = 8;
 inline constexpr int TextInset = 12;

@@ -2,12 +2,15 @@
 
 #include "look/IconRegistry.h"
 #include "look/Look.h"
+#include "page/OperationDialog.h"
+#include "page/TextDialog.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QFileDialog>
 #include <QMessageBox>
 #include <QPointer>
+#include <QPushButton>
 
 namespace {
 
@@ -23,13 +26,17 @@ void Open(QDialog* dialog, QWidget* over, std::function<void(int result)> closed
     dialog->open();
 }
 
+/// Without a title of its own a box has that of the window that asks.
+QString TitleOf(const QString& title, const QWidget* window) {
+    const QString own = title.isEmpty() && window ? window->windowTitle() : title;
+    return own.isEmpty() ? QApplication::applicationName() : own;
+}
+
 QMessageBox* MakeBox(QWidget* over, const QString& icon, const QString& text, const QString& details,
-                     QMessageBox::StandardButtons buttons) {
+                     const QString& title) {
     QWidget* window = WindowOf(over);
-    const QString title = window ? window->windowTitle() : QString();
     auto* box =
-        new QMessageBox(QMessageBox::NoIcon, title.isEmpty() ? QApplication::applicationName() : title, text,
-                        buttons, window);
+        new QMessageBox(QMessageBox::NoIcon, TitleOf(title, window), text, QMessageBox::NoButton, window);
     box->setIconPixmap(
         IconRegistry::Icon(icon, Look::Accent).pixmap(QSize(32, 32), box->devicePixelRatioF()));
     box->setTextFormat(Qt::PlainText);
@@ -37,24 +44,42 @@ QMessageBox* MakeBox(QWidget* over, const QString& icon, const QString& text, co
     return box;
 }
 
-} // namespace
-
-void WindowPrompts::ShowMessage(QWidget* over, const QString& text, std::function<void()> done,
-                                const QString& details) {
-    Open(MakeBox(over, QStringLiteral("information"), text, details, QMessageBox::Ok), over,
-         [done = std::move(done)](int) {
-             if (done)
-                 done();
-         });
+QPushButton* AddButton(QMessageBox& box, QMessageBox::StandardButton button, const QString& words) {
+    QPushButton* added = box.addButton(button);
+    if (!words.isEmpty())
+        added->setText(words);
+    return added;
 }
 
-void WindowPrompts::AskYesNo(QWidget* over, const QString& question, std::function<void(bool)> answer,
-                             const QString& details) {
+} // namespace
+
+void WindowPrompts::Tell(QWidget* over, const MessageText& message, std::function<void()> done) {
     QMessageBox* box =
-        MakeBox(over, QStringLiteral("question"), question, details, QMessageBox::Yes | QMessageBox::No);
-    box->setDefaultButton(QMessageBox::No);
-    box->setEscapeButton(QMessageBox::No);
+        MakeBox(over, QStringLiteral("information"), message.text, message.details, message.title);
+    AddButton(*box, QMessageBox::Ok, {});
+    Open(box, over, [done = std::move(done)](int) {
+        if (done)
+            done();
+    });
+}
+
+void WindowPrompts::Ask(QWidget* over, const Question& question, std::function<void(bool)> answer) {
+    QMessageBox* box =
+        MakeBox(over, QStringLiteral("question"), question.text, question.details, question.title);
+    QPushButton* yes = AddButton(*box, QMessageBox::Yes, question.yes);
+    QPushButton* no = AddButton(*box, QMessageBox::No, question.no);
+    box->setDefaultButton(question.destroys ? no : yes);
+    box->setEscapeButton(no);
     Open(box, over, [answer = std::move(answer)](int result) { answer(result == QMessageBox::Yes); });
+}
+
+void WindowPrompts::AskText(QWidget* over, const TextRequest& request,
+                            std::function<void(std::optional<QString>)> answer) {
+    auto* dialog = new TextDialog(request, WindowOf(over));
+    dialog->setWindowTitle(TitleOf(request.title, WindowOf(over)));
+    Open(dialog, over, [dialog, answer = std::move(answer)](int result) {
+        answer(result == QDialog::Accepted ? std::optional(dialog->Text()) : std::nullopt);
+    });
 }
 
 void WindowPrompts::PickPath(QWidget* over, const PickRequest& request,
@@ -74,6 +99,26 @@ void WindowPrompts::PickPath(QWidget* over, const PickRequest& request,
         answer(result == QDialog::Accepted && !chosen.isEmpty() ? std::optional(chosen.first())
                                                                 : std::nullopt);
     });
+}
+
+void WindowPrompts::PickRemoteFolder(QWidget* over, const RemoteFolderRequest& request,
+                                     std::function<void(std::optional<QString>)> answer) {
+    if (m_remoteFolders)
+        m_remoteFolders(over, request, std::move(answer));
+    else
+        answer(std::nullopt);
+}
+
+std::shared_ptr<void> WindowPrompts::ShowOperation(QWidget* over, const OperationRequest& request) {
+    auto* dialog = new OperationDialog(request, WindowOf(over));
+    dialog->setWindowTitle(TitleOf(request.title, WindowOf(over)));
+    if (over)
+        QObject::connect(over, &QObject::destroyed, dialog, &OperationDialog::End);
+    Open(dialog, over, [](int) {});
+    return {dialog, [box = QPointer<OperationDialog>(dialog)](void*) {
+                if (box)
+                    box->End();
+            }};
 }
 
 void WindowPrompts::SetClipboardText(const QString& text) {

@@ -1,12 +1,19 @@
 #include "page/WindowPrompts.h"
+#include "lanes/ProgressNote.h"
 #include "support/TestMain.h"
 
 #include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
 #include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
+#include <QProgressBar>
+#include <QPushButton>
 #include <QTemporaryDir>
+#include <QToolButton>
+
+#include <thread>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -22,22 +29,26 @@ private slots:
     }
 
     void asksYesOrNo_data() {
-        const Columns<int, int, bool> row("button", "key", "yes");
-        row("yes", QMessageBox::Yes, 0, true);
-        row("no", QMessageBox::No, 0, false);
-        row("escape", 0, Qt::Key_Escape, false);
-        row("enter", 0, Qt::Key_Return, false);
-        row("close", 0, 0, false);
+        const Columns<int, int, bool, bool> row("button", "key", "destroys", "yes");
+        row("yes", QMessageBox::Yes, 0, true, true);
+        row("no", QMessageBox::No, 0, true, false);
+        row("escape", 0, Qt::Key_Escape, false, false);
+        row("enter", 0, Qt::Key_Return, true, false);
+        row("enter, nothing is lost", 0, Qt::Key_Return, false, true);
+        row("close", 0, 0, false, false);
     }
 
     void asksYesOrNo() {
-        const auto [button, key] = Fetched<int, int>();
+        const auto [button, key, destroys] = Fetched<int, int, bool>();
         std::optional<bool> answer;
-        m_prompts.AskYesNo(m_asker, u"Really?"_s, [&answer](bool yes) { answer = yes; });
+        const Question question{u"Really?"_s, {}, u"Dismount"_s, u"Dismount it"_s, u"Keep it"_s, destroys};
+        m_prompts.Ask(m_asker, question, [&answer](bool yes) { answer = yes; });
         QVERIFY(!answer);
         QPointer<QMessageBox> box = Opened<QMessageBox>();
         QVERIFY(box && box->isVisible());
         QCOMPARE(box->windowModality(), Qt::WindowModal);
+        QCOMPARE(box->windowTitle(), u"Dismount"_s);
+        QCOMPARE(box->button(QMessageBox::Yes)->text(), u"Dismount it"_s);
         if (button != 0)
             box->button(static_cast<QMessageBox::StandardButton>(button))->click();
         else if (key != 0)
@@ -46,6 +57,81 @@ private slots:
             box->close();
         QVERIFY(answer);
         QTEST(*answer, "yes");
+        QTRY_VERIFY(!box);
+    }
+
+    void asksForATextUntilItCanBeTaken() {
+        for (const bool secret : {false, true}) {
+            QStringList answers;
+            const auto refuse = [](const QString& text) {
+                return text.contains(u'/') ? u"No \"/\", please."_s : QString();
+            };
+            m_prompts.AskText(m_asker, {u"New"_s, u"Name"_s, u"new folder"_s, secret, refuse},
+                              [&answers](const std::optional<QString>& text) {
+                                  answers.append(text.value_or(u"(none)"_s));
+                              });
+            QPointer<QDialog> dialog = Opened<QDialog>();
+            auto* edit = dialog->findChild<QLineEdit*>();
+            QCOMPARE(edit->selectedText(), u"new folder"_s);
+            QCOMPARE(edit->echoMode(), secret ? QLineEdit::Password : QLineEdit::Normal);
+            if (secret)
+                dialog->findChild<QToolButton*>()->click();
+            QCOMPARE(edit->echoMode(), QLineEdit::Normal);
+            QTest::keyClicks(edit, u"a/b"_s);
+            QTest::keyClick(edit, Qt::Key_Return);
+            QVERIFY(answers.isEmpty() && dialog->isVisible());
+            QTest::keyClicks(edit, u"a b"_s); // what was refused is selected
+            QTest::keyClick(edit, Qt::Key_Return);
+            QTRY_VERIFY(!dialog);
+            m_prompts.AskText(m_asker, {{}, u"Name"_s}, [&answers](const std::optional<QString>& text) {
+                answers.append(text.value_or(u"(none)"_s));
+            });
+            QTest::keyClick(Opened<QDialog>(), Qt::Key_Escape);
+            QCOMPARE(answers, QStringList({u"a b"_s, u"(none)"_s}));
+            QTRY_VERIFY(!Opened<QDialog>());
+        }
+    }
+
+    void showsAnOperationUntilItEnds_data() {
+        const Columns<QString, int, int, bool> row("how", "cancels", "leaves", "stands");
+        row("ends", 0, 0, false);
+        row("cancel", 1, 0, true);
+        row("escape twice", 1, 0, true);
+        row("background", 0, 1, false);
+        row("asker dies", 0, 0, false);
+    }
+
+    void showsAnOperationUntilItEnds() {
+        const auto [how] = Fetched<QString>();
+        int cancels = 0;
+        int leaves = 0;
+        OperationRequest request;
+        request.text = u"Counting"_s;
+        request.progress = std::make_shared<ProgressNote>();
+        request.cancel = [&cancels] { ++cancels; };
+        request.leave = [&leaves] { ++leaves; };
+        std::shared_ptr<void> shown = m_prompts.ShowOperation(m_asker, request);
+        QPointer<QDialog> box = Opened<QDialog>();
+        auto* bar = box->findChild<QProgressBar*>();
+        QCOMPARE(bar->maximum(), 0);
+        std::thread([note = request.progress] { note->Tell({1, 4, u"/home"_s}); }).join();
+        QTRY_COMPARE(bar->value() * 4, bar->maximum());
+        const QList<QPushButton*> buttons = box->findChildren<QPushButton*>();
+        if (how == u"ends"_s)
+            shown.reset();
+        else if (how == u"cancel"_s)
+            buttons.at(1)->click();
+        else if (how == u"background"_s)
+            buttons.at(0)->click();
+        else if (how == u"asker dies"_s)
+            delete m_asker;
+        else
+            for (int time = 0; time < 2; ++time)
+                QTest::keyClick(box, Qt::Key_Escape);
+        QTEST(cancels, "cancels");
+        QTEST(leaves, "leaves");
+        QTEST(box && box->isVisible(), "stands");
+        shown.reset();
         QTRY_VERIFY(!box);
     }
 

@@ -1,0 +1,123 @@
+#include "wizard/TreeFindField.h"
+
+#include "look/IconRegistry.h"
+#include "look/Look.h"
+#include "wizard/CheckTreeView.h"
+
+#include <QElapsedTimer>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+
+namespace {
+
+constexpr int FieldWidth = 280;
+constexpr qint64 PieceMilliseconds = 8;
+constexpr int NodesBetweenLooksAtTheClock = 256;
+
+} // namespace
+
+TreeFindField::TreeFindField(CheckTreeView& view, const QString& placeholder, QWidget* parent)
+    : QWidget(parent), m_view(view), m_words(new QLineEdit), m_count(new QLabel) {
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(Look::TextInset);
+    row->addWidget(m_words);
+    row->addWidget(m_count);
+    row->addStretch();
+    m_words->setFixedWidth(FieldWidth);
+    m_words->setFont(Look::Font(Look::Small));
+    m_words->setPlaceholderText(placeholder);
+    m_words->setAccessibleName(placeholder);
+    m_words->setClearButtonEnabled(true);
+    m_words->addAction(IconRegistry::Icon(SearchIcon), QLineEdit::LeadingPosition);
+    m_words->installEventFilter(this);
+    m_count->setFont(Look::Font(Look::Small));
+    QPalette muted = m_count->palette();
+    muted.setColor(QPalette::WindowText, Look::Muted);
+    m_count->setPalette(muted);
+    setFocusProxy(m_words);
+
+    connect(m_words, &QLineEdit::textChanged, this, [this] {
+        m_went = false;
+        Start();
+    });
+    connect(&m_timer, &QTimer::timeout, this, &TreeFindField::LookOn);
+    // What was found may go with the rows, and what has come may hold the words.
+    const auto again = [this] {
+        m_found.clear();
+        m_at = nullptr;
+        m_timer.start(0);
+        QMetaObject::invokeMethod(this, &TreeFindField::Start, Qt::QueuedConnection);
+    };
+    connect(&view.Tree(), &QAbstractItemModel::rowsAboutToBeRemoved, this, again);
+    connect(&view.Tree(), &QAbstractItemModel::rowsInserted, this, again);
+}
+
+void TreeFindField::Start() {
+    m_found.clear();
+    m_shown = 0;
+    m_at = m_words->text().isEmpty() ? nullptr : NextNode(m_view.Tree().Levels().Root());
+    m_timer.start(0);
+    ShowCount();
+}
+
+void TreeFindField::LookOn() {
+    QElapsedTimer since;
+    since.start();
+    const QString words = m_words->text();
+    for (int nodes = 0; m_at; m_at = NextNode(*m_at)) {
+        if (!m_at->isMessage && m_at->entry.name.contains(words, Qt::CaseInsensitive))
+            m_found.push_back(m_at);
+        if (++nodes % NodesBetweenLooksAtTheClock == 0 && since.elapsed() >= PieceMilliseconds)
+            break;
+    }
+    if (!m_at)
+        m_timer.stop();
+    if (!m_found.empty() && !std::exchange(m_went, true))
+        m_view.GoTo(*m_found.front());
+    ShowCount();
+}
+
+void TreeFindField::Step(int by) {
+    if (m_found.empty())
+        return;
+    m_shown = (m_shown + m_found.size() + std::size_t(by)) % m_found.size();
+    m_view.GoTo(*m_found[m_shown]);
+    ShowCount();
+}
+
+void TreeFindField::ShowCount() {
+    if (m_words->text().isEmpty())
+        m_count->clear();
+    else if (m_found.empty())
+        m_count->setText(m_at ? tr("Looking...") : tr("Not among what is listed"));
+    else
+        m_count->setText(tr("%1 of %2").arg(m_shown + 1).arg(m_found.size()));
+}
+
+bool TreeFindField::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    const auto& key = static_cast<const QKeyEvent&>(*event);
+    switch (key.key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        Step(key.modifiers() & Qt::ShiftModifier ? -1 : +1);
+        return true;
+    case Qt::Key_Down:
+        Step(+1);
+        return true;
+    case Qt::Key_Up:
+        Step(-1);
+        return true;
+    case Qt::Key_Escape:
+        if (m_words->text().isEmpty())
+            return false;
+        m_words->clear();
+        return true;
+    default:
+        return false;
+    }
+}

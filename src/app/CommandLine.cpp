@@ -89,6 +89,9 @@ QStringList WithSurroundings(const QStringList& arguments) {
 bool CommandLine::TakeDevelopmentOption(const QString& argument) {
     const std::pair<QLatin1String, QString&> texts[] = {{"--dev-tour="_L1, m_tourFolder},
                                                         {"--dev-section="_L1, m_firstSection},
+                                                        {"--dev-check="_L1, m_check},
+                                                        {"--dev-size="_L1, m_size},
+                                                        {"--dev-fault="_L1, m_fault},
                                                         {HomeOption, m_home},
                                                         {PortOption, m_port}};
     for (const auto& [name, text] : texts) {

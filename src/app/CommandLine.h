@@ -20,6 +20,12 @@ public:
     /// The number right behind "/view:" by the leading-number rule; 0 without the switch or without digits.
     int InitialView() const;
 
+    /// How the sweep of all views goes ("everything", "layout"); empty without one.
+    const QString& Check() const { return m_check; }
+    /// The window's size for the sweep, as in "800x600"; empty for the usual one.
+    const QString& Size() const { return m_size; }
+    /// The fault of the development service that the sweep switches on, as in "status:500"; empty for none.
+    const QString& Fault() const { return m_fault; }
     /// The folder that the tour of all pages writes its pictures to; empty without a tour.
     const QString& TourFolder() const { return m_tourFolder; }
     /// Whether the gallery of controls is listed among the sections.
@@ -48,6 +54,9 @@ private:
     QString m_home; ///< empty: as the environment says, also of the next
     QString m_port;
     QString m_tourFolder;
+    QString m_check;
+    QString m_size;
+    QString m_fault;
     QString m_firstSection;
     bool m_gallery = false;
     bool m_reportStart = false;

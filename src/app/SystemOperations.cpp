@@ -7,6 +7,7 @@
 #include "app/ServiceWait.h"
 #include "app/StartReport.h"
 #include "app/WaitDlg.h"
+#include "development/CheckReport.h"
 #include "development/Tour.h"
 #include "development/WatchedReader.h"
 #include "platform/Elevation.h"
@@ -172,7 +173,12 @@ void SystemOperations::ShowMainWindow(const QString& title, int initialView) {
     window.show();
     std::unique_ptr<Tour> tour;
     if (!m_commandLine.TourFolder().isEmpty())
-        tour = std::make_unique<Tour>(window, reader, std::vector<DialogEntry>(), m_commandLine.TourFolder());
+        tour = std::make_unique<Tour>(window, reader, DialogsOf(ZEPSysInfoIsServer()),
+                                      m_commandLine.TourFolder());
+    std::unique_ptr<CheckRun> check;
+    if (!m_commandLine.Check().isEmpty())
+        check = StartCheck(window, reader, m_service, DialogsOf(ZEPSysInfoIsServer()),
+                           {m_commandLine.Check(), m_commandLine.Size(), m_commandLine.Fault()});
     std::unique_ptr<StartReport> report;
     if (m_commandLine.ReportStart())
         report = std::make_unique<StartReport>(window, reader);

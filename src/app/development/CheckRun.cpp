@@ -43,7 +43,7 @@ QStringList ReportLines(const std::vector<ViewFind>& finds) {
 
 CheckRun::CheckRun(CBTaskMMCDlg& window, WatchedReader& reader, std::vector<DialogEntry> dialogs,
                    const Options& options)
-    : QObject(&window), m_reader(Held(reader)), m_options(options), m_walk(window, std::move(dialogs)) {
+    : m_reader(Held(reader)), m_options(options), m_walk(window, std::move(dialogs)) {
     connect(&m_timer, &QTimer::timeout, this, &CheckRun::Step);
     Enter();
     m_timer.start(StepPeriod);

@@ -1,7 +1,9 @@
 #include "app/Pages.h"
 
+#include "clouddrive/CloudSvcPage.h"
 #include "development/GalleryPanel.h"
 #include "page/Console.h"
+#include "settings/SetBandWidthLimitDlg.h"
 #include "settings/SettingsPanel.h"
 #include "taskman/TaskManPanel.h"
 #include "window/WebPagePanel.h"
@@ -31,4 +33,12 @@ std::vector<PageEntry> PagesOf(bool serverMode, bool withGallery) {
                          [](const Console& console) -> CBrenPanel* { return new CGalleryPanel(console); }});
     }
     return pages;
+}
+
+CBrenDialog* CloudSpaceDialog(const Console& console, QWidget* parent) {
+    return new CloudSvcPage(console.service, console.reader, parent);
+}
+
+CBrenDialog* BandwidthDialog(const Console& console, QWidget* parent) {
+    return new CSetBandWidthLimitDlg(console.service, console.reader, parent);
 }

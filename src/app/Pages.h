@@ -6,3 +6,7 @@
 
 /// The sections of a mode, in the order of the navigation. The only place that knows every page.
 std::vector<PageEntry> PagesOf(bool serverMode, bool withGallery);
+
+/// What a click on the status bar opens.
+CBrenDialog* CloudSpaceDialog(const Console& console, QWidget* parent);
+CBrenDialog* BandwidthDialog(const Console& console, QWidget* parent);

@@ -1,18 +1,19 @@
 #include "app/SystemOperations.h"
 
-#include "app/BVDirMgrDlg.h"
 #include "app/BackupSvrConfigWizard.h"
 #include "app/ConnectProgressDlg.h"
 #include "app/Pages.h"
 #include "app/StartReport.h"
+#include "clouddrive/BVDirMgrDlg.h"
+#include "clouddrive/CloudSvcPage.h"
 #include "development/Tour.h"
 #include "platform/Elevation.h"
 #include "platform/Folders.h"
 #include "platform/NamedObjects.h"
 #include "platform/Registry.h"
+#include "service/KnownSettings.h"
 #include "stores/SchedulerStore.h"
 #include "window/BTaskMMCDlg.h"
-#include "window/CloudSvcPage.h"
 #include "zep/LiveCounters.h"
 #include "zep/Mui.h"
 #include "zep/SysInfo.h"
@@ -81,7 +82,7 @@ ConnectResult SystemOperations::Connect(bool mayStartService) {
 }
 
 bool SystemOperations::IsServerConfigured() {
-    return m_service.GetBoolSetting(QStringLiteral("BSInitConfig"), false);
+    return ReadSetting(m_service, Settings::BSInitConfig).value;
 }
 
 void SystemOperations::RunConfigurationWizard() {
@@ -108,7 +109,9 @@ void SystemOperations::ShowMainWindow(const QString& title, int initialView) {
                         {.title = title,
                          .version = ReadConsoleVersion(),
                          .initialView = initialView,
-                         .pages = PagesOf(ZEPSysInfoIsServer(), m_commandLine.Gallery())});
+                         .pages = PagesOf(ZEPSysInfoIsServer(), m_commandLine.Gallery()),
+                         .cloudSpace = CloudSpaceDialog,
+                         .bandwidth = BandwidthDialog});
     for (int section = 0; section < window.SectionCount(); ++section) {
         if (window.SectionTitle(section) == m_commandLine.FirstSection())
             window.SelectSection(section);

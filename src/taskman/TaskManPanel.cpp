@@ -2,7 +2,7 @@
 
 #include "look/IconRegistry.h"
 #include "look/Look.h"
-#include "service/ServiceClient.h"
+#include "service/KnownSettings.h"
 #include "settings/TaskItemSettings.h"
 #include "taskman/CompletedTasks.h"
 #include "taskman/RunningPanel.h"
@@ -13,8 +13,6 @@
 namespace {
 
 constexpr int SimpleTabs = 2;
-constexpr int NotFound = 404; ///< the service's answer for a setting that was never set
-const QString ModeSetting = QStringLiteral("TaskAdvancedMode");
 
 } // namespace
 
@@ -42,11 +40,8 @@ void CTaskManPanel::ReadMode() {
     Loader().Load(
         Lane::Service,
         [service = TheConsole().service](std::stop_token stop) -> std::optional<bool> {
-            const ServiceAnswer answer = service.GetSetting(ModeSetting, stop);
-            const bool neverSet = answer.outcome == ServiceOutcome::OtherStatus && answer.status == NotFound;
-            if (!answer && !neverSet)
-                return {};
-            return LeadingNumber(answer.body) != 0;
+            const SettingValue<int> mode = ReadSetting(service, Settings::TaskAdvancedMode, std::move(stop));
+            return mode.WasRead() ? std::optional(mode.value != 0) : std::nullopt;
         },
         [this](const Loaded<bool>& advanced) {
             if (advanced && !m_modeKnown)
@@ -68,8 +63,10 @@ void CTaskManPanel::WriteMode(bool advanced) {
     Loader().Command(
         Lane::Service,
         [service = TheConsole().service, advanced](std::stop_token stop) {
-            return service.SetIntSetting(ModeSetting, advanced ? 1 : 0, stop);
+            return WriteSetting(service, Settings::TaskAdvancedMode, advanced ? 1 : 0, std::move(stop));
         },
-        [](const Loaded<ServiceAnswer>&) {});
+        [this](const Loaded<ServiceAnswer>& answer) {
+            m_advanced->setText(answer && *answer ? tr("Advanced Mode") : tr("Advanced Mode (not saved)"));
+        });
     SetMode(advanced);
 }

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "lanes/PageLoader.h"
 #include "page/Console.h"
 #include "page/MainFrame.h"
+#include "page/SettingNews.h"
 #include "window/PageEntry.h"
 #include "window/SpeedMeter.h"
 
@@ -27,6 +27,8 @@ public:
         QString version;     ///< empty when it is not known
         int initialView = 0; ///< the number behind "/view:"
         std::vector<PageEntry> pages;
+        DialogMaker cloudSpace = {};
+        DialogMaker bandwidth = {};
     };
 
     /// The parts must outlive the window.
@@ -55,9 +57,9 @@ private:
     void RestoreGeometry();
     void StoreGeometry() const;
     void SampleSpeed();
-    void EditCloudSpace();
-    void EditBandwidth();
+    void OpenDialog(const DialogMaker& make);
 
+    SettingNews m_settingNews;
     Console m_console;
     CNavigationColumn* m_navigation;
     CPageHead* m_head;
@@ -68,7 +70,6 @@ private:
     SpeedMeter m_speedMeter;
     bool m_closing = false;
     QTimer m_speedTimer;
-    PageLoader m_loader;
 };
 
 /// The version in the configuration file beside the executable; empty when file or attribute is missing.

@@ -1,6 +1,6 @@
 #include "window/ServiceNotice.h"
 
-#include "service/ServiceClient.h"
+#include "service/KnownSettings.h"
 
 CServiceNotice::CServiceNotice(Reader& reader, const ServiceClient& service, QWidget& window)
     : NoticeLine(&window), m_service(service), m_loader(reader, window) {}
@@ -15,21 +15,19 @@ void CServiceNotice::Ask() {
     m_loader.Load(
         Lane::Service,
         [service = m_service](std::stop_token stop) {
-            return service.GetSetting(QStringLiteral("PublishedToCloudSVC"), stop);
+            return ReadSetting(service, Settings::PublishedToCloudSVC, stop);
         },
-        [this, asked](const Loaded<ServiceAnswer>& loaded) {
-            if (!loaded)
-                return;
-            const ServiceOutcome outcome = loaded->outcome;
-            if (outcome == ServiceOutcome::Answered || outcome == ServiceOutcome::OtherStatus)
-                OnAnswered(loaded->body.compare("true", Qt::CaseInsensitive) == 0);
-            else
+        [this, asked](const Loaded<SettingValue<bool>>& published) {
+            if (published && published->WasRead())
+                emit Published(published->value);
+            if (published && published->state != SettingState::Silent)
+                OnAnswered();
+            else if (published)
                 OnSilent(asked);
         });
 }
 
-void CServiceNotice::OnAnswered(bool inCloudSpace) {
-    emit Published(inCloudSpace);
+void CServiceNotice::OnAnswered() {
     if (!m_silentSince)
         return;
     m_silentSince.reset();

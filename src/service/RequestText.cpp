@@ -1,0 +1,102 @@
+#include "service/RequestText.h"
+
+#include "platform/HttpTransport.h"
+#include "service/ServiceClient.h"
+#include "zep/Text.h"
+
+#include <QCoreApplication>
+#include <QRegularExpression>
+
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr std::size_t LongestRequestLine = std::size_t{64} * 1024;
+
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(RequestText)
+};
+
+bool HoldsEscape(const QString& text) {
+    static const QRegularExpression escape(u"%[0-9A-Fa-f]{2}"_s);
+    return text.contains(escape);
+}
+
+} // namespace
+
+QStringList LostInQuery(const QString& text) {
+    QStringList lost;
+    if (text.contains(u'&'))
+        lost += u"\"&\""_s;
+    if (HoldsEscape(text))
+        lost += u"\"%\""_s;
+    if (text.contains(QChar(u'\0')))
+        lost += Words::tr("zero characters");
+    return lost;
+}
+
+QStringList LostInPath(const QString& name) {
+    QStringList lost;
+    if (name.contains(u'?'))
+        lost += u"\"?\""_s;
+    if (HoldsEscape(name))
+        lost += u"\"%\""_s;
+    if (std::any_of(name.begin(), name.end(), [](QChar c) { return c.category() == QChar::Other_Control; }))
+        lost += Words::tr("control characters");
+    if (name == "."_L1 || name == ".."_L1)
+        lost += u'"' + name + u'"';
+    return lost;
+}
+
+QString QueryRemark(const QString& text) {
+    QStringList found = LostInQuery(text);
+    if (text.contains(u'+'))
+        found += u"\"+\""_s;
+    if (found.isEmpty())
+        return {};
+    return Words::tr("The service may keep another text than this: it reads %1 in a way of its own.")
+        .arg(found.join(u", "_s));
+}
+
+QString QueryRefusal(const QString& text) {
+    const QStringList lost = LostInQuery(text);
+    if (lost.isEmpty())
+        return {};
+    return Words::tr("It holds %1, which a request cannot carry to the service as it stands.")
+        .arg(lost.join(u", "_s));
+}
+
+QString ChangedPathRefusal(const QString& path) {
+    if (path.isEmpty() || path.endsWith(u'/'))
+        return Words::tr("\"%1\" is no file or folder that can be changed.").arg(path);
+    for (const QString& name : path.split(u'/')) {
+        if (const QStringList lost = LostInPath(name); !lost.isEmpty())
+            return Words::tr("The name \"%1\" holds %2, which a request cannot carry to the service.")
+                .arg(name, lost.join(u", "_s));
+    }
+    return {};
+}
+
+QString DocumentQuestion(const QString& what, const QString& value) {
+    const auto* breaking =
+        std::find_if(value.begin(), value.end(), [](QChar c) { return c == u'<' || c == u'&'; });
+    if (breaking == value.end())
+        return {};
+    return Words::tr("%1 holds \"%2\", which the service may not understand. Do you really want to send it?")
+        .arg(what, *breaking);
+}
+
+QString LengthRefusal(const QString& name, const QString& value) {
+    const QString target = ServiceClient::SettingTarget(name, value, ServiceClient::ValueType::String);
+    const std::string sent =
+        "PUT " + platform::EscapeTarget(ZEPUnicodeToUTF8(target).toStdString()) + " HTTP/1.1";
+    if (sent.size() <= LongestRequestLine)
+        return {};
+    return Words::tr(
+               "It is too long: the request that writes it would have a line of %1 octets, and at most %2 "
+               "can be sent.")
+        .arg(sent.size())
+        .arg(LongestRequestLine);
+}

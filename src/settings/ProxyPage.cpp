@@ -4,7 +4,6 @@
 #include "zep/Mui.h"
 
 #include <QComboBox>
-#include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
 
@@ -21,7 +20,7 @@ CProxyPage::CProxyPage(const ServiceClient& service, Reader& reader, QWidget* pa
     setMinimumWidth(480);
     m_choice->addItems({tr("Disable Proxy"), tr("Custom Proxy Settings")});
     m_choice->setAccessibleName(tr("Proxy"));
-    Form().addRow(m_choice);
+    AddRow(m_choice);
     m_explanation = AddNote({});
     // The type that was saved last, behind all else, says what is in force.
     AddField({Settings::ProxyTypeChanged.AsText(), m_choice->accessibleName(), Secrecy::Plain,

@@ -6,7 +6,7 @@
 
 #include <QAbstractSpinBox>
 #include <QDialogButtonBox>
-#include <QFormLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -15,12 +15,13 @@
 #include <algorithm>
 
 CBrenDialog::CBrenDialog(const ServiceClient& service, Reader& reader, const QString& title, QWidget* parent)
-    : QDialog(parent), m_service(service), m_fields(new QWidget), m_form(new QFormLayout(m_fields)),
+    : QDialog(parent), m_service(service), m_fields(new QWidget), m_grid(new QGridLayout(m_fields)),
       m_notice(new NoticeLine), m_loader(reader, *this) {
     setWindowTitle(title);
     setMinimumWidth(420);
-    m_form->setContentsMargins(0, 0, 0, 0);
-    m_form->setSpacing(12);
+    m_grid->setContentsMargins(0, 0, 0, 0);
+    m_grid->setSpacing(12);
+    m_grid->setColumnStretch(1, 1);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     m_ok = buttons->button(QDialogButtonBox::Ok);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
@@ -34,11 +35,23 @@ CBrenDialog::CBrenDialog(const ServiceClient& service, Reader& reader, const QSt
     layout->addWidget(buttons);
 }
 
+void CBrenDialog::AddRow(const QString& label, QWidget* field) {
+    auto* caption = new QLabel(label);
+    caption->setBuddy(field);
+    const int row = m_grid->rowCount();
+    m_grid->addWidget(caption, row, 0);
+    m_grid->addWidget(field, row, 1);
+}
+
+void CBrenDialog::AddRow(QWidget* field) {
+    m_grid->addWidget(field, m_grid->rowCount(), 0, 1, 2);
+}
+
 QLabel* CBrenDialog::AddNote(const QString& text) {
     auto* note = new QLabel(text);
     note->setTextFormat(Qt::PlainText);
     note->setWordWrap(true);
-    m_form->addRow(note);
+    AddRow(note);
     return note;
 }
 

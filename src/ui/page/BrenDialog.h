@@ -6,7 +6,7 @@
 #include <QStringList>
 
 class NoticeLine;
-class QFormLayout;
+class QGridLayout;
 class QLabel;
 class QPushButton;
 class ServiceClient;
@@ -40,8 +40,11 @@ protected:
 
     CBrenDialog(const ServiceClient& service, Reader& reader, const QString& title, QWidget* parent);
 
-    QFormLayout& Form() { return *m_form; }
-    /// A word-wrapped plain text across the form.
+    /// A field with a label, whose "&" names the key that leads to it.
+    void AddRow(const QString& label, QWidget* field);
+    /// A field across the dialog.
+    void AddRow(QWidget* field);
+    /// A word-wrapped plain text across the dialog.
     QLabel* AddNote(const QString& text);
 
     /// Reads when the dialog is shown. `fetch` is `std::optional<Value> (const ServiceClient&,
@@ -81,7 +84,7 @@ private:
 
     const ServiceClient& m_service;
     QWidget* m_fields;
-    QFormLayout* m_form;
+    QGridLayout* m_grid; ///< of the fields; a form layout takes too little room for wrapped texts
     NoticeLine* m_notice;
     QPushButton* m_ok = nullptr;
     QPointer<QWidget> m_focusBefore; ///< had the keyboard before the fields were disabled

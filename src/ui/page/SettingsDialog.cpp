@@ -4,7 +4,6 @@
 #include "service/RequestText.h"
 
 #include <QCheckBox>
-#include <QFormLayout>
 #include <QLineEdit>
 
 #include <limits>
@@ -51,7 +50,7 @@ QLineEdit* CSettingsDialog::AddText(const Setting<QString>& setting, const QStri
     field->setMaxLength(std::numeric_limits<int>::max());
     field->setEchoMode(secrecy == Secrecy::Secret ? QLineEdit::Password : QLineEdit::Normal);
     connect(field, &QLineEdit::textEdited, this, &CSettingsDialog::OnEdited);
-    Form().addRow(label, field);
+    AddRow(label, field);
     AddField({setting.AsText(), label, secrecy, [field] { return field->text(); },
               [field](const QString& text) { field->setText(text); }});
     return field;
@@ -59,7 +58,7 @@ QLineEdit* CSettingsDialog::AddText(const Setting<QString>& setting, const QStri
 
 CNumberField* CSettingsDialog::AddNumber(const Setting<int>& setting, const QString& label) {
     auto* field = new CNumberField;
-    Form().addRow(label, field);
+    AddRow(label, field);
     AddField({setting.AsText(), label, Secrecy::Plain, [field] { return field->text(); },
               [field](const QString& text) { field->SetValue(text.toInt()); }});
     return field;
@@ -67,7 +66,7 @@ CNumberField* CSettingsDialog::AddNumber(const Setting<int>& setting, const QStr
 
 QCheckBox* CSettingsDialog::AddCheck(const Setting<bool>& setting, const QString& label) {
     auto* field = new QCheckBox(label);
-    Form().addRow(field);
+    AddRow(field);
     AddField({setting.AsText(), label, Secrecy::Plain,
               [field] { return Setting<bool>::TextOf(field->isChecked()); },
               [field](const QString& text) { field->setChecked(IsTrue(text)); }});

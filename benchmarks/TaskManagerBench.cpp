@@ -1,6 +1,6 @@
 #include "benchmarks/BenchTable.h"
 #include "benchmarks/ConsoleParts.h"
-#include "development/Tour.h"
+#include "development/WatchedReader.h"
 #include "lanes/ThreadReader.h"
 #include "list/BrenListCtrl.h"
 #include "look/Formatters.h"
@@ -196,7 +196,7 @@ void MeasureTraces(BenchTable& table) {
     for (int round = 0; round < 5; ++round) {
         bare.Add(MillisecondsOf([&] { Walk(file, sql, [](sqlite3_stmt*) { return false; }); }));
         ThreadReader threads;
-        IdleWatch reader(threads);
+        WatchedReader reader(threads);
         const Console console = bench.On(reader);
         CTaskAudit panel(console, task);
         panel.resize(PageSize);

@@ -7,6 +7,7 @@
 #include "clouddrive/BVDirMgrDlg.h"
 #include "clouddrive/CloudSvcPage.h"
 #include "development/Tour.h"
+#include "development/WatchedReader.h"
 #include "platform/Elevation.h"
 #include "platform/Folders.h"
 #include "platform/NamedObjects.h"
@@ -104,7 +105,7 @@ void SystemOperations::ShowCloudServicePage() {
 
 void SystemOperations::ShowMainWindow(const QString& title, int initialView) {
     LiveCounters counters;
-    IdleWatch reader(m_reader);
+    WatchedReader reader(m_reader);
     CBTaskMMCDlg window(m_service, counters, m_prompts, reader,
                         {.title = title,
                          .version = ReadConsoleVersion(),
@@ -119,7 +120,7 @@ void SystemOperations::ShowMainWindow(const QString& title, int initialView) {
     window.show();
     std::unique_ptr<Tour> tour;
     if (!m_commandLine.TourFolder().isEmpty())
-        tour = std::make_unique<Tour>(window, reader, m_commandLine.TourFolder());
+        tour = std::make_unique<Tour>(window, reader, std::vector<DialogEntry>(), m_commandLine.TourFolder());
     std::unique_ptr<StartReport> report;
     if (m_commandLine.ReportStart())
         report = std::make_unique<StartReport>(window, reader);

@@ -226,8 +226,7 @@ void CPropertyGroup::ShowNote(const QString& text) {
 void CPropertyGroup::PlaceNote() {
     const QRect value = ValueRect(m_notedRow).adjusted(0, EditorInset, -CellInset, -EditorInset);
     const QRect above(viewport()->mapTo(parentWidget(), value.topLeft()), value.size());
-    m_note->setFixedWidth(above.width());
-    m_note->adjustSize();
+    m_note->resize(above.width(), m_note->heightForWidth(above.width()));
     const bool fitsBelow = above.bottom() + m_note->height() < parentWidget()->height();
     m_note->move(above.left(), fitsBelow ? above.bottom() + 2 : above.top() - m_note->height() - 1);
     m_note->raise();

@@ -250,7 +250,9 @@ private slots:
     void anOpenEditorFollowsItsCell() {
         GridWindow window;
         CPropertyGroup* group = window.Present({Row(u"a&b"_s)});
-        window.grid.SetEditorNote([](const PropertyRow&, const QString&) { return u"Remark"_s; });
+        window.grid.SetEditorNote([](const PropertyRow&, const QString&) {
+            return u"A remark that is long enough for more than one line beside its value"_s;
+        });
         ClickValue(*group, 1);
         for (const int width : {1000, 640}) {
             window.resize(width, 400);
@@ -261,6 +263,7 @@ private slots:
             const auto* note = window.findChild<NoticeLine*>();
             QCOMPARE(note->mapTo(&window, QPoint()).x(), group->Editor()->mapTo(&window, QPoint()).x());
             QCOMPARE(note->width(), group->Editor()->width());
+            QCOMPARE(note->height(), note->heightForWidth(note->width()));
         }
     }
 

@@ -43,7 +43,7 @@ QStringList EntriesOf(const QString& value) {
 SettingValue<QStringList> ReadList(const ServiceClient& service, const ListSetting& list,
                                    std::stop_token stop) {
     const SettingValue<QString> text = ReadSetting(service, list.AsSetting(), std::move(stop));
-    return {text.state, EntriesOf(text.value)};
+    return {text.state, EntriesOf(text.value), text.silent};
 }
 
 ListChange ChangeList(const ServiceClient& service, const ListSetting& list, const ListEdit& edit,

@@ -24,17 +24,25 @@ bool HoldsEscape(const QString& text) {
     return text.contains(escape);
 }
 
+enum class Plus { Kept, MayBeBlank };
+
+QStringList Misread(const QString& text, Plus plus) {
+    QStringList found;
+    if (text.contains(u'&'))
+        found += u"\"&\""_s;
+    if (plus == Plus::MayBeBlank && text.contains(u'+'))
+        found += u"\"+\""_s;
+    if (HoldsEscape(text))
+        found += u"\"%\""_s;
+    if (text.contains(QChar(u'\0')))
+        found += Words::tr("zero characters");
+    return found;
+}
+
 } // namespace
 
 QStringList LostInQuery(const QString& text) {
-    QStringList lost;
-    if (text.contains(u'&'))
-        lost += u"\"&\""_s;
-    if (HoldsEscape(text))
-        lost += u"\"%\""_s;
-    if (text.contains(QChar(u'\0')))
-        lost += Words::tr("zero characters");
-    return lost;
+    return Misread(text, Plus::Kept);
 }
 
 QStringList LostInPath(const QString& name) {
@@ -51,9 +59,7 @@ QStringList LostInPath(const QString& name) {
 }
 
 QString QueryRemark(const QString& text) {
-    QStringList found = LostInQuery(text);
-    if (text.contains(u'+'))
-        found += u"\"+\""_s;
+    const QStringList found = Misread(text, Plus::MayBeBlank);
     if (found.isEmpty())
         return {};
     return Words::tr("The service may keep another text than this: it reads %1 in a way of its own.")

@@ -11,18 +11,14 @@ struct TextSetting {
     QString fallback; ///< stands while the service has none
 };
 
-/// Set: the service told a value. NotSet: it answered that it has none. NotRead: nothing is known, because it
-/// is in trouble of its own or broke off. Silent: neither, and asking for more is of no use now.
-enum class SettingState { Set, NotSet, NotRead, Silent };
-SettingState StateOf(const ServiceAnswer& answer);
-
 /// What a read brought; the fallback unless the setting is set.
 template <typename Value>
 struct SettingValue {
-    SettingState state = SettingState::Silent;
+    SettingState state = SettingState::NotRead;
     Value value{};
+    bool silent = true; ///< nothing answered, so that asking for more is of no use now
 
-    bool WasRead() const { return state == SettingState::Set || state == SettingState::NotSet; }
+    bool WasRead() const { return state != SettingState::NotRead; }
 };
 
 /// The text as the service keeps it, whatever the type.
@@ -34,9 +30,6 @@ ServiceAnswer WriteSetting(const ServiceClient& service, const TextSetting& sett
 
 /// The text as the type understands it: of an integer its leading number, of a boolean "True" or "False".
 QString TypedText(const QString& text, ServiceClient::ValueType type);
-
-/// The one rule for a boolean: "true", ignoring case, is true and all else is not.
-bool IsTrue(const QString& text);
 
 /// A setting whose type is known: its name at the service, and what stands while the service has none.
 template <typename Value>
@@ -56,7 +49,7 @@ struct Setting {
     }
     static Value FromText(const QString& text) {
         if constexpr (std::is_same_v<Value, bool>)
-            return IsTrue(text);
+            return SettingFlag(text.toUtf8());
         else if constexpr (std::is_same_v<Value, int>)
             return LeadingNumber(text.toUtf8());
         else
@@ -75,7 +68,7 @@ template <typename Value>
 SettingValue<Value> ReadSetting(const ServiceClient& service, const Setting<Value>& setting,
                                 std::stop_token stop = {}) {
     const SettingValue<QString> text = ReadSetting(service, setting.AsText(), std::move(stop));
-    return {text.state, Setting<Value>::FromText(text.value)};
+    return {text.state, Setting<Value>::FromText(text.value), text.silent};
 }
 
 template <typename Value>

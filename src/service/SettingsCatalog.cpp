@@ -39,7 +39,7 @@ std::optional<CatalogSetting> ParseSetting(const XmlNode& node) {
     }
     return CatalogSetting{{name, *type, attribute(u"DefaultValue"_s)},
                           node.Attribute(u"Descr"_s).value_or(name),
-                          IsTrue(attribute(u"RebootReq"_s))};
+                          SettingFlag(attribute(u"RebootReq"_s).toUtf8())};
 }
 
 SettingGroup ParseGroup(const XmlNode& node) {

@@ -78,7 +78,7 @@ void CSettingsGridPage::Reload() {
         Lane::Service, std::move(settings),
         [service = TheConsole().service](const TextSetting& setting, const std::stop_token& stop) {
             const SettingValue<QString> read = ReadSetting(service, setting, stop);
-            return read.state == SettingState::Silent ? std::nullopt : std::optional(read);
+            return read.silent ? std::nullopt : std::optional(read);
         },
         [this](const Loaded<Values>& values) {
             if (values)

@@ -96,10 +96,14 @@ void CTaskListPanel::Refresh() {
             return std::make_shared<const TaskList>(ReadTaskList(filter, *counters, stop));
         },
         [this](const Loaded<std::shared_ptr<const TaskList>>& loaded) {
+            const bool first = !m_tasks;
+            if (loaded.outcome == LoadOutcome::Failed) {
+                TellFailure(loaded.why);
+                return ShowEmptyPage();
+            }
             if (!loaded)
                 return;
             const std::shared_ptr<const TaskList>& tasks = *loaded;
-            const bool first = !m_tasks;
             if (tasks->read)
                 m_tasks = tasks;
             TellFailure(tasks->read.Sentence());

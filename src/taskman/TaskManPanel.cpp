@@ -65,8 +65,15 @@ void CTaskManPanel::WriteMode(bool advanced) {
         [service = TheConsole().service, advanced](std::stop_token stop) {
             return WriteSetting(service, Settings::TaskAdvancedMode, advanced ? 1 : 0, std::move(stop));
         },
-        [this](const Loaded<ServiceAnswer>& answer) {
-            m_advanced->setText(answer && *answer ? tr("Advanced Mode") : tr("Advanced Mode (not saved)"));
-        });
+        [this](const Loaded<ServiceAnswer>& answer) { EndWriteMode(answer && *answer); });
     SetMode(advanced);
+}
+
+/// The status line is the current page's, and gets its text back.
+void CTaskManPanel::EndWriteMode(bool saved) {
+    if (!saved)
+        Frame().SetStatusText(tr("Advanced Mode was not saved, because the service did not take it."));
+    else if (m_modeUnsaved && IsActive())
+        Activate();
+    m_modeUnsaved = !saved;
 }

@@ -136,8 +136,12 @@ void CTaskSummary::Refresh() {
             return reading;
         },
         [this](const Loaded<Reading>& loaded) {
-            if (loaded && IsActive())
+            if (!IsActive())
+                return;
+            if (loaded)
                 Show(*loaded);
+            else if (loaded.outcome == LoadOutcome::Failed)
+                TellFailure(loaded.why);
         });
 }
 

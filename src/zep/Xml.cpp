@@ -2,12 +2,13 @@
 
 #include "zep/Text.h"
 
-#include <QFile>
 #include <QList>
 
 #include <pugixml.hpp>
 
 #include <algorithm>
+#include <fstream>
+#include <sstream>
 
 namespace {
 
@@ -97,11 +98,13 @@ XmlNode XmlNode::NodeByPath(const QString& path) const {
 }
 
 std::optional<XmlDocument> XmlDocument::Load(const std::filesystem::path& file, XmlFailure* failure) {
-    QFile input(file);
-    if (input.open(QIODevice::ReadOnly))
-        return Parse(input.readAll(), pugi::encoding_auto, failure);
+    std::ifstream input(file, std::ios::binary); // Qt's files lose what is no text in a path
+    std::ostringstream octets;
+    octets << input.rdbuf();
+    if (input.is_open())
+        return Parse(QByteArray::fromStdString(octets.str()), pugi::encoding_auto, failure);
     if (failure)
-        *failure = {0, input.errorString()};
+        *failure = {0, QStringLiteral("it cannot be opened.")};
     return std::nullopt;
 }
 

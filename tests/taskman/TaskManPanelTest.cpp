@@ -60,7 +60,8 @@ private slots:
             m_bench->service->SetFault(fault);
             Box()->click();
             m_bench->reader.StepAll();
-            QCOMPARE(Box()->text().contains(u"not saved"), fault != devservice::HttpFault::None);
+            QCOMPARE(m_bench->frame.StatusText().contains(u"not saved"),
+                     fault != devservice::HttpFault::None);
         }
     }
 

@@ -20,7 +20,7 @@ void CServiceNotice::Ask() {
         [this, asked](const Loaded<SettingValue<bool>>& published) {
             if (published && published->WasRead())
                 emit Published(published->value);
-            if (published && published->state != SettingState::Silent)
+            if (published && !published->silent)
                 OnAnswered();
             else if (published)
                 OnSilent(asked);

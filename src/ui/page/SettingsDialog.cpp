@@ -69,7 +69,7 @@ QCheckBox* CSettingsDialog::AddCheck(const Setting<bool>& setting, const QString
     AddRow(field);
     AddField({setting.AsText(), label, Secrecy::Plain,
               [field] { return Setting<bool>::TextOf(field->isChecked()); },
-              [field](const QString& text) { field->setChecked(IsTrue(text)); }});
+              [field](const QString& text) { field->setChecked(SettingFlag(text.toUtf8())); }});
     return field;
 }
 

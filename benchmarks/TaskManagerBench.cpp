@@ -1,18 +1,13 @@
 #include "benchmarks/BenchTable.h"
-#include "benchmarks/Home.h"
-#include "development/Tour.h"
+#include "benchmarks/ConsoleParts.h"
+#include "development/WatchedReader.h"
 #include "lanes/ThreadReader.h"
 #include "list/BrenListCtrl.h"
 #include "look/Formatters.h"
-#include "page/Console.h"
-#include "page/MainFrame.h"
-#include "page/WindowPrompts.h"
-#include "service/ServiceClient.h"
 #include "taskman/SubTaskText.h"
 #include "taskman/SubtaskPanel.h"
 #include "taskman/TaskAudit.h"
 #include "taskman/TaskListPanel.h"
-#include "zep/LiveCounters.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -28,13 +23,6 @@ constexpr int SubTasks = 100'000;
 constexpr int Traces = 1'000'000;
 constexpr int Rounds = 9;
 constexpr QSize PageSize(770, 500);
-
-class NoFrame : public MainFrame {
-public:
-    void SetStatusText(const QString&) override {}
-    void SetToolbar(QWidget&, const std::vector<FrameAction>&) override {}
-    void SetSideActions(QWidget&, const std::vector<FrameAction>&) override {}
-};
 
 /// Runs each job when told, and takes the time of both of its halves.
 class TimingReader : public Reader {
@@ -58,19 +46,6 @@ private:
     std::vector<Job> m_jobs;
 };
 
-/// The parts of a console over a service of its own.
-struct Bench {
-    explicit Bench(const std::string& scenario) : home(scenario) {}
-
-    Console On(Reader& reader) { return {client, counters, prompts, reader, frame}; }
-
-    BenchHome home;
-    ServiceClient client;
-    LiveCounters counters;
-    WindowPrompts prompts;
-    NoFrame frame;
-};
-
 template <typename Condition>
 double MillisecondsUntil(const QElapsedTimer& since, Condition holds) {
     while (!holds()) {
@@ -82,7 +57,7 @@ double MillisecondsUntil(const QElapsedTimer& since, Condition holds) {
 }
 
 void MeasureCards(BenchTable& table) {
-    Bench bench("empty");
+    ConsoleParts bench("empty");
     std::vector<devservice::Task> tasks;
     for (int i = 0; i < Tasks; ++i)
         tasks.push_back(devservice::MakeTask("task-" + std::to_string(i), "Task " + std::to_string(i)));
@@ -167,7 +142,7 @@ Filling Fill(Panel& panel, int rows) {
 }
 
 void MeasureSubTasks(BenchTable& table) {
-    Bench bench("empty");
+    ConsoleParts bench("empty");
     const std::string id = "{7D2F4C1E-0B0A-4E1B-9C55-000000000001}";
     std::vector<devservice::SubTask> subTasks;
     for (int i = 1; i <= SubTasks; ++i)
@@ -202,7 +177,7 @@ void MeasureSubTasks(BenchTable& table) {
 }
 
 void MeasureTraces(BenchTable& table) {
-    Bench bench("empty");
+    ConsoleParts bench("empty");
     const std::string id = "{7D2F4C1E-0B0A-4E1B-9C55-000000000002}";
     bench.home.Service().PutTask(devservice::MakeTask(id, "Archive"));
     std::vector<devservice::AuditRow> rows;
@@ -221,7 +196,7 @@ void MeasureTraces(BenchTable& table) {
     for (int round = 0; round < 5; ++round) {
         bare.Add(MillisecondsOf([&] { Walk(file, sql, [](sqlite3_stmt*) { return false; }); }));
         ThreadReader threads;
-        IdleWatch reader(threads);
+        WatchedReader reader(threads);
         const Console console = bench.On(reader);
         CTaskAudit panel(console, task);
         panel.resize(PageSize);

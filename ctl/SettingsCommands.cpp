@@ -41,9 +41,9 @@ bool CanBeNamed(const Invocation& invocation, const QString& name) {
 
 QString NotSetSentence(const QString& name) {
     for (const SettingGroup& group : LoadSettingsCatalog(SettingsCatalogPath())) {
-        for (const Setting& setting : group.settings) {
+        for (const CatalogSetting& setting : group.settings) {
             if (setting.name == name)
-                return u"\"%1\" is not set. Its default is \"%2\"."_s.arg(name, setting.defaultValue);
+                return u"\"%1\" is not set. Its default is \"%2\"."_s.arg(name, setting.fallback);
         }
     }
     return u"\"%1\" is not set, and no default of it is known."_s.arg(name);
@@ -73,13 +73,13 @@ CtlExit ListSettings(const Invocation& invocation) {
                                       {"value"_L1, "VALUE"_L1}};
     return WriteRows(invocation, columns, [&](RowWriter& rows) {
         for (const SettingGroup& group : catalog) {
-            for (const Setting& setting : group.settings) {
+            for (const CatalogSetting& setting : group.settings) {
                 const ServiceAnswer answer = ServiceClient().GetSetting(setting.name, invocation.stop);
                 if (SettingStateOf(answer) == SettingState::NotRead)
                     return answer ? invocation.EndBrokenOff() : invocation.End(answer);
                 const bool secret = Secrets.contains(setting.name, Qt::CaseInsensitive);
                 const QString value = secret && !answer.body.isEmpty() ? Hidden : SettingText(answer.body);
-                rows.Add({setting.name, group.title, WordOf(setting.type), setting.defaultValue,
+                rows.Add({setting.name, group.title, WordOf(setting.type), setting.fallback,
                           answer ? value : QString()});
             }
         }

@@ -1,7 +1,7 @@
 #include "app/BackupSvrConfigWizard.h"
 
 #include "page/UserPrompts.h"
-#include "service/ServiceClient.h"
+#include "service/KnownSettings.h"
 #include "zep/Mui.h"
 
 #include <QAbstractButton>
@@ -42,11 +42,13 @@ CBackupSvrConfigWizard::CBackupSvrConfigWizard(const ServiceClient& service, Rea
 }
 
 void CBackupSvrConfigWizard::accept() {
+    // The keyboard rests with the wizard itself: a second press of Finish must not become one of Cancel.
+    setFocus();
     button(FinishButton)->setEnabled(false);
     m_loader.Command(
         Lane::Service,
         [service = m_service](std::stop_token stop) {
-            return service.SetBoolSetting(QStringLiteral("BSInitConfig"), true, stop);
+            return WriteSetting(service, Settings::BSInitConfig, true, stop);
         },
         [this](const Loaded<ServiceAnswer>& loaded) {
             if (loaded && *loaded) {
@@ -54,6 +56,7 @@ void CBackupSvrConfigWizard::accept() {
                 return;
             }
             button(FinishButton)->setEnabled(true);
+            button(FinishButton)->setFocus();
             m_prompts.ShowMessage(
                 this, tr("The service did not take the configuration. Check that it is running, then "
                          "choose Finish again."));

@@ -1,10 +1,16 @@
 #include "app/Pages.h"
 
+#include "app/BackupSvrConfigWizard.h"
+#include "clouddrive/CloudSvcPage.h"
 #include "development/GalleryPanel.h"
 #include "page/Console.h"
 #include "page/WebPagePanel.h"
+#include "settings/SetBandWidthLimitDlg.h"
 #include "settings/SettingsPanel.h"
 #include "taskman/TaskManPanel.h"
+
+#include "window/BTaskMMCDlg.h"
+#include "window/ConsoleStatusBar.h"
 
 #include <QCoreApplication>
 
@@ -36,4 +42,36 @@ std::vector<PageEntry> PagesOf(bool serverMode, bool withGallery) {
                          [](const Console& console) -> CBrenPanel* { return new CGalleryPanel(console); }});
     }
     return pages;
+}
+
+std::vector<DialogEntry> DialogsOf(bool serverMode) {
+    const auto bar = [](CBTaskMMCDlg& window) { return window.findChild<CConsoleStatusBar*>(); };
+    const auto proxy = [](CBTaskMMCDlg& window) {
+        auto* settings = window.findChild<CSettingsPanel*>();
+        settings->EditProxy();
+    };
+    std::vector<DialogEntry> dialogs{
+        {QStringLiteral("Bandwidth"), [bar](CBTaskMMCDlg& window) { emit bar(window)->BandwidthClicked(); }},
+        {QStringLiteral("Cloud space"),
+         [bar](CBTaskMMCDlg& window) { emit bar(window)->CloudSpaceClicked(); }},
+        {QStringLiteral("Proxy"), proxy},
+    };
+    if (serverMode) {
+        dialogs.push_back({QStringLiteral("Set-up wizard"), [](CBTaskMMCDlg& window) {
+                               const Console& parts = window.Parts();
+                               auto* wizard = new CBackupSvrConfigWizard(parts.service, parts.reader,
+                                                                         parts.prompts, &window);
+                               wizard->setAttribute(Qt::WA_DeleteOnClose);
+                               wizard->open();
+                           }});
+    }
+    return dialogs;
+}
+
+CBrenDialog* CloudSpaceDialog(const Console& console, QWidget* parent) {
+    return new CloudSvcPage(console.service, console.reader, parent);
+}
+
+CBrenDialog* BandwidthDialog(const Console& console, QWidget* parent) {
+    return new CSetBandWidthLimitDlg(console.service, console.reader, parent);
 }

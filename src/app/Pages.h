@@ -1,8 +1,16 @@
 #pragma once
 
+#include "development/ViewWalk.h"
 #include "window/PageEntry.h"
 
 #include <vector>
 
 /// The sections of a mode, in the order of the navigation. The only place that knows every page.
 std::vector<PageEntry> PagesOf(bool serverMode, bool withGallery);
+
+/// The dialogs and wizards of a mode, a line each, for the tour and the sweep.
+std::vector<DialogEntry> DialogsOf(bool serverMode);
+
+/// What a click on the status bar opens.
+CBrenDialog* CloudSpaceDialog(const Console& console, QWidget* parent);
+CBrenDialog* BandwidthDialog(const Console& console, QWidget* parent);

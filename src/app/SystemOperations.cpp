@@ -1,12 +1,13 @@
 #include "app/SystemOperations.h"
 
-#include "app/BVDirMgrDlg.h"
 #include "app/BackupSvrConfigWizard.h"
 #include "app/ConnectProgressDlg.h"
 #include "app/Pages.h"
 #include "app/ServiceWait.h"
 #include "app/StartReport.h"
 #include "app/WaitDlg.h"
+#include "clouddrive/BVDirMgrDlg.h"
+#include "clouddrive/CloudSvcPage.h"
 #include "development/CheckReport.h"
 #include "development/Tour.h"
 #include "development/WatchedReader.h"
@@ -14,9 +15,9 @@
 #include "platform/Folders.h"
 #include "platform/NamedObjects.h"
 #include "platform/Registry.h"
+#include "service/KnownSettings.h"
 #include "stores/SchedulerStore.h"
 #include "window/BTaskMMCDlg.h"
-#include "window/CloudSvcPage.h"
 #include "zep/LiveCounters.h"
 #include "zep/Mui.h"
 #include "zep/SysInfo.h"
@@ -138,7 +139,7 @@ ConnectResult SystemOperations::Connect(bool mayStartService) {
 std::optional<bool> SystemOperations::IsServerConfigured() {
     return Await(tr("Waiting for the background service to tell how this server is set up."),
                  [service = m_service](std::stop_token stop) {
-                     return service.GetBoolSetting(QStringLiteral("BSInitConfig"), false, std::move(stop));
+                     return ReadSetting(service, Settings::BSInitConfig, std::move(stop)).value;
                  });
 }
 
@@ -169,7 +170,9 @@ void SystemOperations::ShowMainWindow(const QString& title, int initialView) {
                          .version = ReadConsoleVersion(),
                          .initialView = initialView,
                          .firstSection = m_commandLine.FirstSection(),
-                         .pages = PagesOf(ZEPSysInfoIsServer(), m_commandLine.Gallery())});
+                         .pages = PagesOf(ZEPSysInfoIsServer(), m_commandLine.Gallery()),
+                         .cloudSpace = CloudSpaceDialog,
+                         .bandwidth = BandwidthDialog});
     window.show();
     std::unique_ptr<Tour> tour;
     if (!m_commandLine.TourFolder().isEmpty())

@@ -1,5 +1,9 @@
 #include "service/RequestText.h"
 
+#include "platform/HttpTransport.h"
+#include "service/ServiceClient.h"
+#include "zep/Text.h"
+
 #include <QCoreApplication>
 #include <QRegularExpression>
 
@@ -8,6 +12,12 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
+
+constexpr std::size_t LongestRequestLine = std::size_t{64} * 1024;
+
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(RequestText)
+};
 
 bool HoldsEscape(const QString& text) {
     static const QRegularExpression escape(u"%[0-9A-Fa-f]{2}"_s);
@@ -25,7 +35,7 @@ QStringList Misread(const QString& text, Plus plus) {
     if (HoldsEscape(text))
         found += u"\"%\""_s;
     if (text.contains(QChar(u'\0')))
-        found += QCoreApplication::translate("SettingValues", "zero characters");
+        found += Words::tr("zero characters");
     return found;
 }
 
@@ -42,7 +52,7 @@ QStringList LostInPath(const QString& name) {
     if (HoldsEscape(name))
         lost += u"\"%\""_s;
     if (std::any_of(name.begin(), name.end(), [](QChar c) { return c.category() == QChar::Other_Control; }))
-        lost += QCoreApplication::translate("SettingValues", "control characters");
+        lost += Words::tr("control characters");
     if (name == "."_L1 || name == ".."_L1)
         lost += u'"' + name + u'"';
     return lost;
@@ -52,8 +62,47 @@ QString QueryRemark(const QString& text) {
     const QStringList found = Misread(text, Plus::MayBeBlank);
     if (found.isEmpty())
         return {};
-    return QCoreApplication::translate(
-               "SettingValues",
-               "The service may keep another text than this: it reads %1 in a way of its own.")
+    return Words::tr("The service may keep another text than this: it reads %1 in a way of its own.")
         .arg(found.join(u", "_s));
+}
+
+QString QueryRefusal(const QString& text) {
+    const QStringList lost = LostInQuery(text);
+    if (lost.isEmpty())
+        return {};
+    return Words::tr("It holds %1, which a request cannot carry to the service as it stands.")
+        .arg(lost.join(u", "_s));
+}
+
+QString ChangedPathRefusal(const QString& path) {
+    if (path.isEmpty() || path.endsWith(u'/'))
+        return Words::tr("\"%1\" is no file or folder that can be changed.").arg(path);
+    for (const QString& name : path.split(u'/')) {
+        if (const QStringList lost = LostInPath(name); !lost.isEmpty())
+            return Words::tr("The name \"%1\" holds %2, which a request cannot carry to the service.")
+                .arg(name, lost.join(u", "_s));
+    }
+    return {};
+}
+
+QString DocumentQuestion(const QString& what, const QString& value) {
+    const auto* breaking =
+        std::find_if(value.begin(), value.end(), [](QChar c) { return c == u'<' || c == u'&'; });
+    if (breaking == value.end())
+        return {};
+    return Words::tr("%1 holds \"%2\", which the service may not understand. Do you really want to send it?")
+        .arg(what, *breaking);
+}
+
+QString LengthRefusal(const QString& name, const QString& value) {
+    const QString target = ServiceClient::SettingTarget(name, value, ServiceClient::ValueType::String);
+    const std::string sent =
+        "PUT " + platform::EscapeTarget(ZEPUnicodeToUTF8(target).toStdString()) + " HTTP/1.1";
+    if (sent.size() <= LongestRequestLine)
+        return {};
+    return Words::tr(
+               "It is too long: the request that writes it would have a line of %1 octets, and at most %2 "
+               "can be sent.")
+        .arg(sent.size())
+        .arg(LongestRequestLine);
 }

@@ -109,8 +109,12 @@ std::optional<QString> ServiceClient::GetStringSetting(const QString& name, std:
 
 ServiceAnswer ServiceClient::SetSetting(const QString& name, const QString& value, ValueType type,
                                         std::stop_token stop) const {
-    const QString query = u"?ValueType="_s + QString::number(static_cast<int>(type)) + u"&Value="_s + value;
-    return SendRequest(u"/settings/"_s + name + query, u"PUT"_s, Ok, {}, std::move(stop));
+    return SendRequest(SettingTarget(name, value, type), u"PUT"_s, Ok, {}, std::move(stop));
+}
+
+QString ServiceClient::SettingTarget(const QString& name, const QString& value, ValueType type) {
+    return u"/settings/"_s + name + u"?ValueType="_s + QString::number(static_cast<int>(type)) +
+           u"&Value="_s + value;
 }
 
 ServiceAnswer ServiceClient::SetIntSetting(const QString& name, int value, std::stop_token stop) const {

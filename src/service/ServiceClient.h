@@ -55,6 +55,8 @@ public:
     /// The value goes into the query as it stands: an ampersand or a hash sign in it is the caller's concern.
     ServiceAnswer SetSetting(const QString& name, const QString& value, ValueType type,
                              std::stop_token stop = {}) const;
+    /// The path and query that write a setting.
+    static QString SettingTarget(const QString& name, const QString& value, ValueType type);
     ServiceAnswer SetIntSetting(const QString& name, int value, std::stop_token stop = {}) const;
     ServiceAnswer SetBoolSetting(const QString& name, bool value, std::stop_token stop = {}) const;
     ServiceAnswer SetStringSetting(const QString& name, const QString& text, std::stop_token stop = {}) const;

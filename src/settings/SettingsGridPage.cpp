@@ -2,109 +2,163 @@
 
 #include "grid/BrenPropertyGrid.h"
 #include "look/Look.h"
+#include "page/CommandRunner.h"
 #include "page/NoticeLine.h"
+#include "page/SettingNews.h"
 #include "service/RequestText.h"
 
 #include <QVBoxLayout>
 
 #include <algorithm>
 
+namespace {
+
+PropertyType GridType(ServiceClient::ValueType type) {
+    switch (type) {
+    case ServiceClient::ValueType::Integer:
+        return PropertyType::Integer;
+    case ServiceClient::ValueType::Boolean:
+        return PropertyType::Boolean;
+    case ServiceClient::ValueType::String:
+        break;
+    }
+    return PropertyType::Text;
+}
+
+QString EditorRemark(const PropertyRow& row, const QString& text) {
+    const QString refusal = LengthRefusal(row.key, text);
+    return refusal.isEmpty() ? QueryRemark(text) : refusal;
+}
+
+} // namespace
+
 CSettingsGridPage::CSettingsGridPage(const Console& console, ShownText shownText, QWidget* parent)
     : CBrenPanel(console, parent), m_shownText(shownText), m_grid(new CBrenPropertyGrid(console.prompts)),
-      m_defaultsNotice(new NoticeLine), m_restartNotice(new NoticeLine) {
+      m_stateNotice(new NoticeLine), m_restartNotice(new NoticeLine) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    for (NoticeLine* notice : {m_defaultsNotice, m_restartNotice}) {
+    for (NoticeLine* notice : {m_stateNotice, m_restartNotice}) {
         notice->setContentsMargins(Look::PageMargin + 4, Look::PageMargin, Look::PageMargin + 4, 0);
         layout->addWidget(notice);
     }
     layout->addWidget(m_grid, 1);
-    m_grid->SetEditorNote([](const PropertyRow&, const QString& text) { return QueryRemark(text); });
+    m_grid->SetEditorNote(EditorRemark);
     connect(m_grid, &CBrenPropertyGrid::ValueCommitted, this, &CSettingsGridPage::OnCommitted);
+    connect(&console.settingNews, &SettingNews::Written, this, &CSettingsGridPage::OnWrittenElsewhere);
 }
 
 void CSettingsGridPage::CreatePanel() {
-    for (const SettingGroup& group : Catalog())
+    QString failure;
+    for (const SettingGroup& group : Catalog(failure))
         AddGroup(group);
+    m_stateNotice->SetText(failure);
     SetHelp(m_entries.empty() ? tr("There are no settings to show.")
                               : tr("Values are written to the service as soon as they are changed."));
 }
 
-void CSettingsGridPage::AddGroup(const SettingGroup& settings) {
-    CPropertyGroup* group = m_grid->AddGroup(settings.title);
-    for (const Setting& setting : settings.settings) {
+void CSettingsGridPage::AddGroup(const SettingGroup& group) {
+    CPropertyGroup* rows = m_grid->AddGroup(group.title);
+    for (const CatalogSetting& setting : group.settings) {
         const QString hint = setting.needsRestart
                                  ? tr("Settings will take effect when the application starts next time.")
                                  : QString();
-        m_entries.push_back({setting, group, group->RowCount()});
-        group->AddRow({setting.description, {}, setting.name, setting.type, hint, true});
+        m_entries.push_back({setting, rows, rows->RowCount()});
+        rows->AddRow({setting.description, {}, setting.name, GridType(setting.type), hint, true});
     }
 }
 
-void CSettingsGridPage::Read() {
-    QStringList names;
-    for (const Entry& entry : m_entries)
-        names.append(entry.setting.name);
-    Loader().Load(
-        Lane::Service,
-        [service = TheConsole().service, names](std::stop_token stop) {
-            return ReadSettings(service, names, stop);
+void CSettingsGridPage::Reload() {
+    if (m_entries.empty())
+        return;
+    std::vector<TextSetting> settings(m_entries.size());
+    std::transform(m_entries.begin(), m_entries.end(), settings.begin(),
+                   [](const Entry& entry) { return entry.setting; });
+    Loader().LoadEach(
+        Lane::Service, std::move(settings),
+        [service = TheConsole().service](const TextSetting& setting, const std::stop_token& stop) {
+            const SettingValue<QString> read = ReadSetting(service, setting, stop);
+            return read.silent ? std::nullopt : std::optional(read);
         },
-        [this](const Loaded<SettingReads>& loaded) {
-            if (loaded.outcome != LoadOutcome::Cancelled)
-                Apply(loaded);
+        [this](const Loaded<Values>& values) {
+            if (values)
+                Apply(*values);
         });
 }
 
-void CSettingsGridPage::Apply(const Loaded<SettingReads>& loaded) {
+void CSettingsGridPage::Apply(const Values& values) {
     for (std::size_t index = 0; index < m_entries.size(); ++index)
-        Show(m_entries[index], loaded ? loaded->settings.at(index) : SettingRead());
+        Show(m_entries[index], index < values.size() ? values[index] : SettingValue<QString>());
+    const bool silent = values.size() < m_entries.size();
     const bool allKnown =
-        std::all_of(m_entries.begin(), m_entries.end(), [](const Entry& entry) { return entry.isKnown; });
-    const QString why = !loaded           ? loaded.why
-                        : loaded->reached ? tr("The service does not tell all settings.")
-                                          : tr("The service does not answer.");
-    m_defaultsNotice->SetText(
+        std::none_of(m_entries.begin(), m_entries.end(), [](const Entry& entry) { return entry.isDefault; });
+    m_stateNotice->SetText(
         allKnown ? QString()
-                 : why + u' ' + tr("Values in grey are defaults; they are read again by themselves."));
+        : silent ? tr("The service does not answer, so values in grey are defaults. They are read again by "
+                      "themselves when it is back.")
+                 : tr("The service could not tell all values, so those in grey are defaults. They are read "
+                      "again by themselves."));
     if (allKnown)
         Loader().StopTimer();
     else
-        Loader().StartTimer(RetryPeriod, [this] { Read(); });
+        Loader().StartTimer(RetryPeriod, [this] { Reload(); });
 }
 
-void CSettingsGridPage::Show(Entry& entry, const SettingRead& read) {
+void CSettingsGridPage::Show(Entry& entry, const SettingValue<QString>& read) {
     entry.group->SetReadOnly(entry.row, false);
-    if (read.state == SettingState::NotRead && entry.isKnown)
+    if (entry.unsaved || (!read.WasRead() && !entry.isDefault))
         return;
-    entry.isKnown = read.state != SettingState::NotRead;
-    entry.group->SetUnread(entry.row, !entry.isKnown);
+    entry.isDefault = !read.WasRead();
     entry.group->SetValue(entry.row, read.state == SettingState::Set
-                                         ? m_shownText(read.body, entry.setting.type)
-                                         : entry.setting.defaultValue);
+                                         ? m_shownText(read.value, entry.setting.type)
+                                         : entry.setting.fallback);
+    entry.group->SetMark(entry.row, entry.isDefault ? PropertyMark::NotRead : PropertyMark::None);
 }
 
-CSettingsGridPage::Entry& CSettingsGridPage::EntryOf(const CPropertyGroup* group, int row) {
-    return *std::find_if(m_entries.begin(), m_entries.end(), [group, row](const Entry& entry) {
-        return entry.group == group && entry.row == row;
-    });
+void CSettingsGridPage::OnCommitted(int row, const CPropertyGroup* group, const PropertyRow& committed) {
+    for (std::size_t index = 0; index < m_entries.size(); ++index) {
+        if (m_entries[index].group == group && m_entries[index].row == row)
+            Write(index, committed.value);
+    }
 }
 
-void CSettingsGridPage::OnCommitted(int row, CPropertyGroup* group, const PropertyRow& committed) {
-    Loader().Command(
-        Lane::Service,
-        [service = TheConsole().service, committed](std::stop_token stop) {
-            return WriteSetting(service, committed.key, committed.type, committed.value, stop);
-        },
-        [](const Loaded<ServiceAnswer>&) {});
-    Entry& entry = EntryOf(group, row);
-    entry.isKnown = true;
-    group->SetUnread(row, false);
+void CSettingsGridPage::Write(std::size_t index, const QString& value) {
+    Entry& entry = m_entries[index];
+    entry.isDefault = false;
+    entry.group->SetValue(entry.row, value);
+    if (const QString refusal = LengthRefusal(entry.setting.name, value); !refusal.isEmpty()) {
+        EndWrite(index, false);
+        emit Commands().Failed(tr("\"%1\" was not saved. %2").arg(entry.setting.description, refusal));
+        return;
+    }
+    // Each write is a command of its own: the last value typed into a row is the one that stays.
+    Commands().Run(
+        QString::number(++m_writes),
+        {.send = [setting = TextSetting(entry.setting),
+                  value](const ServiceClient& service,
+                         const std::stop_token& stop) { return WriteSetting(service, setting, value, stop); },
+         .failure =
+             tr("\"%1\" was not saved, because the service did not take it.").arg(entry.setting.description),
+         .after = [this, index](bool done) { EndWrite(index, done); }});
     // A read that began before the write may bring, or may just have brought, the old value.
-    group->SetValue(row, committed.value);
     if (Loader().IsReading())
-        Read();
+        Reload();
+}
+
+void CSettingsGridPage::EndWrite(std::size_t index, bool done) {
+    Entry& entry = m_entries[index];
+    entry.unsaved = !done;
+    entry.group->SetMark(entry.row, done ? PropertyMark::None : PropertyMark::NotSaved);
+    if (!done)
+        return;
+    emit TheConsole().settingNews.Written(entry.setting.name, this);
     if (entry.setting.needsRestart)
         m_restartNotice->SetText(tr("Settings will take effect when the application starts next time."));
+}
+
+void CSettingsGridPage::OnWrittenElsewhere(const QString& name, const QObject* writer) {
+    const bool isShown = std::any_of(m_entries.begin(), m_entries.end(),
+                                     [&name](const Entry& entry) { return entry.setting.name == name; });
+    if (isShown && writer != this && IsActive())
+        Reload();
 }

@@ -1,55 +1,56 @@
 #pragma once
 
-#include "lanes/PageLoader.h"
+#include "grid/PropertyModel.h"
 #include "page/BrenPanel.h"
-#include "page/Console.h"
 #include "service/SettingsCatalog.h"
-#include "settings/SettingValues.h"
 
 class CBrenPropertyGrid;
 class CPropertyGroup;
 class NoticeLine;
-struct PropertyRow;
 
-/// A page of settings of the service in a property grid. It reads them when it is shown and writes each as
-/// soon as it is changed. A setting that could not be read shows its default in grey, and says so; it can be
-/// changed all the same.
+/// A page of settings of the service in a property grid. It reads them when it is shown and when they were
+/// written elsewhere, and writes each as soon as it is changed. One that was never read shows its default.
 class CSettingsGridPage : public CBrenPanel {
     Q_OBJECT
 
 public:
     static constexpr std::chrono::milliseconds RetryPeriod{5000};
 
-    void Reload() override { Read(); }
+    void Reload() override;
 
 protected:
-    /// The text that a row shows of a setting's body.
-    using ShownText = QString (*)(const QByteArray& body, ServiceClient::ValueType type);
+    /// The text that a row shows of a setting's value.
+    using ShownText = QString (*)(const QString& value, ServiceClient::ValueType type);
 
     CSettingsGridPage(const Console& console, ShownText shownText, QWidget* parent);
 
     void CreatePanel() override;
-    virtual SettingsCatalog Catalog() const = 0;
+    /// `failure` says why the catalog is empty.
+    virtual SettingsCatalog Catalog(QString& failure) const = 0;
 
 private:
     /// A row of the grid, and the setting in it.
     struct Entry {
-        Setting setting;
+        CatalogSetting setting;
         CPropertyGroup* group = nullptr;
         int row = 0;
-        bool isKnown = false; ///< read once, or written
+        bool isDefault = true; ///< neither read nor changed yet
+        bool unsaved = false;  ///< what was typed is kept until it is saved
     };
+    using Values = std::vector<SettingValue<QString>>;
 
-    void AddGroup(const SettingGroup& settings);
-    void Read();
-    void Apply(const Loaded<SettingReads>& loaded);
-    void Show(Entry& entry, const SettingRead& read);
-    Entry& EntryOf(const CPropertyGroup* group, int row);
-    void OnCommitted(int row, CPropertyGroup* group, const PropertyRow& committed);
+    void AddGroup(const SettingGroup& group);
+    void Apply(const Values& values);
+    void Show(Entry& entry, const SettingValue<QString>& read);
+    void OnCommitted(int row, const CPropertyGroup* group, const PropertyRow& committed);
+    void Write(std::size_t index, const QString& value);
+    void EndWrite(std::size_t index, bool done);
+    void OnWrittenElsewhere(const QString& name, const QObject* writer);
 
     ShownText m_shownText;
     CBrenPropertyGrid* m_grid;
-    NoticeLine* m_defaultsNotice;
+    NoticeLine* m_stateNotice;
     NoticeLine* m_restartNotice;
     std::vector<Entry> m_entries;
+    int m_writes = 0; ///< so far
 };

@@ -2,8 +2,8 @@
 
 namespace {
 
-QString TextAsRead(const QByteArray& body, ServiceClient::ValueType) {
-    return SettingText(body);
+QString TextAsRead(const QString& text, ServiceClient::ValueType) {
+    return text;
 }
 
 } // namespace
@@ -11,6 +11,6 @@ QString TextAsRead(const QByteArray& body, ServiceClient::ValueType) {
 CSettingsMgr::CSettingsMgr(const Console& console, std::filesystem::path catalog, QWidget* parent)
     : CSettingsGridPage(console, &TextAsRead, parent), m_catalog(std::move(catalog)) {}
 
-SettingsCatalog CSettingsMgr::Catalog() const {
-    return LoadSettingsCatalog(m_catalog);
+SettingsCatalog CSettingsMgr::Catalog(QString& failure) const {
+    return LoadSettingsCatalog(m_catalog, &failure);
 }

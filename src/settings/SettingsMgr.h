@@ -13,7 +13,7 @@ public:
                           QWidget* parent = nullptr);
 
 protected:
-    SettingsCatalog Catalog() const override;
+    SettingsCatalog Catalog(QString& failure) const override;
 
 private:
     std::filesystem::path m_catalog;

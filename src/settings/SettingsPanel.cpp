@@ -15,20 +15,7 @@ CSettingsPanel::CSettingsPanel(const Console& console, QWidget* parent) : CTabPa
 void CSettingsPanel::EditProxy() {
     if (m_proxyPage)
         return;
-    m_proxyPage = new CProxyPage(TheConsole().service, TheConsole().reader, this);
-    m_proxyPage->setAttribute(Qt::WA_DeleteOnClose);
-    connect(m_proxyPage, &QDialog::accepted, this,
-            [this] { SaveProxy(m_proxyPage->Wanted(), m_proxyPage->Unknown()); });
-    m_proxyPage->open();
-}
-
-void CSettingsPanel::SaveProxy(const ProxyEnv& proxy, const QStringList& left) {
-    Loader().Command(
-        Lane::Service,
-        [service = TheConsole().service, proxy, left](std::stop_token stop) {
-            WriteProxy(service, proxy, left, stop);
-            ZEPSetProxyEnv(proxy);
-            return true;
-        },
-        [](const Loaded<bool>&) {});
+    const Console& console = TheConsole();
+    m_proxyPage = new CProxyPage(console.service, console.reader, this);
+    m_proxyPage->Open(console.settingNews);
 }

@@ -1,9 +1,7 @@
 #pragma once
 
-#include "lanes/PageLoader.h"
 #include "page/Console.h"
 #include "page/TabPanel.h"
-#include "zep/ProxyEnv.h"
 
 #include <QPointer>
 
@@ -20,7 +18,5 @@ public:
     void EditProxy();
 
 private:
-    void SaveProxy(const ProxyEnv& proxy, const QStringList& left);
-
     QPointer<CProxyPage> m_proxyPage;
 };

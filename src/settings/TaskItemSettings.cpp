@@ -1,46 +1,49 @@
 #include "settings/TaskItemSettings.h"
 
-using namespace Qt::Literals::StringLiterals;
+#include "service/KnownSettings.h"
+
+namespace {
+
+template <typename Value>
+CatalogSetting Described(const Setting<Value>& setting, const QString& description) {
+    return {setting.AsText(), description};
+}
+
+} // namespace
 
 CTaskItemSettings::CTaskItemSettings(const Console& console, QWidget* parent)
     : CSettingsGridPage(console, &TypedText, parent) {}
 
-SettingsCatalog CTaskItemSettings::Catalog() const {
-    constexpr auto Integer = ServiceClient::ValueType::Integer;
-    constexpr auto Boolean = ServiceClient::ValueType::Boolean;
+SettingsCatalog CTaskItemSettings::Catalog(QString&) const {
+    using namespace Settings;
     return {
         {tr("General"),
          {
-             {u"EnableTaskVerification"_s, tr("Verify tasks before marking them complete"), Boolean,
-              u"False"_s},
-             {u"KeepCompletedTaskInDB"_s, tr("Keep completed tasks in scheduler database"), Boolean,
-              u"True"_s},
-             {u"AutoRescheduleFailedTask"_s, tr("Automatically reschedule failed tasks"), Boolean, u"True"_s},
-             {u"FailedTaskRetryTimeout"_s, tr("Interval between retries of failed tasks (Sec)"), Integer,
-              u"120"_s},
-             {u"MaxFailedTaskCount"_s, tr("Maximum consecutive errors before marking a task failed"), Integer,
-              u"1000"_s},
-             {u"MaxTaskRetryCount"_s, tr("Maximum retries before pausing a task"), Integer, u"20"_s},
+             Described(EnableTaskVerification, tr("Verify tasks before marking them complete")),
+             Described(KeepCompletedTaskInDB, tr("Keep completed tasks in scheduler database")),
+             Described(AutoRescheduleFailedTask, tr("Automatically reschedule failed tasks")),
+             Described(FailedTaskRetryTimeout, tr("Interval between retries of failed tasks (Sec)")),
+             Described(MaxFailedTaskCount, tr("Maximum consecutive errors before marking a task failed")),
+             Described(MaxTaskRetryCount, tr("Maximum retries before pausing a task")),
          }},
         {tr("Upload"),
          {
-             {u"DeleteCacheAfterUpload"_s, tr("Delete cached files after upload"), Boolean, u"True"_s},
-             {u"UploadWorkerCount"_s, tr("Maximum concurrent upload tasks"), Integer, u"5"_s},
+             Described(DeleteCacheAfterUpload, tr("Delete cached files after upload")),
+             Described(UploadWorkerCount, tr("Maximum concurrent upload tasks")),
          }},
         {tr("Download"),
          {
-             {u"DownloadWorkerCount"_s, tr("Maximum concurrent download tasks"), Integer, u"5"_s},
-             {u"DownloadPartCount"_s, tr("Download file in multiple parts"), Integer, u"5"_s},
+             Described(DownloadWorkerCount, tr("Maximum concurrent download tasks")),
+             Described(DownloadPartCount, tr("Download file in multiple parts")),
          }},
         {tr("Backup"),
          {
-             {u"FailedMonBackupTaskTimeout"_s, tr("Interval of scanning source folder changes (Sec)"),
-              Integer, u"3600"_s},
+             Described(FailedMonBackupTaskTimeout, tr("Interval of scanning source folder changes (Sec)")),
          }},
         {tr("Bandwidth Control"),
          {
-             {u"UploadBandwidth"_s, tr("Upload Speed Limit (KB/Sec) 0-Unlimited"), Integer, u"0"_s},
-             {u"DownloadBandwidth"_s, tr("Download Speed Limit (KB/Sec) 0-Unlimited"), Integer, u"0"_s},
+             Described(UploadBandwidth, tr("Upload Speed Limit (KB/Sec) 0-Unlimited")),
+             Described(DownloadBandwidth, tr("Download Speed Limit (KB/Sec) 0-Unlimited")),
          }},
     };
 }

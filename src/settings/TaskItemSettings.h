@@ -10,5 +10,5 @@ public:
     explicit CTaskItemSettings(const Console& console, QWidget* parent = nullptr);
 
 protected:
-    SettingsCatalog Catalog() const override;
+    SettingsCatalog Catalog(QString& failure) const override;
 };

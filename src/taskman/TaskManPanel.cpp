@@ -2,7 +2,7 @@
 
 #include "look/IconRegistry.h"
 #include "look/Look.h"
-#include "service/ServiceClient.h"
+#include "service/KnownSettings.h"
 #include "settings/TaskItemSettings.h"
 #include "taskman/CompletedTasks.h"
 #include "taskman/RunningPanel.h"
@@ -13,7 +13,6 @@
 namespace {
 
 constexpr int SimpleTabs = 2;
-const QString ModeSetting = QStringLiteral("TaskAdvancedMode");
 
 } // namespace
 
@@ -41,10 +40,8 @@ void CTaskManPanel::ReadMode() {
     Loader().Load(
         Lane::Service,
         [service = TheConsole().service](std::stop_token stop) -> std::optional<bool> {
-            const ServiceAnswer answer = service.GetSetting(ModeSetting, stop);
-            if (SettingStateOf(answer) == SettingState::NotRead)
-                return {};
-            return LeadingNumber(answer.body) != 0;
+            const SettingValue<int> mode = ReadSetting(service, Settings::TaskAdvancedMode, std::move(stop));
+            return mode.WasRead() ? std::optional(mode.value != 0) : std::nullopt;
         },
         [this](const Loaded<bool>& advanced) {
             if (advanced && !m_modeKnown)
@@ -66,8 +63,17 @@ void CTaskManPanel::WriteMode(bool advanced) {
     Loader().Command(
         Lane::Service,
         [service = TheConsole().service, advanced](std::stop_token stop) {
-            return service.SetIntSetting(ModeSetting, advanced ? 1 : 0, stop);
+            return WriteSetting(service, Settings::TaskAdvancedMode, advanced ? 1 : 0, std::move(stop));
         },
-        [](const Loaded<ServiceAnswer>&) {});
+        [this](const Loaded<ServiceAnswer>& answer) { EndWriteMode(answer && *answer); });
     SetMode(advanced);
+}
+
+/// The status line is the current page's, and gets its text back.
+void CTaskManPanel::EndWriteMode(bool saved) {
+    if (!saved)
+        Frame().SetStatusText(tr("Advanced Mode was not saved, because the service did not take it."));
+    else if (m_modeUnsaved && IsActive())
+        Activate();
+    m_modeUnsaved = !saved;
 }

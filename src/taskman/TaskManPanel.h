@@ -20,7 +20,9 @@ private:
     void ReadMode();
     void SetMode(bool advanced);
     void WriteMode(bool advanced);
+    void EndWriteMode(bool saved);
 
     QCheckBox* m_advanced;
     bool m_modeKnown = false; ///< read, or chosen here
+    bool m_modeUnsaved = false;
 };

@@ -97,24 +97,34 @@ XmlNode XmlNode::NodeByPath(const QString& path) const {
     return At(node.internal_object());
 }
 
-std::optional<XmlDocument> XmlDocument::Load(const std::filesystem::path& file) {
+std::optional<XmlDocument> XmlDocument::Load(const std::filesystem::path& file, XmlFailure* failure) {
     std::ifstream input(file, std::ios::binary); // Qt's files lose what is no text in a path
     std::ostringstream octets;
     octets << input.rdbuf();
-    return Parse(QByteArray::fromStdString(octets.str()), pugi::encoding_auto);
+    if (input.is_open())
+        return Parse(QByteArray::fromStdString(octets.str()), pugi::encoding_auto, failure);
+    if (failure)
+        *failure = {0, QStringLiteral("it cannot be opened.")};
+    return std::nullopt;
 }
 
 std::optional<XmlDocument> XmlDocument::FromText(const QString& text) {
-    return Parse(ZEPUnicodeToUTF8(text), pugi::encoding_utf8);
+    return Parse(ZEPUnicodeToUTF8(text), pugi::encoding_utf8, nullptr);
 }
 
-std::optional<XmlDocument> XmlDocument::Parse(const QByteArray& octets, int encoding) {
+std::optional<XmlDocument> XmlDocument::Parse(const QByteArray& octets, int encoding, XmlFailure* failure) {
     const auto document = std::make_shared<pugi::xml_document>();
     // As a fragment, text outside of the root is kept and can be told.
     constexpr unsigned flags = pugi::parse_default | pugi::parse_ws_pcdata_single | pugi::parse_fragment;
     const pugi::xml_parse_result result =
         document->load_buffer(octets.constData(), size_t(octets.size()), flags, pugi::xml_encoding(encoding));
-    if (!result || !HasOneRootOnly(*document))
-        return std::nullopt;
-    return XmlDocument(XmlNode(XmlNode::Handle(document, document->internal_object())));
+    if (result && HasOneRootOnly(*document))
+        return XmlDocument(XmlNode(XmlNode::Handle(document, document->internal_object())));
+    if (failure) {
+        const qsizetype read = std::clamp<qsizetype>(result.offset, 0, octets.size());
+        *failure = {static_cast<int>(1 + octets.first(read).count('\n')),
+                    QString::fromLatin1(result ? "there is not one element around all others."
+                                               : result.description())};
+    }
+    return std::nullopt;
 }

@@ -39,11 +39,18 @@ private:
     Handle m_node;
 };
 
+/// Why a file is no document.
+struct XmlFailure {
+    int line = 0; ///< counted from 1; 0 when the file was not read at all
+    QString reason;
+};
+
 /// A parsed document. Documents of any depth are read; what is not well-formed is no document. Nothing that a
 /// document type names is fetched or expanded.
 class XmlDocument {
 public:
-    static std::optional<XmlDocument> Load(const std::filesystem::path& file);
+    /// `failure` is filled when the result is none.
+    static std::optional<XmlDocument> Load(const std::filesystem::path& file, XmlFailure* failure = nullptr);
     static std::optional<XmlDocument> FromText(const QString& text);
 
     /// The node at a slash path from the root, as in "Response/VDirs"; the first of its name at each step.
@@ -51,7 +58,7 @@ public:
 
 private:
     explicit XmlDocument(XmlNode top) : m_top(std::move(top)) {}
-    static std::optional<XmlDocument> Parse(const QByteArray& octets, int encoding);
+    static std::optional<XmlDocument> Parse(const QByteArray& octets, int encoding, XmlFailure* failure);
 
     XmlNode m_top; ///< whose only element is the root
 };

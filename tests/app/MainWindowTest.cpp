@@ -1,12 +1,12 @@
 #include "app/BackupSvrConfigWizard.h"
+#include "app/Pages.h"
+#include "page/BrenDialog.h"
 #include "support/PageBench.h"
 #include "support/TestMain.h"
 #include "window/BTaskMMCDlg.h"
-#include "window/CloudSvcPage.h"
 #include "window/ConsoleStatusBar.h"
 #include "window/PageHead.h"
 #include "window/ServiceNotice.h"
-#include "window/SetBandWidthLimitDlg.h"
 #include "window/WindowGeometry.h"
 
 #include <QAbstractButton>
@@ -115,76 +115,34 @@ private slots:
         QTRY_COMPARE(m_log, QStringList({u"A reload"_s}));
     }
 
-    void setsBandwidthLimits() {
+    void theStatusBarOpensDialogs_data() {
+        const Columns<int, QString, QString, QString> row("x", "keys", "setting", "after");
+        row("cloud space", 300, " ", "PublishedToCloudSVC", "True");
+        row("upload", 500, "75", "UploadBandwidth", "75");
+        row("download", 700, "80", "UploadBandwidth", "80");
+    }
+
+    void theStatusBarOpensDialogs() {
+        const auto [x, keys, setting, after] = Fetched<int, QString, QString, QString>();
         m_bench->service->SetSetting("UploadBandwidth", "120");
         const auto window = MakeWindow();
         m_bench->reader.StepAll();
         auto* bar = window->findChild<CConsoleStatusBar*>();
         QCOMPARE(bar->PartText(CConsoleStatusBar::Version), u"Version: 1.2"_s);
-        QTest::mouseClick(bar->childAt(600, 12), Qt::LeftButton);
-        auto* dialog = window->findChild<CSetBandWidthLimitDlg*>();
-        QVERIFY(dialog);
-        auto* ok = dialog->findChild<QPushButton*>();
-        QVERIFY(!ok->isEnabled());
-        m_bench->reader.StepAll();
-        QVERIFY(ok->isEnabled());
-        QCOMPARE(dialog->Wanted().upload, 120);
-        QCOMPARE(dialog->Wanted().download, 0);
-
-        dialog->SetLimits({2147483647, 7});
-        m_bench->service->ForgetRequests();
-        dialog->accept();
-        m_bench->reader.StepAll();
-        QCOMPARE(m_bench->service.RequestLines(),
-                 QStringList({u"PUT /settings/UploadBandwidth?ValueType=1&Value=2147483647"_s,
-                              u"PUT /settings/DownloadBandwidth?ValueType=1&Value=7"_s}));
-        QTRY_VERIFY(!window->findChild<CSetBandWidthLimitDlg*>());
-
-        // A limit that could not be read is not written over.
-        QVERIFY(m_bench->service->SetFault("status:500@DownloadBandwidth"));
-        QTest::mouseClick(bar->childAt(600, 12), Qt::LeftButton);
-        dialog = window->findChild<CSetBandWidthLimitDlg*>();
-        m_bench->reader.StepAll();
-        m_bench->service->ForgetRequests();
-        dialog->accept();
-        m_bench->reader.StepAll();
-        QCOMPARE(m_bench->service.RequestLines(),
-                 QStringList({u"PUT /settings/UploadBandwidth?ValueType=1&Value=2147483647"_s}));
-    }
-
-    void stepsLimitsByFive() {
-        CLimitField field(u"limit"_s);
-        const QList<std::array<int, 3>> cases{{0, 1, 5},  {5, -1, 0}, {3, -1, 0},
-                                              {8, -1, 3}, {7, 1, 12}, {2147483645, 1, 2147483647}};
-        for (const auto& [before, steps, after] : cases) {
-            field.SetValue(before);
-            field.stepBy(steps);
-            QCOMPARE(field.Value(), after);
-        }
-        for (const QString& text : {u"-1"_s, u"2147483648"_s, u"1.5"_s, u"x"_s}) {
-            QString typed = text;
-            int position = 0;
-            QCOMPARE(field.validate(typed, position), QValidator::Invalid);
-        }
-    }
-
-    void changesCloudSpace() {
-        const auto window = MakeWindow();
-        auto* bar = window->findChild<CConsoleStatusBar*>();
-        m_bench->reader.StepAll();
         QCOMPARE(bar->PartText(CConsoleStatusBar::CloudSpace), u"Not In Cloud Space"_s);
-        QTest::mouseClick(bar->childAt(300, 12), Qt::LeftButton);
-        auto* page = window->findChild<CloudSvcPage*>();
-        QVERIFY(page);
+        QTest::mouseClick(bar->childAt(x, 12), Qt::LeftButton);
+        auto* dialog = window->findChild<CBrenDialog*>();
+        QVERIFY(dialog);
         m_bench->reader.StepAll();
-        for (QPushButton* button : page->findChildren<QPushButton*>())
-            if (button->text() == u"Publish"_s)
-                button->click();
+        m_bench->service->ForgetRequests();
+        QTest::keyClicks(dialog->focusWidget(), keys);
+        QTest::keyClick(dialog->focusWidget(), Qt::Key_Return);
         m_bench->reader.StepAll();
-        QCOMPARE(m_bench->service->Setting("PublishedToCloudSVC").value_or(""), std::string("True"));
-        page->reject();
-        m_bench->reader.StepAll();
-        QCOMPARE(bar->PartText(CConsoleStatusBar::CloudSpace), u"In Cloud Space"_s);
+        QVERIFY(!dialog->isVisible());
+        QCOMPARE(m_bench->service.RequestLines().filter(u"PUT"_s).size(), 1);
+        QCOMPARE(m_bench->service->Setting(setting.toStdString()).value_or(""), after.toStdString());
+        QCOMPARE(bar->PartText(CConsoleStatusBar::CloudSpace),
+                 x == 300 ? u"In Cloud Space"_s : u"Not In Cloud Space"_s);
     }
 
     void keepsItsPlace() {
@@ -222,8 +180,12 @@ private slots:
         m_bench->reader.StepAll();
         QVERIFY(wizard.isVisible());
         m_bench->service->ClearFaults();
-        QTest::mouseClick(wizard.button(QWizard::FinishButton), Qt::LeftButton);
+        QVERIFY(wizard.focusWidget() == wizard.button(QWizard::FinishButton));
+        for (int press = 0; press < 2; ++press)
+            QTest::keyClick(wizard.focusWidget(), Qt::Key_Space);
+        QVERIFY2(wizard.isVisible(), "the second press is not one of Cancel");
         m_bench->reader.StepAll();
+        QCOMPARE(wizard.result(), int(QDialog::Accepted));
         QVERIFY(!wizard.isVisible());
         QCOMPARE(m_bench->service->Setting("BSInitConfig").value_or(""), std::string("True"));
     }
@@ -237,10 +199,14 @@ private:
             };
             pages.push_back({name, u"tasks"_s, make});
         }
-        auto window = std::make_unique<CBTaskMMCDlg>(
-            m_bench->client, m_bench->counters, m_bench->prompts, m_bench->reader,
-            CBTaskMMCDlg::Options{
-                .title = u"Title"_s, .version = u"1.2"_s, .initialView = initialView, .pages = pages});
+        auto window = std::make_unique<CBTaskMMCDlg>(m_bench->client, m_bench->counters, m_bench->prompts,
+                                                     m_bench->reader,
+                                                     CBTaskMMCDlg::Options{.title = u"Title"_s,
+                                                                           .version = u"1.2"_s,
+                                                                           .initialView = initialView,
+                                                                           .pages = pages,
+                                                                           .cloudSpace = CloudSpaceDialog,
+                                                                           .bandwidth = BandwidthDialog});
         window->show();
         return window;
     }

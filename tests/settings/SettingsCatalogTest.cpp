@@ -1,8 +1,8 @@
 #include "service/SettingsCatalog.h"
-#include "service/RequestText.h"
-#include "settings/SettingValues.h"
 #include "support/TestMain.h"
+#include "zep/Xml.h"
 
+#include <QDirIterator>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -14,10 +14,10 @@ QString Describe(const SettingsCatalog& catalog) {
     QStringList lines;
     for (const SettingGroup& group : catalog) {
         lines << u"["_s + group.title + u"]"_s;
-        for (const Setting& each : group.settings)
+        for (const CatalogSetting& each : group.settings)
             lines << u"%1|%2|%3|%4%5"_s.arg(each.name, each.description)
                          .arg(static_cast<int>(each.type))
-                         .arg(each.defaultValue, each.needsRestart ? u"|restart"_s : QString());
+                         .arg(each.fallback, each.needsRestart ? u"|restart"_s : QString());
     }
     return lines.join(u' ');
 }
@@ -32,6 +32,18 @@ QByteArray Nested(int depth) {
 QByteArray InGroup(const QByteArray& settings) {
     return "<SettingGroups><Group GroupName='G'><Settings>" + settings +
            "</Settings></Group></SettingGroups>";
+}
+
+/// All that was written to the log below the home folder.
+QString Traced(const QTemporaryDir& home) {
+    QString lines;
+    QDirIterator files(home.path(), QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        QFile file(files.next());
+        if (file.fileName().contains(u"logging"_s) && file.open(QIODevice::ReadOnly))
+            lines += QString::fromUtf8(file.readAll());
+    }
+    return lines;
 }
 
 } // namespace
@@ -61,11 +73,6 @@ private slots:
             QByteArray("<SettingGroups><X GroupName='B'/><Y><Settings>" + good +
                        "</Settings></Y></SettingGroups>"),
             "[B] [] N|D|1|5|restart");
-        row("other root", "<Groups><Group GroupName='G'/></Groups>", {});
-        row("empty", {}, {});
-        row("no XML", "[settings]\nUploadBandwidth=5\n", {});
-        row("cut off", InGroup(good).chopped(20), {});
-        row("binary", QByteArray("\x7f\x45LF\0\1\2", 7), {});
         row("deep", Nested(100'000), "[]");
     }
 
@@ -79,45 +86,43 @@ private slots:
         QTEST(Describe(LoadSettingsCatalog(catalog.fileName().toStdString())), "catalog");
     }
 
-    void aMissingFileIsAnEmptyCatalog() {
-        QVERIFY(LoadSettingsCatalog("/no/such/file").empty());
+    void brokenCatalogsSayWhere_data() {
+        const Columns<QByteArray, QString> row("file", "place");
+        row("missing", {}, "cannot be read: ");
+        row("other root", "<Groups><Group GroupName='G'/></Groups>", "line 1: ");
+        row("empty", " ", "line 1: ");
+        row("no XML", "[settings]\nUploadBandwidth=5\n", "line ");
+        row("cut off", "<SettingGroups>\n<Group>\n<Settings>", "line 3: ");
+        row("tags crossed", "<SettingGroups>\n<Group>\n</Settings>\n</Group></SettingGroups>", "line 3: ");
+        row("two roots", "<SettingGroups/>\n<SettingGroups/>", "line ");
+        row("binary", QByteArray("\x7f\x45LF\0\1\2", 7), "line 1: ");
+    }
+
+    void brokenCatalogsSayWhere() {
+        const auto [content, place] = Fetched<QByteArray, QString>();
         const QTemporaryDir folder;
-        QVERIFY(LoadSettingsCatalog(folder.path().toStdString()).empty());
+        qputenv("BREN_HOME", folder.path().toUtf8());
+        QFile catalog(folder.filePath(u"settings.xml"_s));
+        if (!content.isNull()) {
+            QVERIFY(catalog.open(QIODevice::WriteOnly));
+            catalog.write(content);
+            catalog.close();
+        }
+        QString failure;
+        QVERIFY(LoadSettingsCatalog(catalog.fileName().toStdString(), &failure).empty());
+        QVERIFY2(failure.contains(catalog.fileName()) && failure.contains(place), qPrintable(failure));
+        QVERIFY2(Traced(folder).contains(failure), "the log says it too");
+        qunsetenv("BREN_HOME");
     }
 
-    void theQuerysLimitsAreTold_data() {
-        const Columns<QString, QString> row("text", "named");
-        row("plain", "plain text #1 50% 100%x ~'\"<ä\n\u202E", {});
-        row("empty", {}, {});
-        row("ampersand", "a&b", "\"&\"");
-        row("plus", "+", "\"+\"");
-        row("escape", "50%aF", "\"%\"");
-        row("half an escape", "%a", {});
-        row("zero", u"a"_s + QChar(u'\0'), "zero characters");
-        row("all", u"&+%00"_s + QChar(u'\0'), "\"&\", \"+\", \"%\", zero characters");
-    }
-
-    void theQuerysLimitsAreTold() {
-        const auto [text, named] = Fetched<QString, QString>();
-        const QString remark = QueryRemark(text);
-        QCOMPARE(remark.isEmpty(), named.isEmpty());
-        QVERIFY2(remark.contains(u"reads "_s + named) || named.isEmpty(), qPrintable(remark));
-    }
-
-    void bodiesBecomeTexts_data() {
-        const Columns<ServiceClient::ValueType, QByteArray, QString> row("type", "body", "text");
-        using Type = ServiceClient::ValueType;
-        row("TRUE", Type::Boolean, "TRUE", "True");
-        row("1 is not true", Type::Boolean, "1", "False");
-        row("nothing is not true", Type::Boolean, "", "False");
-        row("leading number", Type::Integer, " -12 KB", "-12");
-        row("no number", Type::Integer, "many", "0");
-        row("text up to a zero", Type::String, QByteArray("\xC3\xA4\nb\0c", 6), "ä\nb");
-    }
-
-    void bodiesBecomeTexts() {
-        const auto [type, body] = Fetched<ServiceClient::ValueType, QByteArray>();
-        QTEST(TypedText(body, type), "text");
+    void whatIsLeftOutIsTraced() {
+        const QTemporaryDir folder;
+        qputenv("BREN_HOME", folder.path().toUtf8());
+        const auto document =
+            XmlDocument::FromText(QString::fromUtf8(InGroup("<S Name='Odd' ValueType='7'/>")));
+        QCOMPARE(Describe(ParseSettingsCatalog(*document)), u"[G]"_s);
+        QVERIFY(Traced(folder).contains(u"\"Odd\" of type \"7\""_s));
+        qunsetenv("BREN_HOME");
     }
 };
 

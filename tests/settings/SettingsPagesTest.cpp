@@ -1,5 +1,7 @@
 #include "SettingsBench.h"
 #include "page/NoticeLine.h"
+#include "page/SettingNews.h"
+#include "settings/SetBandWidthLimitDlg.h"
 #include "settings/SettingsMgr.h"
 #include "settings/SettingsPanel.h"
 #include "settings/TaskItemSettings.h"
@@ -21,10 +23,13 @@ QString Describe(const PropertyRow& row) {
     return u"%1|%2|%3|%4"_s.arg(row.key, row.label).arg(static_cast<int>(row.type)).arg(row.value);
 }
 
-bool AllAre(const QWidget& page, bool PropertyRow::*flag, bool value) {
+bool AllMarked(const QWidget& page, PropertyMark mark) {
     const std::vector<Place> rows = Rows(page);
-    return std::all_of(rows.begin(), rows.end(),
-                       [flag, value](const Place& row) { return (*row).*flag == value; });
+    return std::all_of(rows.begin(), rows.end(), [mark](const Place& row) { return (*row).mark == mark; });
+}
+
+PropertyMark MarkOf(const QWidget& page, const QString& key) {
+    return (*FindRow(page, key)).mark;
 }
 
 } // namespace
@@ -40,13 +45,12 @@ private slots:
         bench.service->SetSetting("UploadWorkerCount", "8 of them");
         CTaskItemSettings page(bench.console);
         page.EnsureCreated();
-        QVERIFY(AllAre(page, &PropertyRow::readOnly, true));
         QVERIFY(!bench.reader.Work(Lane::Service));
         page.Activate();
-        QVERIFY(AllAre(page, &PropertyRow::readOnly, true));
-        QCOMPARE(bench.reader.StepAll(), 1);
-        QVERIFY(AllAre(page, &PropertyRow::readOnly, false));
-        QVERIFY(AllAre(page, &PropertyRow::unread, false));
+        QVERIFY((*FindRow(page, u"UploadWorkerCount"_s)).readOnly);
+        QCOMPARE(bench.reader.StepAll(), 13);
+        QVERIFY(!(*FindRow(page, u"UploadWorkerCount"_s)).readOnly);
+        QVERIFY(AllMarked(page, PropertyMark::None));
         QCOMPARE(Value(page, u"DeleteCacheAfterUpload"_s), u"False"_s);
         QCOMPARE(Value(page, u"KeepCompletedTaskInDB"_s), u"False"_s);
         QCOMPARE(Value(page, u"UploadWorkerCount"_s), u"8"_s);
@@ -64,7 +68,7 @@ private slots:
         CSettingsMgr all(bench.console);
         for (CBrenPanel* page : std::initializer_list<CBrenPanel*>{&tasks, &all}) {
             bench.Open(*page);
-            QVERIFY(AllAre(*page, &PropertyRow::unread, true));
+            QVERIFY(AllMarked(*page, PropertyMark::NotRead));
             QVERIFY(ShownNotice(*page).contains(u"defaults"));
         }
         // What is built in and what is shipped must agree on every setting that both know.
@@ -79,42 +83,8 @@ private slots:
         bench.service->Start();
         bench.Refresh(tasks);
         QCOMPARE(Value(tasks, u"UploadBandwidth"_s), u"50"_s);
-        QVERIFY(AllAre(tasks, &PropertyRow::unread, false));
+        QVERIFY(AllMarked(tasks, PropertyMark::None));
         QCOMPARE(ShownNotice(tasks), QString());
-    }
-
-    void answersOfASettingAreToldApart_data() {
-        const Columns<QString, QString, bool> row("fault", "value", "unread");
-        row("whole", "none", "70", false);
-        row("not set", "status:404", "0", false);
-        row("refused", "status:403", "0", false);
-        row("failing", "status:500", "0", true);
-        row("other success", "status:204", "0", true);
-        row("cut", "fin", "0", true);
-    }
-
-    void answersOfASettingAreToldApart() {
-        const auto [fault, value, unread] = Fetched<QString, QString, bool>();
-        SettingsBench bench;
-        bench.service->SetSetting("DownloadBandwidth", "70");
-        bench.service->SetSetting("UploadBandwidth", "50");
-        QVERIFY(bench.service->SetFault(fault.toStdString() + "@DownloadBandwidth"));
-        CTaskItemSettings page(bench.console);
-        bench.Open(page);
-        const PropertyRow row = *FindRow(page, u"DownloadBandwidth"_s);
-        QCOMPARE(row.value, value);
-        QCOMPARE(row.unread, unread);
-        QCOMPARE(row.ShownValue().contains(u"not read"), unread);
-        QCOMPARE(ShownNotice(page).contains(u"grey"), unread);
-        QCOMPARE(Value(page, u"UploadBandwidth"_s), u"50"_s); // the others are read all the same
-
-        bench.service->ClearFaults();
-        QCOMPARE(bench.Written(), QStringList());
-        QVERIFY(Edit(page, u"DownloadBandwidth"_s, u"71"_s));
-        bench.Refresh(page);
-        QCOMPARE(bench.Written(), QStringList{u"PUT /settings/DownloadBandwidth?ValueType=1&Value=71"_s});
-        QCOMPARE((*FindRow(page, u"DownloadBandwidth"_s)).ShownValue(), u"71"_s);
-        QCOMPARE(ShownNotice(page), QString());
     }
 
     void aReadStopsWhenTheServiceDoes() {
@@ -127,10 +97,60 @@ private slots:
         QCOMPARE(bench.service.RequestLines().size(), 8);
         QCOMPARE(bench.service.RequestLines().last(), u"GET /settings/UploadWorkerCount"_s);
         QCOMPARE(Value(page, u"EnableTaskVerification"_s), u"True"_s);
-        QVERIFY(!(*FindRow(page, u"EnableTaskVerification"_s)).unread);
+        QCOMPARE(MarkOf(page, u"EnableTaskVerification"_s), PropertyMark::None);
         QCOMPARE(Value(page, u"DownloadBandwidth"_s), u"0"_s);
-        QVERIFY((*FindRow(page, u"DownloadBandwidth"_s)).unread);
+        QCOMPARE(MarkOf(page, u"DownloadBandwidth"_s), PropertyMark::NotRead);
         QVERIFY(ShownNotice(page).contains(u"defaults"));
+    }
+
+    void oneSettingsTroubleIsItsOwn_data() {
+        const Columns<QString, PropertyMark> row("fault", "mark");
+        row("status:404@UploadBandwidth", PropertyMark::None);
+        row("status:403@UploadBandwidth", PropertyMark::None);
+        row("status:500@UploadBandwidth", PropertyMark::NotRead);
+        row("fin@UploadBandwidth", PropertyMark::NotRead);
+    }
+
+    void oneSettingsTroubleIsItsOwn() {
+        const auto [fault, mark] = Fetched<QString, PropertyMark>();
+        SettingsBench bench;
+        bench.service->SetSetting("UploadBandwidth", "500");
+        bench.service->SetSetting("DownloadBandwidth", "70");
+        QVERIFY(bench.service->SetFault(fault.toStdString()));
+        CTaskItemSettings page(bench.console);
+        bench.Open(page);
+        QCOMPARE(Value(page, u"UploadBandwidth"_s), u"0"_s);
+        QCOMPARE(MarkOf(page, u"UploadBandwidth"_s), mark);
+        QCOMPARE(Value(page, u"DownloadBandwidth"_s), u"70"_s);
+        QCOMPARE(ShownNotice(page).contains(u"could not tell all"), mark == PropertyMark::NotRead);
+        bench.service->ClearFaults();
+        QVERIFY2(Edit(page, u"UploadBandwidth"_s, u"50"_s), "what is not read can be changed");
+        bench.reader.StepAll();
+        QCOMPARE(bench.Stored(u"UploadBandwidth"_s), u"50"_s);
+        QCOMPARE(bench.Written().size(), 1);
+    }
+
+    void whatIsNotSavedSaysSoUntilItIs() {
+        SettingsBench bench;
+        bench.service->SetSetting("UploadBandwidth", "50");
+        CTaskItemSettings page(bench.console);
+        bench.Open(page);
+        const QString help = bench.frame.StatusText();
+        bench.service->SetAnswer("/settings/UploadBandwidth?", devservice::Answer{500, {}});
+        QVERIFY(Edit(page, u"UploadBandwidth"_s, u"60"_s));
+        bench.reader.StepAll();
+        QCOMPARE(MarkOf(page, u"UploadBandwidth"_s), PropertyMark::NotSaved);
+        QVERIFY(bench.frame.StatusText().contains(u"not saved"));
+        bench.Refresh(page);
+        QCOMPARE(Value(page, u"UploadBandwidth"_s), u"60"_s);
+        QCOMPARE(MarkOf(page, u"UploadBandwidth"_s), PropertyMark::NotSaved);
+
+        bench.service->SetAnswer("/settings/UploadBandwidth?", {});
+        QVERIFY2(Edit(page, u"UploadBandwidth"_s, u"60"_s), "Enter on the same text tries again");
+        bench.reader.StepAll();
+        QCOMPARE(MarkOf(page, u"UploadBandwidth"_s), PropertyMark::None);
+        QCOMPARE(bench.frame.StatusText(), help);
+        QCOMPARE(bench.Stored(u"UploadBandwidth"_s), u"60"_s);
     }
 
     void aFailedReadKeepsWhatWasRead() {
@@ -141,10 +161,42 @@ private slots:
         bench.service->Stop();
         bench.Refresh(page);
         QCOMPARE(Value(page, u"UploadBandwidth"_s), u"50"_s);
-        QVERIFY(AllAre(page, &PropertyRow::unread, false));
-        QVERIFY(Edit(page, u"UploadBandwidth"_s, u"60"_s));
+        QVERIFY(AllMarked(page, PropertyMark::None));
+    }
+
+    void whatIsWrittenElsewhereIsReadAgain() {
+        SettingsBench bench;
+        CTaskItemSettings tasks(bench.console);
+        CSettingsMgr hidden(bench.console);
+        bench.Open(tasks);
+        CSetBandWidthLimitDlg dialog(bench.client, bench.reader, &tasks);
+        dialog.setAttribute(Qt::WA_DeleteOnClose, false);
+        connect(&dialog, &CBrenDialog::Written, &tasks,
+                [&](const QString& setting) { emit bench.settingNews.Written(setting, &dialog); });
+        dialog.show();
         bench.reader.StepAll();
-        QCOMPARE(Value(page, u"UploadBandwidth"_s), u"60"_s);
+        bench.service->ForgetRequests();
+        QTest::keyClicks(dialog.focusWidget(), u"75"_s);
+        QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
+        bench.reader.StepAll();
+        QCOMPARE(bench.Written(), QStringList{u"PUT /settings/UploadBandwidth?ValueType=1&Value=75"_s});
+        QCOMPARE(Value(tasks, u"UploadBandwidth"_s), u"75"_s);
+        QCOMPARE(bench.service.RequestLines().size(), 1 + 13); // the page that is shown, no other
+    }
+
+    void aCommandOvertakesTheRestOfARead() {
+        SettingsBench bench;
+        CTaskItemSettings page(bench.console);
+        page.Activate();
+        QVERIFY(bench.reader.Step(Lane::Service));
+        PageLoader other(bench.reader, page);
+        other.Command(
+            Lane::Service, [](std::stop_token stop) { return ServiceClient().StartTaskNow(u"T"_s, stop); },
+            [](const Loaded<ServiceAnswer>&) {});
+        QVERIFY(bench.reader.Step(Lane::Service));
+        QCOMPARE(bench.service.RequestLines().last(), u"GET /schedule/startnow?T"_s);
+        bench.reader.StepAll();
+        QVERIFY(AllMarked(page, PropertyMark::None));
     }
 
     void writesArriveAsTheyAre_data() {
@@ -158,7 +210,7 @@ private slots:
             "Ä <b>\n#");
         row("sent as it stands", "WriterName", "a&b+c%41", "WriterName?ValueType=2&Value=a&b+c%41", "a");
         row("unchanged", "WriterName", "LOCAL USER", {}, "(none)");
-        row("no integer", "UploadBandwidth", "fast", {}, "(none)");
+        row("too long", "WriterName", QString(70'000, u'y'), {}, "(none)");
     }
 
     void writesArriveAsTheyAre() {
@@ -218,6 +270,7 @@ private slots:
         QVERIFY(Edit(page, u"UploadBandwidth"_s, u"50"_s));
         QCOMPARE(ShownNotice(page), QString());
         QVERIFY(Edit(page, u"BSInitConfig"_s, u"True"_s));
+        bench.reader.StepAll();
         QCOMPARE(ShownNotice(page), words);
     }
 
@@ -226,7 +279,7 @@ private slots:
         CSettingsMgr page(bench.console, "/no/such/catalog.xml");
         bench.Open(page);
         QVERIFY(Rows(page).empty());
-        QCOMPARE(ShownNotice(page), QString());
+        QVERIFY(ShownNotice(page).contains(u"/no/such/catalog.xml"_s));
         QCOMPARE(bench.service.RequestLines(), QStringList());
         QCOMPARE(bench.frame.StatusText(), u"There are no settings to show."_s);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "page/Console.h"
+#include "page/SettingNews.h"
 #include "service/ServiceClient.h"
 #include "support/NotingFrame.h"
 #include "support/ScriptedPrompts.h"
@@ -15,5 +16,6 @@ struct ConsoleFixture {
     ScriptedPrompts prompts;
     PageReader reader;
     NotingFrame frame;
-    const Console console{client, counters, prompts, reader, frame};
+    SettingNews settingNews;
+    const Console console{client, counters, prompts, reader, frame, settingNews};
 };

@@ -56,6 +56,13 @@ private slots:
         QCOMPARE(ShownTabs(), QList<int>({0, 1}));
         m_bench->reader.StepAll();
         QCOMPARE(Requests(), QStringList({WriteLine + u'1', WriteLine + u'0'}));
+        for (const auto fault : {devservice::HttpFault::Refuse, devservice::HttpFault::None}) {
+            m_bench->service->SetFault(fault);
+            Box()->click();
+            m_bench->reader.StepAll();
+            QCOMPARE(m_bench->frame.StatusText().contains(u"not saved"),
+                     fault != devservice::HttpFault::None);
+        }
     }
 
     void asksAgainAfterTheServiceWasGone() {

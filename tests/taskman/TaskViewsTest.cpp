@@ -127,7 +127,8 @@ private slots:
         publish(1, u"first"_s);
         LiveCounters counters(file);
         const Console& console = m_bench->console;
-        const Console own{console.service, counters, console.prompts, console.reader, console.frame};
+        const Console own{console.service, counters,      console.prompts,
+                          console.reader,  console.frame, console.settingNews};
         CSysRunningPanel system(own);
         Open(system);
         const TableHand table(system);

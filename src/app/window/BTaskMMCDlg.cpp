@@ -2,15 +2,14 @@
 
 #include "cards/ExpandableItemList.h"
 #include "list/FindBar.h"
+#include "page/BrenDialog.h"
 #include "page/BrenPanel.h"
 #include "platform/Folders.h"
 #include "service/ServiceClient.h"
-#include "window/CloudSvcPage.h"
 #include "window/ConsoleStatusBar.h"
 #include "window/NavigationColumn.h"
 #include "window/PageHead.h"
 #include "window/ServiceNotice.h"
-#include "window/SetBandWidthLimitDlg.h"
 #include "window/TabOrder.h"
 #include "window/WindowGeometry.h"
 #include "zep/LiveCounters.h"
@@ -18,7 +17,6 @@
 #include "zep/Xml.h"
 
 #include <QCloseEvent>
-#include <QCursor>
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -36,10 +34,6 @@ constexpr QSize DefaultSize(986, 678);
 constexpr QSize SmallestSize(800, 480);
 constexpr QSize SmallestPage(424, 280); ///< a smaller one scrolls
 constexpr std::chrono::milliseconds SpeedPeriod{1000};
-constexpr int BandwidthDialogRise = 140;
-
-const QString UploadBandwidth = QStringLiteral("UploadBandwidth");
-const QString DownloadBandwidth = QStringLiteral("DownloadBandwidth");
 
 quint32 TickCount() {
     return static_cast<quint32>(std::chrono::duration_cast<std::chrono::milliseconds>(
@@ -76,13 +70,17 @@ QString ReadConsoleVersion() {
 
 CBTaskMMCDlg::CBTaskMMCDlg(ServiceClient& service, LiveCounters& counters, UserPrompts& prompts,
                            Reader& reader, const Options& options)
-    : m_console{service, counters, prompts, reader, *this}, m_sections(options.pages),
+    : m_console{service, counters, prompts, reader, *this, m_settingNews}, m_sections(options.pages),
       m_pages(m_sections.size()), m_navigation(new CNavigationColumn(options.title)), m_head(new CPageHead),
       m_notice(new CServiceNotice(reader, service, *this)), m_stack(new QStackedWidget),
-      m_statusBar(new CConsoleStatusBar), m_loader(reader, *this) {
+      m_statusBar(new CConsoleStatusBar) {
     setWindowTitle(options.title);
     BuildWindow();
     m_stack->setObjectName(QStringLiteral("pages"));
+    connect(m_statusBar, &CConsoleStatusBar::CloudSpaceClicked, this,
+            [this, make = options.cloudSpace] { OpenDialog(make); });
+    connect(m_statusBar, &CConsoleStatusBar::BandwidthClicked, this,
+            [this, make = options.bandwidth] { OpenDialog(make); });
     if (!options.version.isEmpty())
         m_statusBar->SetPart(CConsoleStatusBar::Version, tr("Version: ") + options.version);
     RestoreGeometry();
@@ -117,8 +115,6 @@ void CBTaskMMCDlg::BuildWindow() {
 
     connect(m_head, &CPageHead::FindClicked, this, &CBTaskMMCDlg::Find);
     connect(m_navigation, &CNavigationColumn::SectionChosen, this, &CBTaskMMCDlg::ShowSection);
-    connect(m_statusBar, &CConsoleStatusBar::CloudSpaceClicked, this, &CBTaskMMCDlg::EditCloudSpace);
-    connect(m_statusBar, &CConsoleStatusBar::BandwidthClicked, this, &CBTaskMMCDlg::EditBandwidth);
     connect(m_notice, &CServiceNotice::Published, m_statusBar, [this](bool inCloudSpace) {
         m_statusBar->SetPart(CConsoleStatusBar::CloudSpace,
                              inCloudSpace ? tr("In Cloud Space") : tr("Not In Cloud Space"));
@@ -297,44 +293,10 @@ void CBTaskMMCDlg::SampleSpeed() {
     }
 }
 
-void CBTaskMMCDlg::EditCloudSpace() {
-    auto* dialog = new CloudSvcPage(m_console.service, m_console.reader, this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
+void CBTaskMMCDlg::OpenDialog(const DialogMaker& make) {
+    if (!make)
+        return;
+    CBrenDialog* dialog = make(m_console, this);
     connect(dialog, &QDialog::finished, m_notice, &CServiceNotice::Start);
-    dialog->open();
-}
-
-void CBTaskMMCDlg::EditBandwidth() {
-    using Limits = CSetBandWidthLimitDlg::Limits;
-    auto* dialog = new CSetBandWidthLimitDlg(this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->move(QCursor::pos() - QPoint(0, BandwidthDialogRise));
-    const ServiceClient service = m_console.service;
-    m_loader.Load(
-        Lane::Service,
-        [service](std::stop_token stop) {
-            const auto read = [&service, &stop](const QString& name) -> std::optional<int> {
-                const ServiceAnswer answer = service.GetSetting(name, stop);
-                const bool isRead = SettingStateOf(answer) != SettingState::NotRead;
-                return isRead ? std::optional(LeadingNumber(answer.body)) : std::nullopt;
-            };
-            return Limits{read(UploadBandwidth), read(DownloadBandwidth)};
-        },
-        [dialog = QPointer(dialog)](const Loaded<Limits>& loaded) {
-            if (dialog && loaded.outcome != LoadOutcome::Cancelled)
-                dialog->SetLimits(loaded ? *loaded : Limits());
-        });
-    connect(dialog, &QDialog::accepted, this, [this, service, dialog] {
-        m_loader.Command(
-            Lane::Service,
-            [service, wanted = dialog->Wanted()](std::stop_token stop) {
-                if (wanted.upload)
-                    service.SetIntSetting(UploadBandwidth, *wanted.upload, stop);
-                if (wanted.download)
-                    service.SetIntSetting(DownloadBandwidth, *wanted.download, stop);
-                return true;
-            },
-            [](const Loaded<bool>&) {});
-    });
-    dialog->open();
+    dialog->Open(m_settingNews);
 }

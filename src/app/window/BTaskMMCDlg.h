@@ -1,8 +1,8 @@
 #pragma once
 
-#include "lanes/PageLoader.h"
 #include "page/Console.h"
 #include "page/MainFrame.h"
+#include "page/SettingNews.h"
 #include "window/PageEntry.h"
 #include "window/SpeedMeter.h"
 
@@ -29,12 +29,17 @@ public:
         int initialView = 0;  ///< the number behind "/view:"
         QString firstSection; ///< the title of the section to show first, where `initialView` says none
         std::vector<PageEntry> pages;
+        DialogMaker cloudSpace = {};
+        DialogMaker bandwidth = {};
     };
 
     /// The parts must outlive the window.
     CBTaskMMCDlg(ServiceClient& service, LiveCounters& counters, UserPrompts& prompts, Reader& reader,
                  const Options& options);
     ~CBTaskMMCDlg() override;
+
+    /// What the pages are given.
+    const Console& Parts() const { return m_console; }
 
     int SectionCount() const;
     QString SectionTitle(int index) const;
@@ -66,9 +71,9 @@ private:
     void RestoreGeometry();
     void StoreGeometry() const;
     void SampleSpeed();
-    void EditCloudSpace();
-    void EditBandwidth();
+    void OpenDialog(const DialogMaker& make);
 
+    SettingNews m_settingNews;
     Console m_console;
     std::vector<PageEntry> m_sections;
     std::vector<CBrenPanel*> m_pages; ///< by section; null until it is first shown
@@ -81,7 +86,6 @@ private:
     SpeedMeter m_speedMeter;
     bool m_closing = false;
     QTimer m_speedTimer;
-    PageLoader m_loader;
 };
 
 /// The version in the configuration file beside the executable; empty when file or attribute is missing.

@@ -4,7 +4,9 @@
 
 #include <functional>
 
+class CBrenDialog;
 class CBrenPanel;
+class QWidget;
 struct Console;
 
 /// A section of the console: what the navigation shows of it, and how its page is made.
@@ -13,3 +15,6 @@ struct PageEntry {
     QString icon;
     std::function<CBrenPanel*(const Console&)> make;
 };
+
+/// Makes the dialog that a click on the status bar opens.
+using DialogMaker = std::function<CBrenDialog*(const Console&, QWidget* parent)>;

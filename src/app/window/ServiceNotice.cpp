@@ -1,6 +1,6 @@
 #include "window/ServiceNotice.h"
 
-#include "service/ServiceClient.h"
+#include "service/KnownSettings.h"
 
 CServiceNotice::CServiceNotice(Reader& reader, const ServiceClient& service, QWidget& window)
     : NoticeLine(&window), m_service(service), m_loader(reader, window) {}
@@ -15,17 +15,15 @@ void CServiceNotice::Ask() {
     m_loader.Load(
         Lane::Service,
         [service = m_service](std::stop_token stop) {
-            return service.GetSetting(QStringLiteral("PublishedToCloudSVC"), stop);
+            return ReadSetting(service, Settings::PublishedToCloudSVC, stop);
         },
-        [this, asked](const Loaded<ServiceAnswer>& loaded) {
-            if (!loaded)
-                return;
-            const ServiceOutcome outcome = loaded->outcome;
-            if (outcome != ServiceOutcome::Answered && outcome != ServiceOutcome::OtherStatus)
-                return OnSilent(asked);
-            if (SettingStateOf(*loaded) != SettingState::NotRead)
-                emit Published(SettingFlag(loaded->body));
-            OnAnswered();
+        [this, asked](const Loaded<SettingValue<bool>>& published) {
+            if (published && published->WasRead())
+                emit Published(published->value);
+            if (published && !published->silent)
+                OnAnswered();
+            else if (published)
+                OnSilent(asked);
         });
 }
 

@@ -1,24 +1,28 @@
 #include "grid/DynamicEdit.h"
 
-#include <QIntValidator>
+#include "look/IconRegistry.h"
+
+#include <QAction>
 
 #include <limits>
 
-CDynamicEdit::CDynamicEdit(const QString& text, ServiceClient::ValueType type, QWidget* parent)
-    : QLineEdit(parent) {
-    using Range = std::numeric_limits<qint32>;
-    if (type == ServiceClient::ValueType::Integer) {
-        auto* validator = new QIntValidator(Range::min(), Range::max(), this);
-        QLocale plain = QLocale::c();
-        plain.setNumberOptions(QLocale::RejectGroupSeparator);
-        validator->setLocale(plain);
-        setValidator(validator);
-    }
+CDynamicEdit::CDynamicEdit(const QString& text, PropertyType type, QWidget* parent)
+    : QLineEdit(parent), m_type(type) {
     setMaxLength(std::numeric_limits<int>::max());
     setText(text);
     selectAll();
 }
 
-std::optional<QString> CDynamicEdit::Text() const {
-    return hasAcceptableInput() ? std::optional(text()) : std::nullopt;
+QString CDynamicEdit::Refusal() const {
+    bool isInteger = m_type != PropertyType::Integer;
+    if (!isInteger)
+        text().toInt(&isInteger);
+    return isInteger ? QString() : tr("Not taken: a whole number from -2147483648 to 2147483647 is needed.");
+}
+
+void CDynamicEdit::OfferFolder() {
+    QAction* choose = addAction(IconRegistry::Icon(QStringLiteral("folder-open")), TrailingPosition);
+    choose->setText(tr("Choose a folder"));
+    choose->setToolTip(choose->text());
+    connect(choose, &QAction::triggered, this, &CDynamicEdit::FolderWanted);
 }

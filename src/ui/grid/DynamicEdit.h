@@ -1,10 +1,8 @@
 #pragma once
 
-#include "service/ServiceClient.h"
+#include "grid/PropertyModel.h"
 
 #include <QLineEdit>
-
-#include <optional>
 
 /// The in-place editor of a text or an integer (32 bits, signed). Takes texts of any length; what a single
 /// line cannot show of them is kept.
@@ -12,8 +10,17 @@ class CDynamicEdit : public QLineEdit {
     Q_OBJECT
 
 public:
-    CDynamicEdit(const QString& text, ServiceClient::ValueType type, QWidget* parent);
+    CDynamicEdit(const QString& text, PropertyType type, QWidget* parent);
 
-    /// None when an integer is wanted and there is none.
-    std::optional<QString> Text() const;
+    /// Why the text is not taken; empty when it is.
+    QString Refusal() const;
+
+    /// Adds a button with which a folder is chosen in place of being typed.
+    void OfferFolder();
+
+signals:
+    void FolderWanted();
+
+private:
+    PropertyType m_type;
 };

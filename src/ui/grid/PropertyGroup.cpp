@@ -17,13 +17,15 @@
 #include <algorithm>
 #include <limits>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int TitleHeight = 30;
 constexpr int RowHeight = 28;
 constexpr int FrameWidth = 1;
 constexpr int MarginWidth = 22;
-constexpr int LabelWidth = 450;
+constexpr int LabelWidth = MarginWidth + 450;
 constexpr int ValueWidth = 120;
 constexpr int NumberEditorWidth = 150;
 constexpr int IconSize = 16;
@@ -32,9 +34,12 @@ constexpr int LabelLeft = MarginWidth + CellInset;
 constexpr int EditorInset = 3;
 constexpr int PageStep = 10;
 
+bool IsOnDrive(const QString& value) {
+    return QStringView(value).mid(1, 2) == u":\\"_s;
+}
+
 bool IsFolderPath(const QString& value) {
-    const bool onDrive = QStringView(value).mid(1, 2) == QStringLiteral(":\\");
-    return onDrive || (value.startsWith(u'/') && QDir::isAbsolutePath(value));
+    return IsOnDrive(value) || (value.startsWith(u'/') && QDir::isAbsolutePath(value));
 }
 
 /// Draws the icon into the margin of the row.
@@ -65,8 +70,6 @@ CPropertyGroup::CPropertyGroup(const QString& title, UserPrompts& prompts, QWidg
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     verticalHeader()->setDefaultSectionSize(RowHeight);
     setRowHeight(0, TitleHeight);
-    setColumnHidden(PropertyModel::Key, true);
-    setColumnHidden(PropertyModel::Type, true);
     setFixedHeight(TitleHeight + FrameWidth);
     connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) {
         if (index.column() == PropertyModel::Value)
@@ -96,46 +99,62 @@ QRect CPropertyGroup::ValueRect(int row) const {
     return visualRect(m_model.index(row, PropertyModel::Value));
 }
 
-bool CPropertyGroup::OpenEditor(int row) {
+bool CPropertyGroup::OpenEditor(int row, EditorStart start) {
     if (!m_model.IsEditable(row))
         return false;
     CloseEditor(EditorEnd::Commit);
     SelectRow(row);
     const PropertyRow& property = m_model.Row(row);
-    if (property.type == ServiceClient::ValueType::Boolean) {
-        auto* combo = new CDynamicCombo(property.value, viewport());
-        m_editorText = [combo] { return std::optional(combo->currentText()); };
-        connect(combo, &CDynamicCombo::ListClosed, this, [this, combo] {
-            if (m_editor == combo)
-                CloseEditor(EditorEnd::Commit);
-        });
-        PlaceEditor(combo, row);
-    } else if (property.type == ServiceClient::ValueType::String && IsFolderPath(property.value)) {
-        PickFolder(row);
-    } else {
-        auto* edit = new CDynamicEdit(property.value, property.type, viewport());
-        m_editorText = [edit] { return edit->Text(); };
-        connect(edit, &QLineEdit::textChanged, this, &CPropertyGroup::ShowNote);
-        PlaceEditor(edit, row);
-        ShowNote(edit->text());
-    }
+    const bool isChoice = property.type == PropertyType::Boolean;
+    ShowEditor(isChoice ? MakeCombo(row) : MakeEdit(row), row);
+    if (property.type == PropertyType::Text && IsOnDrive(property.value) && start == EditorStart::Usual)
+        PickFolder();
     return true;
 }
 
-void CPropertyGroup::PlaceEditor(QWidget* editor, int row) {
+QWidget* CPropertyGroup::MakeCombo(int row) {
+    auto* combo = new CDynamicCombo(m_model.Row(row).value, viewport());
+    m_editorText = [combo] { return combo->currentText(); };
+    m_refusal = [] { return QString(); };
+    m_initialText = combo->currentText();
+    connect(combo, &CDynamicCombo::ListClosed, this, [this, combo] {
+        if (m_editor == combo)
+            CloseEditor(EditorEnd::Commit);
+    });
+    return combo;
+}
+
+QWidget* CPropertyGroup::MakeEdit(int row) {
     const PropertyRow& property = m_model.Row(row);
-    QRect place = ValueRect(row).adjusted(0, EditorInset, -CellInset, -EditorInset);
-    if (property.type != ServiceClient::ValueType::String)
-        place.setWidth(std::min(place.width(), NumberEditorWidth));
+    auto* edit = new CDynamicEdit(property.value, property.type, viewport());
+    m_editorText = [edit] { return edit->text(); };
+    m_refusal = [edit] { return edit->Refusal(); };
+    m_initialText = property.value;
+    connect(edit, &QLineEdit::textChanged, this, &CPropertyGroup::ShowRemark);
+    if (property.type == PropertyType::Text && IsFolderPath(property.value)) {
+        edit->OfferFolder();
+        connect(edit, &CDynamicEdit::FolderWanted, this, &CPropertyGroup::PickFolder);
+    }
+    return edit;
+}
+
+void CPropertyGroup::ShowEditor(QWidget* editor, int row) {
     m_editor = editor;
     m_editedRow = row;
-    m_initialText = m_editorText().value_or(property.value);
     editor->setFont(Look::Font(Look::Small));
-    editor->setAccessibleName(property.label);
-    editor->setGeometry(place);
+    editor->setAccessibleName(m_model.Row(row).label);
+    PlaceEditor();
     editor->show();
     editor->setFocus(Qt::OtherFocusReason);
     editor->installEventFilter(this);
+    ShowRemark();
+}
+
+void CPropertyGroup::PlaceEditor() {
+    QRect place = ValueRect(m_editedRow).adjusted(0, EditorInset, -CellInset, -EditorInset);
+    if (m_model.Row(m_editedRow).type != PropertyType::Text)
+        place.setWidth(std::min(place.width(), NumberEditorWidth));
+    m_editor->setGeometry(place);
 }
 
 void CPropertyGroup::CloseEditor(EditorEnd end) {
@@ -143,46 +162,68 @@ void CPropertyGroup::CloseEditor(EditorEnd end) {
         return;
     QWidget* editor = std::exchange(m_editor, nullptr);
     const int row = std::exchange(m_editedRow, -1);
-    const std::optional<QString> text = std::exchange(m_editorText, nullptr)();
+    const QString text = m_editorText();
+    const QString refusal = m_refusal();
     editor->removeEventFilter(this);
     if (editor->hasFocus())
         setFocus(Qt::OtherFocusReason);
     editor->hide();
     editor->deleteLater();
-    ShowNote({});
-    if (end == EditorEnd::Commit && text && text->compare(m_initialText, Qt::CaseInsensitive) != 0)
-        Commit(row, *text);
+    const bool differs = text.compare(m_initialText, Qt::CaseInsensitive) != 0;
+    const bool wanted =
+        end == EditorEnd::Commit && (differs || m_model.Row(row).mark == PropertyMark::NotSaved);
+    const bool refused = wanted && !refusal.isEmpty();
+    ShowNote(refused ? u"\"%1\": %2"_s.arg(Look::OneLine(text), refusal) : QString());
+    if (wanted && !refused)
+        Commit(row, text);
 }
 
-void CPropertyGroup::PickFolder(int row) {
-    const QString before = m_model.Row(row).value;
-    const PickRequest request{PickKind::Folder, m_model.Row(row).label, before, {}};
-    m_prompts.PickPath(this, request, [this, row, before](const std::optional<QString>& folder) {
-        if (folder && folder->compare(before, Qt::CaseInsensitive) != 0)
-            Commit(row, *folder);
-    });
+void CPropertyGroup::PickFolder() {
+    const PropertyRow& property = m_model.Row(m_editedRow);
+    m_picking = true;
+    m_prompts.PickPath(
+        this, {PickKind::Folder, property.label, property.value, {}},
+        [this, edit = QPointer(qobject_cast<CDynamicEdit*>(m_editor))](const std::optional<QString>& folder) {
+            m_picking = false;
+            if (!edit || edit != m_editor)
+                return;
+            edit->setFocus(Qt::OtherFocusReason);
+            if (!folder)
+                return;
+            edit->setText(*folder);
+            CloseEditor(EditorEnd::Commit);
+        });
 }
 
 void CPropertyGroup::Commit(int row, const QString& text) {
-    const bool isNumber = m_model.Row(row).type == ServiceClient::ValueType::Integer;
+    const bool isNumber = m_model.Row(row).type == PropertyType::Integer;
     m_model.SetValue(row, isNumber ? QString::number(text.toInt()) : text);
     emit Committed(row, m_model.Row(row));
 }
 
+void CPropertyGroup::ShowRemark() {
+    const QString text = m_editorText();
+    const QString refusal = m_refusal();
+    m_notedRow = m_editedRow;
+    ShowNote(!refusal.isEmpty() ? refusal : m_noteOf ? m_noteOf(m_model.Row(m_editedRow), text) : QString());
+    m_editor->setAccessibleDescription(m_note ? m_note->Text() : QString());
+}
+
 void CPropertyGroup::ShowNote(const QString& text) {
-    const QString remark = m_editor && m_noteOf ? m_noteOf(m_model.Row(m_editedRow), text) : QString();
-    if (!m_note && !remark.isEmpty())
+    if (!m_note && !text.isEmpty())
         m_note = new NoticeLine(parentWidget());
     if (!m_note)
         return;
-    m_note->SetText(remark);
-    if (remark.isEmpty())
-        return;
-    const QRect editor(m_editor->mapTo(parentWidget(), QPoint()), m_editor->size());
-    m_note->setFixedWidth(editor.width());
-    m_note->adjustSize();
-    const bool fitsBelow = editor.bottom() + m_note->height() < parentWidget()->height();
-    m_note->move(editor.left(), fitsBelow ? editor.bottom() + 2 : editor.top() - m_note->height() - 1);
+    m_note->SetText(text);
+    PlaceNote();
+}
+
+void CPropertyGroup::PlaceNote() {
+    const QRect value = ValueRect(m_notedRow).adjusted(0, EditorInset, -CellInset, -EditorInset);
+    const QRect above(viewport()->mapTo(parentWidget(), value.topLeft()), value.size());
+    m_note->resize(above.width(), m_note->heightForWidth(above.width()));
+    const bool fitsBelow = above.bottom() + m_note->height() < parentWidget()->height();
+    m_note->move(above.left(), fitsBelow ? above.bottom() + 2 : above.top() - m_note->height() - 1);
     m_note->raise();
 }
 
@@ -190,9 +231,9 @@ bool CPropertyGroup::eventFilter(QObject* watched, QEvent* event) {
     if (!m_editor || watched != m_editor)
         return QTableView::eventFilter(watched, event);
     if (event->type() == QEvent::FocusOut) {
-        // A list or a menu of the editor's own takes the focus only for a while.
+        // A list, a menu or a folder dialog of the editor's own takes the focus only for a while.
         const bool forPopup = static_cast<QFocusEvent*>(event)->reason() == Qt::PopupFocusReason;
-        if (!forPopup && !QApplication::activePopupWidget())
+        if (!m_picking && !forPopup && !QApplication::activePopupWidget())
             CloseEditor(EditorEnd::Commit);
         return false;
     }
@@ -202,7 +243,8 @@ bool CPropertyGroup::eventFilter(QObject* watched, QEvent* event) {
     const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
     if (!enter && key != Qt::Key_Escape)
         return false;
-    CloseEditor(enter ? EditorEnd::Commit : EditorEnd::Cancel);
+    if (!enter || m_refusal().isEmpty())
+        CloseEditor(enter ? EditorEnd::Commit : EditorEnd::Cancel);
     return true;
 }
 
@@ -223,16 +265,28 @@ void CPropertyGroup::keyPressEvent(QKeyEvent* event) {
         return StepWanted(Everything);
     case Qt::Key_Return:
     case Qt::Key_Enter:
-    case Qt::Key_F2:
     case Qt::Key_Space:
         OpenEditor(CurrentRow());
+        return;
+    case Qt::Key_F2:
+        OpenEditor(CurrentRow(), EditorStart::Typing);
         return;
     case Qt::Key_Left:
     case Qt::Key_Right:
         return;
     default:
-        QTableView::keyPressEvent(event);
+        if (!TypeOver(*event))
+            QTableView::keyPressEvent(event);
     }
+}
+
+bool CPropertyGroup::TypeOver(QKeyEvent& event) {
+    const bool shortcut = event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+    if (shortcut || event.text().isEmpty() || !event.text().front().isPrint() ||
+        !OpenEditor(CurrentRow(), EditorStart::Typing))
+        return false;
+    QCoreApplication::sendEvent(m_editor, &event);
+    return true;
 }
 
 void CPropertyGroup::focusInEvent(QFocusEvent* event) {
@@ -259,11 +313,14 @@ void CPropertyGroup::SetHoveredRow(int row) {
 
 void CPropertyGroup::resizeEvent(QResizeEvent* event) {
     QTableView::resizeEvent(event);
-    const int rest = viewport()->width() - MarginWidth;
-    const int label = std::clamp(rest - ValueWidth, 0, LabelWidth);
-    setColumnWidth(PropertyModel::Margin, MarginWidth);
+    const int whole = viewport()->width();
+    const int label = std::clamp(whole - ValueWidth, MarginWidth, LabelWidth);
     setColumnWidth(PropertyModel::Label, label);
-    setColumnWidth(PropertyModel::Value, std::max(0, rest - label));
+    setColumnWidth(PropertyModel::Value, std::max(0, whole - label));
+    if (m_editor)
+        PlaceEditor();
+    if (m_note)
+        PlaceNote();
 }
 
 void CPropertyGroup::paintEvent(QPaintEvent* event) {
@@ -303,6 +360,17 @@ void CPropertyGroup::PaintRow(QPainter& painter, int row) const {
         painter.fillRect(area, Look::AccentTint);
     else if (row % 2 == 1)
         painter.fillRect(area, Look::Side);
+    DrawIcon(painter, area, SettingIcon);
+    painter.setFont(Look::Font(Look::Small));
+    painter.setPen(Look::Ink);
+    Look::DrawTextLine(
+        painter, visualRect(m_model.index(row, PropertyModel::Label)).adjusted(LabelLeft, 0, -CellInset, 0),
+        property.label);
+    PaintValue(painter, row);
+}
+
+void CPropertyGroup::PaintValue(QPainter& painter, int row) const {
+    const PropertyRow& property = m_model.Row(row);
     const QRect value = ValueRect(row);
     if (row == m_hoveredRow && m_model.IsEditable(row)) {
         painter.setPen(Look::AccentLine);
@@ -310,13 +378,15 @@ void CPropertyGroup::PaintRow(QPainter& painter, int row) const {
         painter.drawRoundedRect(
             QRectF(value).adjusted(0.5, EditorInset + 0.5, -CellInset - 0.5, -EditorInset - 0.5),
             Look::CornerRadius, Look::CornerRadius);
+        painter.setBrush(Qt::NoBrush);
     }
-    DrawIcon(painter, area, SettingIcon);
-    painter.setFont(Look::Font(Look::Small));
-    painter.setPen(Look::Ink);
-    Look::DrawTextLine(
-        painter, visualRect(m_model.index(row, PropertyModel::Label)).adjusted(CellInset, 0, -CellInset, 0),
-        property.label);
-    painter.setPen(property.readOnly || property.unread ? Look::Muted : Look::Ink);
-    Look::DrawTextLine(painter, value.adjusted(CellInset, 0, -2 * CellInset, 0), property.ShownValue());
+    QRect place = value.adjusted(CellInset, 0, -2 * CellInset, 0);
+    if (const QString mark = MarkText(property.mark); !mark.isEmpty()) {
+        painter.setPen(property.mark == PropertyMark::NotSaved ? Look::Failed : Look::Muted);
+        painter.drawText(place, Qt::AlignVCenter | Qt::AlignRight | Qt::TextSingleLine, mark);
+        place.adjust(0, 0, -painter.fontMetrics().horizontalAdvance(mark) - CellInset, 0);
+    }
+    const bool pale = property.readOnly || property.mark == PropertyMark::NotRead;
+    painter.setPen(pale ? Look::Muted : Look::Ink);
+    Look::DrawTextLine(painter, place, property.value);
 }

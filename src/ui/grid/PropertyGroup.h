@@ -29,13 +29,15 @@ public:
     std::optional<PropertyRow> GetRow(int row) const;
     /// Of no effect on an open editor.
     void SetValue(int row, const QString& value) { m_model.SetValue(row, value); }
+    void SetMark(int row, PropertyMark mark) { m_model.SetMark(row, mark); }
     void SetReadOnly(int row, bool readOnly) { m_model.SetReadOnly(row, readOnly); }
-    void SetUnread(int row, bool unread) { m_model.SetUnread(row, unread); }
     void SetEditorNote(EditorNote note) { m_noteOf = std::move(note); }
 
-    /// Opens the editor of the row's value, or asks for a folder when the value is a folder's path. False
-    /// when the row cannot be edited.
-    bool OpenEditor(int row);
+    enum class EditorStart { Usual, Typing };
+
+    /// Opens the editor of the row's value. Over a folder on a drive it asks for another folder at once,
+    /// unless typing has begun; cancelled, that leaves the editor open. False when the row cannot be edited.
+    bool OpenEditor(int row, EditorStart start = EditorStart::Usual);
     int EditedRow() const { return m_editedRow; } ///< -1 for none
     QWidget* Editor() const { return m_editor; }  ///< null for none
 
@@ -44,7 +46,7 @@ public:
     QRect RowRect(int row) const; ///< in the group
 
 signals:
-    /// The user has given the row another value.
+    /// The user has given the row another value, or the same one again that was not saved.
     void Committed(int row, const PropertyRow& committed);
     /// The keyboard wants to go this many rows down (or up) from the current one.
     void StepWanted(int rows);
@@ -61,23 +63,33 @@ protected:
 private:
     enum class EditorEnd { Commit, Cancel };
 
-    void PlaceEditor(QWidget* editor, int row);
+    QWidget* MakeCombo(int row);
+    QWidget* MakeEdit(int row);
+    void ShowEditor(QWidget* editor, int row);
+    void PlaceEditor();
     void CloseEditor(EditorEnd end);
-    void PickFolder(int row);
+    void PickFolder();
+    bool TypeOver(QKeyEvent& event);
     void Commit(int row, const QString& text);
     void ShowNote(const QString& text);
+    void ShowRemark();
+    void PlaceNote();
     QRect ValueRect(int row) const;
     void SetHoveredRow(int row);
     void PaintTitle(QPainter& painter) const;
     void PaintRow(QPainter& painter, int row) const;
+    void PaintValue(QPainter& painter, int row) const;
 
     PropertyModel m_model;
     UserPrompts& m_prompts;
     EditorNote m_noteOf;
     NoticeLine* m_note = nullptr;
     QWidget* m_editor = nullptr;
-    std::function<std::optional<QString>()> m_editorText;
+    std::function<QString()> m_editorText;
+    std::function<QString()> m_refusal; ///< why the text is not taken; empty when it is
     QString m_initialText;
     int m_editedRow = -1;
+    int m_notedRow = -1; ///< the row that the note is about
+    bool m_picking = false;
     int m_hoveredRow = -1;
 };

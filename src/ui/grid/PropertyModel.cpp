@@ -2,8 +2,6 @@
 
 #include "look/Look.h"
 
-#include <QCoreApplication>
-
 namespace {
 
 /// What screen readers are given of a text.
@@ -12,10 +10,24 @@ QString Spoken(const QString& text) {
     return Look::OneLine(QStringView(text).left(most));
 }
 
+QString SpokenValue(const PropertyRow& row) {
+    const QString mark = MarkText(row.mark);
+    return Spoken(row.label) + QStringLiteral(": ") + Spoken(row.value) +
+           (mark.isEmpty() ? QString() : QStringLiteral(", ") + mark);
+}
+
 } // namespace
 
-QString PropertyRow::ShownValue() const {
-    return unread ? QCoreApplication::translate("PropertyRow", "%1 (not read)").arg(value) : value;
+QString MarkText(PropertyMark mark) {
+    switch (mark) {
+    case PropertyMark::NotRead:
+        return PropertyModel::tr("not read");
+    case PropertyMark::NotSaved:
+        return PropertyModel::tr("not saved");
+    case PropertyMark::None:
+        break;
+    }
+    return {};
 }
 
 PropertyModel::PropertyModel(const QString& title, QObject* parent) : QAbstractTableModel(parent) {
@@ -30,22 +42,25 @@ void PropertyModel::Add(const PropertyRow& row) {
     endInsertRows();
 }
 
-void PropertyModel::SetValue(int row, const QString& value) {
-    if (Row(row).value == value)
+template <typename Field>
+void PropertyModel::Set(int row, Field PropertyRow::*field, const Field& value) {
+    PropertyRow& changed = m_rows.at(static_cast<std::size_t>(row));
+    if (changed.*field == value)
         return;
-    m_rows.at(static_cast<std::size_t>(row)).value = value;
-    RowChanged(row);
-}
-
-void PropertyModel::SetFlag(int row, bool PropertyRow::*flag, bool value) {
-    if (Row(row).*flag == value)
-        return;
-    m_rows.at(static_cast<std::size_t>(row)).*flag = value;
-    RowChanged(row);
-}
-
-void PropertyModel::RowChanged(int row) {
+    changed.*field = value;
     emit dataChanged(index(row, 0), index(row, Columns - 1));
+}
+
+void PropertyModel::SetValue(int row, const QString& value) {
+    Set(row, &PropertyRow::value, value);
+}
+
+void PropertyModel::SetMark(int row, PropertyMark mark) {
+    Set(row, &PropertyRow::mark, mark);
+}
+
+void PropertyModel::SetReadOnly(int row, bool readOnly) {
+    Set(row, &PropertyRow::readOnly, readOnly);
 }
 
 int PropertyModel::rowCount(const QModelIndex& parent) const {
@@ -56,31 +71,14 @@ int PropertyModel::columnCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : Columns;
 }
 
-QString PropertyModel::Text(const PropertyRow& row, int column) const {
-    switch (column) {
-    case Label:
-        return row.label;
-    case Value:
-        return row.value;
-    case Key:
-        return row.key;
-    case Type:
-        return QString::number(static_cast<int>(row.type));
-    default:
-        return {};
-    }
-}
-
 QVariant PropertyModel::data(const QModelIndex& index, int role) const {
     const PropertyRow& row = Row(index.row());
-    const bool isTitle = index.row() == 0;
+    const bool isValue = index.column() == Value && index.row() > 0;
     switch (role) {
     case Qt::DisplayRole:
-        return isTitle && index.column() != Label ? QString() : Text(row, index.column());
+        return isValue ? row.value : index.column() == Label ? row.label : QString();
     case Qt::AccessibleTextRole:
-        if (index.column() != Value || isTitle)
-            return Spoken(Text(row, index.column()));
-        return Spoken(row.label) + QStringLiteral(": ") + Spoken(row.ShownValue());
+        return isValue ? SpokenValue(row) : index.column() == Label ? Spoken(row.label) : QString();
     case Qt::AccessibleDescriptionRole:
         return row.hint;
     case Qt::ToolTipRole:
@@ -88,6 +86,12 @@ QVariant PropertyModel::data(const QModelIndex& index, int role) const {
     default:
         return {};
     }
+}
+
+QVariant PropertyModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole)
+        return {};
+    return section == Label ? tr("Setting") : tr("Value");
 }
 
 Qt::ItemFlags PropertyModel::flags(const QModelIndex& index) const {

@@ -1,23 +1,24 @@
 #pragma once
 
-#include "service/ServiceClient.h"
-
 #include <QAbstractTableModel>
 
 #include <vector>
+
+enum class PropertyType { Integer, Text, Boolean };
+
+/// What there is to say of a value, in a word beside it.
+enum class PropertyMark { None, NotRead, NotSaved };
+QString MarkText(PropertyMark mark);
 
 /// One row of a property group.
 struct PropertyRow {
     QString label;
     QString value;
     QString key;
-    ServiceClient::ValueType type{}; ///< 0 in the title's row
-    QString hint;                    ///< shown as a tool-tip, plain text
+    PropertyType type = PropertyType::Text;
+    QString hint; ///< shown as a tool-tip, plain text
     bool readOnly = false;
-    bool unread = false; ///< the value is a default in place of one that could not be read
-
-    /// The value, with a word behind it when it is not known.
-    QString ShownValue() const;
+    PropertyMark mark = PropertyMark::None;
 };
 
 /// The rows of a property group as a table; row 0 holds the group's title and nothing else.
@@ -25,7 +26,7 @@ class PropertyModel : public QAbstractTableModel {
     Q_OBJECT
 
 public:
-    enum Column { Margin, Label, Value, Key, Type, Columns };
+    enum Column { Label, Value, Columns };
 
     explicit PropertyModel(const QString& title, QObject* parent = nullptr);
 
@@ -35,18 +36,18 @@ public:
     bool IsEditable(int row) const { return row > 0 && Has(row) && !Row(row).readOnly; }
 
     void SetValue(int row, const QString& value);
-    void SetReadOnly(int row, bool readOnly) { SetFlag(row, &PropertyRow::readOnly, readOnly); }
-    void SetUnread(int row, bool unread) { SetFlag(row, &PropertyRow::unread, unread); }
+    void SetMark(int row, PropertyMark mark);
+    void SetReadOnly(int row, bool readOnly);
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
 private:
-    QString Text(const PropertyRow& row, int column) const;
-    void SetFlag(int row, bool PropertyRow::*flag, bool value);
-    void RowChanged(int row);
+    template <typename Field>
+    void Set(int row, Field PropertyRow::*field, const Field& value);
 
     std::vector<PropertyRow> m_rows;
 };

@@ -4,6 +4,7 @@ class LiveCounters;
 class MainFrame;
 class Reader;
 class ServiceClient;
+class SettingNews;
 class UserPrompts;
 
 /// The parts that pages are given. Made once in app/, and all of it outlives the pages. Databases have no
@@ -14,4 +15,5 @@ struct Console {
     UserPrompts& prompts;
     Reader& reader;
     MainFrame& frame;
+    SettingNews& settingNews;
 };

@@ -12,7 +12,6 @@
 #include <QVBoxLayout>
 
 using namespace Qt::Literals::StringLiterals;
-using ValueType = ServiceClient::ValueType;
 
 namespace {
 
@@ -51,13 +50,19 @@ public:
         return group;
     }
 
+    /// The line beside an editor.
+    QString Note() const {
+        const auto* note = findChild<NoticeLine*>();
+        return note && note->isVisible() ? note->Text() : QString();
+    }
+
     ScriptedPrompts prompts;
     CBrenPropertyGrid grid;
     QLineEdit* elsewhere;
     QStringList commits;
 };
 
-PropertyRow Row(const QString& value, ValueType type = ValueType::String, const QString& label = u"L"_s) {
+PropertyRow Row(const QString& value, PropertyType type = PropertyType::Text, const QString& label = u"L"_s) {
     return {label, value, u"K"_s, type, {}, false};
 }
 
@@ -73,29 +78,29 @@ class PropertyGridTest : public QObject {
 
 private slots:
     void editorsCommit_data() {
-        const Columns<ValueType, QString, QString, QString, QString> row("type", "before", "entered", "end",
-                                                                         "after");
+        const Columns<PropertyType, QString, QString, QString, QString> row("type", "before", "entered",
+                                                                            "end", "after");
 
-        row("enter", ValueType::String, "old", "new", "enter", "new");
-        row("focus lost", ValueType::String, "old", "new", "leave", "new");
-        row("escape", ValueType::String, "old", "new", "escape", {});
-        row("untouched", ValueType::String, "old", "old", "leave", {});
-        row("other case only", ValueType::String, "old", "OLD", "enter", {});
-        row("emptied", ValueType::String, "old", "", "enter", "");
-        row("filled", ValueType::String, "", "new", "enter", "new");
-        row("number", ValueType::Integer, "5", "50", "enter", "50");
-        row("same number", ValueType::Integer, "5", "5", "leave", {});
-        row("number emptied", ValueType::Integer, "5", "", "enter", {});
-        row("boolean", ValueType::Boolean, "True", "False", "enter", "False");
-        row("boolean left", ValueType::Boolean, "False", "True", "leave", "True");
-        row("same boolean", ValueType::Boolean, "True", "True", "enter", {});
-        row("boolean of other case", ValueType::Boolean, "true", "True", "leave", {});
-        row("boolean cancelled", ValueType::Boolean, "True", "False", "escape", {});
+        row("enter", PropertyType::Text, "old", "new", "enter", "new");
+        row("focus lost", PropertyType::Text, "old", "new", "leave", "new");
+        row("escape", PropertyType::Text, "old", "new", "escape", {});
+        row("untouched", PropertyType::Text, "old", "old", "leave", {});
+        row("other case only", PropertyType::Text, "old", "OLD", "enter", {});
+        row("emptied", PropertyType::Text, "old", "", "enter", "");
+        row("filled", PropertyType::Text, "", "new", "enter", "new");
+        row("number", PropertyType::Integer, "5", "50", "enter", "50");
+        row("same number", PropertyType::Integer, "5", "5", "leave", {});
+        row("number emptied", PropertyType::Integer, "5", "", "leave", {});
+        row("boolean", PropertyType::Boolean, "True", "False", "enter", "False");
+        row("boolean left", PropertyType::Boolean, "False", "True", "leave", "True");
+        row("same boolean", PropertyType::Boolean, "True", "True", "enter", {});
+        row("boolean of other case", PropertyType::Boolean, "true", "True", "leave", {});
+        row("boolean cancelled", PropertyType::Boolean, "True", "False", "escape", {});
     }
 
     void editorsCommit() {
         const auto [type, before, entered, end, after] =
-            Fetched<ValueType, QString, QString, QString, QString>();
+            Fetched<PropertyType, QString, QString, QString, QString>();
         GridWindow window;
         CPropertyGroup* group = window.Present({Row(before, type)});
         ClickValue(*group, 1);
@@ -106,7 +111,7 @@ private slots:
         if (auto* edit = qobject_cast<CDynamicEdit*>(editor))
             edit->selectAll();
         QTest::keyClick(editor, Qt::Key_Delete);
-        QTest::keyClicks(editor, type == ValueType::Boolean ? entered.left(1) : entered);
+        QTest::keyClicks(editor, type == PropertyType::Boolean ? entered.left(1) : entered);
         if (end == "leave"_L1)
             window.elsewhere->setFocus();
         else
@@ -121,20 +126,20 @@ private slots:
     }
 
     void valuesOpenTheirEditor_data() {
-        const Columns<ValueType, QString, QString> row("type", "value", "editor");
-        row("boolean", ValueType::Boolean, "False", "combo False");
-        row("boolean ignoring case", ValueType::Boolean, "tRUE", "combo True");
-        row("neither true nor false", ValueType::Boolean, "1", "combo ");
-        row("boolean like a path", ValueType::Boolean, "C:\\", "combo ");
-        row("text", ValueType::String, "a text", "edit a text");
-        row("colon elsewhere", ValueType::String, "CC:\\", "edit CC:\\");
-        row("colon alone", ValueType::String, "C:/", "edit C:/");
-        row("number", ValueType::Integer, "-7", "edit -7");
-        row("no number", ValueType::Integer, "many", "edit many");
+        const Columns<PropertyType, QString, QString> row("type", "value", "editor");
+        row("boolean", PropertyType::Boolean, "False", "combo False");
+        row("boolean ignoring case", PropertyType::Boolean, "tRUE", "combo True");
+        row("neither true nor false", PropertyType::Boolean, "1", "combo ");
+        row("boolean like a path", PropertyType::Boolean, "C:\\", "combo ");
+        row("text", PropertyType::Text, "a text", "edit a text");
+        row("colon elsewhere", PropertyType::Text, "CC:\\", "edit CC:\\");
+        row("colon alone", PropertyType::Text, "C:/", "edit C:/");
+        row("number", PropertyType::Integer, "-7", "edit -7");
+        row("no number", PropertyType::Integer, "many", "edit many");
     }
 
     void valuesOpenTheirEditor() {
-        const auto [type, value] = Fetched<ValueType, QString>();
+        const auto [type, value] = Fetched<PropertyType, QString>();
         GridWindow window;
         CPropertyGroup* group = window.Present({Row(value, type)});
         QVERIFY(group->OpenEditor(1));
@@ -147,45 +152,142 @@ private slots:
         QCOMPARE(window.commits, QStringList());
     }
 
-    void foldersAreChosen_data() {
-        const Columns<QString, std::optional<QString>, QStringList> row("value", "picked", "commits");
-        row("drive", "C:\\Data", u"D:\\More"_s, {u"G/1 K=D:\\More"_s});
-        row("same folder", "C:\\Data", u"c:\\data"_s, QStringList());
-        row("cancelled", "C:\\Data", {}, QStringList());
+    void foldersAreChosenOrTyped_data() {
+        const Columns<QString, QString, QString, QString> row("value", "hand", "typed", "after");
+        row("drive, chosen", "C:\\Data", "pick D:\\More", {}, "D:\\More");
+        row("drive, the same", "C:\\Data", "pick c:\\data", {}, {});
+        row("drive, cancelled", "C:\\Data", "pick", {}, {});
+        row("drive, cancelled and typed", "C:\\Data", "pick", "plain text", "plain text");
+        row("drive, key and typed", "C:\\Data", "F2", "D:\\Other", "D:\\Other");
+        row("drive, typed at once", "C:\\Data", "type", "xyz", "xyz");
+        row("absolute, typed", "/srv/a", "click", "/etc is no folder of ours", "/etc is no folder of ours");
         if (QDir::isAbsolutePath(u"/srv/a"_s))
-            row("absolute", "/srv/a", u"/srv/b"_s, {u"G/1 K=/srv/b"_s});
+            row("absolute, chosen", "/srv/a", "button /srv/b", {}, "/srv/b");
     }
 
-    void foldersAreChosen() {
-        const auto [value, picked] = Fetched<QString, std::optional<QString>>();
+    void foldersAreChosenOrTyped() {
+        const auto [value, hand, typed, after] = Fetched<QString, QString, QString, QString>();
         GridWindow window;
-        CPropertyGroup* group = window.Present({Row(value, ValueType::String, u"Cache folder"_s)});
-        window.prompts.ExpectPick(u"Cache folder"_s, picked);
-        ClickValue(*group, 1);
-        QVERIFY(!group->Editor());
+        CPropertyGroup* group = window.Present({Row(value, PropertyType::Text, u"Cache folder"_s)});
+        const QString picked = hand.section(u' ', 1);
+        if (hand.startsWith(u"pick") || hand.startsWith(u"button"))
+            window.prompts.ExpectPick(u"Cache folder"_s,
+                                      picked.isEmpty() ? std::nullopt : std::optional(picked));
+        group->setFocus();
+        if (hand == "F2"_L1)
+            QTest::keyClick(group, Qt::Key_F2);
+        else if (hand == "type"_L1)
+            QTest::keyClick(group, typed.front().toLatin1());
+        else
+            ClickValue(*group, 1);
+        if (hand.startsWith(u"button"))
+            group->Editor()->actions().constFirst()->trigger();
+        QCOMPARE(!group->Editor(), !picked.isEmpty());
+        if (!typed.isEmpty()) {
+            QTest::keyClicks(group->Editor(), hand == "type"_L1 ? typed.mid(1) : typed);
+            QTest::keyClick(group->Editor(), Qt::Key_Return);
+        }
+        window.elsewhere->setFocus();
         QCoreApplication::processEvents();
-        QTEST(window.commits, "commits");
+        QCOMPARE(window.commits, after.isEmpty() ? QStringList() : QStringList{u"G/1 K="_s + after});
     }
 
-    void integersAreIntegers_data() {
+    void aFolderDialogLeavesTheEditorOpen() {
+        GridWindow window;
+        CPropertyGroup* group = window.Present({Row(u"C:\\Data"_s)});
+        window.prompts.Hold();
+        window.prompts.ExpectPick(u"L"_s, u"D:\\"_s);
+        ClickValue(*group, 1);
+        window.elsewhere->setFocus(); // as a dialog in front takes it
+        QVERIFY(group->Editor());
+        window.prompts.Release();
+        QCoreApplication::processEvents();
+        QCOMPARE(window.commits, QStringList{u"G/1 K=D:\\"_s});
+    }
+
+    void onlyIntegersAreTaken_data() {
         const Columns<QString, QString> row("typed", "value");
         row("largest", "2147483647", "2147483647");
         row("smallest", "-2147483648", "-2147483648");
-        row("a digit too many", "21474836470", "2147483647");
-        row("letters", "1a2b", "12");
-        row("point and group", "1.0,0", "100");
         row("leading zeros", "007", "7");
-        row("sign alone", "-", "5");
+        row("a digit too many", "21474836470", {});
+        row("letters", "1a2b", {});
+        row("point and group", "1.0,0", {});
+        row("sign alone", "-", {});
+        row("nothing", "", {});
     }
 
-    void integersAreIntegers() {
-        QFETCH(QString, typed);
+    void onlyIntegersAreTaken() {
+        const auto [typed, value] = Fetched<QString, QString>();
         GridWindow window;
-        CPropertyGroup* group = window.Present({Row(u"5"_s, ValueType::Integer)});
-        QVERIFY(group->OpenEditor(1));
+        CPropertyGroup* group = window.Present({Row(u"5"_s, PropertyType::Integer)});
+        ClickValue(*group, 1);
+        QTest::keyClick(group->Editor(), Qt::Key_Backspace);
         QTest::keyClicks(group->Editor(), typed);
         QTest::keyClick(group->Editor(), Qt::Key_Enter);
-        QTEST(group->GetRow(1)->value, "value");
+        QCOMPARE(window.Note().contains(u"whole number"), value.isEmpty());
+        QCOMPARE(group->Editor() != nullptr, value.isEmpty());
+        window.elsewhere->setFocus();
+        QVERIFY2(value.isEmpty() == window.Note().contains(u'"'), "what was refused stays told");
+        QCOMPARE(group->GetRow(1)->value, value.isEmpty() ? u"5"_s : value);
+        ClickValue(*group, 1);
+        QCOMPARE(window.Note(), QString());
+    }
+
+    void theMouseRestingOnAValueHidesNothing() {
+        GridWindow window;
+        CPropertyGroup* group = window.Present({Row(u"first"_s), Row(u"second"_s)});
+        const QRect others = group->RowRect(0).united(group->RowRect(1));
+        const QImage before = group->viewport()->grab(others).toImage();
+        const QImage resting = group->viewport()->grab(group->RowRect(2)).toImage();
+        QTest::mouseMove(group->viewport(), group->RowRect(2).center() + QPoint(200, 0));
+        QCOMPARE(group->viewport()->grab(others).toImage(), before);
+        QVERIFY2(group->viewport()->grab(group->RowRect(2)).toImage() != resting, "the value gets a frame");
+        QTest::mouseMove(group->viewport(), QPoint(40, 10));
+        QCOMPARE(group->viewport()->grab(group->RowRect(2)).toImage(), resting);
+    }
+
+    void anOpenEditorFollowsItsCell() {
+        GridWindow window;
+        CPropertyGroup* group = window.Present({Row(u"a&b"_s)});
+        window.grid.SetEditorNote([](const PropertyRow&, const QString&) {
+            return u"A remark that is long enough for more than one line beside its value"_s;
+        });
+        ClickValue(*group, 1);
+        for (const int width : {1000, 640}) {
+            window.resize(width, 400);
+            QCoreApplication::processEvents();
+            const QRect cell = group->visualRect(group->model()->index(1, PropertyModel::Value));
+            QVERIFY(cell.contains(group->Editor()->geometry()));
+            QVERIFY(group->Editor()->width() > cell.width() - 16);
+            const auto* note = window.findChild<NoticeLine*>();
+            QCOMPARE(note->mapTo(&window, QPoint()).x(), group->Editor()->mapTo(&window, QPoint()).x());
+            QCOMPARE(note->width(), group->Editor()->width());
+            QCOMPARE(note->height(), note->heightForWidth(note->width()));
+        }
+    }
+
+    void marksAreSeenAndHeard() {
+        GridWindow window;
+        CPropertyGroup* group = window.Present({Row(u"5"_s, PropertyType::Integer)});
+        const QImage plain = group->grab().toImage();
+        const auto spoken = [group] {
+            return group->model()->index(1, PropertyModel::Value).data(Qt::AccessibleTextRole).toString();
+        };
+        group->SetMark(1, PropertyMark::NotRead);
+        QVERIFY(group->grab().toImage() != plain);
+        QCOMPARE(spoken(), u"L: 5, not read"_s);
+        group->SetMark(1, PropertyMark::NotSaved);
+        QCOMPARE(spoken(), u"L: 5, not saved"_s);
+        for (int times = 1; times <= 2; ++times) { // until it is saved, Enter tries again
+            QVERIFY(group->OpenEditor(1));
+            QTest::keyClick(group->Editor(), Qt::Key_Return);
+            QCoreApplication::processEvents();
+            QCOMPARE(window.commits.size(), 1);
+            group->SetMark(1, PropertyMark::None);
+        }
+        window.elsewhere->setFocus();
+        QCOMPARE(group->grab().toImage(), plain);
     }
 
     void clicksOutsideOfAnEditableValueOpenNothing() {
@@ -206,21 +308,19 @@ private slots:
 
     void rowsEndAtTheLast() {
         GridWindow window;
-        CPropertyGroup* group = window.AddGroup(u"Title"_s, {Row(u"V"_s, ValueType::Boolean)});
+        CPropertyGroup* group = window.AddGroup(u"Title"_s, {Row(u"V"_s, PropertyType::Boolean)});
         QCOMPARE(group->RowCount(), 2);
         QVERIFY(!group->GetRow(-1) && !group->GetRow(2));
         QCOMPARE(group->GetRow(0)->label, u"Title"_s);
         QStringList cells;
         for (int column = 0; column < PropertyModel::Columns; ++column)
             cells << group->model()->index(1, column).data().toString();
-        QCOMPARE(cells.join(u'|'), u"|L|V|K|4"_s);
-        QVERIFY(group->isColumnHidden(PropertyModel::Key));
-        QVERIFY(group->isColumnHidden(PropertyModel::Type));
+        QCOMPARE(cells.join(u'|'), u"L|V"_s);
     }
 
     void aCommitTellsTheRowAsItWas() {
         GridWindow window;
-        CPropertyGroup* group = window.Present({Row(u"5"_s, ValueType::Integer)});
+        CPropertyGroup* group = window.Present({Row(u"5"_s, PropertyType::Integer)});
         QVERIFY(group->OpenEditor(1));
         QTest::keyClicks(group->Editor(), u"8"_s);
         QTest::keyClick(group->Editor(), Qt::Key_Return);
@@ -243,7 +343,7 @@ private slots:
 
     void aChoiceFromTheListCommits() {
         GridWindow window;
-        const PropertyRow row = Row(u"True"_s, ValueType::Boolean);
+        const PropertyRow row = Row(u"True"_s, PropertyType::Boolean);
         CPropertyGroup* group = window.Present({row, row});
         QVERIFY(group->OpenEditor(1));
         auto* combo = qobject_cast<CDynamicCombo*>(group->Editor());
@@ -265,8 +365,9 @@ private slots:
         GridWindow window;
         const QString strange =
             u"<b>\"bold\"</b>\n\tline\x01\u202Ereversed\u2028 end "_s + QString(64 * 1024, u'x');
-        CPropertyGroup* group = window.Present(
-            {{strange, strange, u"K"_s, ValueType::String, strange, false}, Row(u"5"_s, ValueType::Integer)});
+        CPropertyGroup* group =
+            window.Present({{strange, strange, u"K"_s, PropertyType::Text, strange, false},
+                            Row(u"5"_s, PropertyType::Integer)});
         QVERIFY(!window.grab().isNull());
         QVERIFY(group->OpenEditor(1));
         window.elsewhere->setFocus();
@@ -320,28 +421,26 @@ private slots:
             return text.contains(u'&') ? row.key + u" has <&>"_s : QString();
         });
         window.Present();
-        const auto remark = [&window] {
-            const auto* note = window.findChild<NoticeLine*>();
-            return note && note->isVisible() ? note->Text() : QString();
-        };
         QVERIFY(group->OpenEditor(1));
-        QCOMPARE(remark(), u"K has <&>"_s);
+        QCOMPARE(window.Note(), u"K has <&>"_s);
         QTest::keyClicks(group->Editor(), u"ab"_s);
-        QCOMPARE(remark(), QString());
+        QCOMPARE(window.Note(), QString());
         QTest::keyClicks(group->Editor(), u"&"_s);
-        QCOMPARE(remark(), u"K has <&>"_s);
+        QCOMPARE(window.Note(), u"K has <&>"_s);
         QTest::keyClick(group->Editor(), Qt::Key_Escape);
-        QCOMPARE(remark(), QString());
+        QCOMPARE(window.Note(), QString());
     }
 
     void screenReadersAreTold() {
         GridWindow window;
         CPropertyGroup* group = window.AddGroup(
-            u"Upload"_s, {{u"Workers"_s, u"5"_s, u"K"_s, ValueType::Integer, u"Later."_s, false}});
+            u"Upload"_s, {{u"Workers"_s, u"5"_s, u"K"_s, PropertyType::Integer, u"Later."_s, false}});
         window.Present();
         QAccessibleInterface* table = QAccessible::queryAccessibleInterface(group);
         QVERIFY(table && table->tableInterface());
         QCOMPARE(table->text(QAccessible::Name), u"Upload"_s);
+        QCOMPARE(table->tableInterface()->columnDescription(PropertyModel::Label), u"Setting"_s);
+        QCOMPARE(table->tableInterface()->columnDescription(PropertyModel::Value), u"Value"_s);
         QAccessibleInterface* cell = table->tableInterface()->cellAt(1, PropertyModel::Value);
         QVERIFY(cell);
         QCOMPARE(cell->text(QAccessible::Name), u"Workers: 5"_s);

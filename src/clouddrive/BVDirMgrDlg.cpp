@@ -1,4 +1,4 @@
-#include "app/BVDirMgrDlg.h"
+#include "clouddrive/BVDirMgrDlg.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>

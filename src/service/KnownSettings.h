@@ -1,0 +1,35 @@
+#pragma once
+
+#include "service/Setting.h"
+
+/// The settings that the console knows by name.
+namespace Settings {
+
+inline constexpr Setting<bool> EnableTaskVerification{"EnableTaskVerification", false};
+inline constexpr Setting<bool> KeepCompletedTaskInDB{"KeepCompletedTaskInDB", true};
+inline constexpr Setting<bool> AutoRescheduleFailedTask{"AutoRescheduleFailedTask", true};
+inline constexpr Setting<int> FailedTaskRetryTimeout{"FailedTaskRetryTimeout", 120}; ///< seconds
+inline constexpr Setting<int> MaxFailedTaskCount{"MaxFailedTaskCount", 1000};
+inline constexpr Setting<int> MaxTaskRetryCount{"MaxTaskRetryCount", 20};
+inline constexpr Setting<bool> DeleteCacheAfterUpload{"DeleteCacheAfterUpload", true};
+inline constexpr Setting<int> UploadWorkerCount{"UploadWorkerCount", 5};
+inline constexpr Setting<int> DownloadWorkerCount{"DownloadWorkerCount", 5};
+inline constexpr Setting<int> DownloadPartCount{"DownloadPartCount", 5};
+inline constexpr Setting<int> FailedMonBackupTaskTimeout{"FailedMonBackupTaskTimeout", 3600}; ///< seconds
+inline constexpr Setting<int> UploadBandwidth{"UploadBandwidth", 0};     ///< KB a second, 0 is unlimited
+inline constexpr Setting<int> DownloadBandwidth{"DownloadBandwidth", 0}; ///< KB a second, 0 is unlimited
+
+inline constexpr Setting<int> TaskAdvancedMode{"TaskAdvancedMode", 0};
+inline constexpr Setting<bool> PublishedToCloudSVC{"PublishedToCloudSVC", false};
+inline constexpr Setting<bool> BSInitConfig{"BSInitConfig", false}; ///< the server has been set up
+
+inline constexpr Setting<int> ProxyType{"ProxyType", 0};
+inline constexpr Setting<int> ProxyTypeChanged{"ProxyTypeChanged",
+                                               0}; ///< the type as it was last saved whole
+inline const Setting<QString> ProxyAddr{"ProxyAddr"};
+inline const Setting<QString> ProxyPort{"ProxyPort"};
+inline const Setting<QString> ProxyUser{"ProxyUser"};
+inline const Setting<QString> ProxyPwd{"ProxyPwd"};
+inline const Setting<QString> ProxyBypass{"ProxyBypass"};
+
+} // namespace Settings

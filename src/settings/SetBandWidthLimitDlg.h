@@ -1,0 +1,12 @@
+#pragma once
+
+#include "page/SettingsDialog.h"
+
+/// Asks for the limits of upload and download, in KB/S; 0 is without limit.
+class CSetBandWidthLimitDlg : public CSettingsDialog {
+    Q_OBJECT
+
+public:
+    /// Stands above the mouse.
+    CSetBandWidthLimitDlg(const ServiceClient& service, Reader& reader, QWidget* parent = nullptr);
+};

@@ -10,22 +10,9 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-QJsonValue StateText(int state) {
-    switch (static_cast<TaskState>(state)) {
-    case TaskState::Pending:
-        return u"Pending"_s;
-    case TaskState::Running:
-        return u"Running"_s;
-    case TaskState::Paused:
-        return u"Paused"_s;
-    case TaskState::Failed:
-        return u"Failed"_s;
-    case TaskState::Completed:
-        return u"Completed"_s;
-    case TaskState::Held:
-        break;
-    }
-    return {};
+QJsonValue StateText(TaskState state) {
+    const QString text = TaskStateText(state);
+    return text.isEmpty() ? QJsonValue() : text;
 }
 
 QJsonObject TaskObject(const TaskRecord& task) {
@@ -35,7 +22,7 @@ QJsonObject TaskObject(const TaskRecord& task) {
             {u"description"_s, JsonText(task.description)},
             {u"nextRun"_s, JsonText(task.nextRun)},
             {u"scheduleType"_s, qint64{task.schedule.type}},
-            {u"state"_s, task.state},
+            {u"state"_s, static_cast<int>(task.state)},
             {u"stateText"_s, StateText(task.state)},
             {u"lastRun"_s, JsonText(task.lastRun)}};
 }

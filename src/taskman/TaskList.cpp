@@ -6,8 +6,8 @@
 
 #include <QHash>
 
-bool IsShown(TaskFilter filter, const QString& type, const QString& name, int state) {
-    const bool completed = state == static_cast<int>(TaskState::Completed);
+bool IsShown(TaskFilter filter, const QString& type, const QString& name, TaskState state) {
+    const bool completed = state == TaskState::Completed;
     const bool system = ClassifyTask(type, name).system;
     switch (filter) {
     case TaskFilter::MyTasks:
@@ -28,7 +28,7 @@ void AddActivity(std::vector<TaskRow>& rows, const LiveCounters& counters) {
     QHash<QString, TaskActivity*> running;
     const auto now = std::chrono::steady_clock::now();
     for (TaskRow& row : rows) {
-        if (row.state != static_cast<int>(TaskState::Running))
+        if (row.state != TaskState::Running)
             continue;
         row.activity.counts = counters.ZEPTraceGetSTaskInfo(row.id);
         row.activity.at = now;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "stores/ReadResult.h"
+#include "stores/TaskState.h"
 #include "zep/LiveCounters.h"
 
 #include <QSet>
@@ -28,7 +29,7 @@ struct TaskRow {
     QString description;
     QString lastRun;
     QString nextRun;
-    int state = 0;
+    TaskState state = TaskState::Pending;
     QString title = {};         ///< the name without its case: cards are found by it
     TaskActivity activity = {}; ///< empty unless it runs
 };
@@ -39,7 +40,7 @@ struct TaskList {
     QSet<QString> ids;
 };
 
-bool IsShown(TaskFilter filter, const QString& type, const QString& name, int state);
+bool IsShown(TaskFilter filter, const QString& type, const QString& name, TaskState state);
 
 /// The tasks of a filter, and what the running ones do. On a lane.
 TaskList ReadTaskList(TaskFilter filter, const LiveCounters& counters, std::stop_token stop);

@@ -14,33 +14,6 @@
 
 #include <algorithm>
 
-namespace {
-
-struct StateLook {
-    int icon;
-    const char* text;
-};
-
-StateLook LookOf(int state) {
-    switch (static_cast<TaskState>(state)) {
-    case TaskState::Running:
-        return {TaskRunningIcon, QT_TRANSLATE_NOOP("CTaskManItem", "Running")};
-    case TaskState::Paused:
-        return {TaskPausedIcon, QT_TRANSLATE_NOOP("CTaskManItem", "Paused")};
-    case TaskState::Failed:
-        return {TaskFailedIcon, QT_TRANSLATE_NOOP("CTaskManItem", "Failed")};
-    case TaskState::Completed:
-        return {TaskCompletedIcon, QT_TRANSLATE_NOOP("CTaskManItem", "Completed")};
-    case TaskState::Pending:
-        return {TaskPendingIcon, QT_TRANSLATE_NOOP("CTaskManItem", "Pending")};
-    case TaskState::Held:
-        break;
-    }
-    return {TaskPendingIcon, nullptr};
-}
-
-} // namespace
-
 CTaskManItem::CTaskManItem(const Console& console, const TaskRow& task)
     : CTaskItem(task.name), m_console(console), m_task(task),
       m_cancel(AddAction(tr("Cancel Task"), CancelTaskIcon, [this] { Cancel(); })),
@@ -55,9 +28,8 @@ void CTaskManItem::Update(const TaskRow& task) {
         m_summary->SetTask(task.id, task.type);
     for (CTaskRecordPanel* view : m_views)
         view->SetTask(task);
-    const bool running = task.state == static_cast<int>(TaskState::Running);
-    const StateLook look = LookOf(task.state);
-    SetStatusIcon(look.icon, task.state, look.text ? tr(look.text) : QString());
+    const bool running = task.state == TaskState::Running;
+    SetStatusIcon(QLatin1String(MeaningOf(task.state).icon), int(task.state), TaskStateText(task.state));
     if (running) {
         ShowActivity();
     } else {

@@ -58,24 +58,6 @@ std::vector<ListRow> EmptyRows() {
     return rows;
 }
 
-/// None for a state that leaves the row as it is.
-std::optional<QString> StateText(int state) {
-    switch (static_cast<TaskState>(state)) {
-    case TaskState::Pending:
-        return CTaskSummary::tr("Pending");
-    case TaskState::Paused:
-        return CTaskSummary::tr("Paused");
-    case TaskState::Failed:
-        return CTaskSummary::tr("Failed");
-    case TaskState::Completed:
-        return CTaskSummary::tr("Completed");
-    case TaskState::Running:
-    case TaskState::Held:
-        break;
-    }
-    return {};
-}
-
 QString ProgressText(const SubTaskCounts& counts) {
     const quint32 total = counts.total.value_or(0);
     const quint32 processed = std::min(counts.processed.value_or(0), total);
@@ -175,14 +157,14 @@ void CTaskSummary::Show(const Reading& reading) {
     if (!reading.lookup)
         return;
     const TaskInfo& task = reading.lookup.task;
-    const bool waits = task.state != int(TaskState::Running) && task.state != int(TaskState::Paused);
+    const bool waits = task.state != TaskState::Running && task.state != TaskState::Paused;
     SetDetail(LastRow, task.lastRun);
     SetDetail(NextRow, waits && !task.nextRun.isEmpty() ? task.nextRun : tr("NA"));
     SetDetail(RecurringRow,
               task.weekdays.letters.isEmpty() ? tr("Not a Recurring Task") : task.weekdays.letters);
-    if (m_state != task.state) {
-        m_state = task.state;
-        ShowToolbar(task.state);
+    if (m_state != int(task.state)) {
+        m_state = int(task.state);
+        ShowToolbar(int(task.state));
     }
     ShowStatus();
 }
@@ -209,8 +191,8 @@ void CTaskSummary::ShowCounts(const SubTaskCounts& counts) {
 void CTaskSummary::ShowStatus() {
     if (m_state == int(TaskState::Running)) {
         SetDetail(StatusRow, m_counts.total ? ProgressText(m_counts) : tr("Running"));
-    } else if (const auto text = StateText(m_state)) {
-        SetDetail(StatusRow, *text);
+    } else if (const QString text = TaskStateText(TaskState(m_state)); !text.isEmpty()) {
+        SetDetail(StatusRow, text);
     }
 }
 

@@ -65,9 +65,6 @@ public:
     /// RecalcLayout when that has changed.
     void SetHeader(QWidget* header);
 
-    /// What a key does that a card was given; false when it means nothing.
-    bool OnCardKey(CExpandableItem& card, int key);
-
 protected:
     /// The expanded card of the active list was collapsed: the toolbar is the list's again.
     virtual void OnAllShown();
@@ -78,10 +75,16 @@ protected:
     void OnPanelClick(const QPoint& position) override;
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void Expand(CExpandableItem& card);
-    void OrderTabs(const CExpandableItem& card);
+    void OrderTabs();
+    void EndTabOrder(QWidget* last);
+    /// What a key means to a card that it was pressed in; false: nothing.
+    bool OnCardKey(CExpandableItem& card, int key);
+    CExpandableItem* FocusedCard() const;
+    void HandFocusOn(const CardLayout& layout);
     void Collapse();
     void Drop(std::size_t index);
     void GoToPage(quint32 page);

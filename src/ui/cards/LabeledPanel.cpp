@@ -1,5 +1,6 @@
 #include "cards/LabeledPanel.h"
 
+#include "look/Formatters.h"
 #include "look/Look.h"
 
 #include <QPainter>
@@ -50,5 +51,5 @@ void CLabeledPanel::paintEvent(QPaintEvent*) {
     painter.setFont(Look::Font(Look::Body, QFont::Bold));
     const QRect place = TitleRect();
     painter.drawText(place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
-                     painter.fontMetrics().elidedText(m_title, Qt::ElideRight, place.width()));
+                     Isolated(painter.fontMetrics().elidedText(m_title, Qt::ElideRight, place.width())));
 }

@@ -345,12 +345,12 @@ private slots:
         QCOMPARE(card->Progress(), 0);
         painted();
 
-        card->SetStatusIcon(361, 1, u"Running"_s, 7);
+        card->SetStatusIcon(u"running"_s, 1, u"Running"_s, 7);
         QCOMPARE(painted(), QRect(726, 0, 54, 36));
-        card->SetStatusIcon(361, 1, u"Other"_s, 8);
+        card->SetStatusIcon(u"running"_s, 1, u"Other"_s, 8);
         QCOMPARE(painted(), QRect());
         QCOMPARE(card->StatusValue(), 7);
-        card->SetStatusIcon(361, 2);
+        card->SetStatusIcon(u"running"_s, 2);
         QCOMPARE(painted(), QRect(726, 0, 54, 36));
     }
 
@@ -392,9 +392,9 @@ private slots:
         CountingCard* card = list.Card(0);
         QCOMPARE(card->accessibleName(), u"Card 1"_s);
         card->SetBodyText(u"Mirrored Backup"_s);
-        card->SetStatusIcon(363, 3, u"Failed"_s);
+        card->SetStatusIcon(u"failed"_s, 3, u"Failed"_s);
         card->SetStatusText(u"Next Run: NA"_s);
-        QCOMPARE(card->accessibleDescription(), u"Mirrored Backup, Failed, Next Run: NA, collapsed"_s);
+        QCOMPARE(card->accessibleDescription(), u"Mirrored Backup, Failed, Next Run: NA"_s);
         list.ToggleCard(*card);
         QVERIFY(card->accessibleDescription().endsWith(u", expanded"_s));
         card->AddAction(u"<b>Cancel</b>"_s, 332, [] {});

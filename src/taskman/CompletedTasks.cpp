@@ -2,7 +2,6 @@
 
 #include "list/BrenListCtrl.h"
 #include "look/IconRegistry.h"
-#include "page/MainFrame.h"
 #include "stores/SchedulerStore.h"
 #include "stores/TaskState.h"
 #include "taskman/RowDeletion.h"
@@ -45,7 +44,7 @@ void CCompletedTasks::AddColumns(CBrenListCtrl& list) {
                                       tr("Do you really want to remove the selected tasks?"),
                                       tr("Failed to delete the task")},
                                      DeleteTask);
-    connect(deletion, &RowDeletion::Sent, this, [this] { Refresh(); });
+    connect(deletion, &RowDeletion::Sent, this, [this] { Reload(); });
 }
 
 CRecordPanel::RowReader CCompletedTasks::Reading() const {
@@ -59,6 +58,6 @@ CRecordPanel::RowReader CCompletedTasks::Reading() const {
     };
 }
 
-std::vector<FrameAction> CCompletedTasks::Toolbar() const {
-    return {{tr("Refresh..."), Command::Refresh, RefreshIcon}};
+std::vector<FrameAction> CCompletedTasks::Toolbar() {
+    return {RefreshAction()};
 }

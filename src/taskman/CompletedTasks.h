@@ -12,5 +12,5 @@ public:
 protected:
     void AddColumns(CBrenListCtrl& list) override;
     RowReader Reading() const override;
-    std::vector<FrameAction> Toolbar() const override;
+    std::vector<FrameAction> Toolbar() override;
 };

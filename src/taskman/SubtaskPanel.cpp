@@ -87,7 +87,7 @@ void CSubtaskPanel::AddColumns(CBrenListCtrl& list) {
                                       tr("Do you really want to remove selected sub-tasks?"),
                                       tr("Failed to delete the subtask")},
                                      DeleteSubTask);
-    connect(deletion, &RowDeletion::Sent, this, [this] { Refresh(); });
+    connect(deletion, &RowDeletion::Sent, this, [this] { Reload(); });
 }
 
 CRecordPanel::RowReader CSubtaskPanel::Reading() const {

@@ -3,17 +3,10 @@
 #include "list/BrenListCtrl.h"
 #include "list/ListText.h"
 #include "look/IconRegistry.h"
-#include "page/Console.h"
-#include "page/MainFrame.h"
 #include "page/UserPrompts.h"
 #include "stores/AuditTraceStore.h"
 
 namespace {
-
-namespace Button {
-constexpr int CopyAll = 1;
-constexpr int DeleteAll = 2;
-} // namespace Button
 
 RecordPage Page() {
     RecordPage page;
@@ -84,34 +77,16 @@ CRecordPanel::RowReader CTaskAudit::Reading() const {
     };
 }
 
-std::vector<FrameAction> CTaskAudit::Toolbar() const {
-    return {{tr("Refresh"), Command::Refresh, RefreshIcon},
-            {tr("Copy All"), Button::CopyAll, CopyIcon},
-            {tr("Delete All"), Button::DeleteAll, DeleteAllIcon}};
-}
-
-void CTaskAudit::Activate() {
-    CTaskRecordPanel::Activate();
-    EnableActions();
+std::vector<FrameAction> CTaskAudit::Toolbar() {
+    const bool any = List().Rows().TotalRows() > 0;
+    const bool canCopy = any && !m_copying && !Loader().IsReading();
+    return {RefreshAction(tr("Refresh")),
+            {tr("Copy All"), CopyIcon, [this] { CopyAll(); }, canCopy},
+            {tr("Delete All"), DeleteAllIcon, [this] { AskToDeleteAll(); }, any && !m_deleting}};
 }
 
 void CTaskAudit::EnableActions() {
-    if (!IsActive())
-        return;
-    const bool any = List().Rows().TotalRows() > 0;
-    Frame().EnableCommand(Button::CopyAll, any && !m_copying && !Loader().IsReading());
-    Frame().EnableCommand(Button::DeleteAll, any && !m_deleting);
-}
-
-void CTaskAudit::OnCommand(int command) {
-    switch (command) {
-    case Button::CopyAll:
-        return CopyAll();
-    case Button::DeleteAll:
-        return AskToDeleteAll();
-    default:
-        return CTaskRecordPanel::OnCommand(command);
-    }
+    SetToolbar(Toolbar());
 }
 
 /// Off the window's thread, since a million rows take a while.
@@ -148,7 +123,7 @@ void CTaskAudit::AskToDeleteAll() {
 }
 
 void CTaskAudit::DeleteAll(const QString& taskId) {
-    CancelRead();
+    Loader().Cancel();
     Loader().Command(
         Lane::Databases,
         [taskId](std::stop_token stop) {
@@ -161,6 +136,6 @@ void CTaskAudit::DeleteAll(const QString& taskId) {
             if (!failure || !failure->isEmpty())
                 TheConsole().prompts.ShowMessage(this, tr("Failed to delete the trace items"), {},
                                                  failure ? *failure : QString());
-            Refresh();
+            Reload();
         });
 }

@@ -9,13 +9,10 @@ class CTaskAudit : public CTaskRecordPanel {
 public:
     CTaskAudit(const Console& console, const TaskRow& task);
 
-    void Activate() override;
-    void OnCommand(int command) override;
-
 protected:
     void AddColumns(CBrenListCtrl& list) override;
     RowReader Reading() const override;
-    std::vector<FrameAction> Toolbar() const override;
+    std::vector<FrameAction> Toolbar() override;
     void OnReadEnded() override { EnableActions(); }
 
 private:

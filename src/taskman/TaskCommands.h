@@ -1,19 +1,12 @@
 #pragma once
 
-#include "lanes/PageLoader.h"
-#include "service/ServiceClient.h"
+#include "page/CommandRunner.h"
+#include "stores/TaskState.h"
 
-class UserPrompts;
+/// How a button says what can be done to a task.
+QString TaskActionCaption(TaskAction action);
+int TaskActionImage(TaskAction action);
 
-/// One of ServiceClient's commands to a task.
-using TaskCommand = ServiceAnswer (ServiceClient::*)(const QString& taskId, std::stop_token) const;
-
-/// Asks whether to cancel a task; on Yes `send` is called. When the asker is gone by then or shows another
-/// task
-/// (`isSame` says no), that the task is gone is told instead.
-void AskToCancelTask(UserPrompts& prompts, QWidget& asker, std::function<bool()> isSame,
-                     std::function<void()> send);
-
-/// Sends the command off the UI thread; `done` is told there whether it was answered.
-void SendTaskCommand(PageLoader& loader, const ServiceClient& service, TaskCommand command,
-                     const QString& taskId, std::function<void(bool answered)> done);
+/// Has it done to the task; cancelling one asks before. Its key tells commands to different tasks apart.
+CommandOrder TaskOrder(TaskAction action, const QString& taskId, const QString& name);
+QString TaskOrderKey(TaskAction action, const QString& taskId);

@@ -1,7 +1,6 @@
 #include "taskman/TaskList.h"
 
 #include "stores/SchedulerStore.h"
-#include "stores/TaskState.h"
 #include "taskman/TaskClass.h"
 
 #include <QHash>
@@ -45,18 +44,20 @@ void AddActivity(std::vector<TaskRow>& rows, const LiveCounters& counters) {
 
 } // namespace
 
-TaskList ReadTaskList(TaskFilter filter, const LiveCounters& counters, std::stop_token stop) {
-    TaskList list;
-    list.read = EnumAllTasks(
+CardEntries ReadTaskList(TaskFilter filter, const LiveCounters& counters, std::stop_token stop) {
+    std::vector<TaskRow> rows;
+    ReadResult read = EnumAllTasks(
         [&](const TaskRecord& task) {
-            if (IsShown(filter, task.kind, task.name, task.state)) {
-                list.rows.push_back({task.taskId, task.kind, task.name, task.description, task.lastRun,
-                                     task.nextRun, task.state, task.name.toCaseFolded()});
-                list.ids.insert(task.taskId);
-            }
+            if (IsShown(filter, task.kind, task.name, task.state))
+                rows.push_back({{task.taskId, task.name, {}, static_cast<int>(task.state)},
+                                task.kind,
+                                task.description,
+                                task.lastRun,
+                                task.nextRun,
+                                task.state});
             return true;
         },
         stop);
-    AddActivity(list.rows, counters);
-    return list;
+    AddActivity(rows, counters);
+    return CardEntries::Of(std::move(read), std::move(rows));
 }

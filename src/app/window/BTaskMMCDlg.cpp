@@ -20,6 +20,7 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QScreen>
+#include <QScrollArea>
 #include <QStackedWidget>
 #include <QWindow>
 
@@ -61,10 +62,10 @@ CBTaskMMCDlg::CBTaskMMCDlg(ServiceClient& service, LiveCounters& counters, UserP
                            Reader& reader, const Options& options)
     : m_console{service, counters, prompts, reader, *this},
       m_navigation(new CNavigationColumn(options.title)), m_head(new CPageHead),
-      m_notice(new CServiceNotice(reader, service, *this)), m_stack(new QStackedWidget),
-      m_statusBar(new CConsoleStatusBar), m_loader(reader, *this) {
+      m_notice(new CServiceNotice(reader, service, *this)), m_pageNotice(new NoticeLine),
+      m_stack(new QStackedWidget), m_statusBar(new CConsoleStatusBar), m_loader(reader, *this) {
     setWindowTitle(options.title);
-    setMinimumSize(SmallestSize);
+    setMinimumSize(SmallestSize.boundedTo(screen()->availableSize()));
     BuildWindow();
     BuildPages(options.pages);
     if (!options.version.isEmpty())
@@ -84,15 +85,24 @@ CBTaskMMCDlg::~CBTaskMMCDlg() {
 }
 
 void CBTaskMMCDlg::BuildWindow() {
-    auto* page = new QVBoxLayout;
-    page->setSpacing(0);
-    page->addWidget(m_head);
-    page->addWidget(m_notice);
-    page->addWidget(m_stack, 1);
+    auto* page = new QWidget;
+    auto* rows = new QVBoxLayout(page);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    rows->addWidget(m_head);
+    rows->addWidget(m_stack, 1);
+    m_head->LayOverStatus(m_pageNotice);
+    m_head->LayOverStatus(m_notice);
+    // On a small screen the page scrolls; the window never wants more room than there is.
+    auto* area = new QScrollArea;
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
+    area->setWidgetResizable(true);
+    area->setWidget(page);
     auto* columns = new QHBoxLayout;
     columns->setSpacing(0);
     columns->addWidget(m_navigation);
-    columns->addLayout(page, 1);
+    columns->addWidget(area, 1);
     auto* window = new QVBoxLayout(this);
     window->setContentsMargins(0, 0, 0, 0);
     window->setSpacing(0);
@@ -108,7 +118,7 @@ void CBTaskMMCDlg::BuildWindow() {
     });
     connect(m_notice, &CServiceNotice::ServiceReturned, this, [this] {
         if (CBrenPanel* page = CurrentPage())
-            page->PostCommand(Command::Refresh);
+            page->PostReload();
     });
 }
 
@@ -161,17 +171,16 @@ void CBTaskMMCDlg::SetStatusText(const QString& text) {
     m_head->SetStatusText(text);
 }
 
-void CBTaskMMCDlg::SetToolbar(CBrenPanel& panel, const std::vector<FrameAction>& actions) {
-    m_head->SetActions(panel, actions);
+void CBTaskMMCDlg::SetNotice(const QString& text) {
+    m_pageNotice->SetText(text);
 }
 
-void CBTaskMMCDlg::SetSideActions(CBrenPanel& panel, const std::vector<FrameAction>& actions) {
-    m_navigation->SetActions(panel, actions);
+void CBTaskMMCDlg::SetToolbar(QWidget& owner, const std::vector<FrameAction>& actions) {
+    m_head->SetActions(owner, actions);
 }
 
-void CBTaskMMCDlg::EnableCommand(int command, bool enabled) {
-    m_head->EnableCommand(command, enabled);
-    m_navigation->EnableCommand(command, enabled);
+void CBTaskMMCDlg::SetSideActions(QWidget& owner, const std::vector<FrameAction>& actions) {
+    m_navigation->SetActions(owner, actions);
 }
 
 void CBTaskMMCDlg::closeEvent(QCloseEvent* event) {

@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <QWidget>
 
+class CBrenPanel;
 class CConsoleStatusBar;
 class CNavigationColumn;
 class CPageHead;
@@ -44,9 +45,9 @@ protected:
 
 private:
     void SetStatusText(const QString& text) override;
-    void SetToolbar(CBrenPanel& panel, const std::vector<FrameAction>& actions) override;
-    void SetSideActions(CBrenPanel& panel, const std::vector<FrameAction>& actions) override;
-    void EnableCommand(int command, bool enabled) override;
+    void SetNotice(const QString& text) override;
+    void SetToolbar(QWidget& owner, const std::vector<FrameAction>& actions) override;
+    void SetSideActions(QWidget& owner, const std::vector<FrameAction>& actions) override;
 
     void BuildWindow();
     void BuildPages(const std::vector<PageEntry>& pages);
@@ -62,6 +63,7 @@ private:
     CNavigationColumn* m_navigation;
     CPageHead* m_head;
     CServiceNotice* m_notice;
+    NoticeLine* m_pageNotice;
     QStackedWidget* m_stack;
     CConsoleStatusBar* m_statusBar;
     QMargins m_frameMargins; ///< as known when the window was placed, so that storing undoes restoring

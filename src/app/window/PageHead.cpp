@@ -1,8 +1,10 @@
 #include "window/PageHead.h"
 
 #include "look/Look.h"
+#include "page/NoticeLine.h"
 #include "window/CommandButton.h"
 
+#include <QAccessible>
 #include <QHBoxLayout>
 #include <QLabel>
 
@@ -17,7 +19,6 @@ CPageHead::CPageHead() : m_title(new QLabel), m_status(new QLabel), m_toolbar(ne
     m_status->setFont(Look::Font(Look::Small));
     m_status->setWordWrap(true);
     m_status->setAlignment(Qt::AlignTop | Qt::AlignLeft);
-    m_status->setAccessibleName(tr("About this page"));
     QPalette palette = m_status->palette();
     palette.setColor(QPalette::WindowText, Look::Muted);
     m_status->setPalette(palette);
@@ -43,17 +44,31 @@ void CPageHead::SetTitle(const QString& title) {
 }
 
 void CPageHead::SetStatusText(const QString& text) {
+    if (text == m_status->text())
+        return;
     m_status->setText(text);
+    m_status->setAccessibleName(text);
+    QAccessibleEvent alert(m_status, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+void CPageHead::LayOverStatus(NoticeLine* line) {
+    line->setParent(this);
+    line->layout()->setContentsMargins(Look::TextInset, 2, Look::TextInset, 2);
+    m_lines.push_back(line);
+}
+
+void CPageHead::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    layout()->activate();
+    for (NoticeLine* line : m_lines)
+        line->setGeometry(m_status->geometry().adjusted(-8, -2, 8, 4));
 }
 
 QString CPageHead::StatusText() const {
     return m_status->text();
 }
 
-void CPageHead::SetActions(CBrenPanel& panel, const std::vector<FrameAction>& actions) {
-    ReplaceButtons(*m_toolbar, panel, actions, CommandButtonKind::Toolbar);
-}
-
-void CPageHead::EnableCommand(int command, bool enabled) {
-    EnableButtons(*m_toolbar, command, enabled);
+void CPageHead::SetActions(QWidget& owner, const std::vector<FrameAction>& actions) {
+    ReplaceButtons(*m_toolbar, owner, actions, CommandButtonKind::Toolbar);
 }

@@ -4,7 +4,7 @@
 
 #include <QWidget>
 
-class CBrenPanel;
+class NoticeLine;
 class QHBoxLayout;
 class QLabel;
 
@@ -18,11 +18,17 @@ public:
     void SetTitle(const QString& title);
     void SetStatusText(const QString& text);
     QString StatusText() const;
-    void SetActions(CBrenPanel& panel, const std::vector<FrameAction>& actions);
-    void EnableCommand(int command, bool enabled);
+    /// Shows the line in the status text's place whenever it is not hidden; what is below does not move. Of
+    /// several the last one lies on top. The head owns it.
+    void LayOverStatus(NoticeLine* line);
+    void SetActions(QWidget& owner, const std::vector<FrameAction>& actions);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     QLabel* m_title;
     QLabel* m_status;
     QHBoxLayout* m_toolbar;
+    std::vector<NoticeLine*> m_lines;
 };

@@ -95,6 +95,11 @@ void CExpandableItem::OnCollapsed() {
         m_content->Deactivate();
 }
 
+void CExpandableItem::Reload() {
+    if (m_content)
+        m_content->Reload();
+}
+
 void CExpandableItem::OnBodyClick(const QPoint&) {}
 
 void CExpandableItem::SetContent(CBrenPanel* content) {

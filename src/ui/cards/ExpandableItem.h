@@ -53,6 +53,10 @@ public:
     /// The button that comes last when the Tab key goes through the collapsed card.
     QWidget* LastButton() const;
 
+    /// Reads anew what the expanded card shows.
+    virtual void Reload();
+
+    QString entryId;         ///< of what a section shows in the card
     quint32 refreshMark = 0; ///< of the refresh that last found the card
 
 signals:

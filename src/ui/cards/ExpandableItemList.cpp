@@ -4,9 +4,7 @@
 #include "cards/ExpandableItem.h"
 #include "look/Look.h"
 #include "page/LinkLabel.h"
-#include "page/MainFrame.h"
 
-#include <QApplication>
 #include <QDeadlineTimer>
 #include <QKeyEvent>
 
@@ -32,8 +30,8 @@ void Place(LinkLabel& link, QRect rect, bool shown) {
 
 } // namespace
 
-CExpandableItemList::CExpandableItemList(MainFrame& frame, QWidget* parent)
-    : CBrenPanel(frame, parent), m_hiddenLink(new LinkLabel({}, this)),
+CExpandableItemList::CExpandableItemList(const Console& console, QWidget* parent)
+    : CBrenPanel(console, parent), m_hiddenLink(new LinkLabel({}, this)),
       m_previousLink(new LinkLabel(tr("<a>Previous Page</a>"), this)),
       m_pageLabel(new LinkLabel(QStringLiteral(" 0 of 1 "), this)),
       m_nextLink(new LinkLabel(tr("<a>Next Page</a>"), this)) {
@@ -207,9 +205,9 @@ void CExpandableItemList::Apply(const CardLayout& layout, int top) {
 /// Who looks at a page that goes looks at the same place of the one that comes.
 void CExpandableItemList::HandFocusOn(const CardLayout& layout) {
     const CExpandableItem* card = FocusedCard();
-    const QWidget* link = QApplication::focusWidget();
-    const bool linkGoes = (link == m_previousLink && !layout.showPrevious) ||
-                          (link == m_nextLink && !layout.showNext);
+    const QWidget* link = focusWidget();
+    const bool linkGoes =
+        (link == m_previousLink && !layout.showPrevious) || (link == m_nextLink && !layout.showNext);
     const int index = card ? IndexOf(*card) : linkGoes ? 0 : -1;
     if (index < 0 || layout.shownCount == 0 || layout.PlaceOf(static_cast<quint32>(index)))
         return;
@@ -218,7 +216,7 @@ void CExpandableItemList::HandFocusOn(const CardLayout& layout) {
 }
 
 CExpandableItem* CExpandableItemList::FocusedCard() const {
-    QWidget* focus = QApplication::focusWidget();
+    const QWidget* focus = focusWidget();
     const auto holds = [focus](const CExpandableItem* card) {
         return card == focus || card->isAncestorOf(focus);
     };
@@ -256,6 +254,7 @@ void CExpandableItemList::ShowAll() {
 
 void CExpandableItemList::Expand(CExpandableItem& card) {
     m_expanded = &card;
+    LeaveHead(true);
     card.SetExpanded(true);
     card.setFocus();
     RecalcLayout();
@@ -290,18 +289,13 @@ bool CExpandableItemList::focusNextPrevChild(bool next) {
 void CExpandableItemList::Collapse() {
     CExpandableItem* card = std::exchange(m_expanded, nullptr);
     const bool hadFocus = card->isAncestorOf(focusWidget());
-    if (IsActive())
-        Frame().SetStatusText({});
     card->SetExpanded(false);
     RecalcLayout();
     card->OnCollapsed();
     if (hadFocus)
         card->setFocus();
-    if (IsActive())
-        OnAllShown();
+    LeaveHead(false);
 }
-
-void CExpandableItemList::OnAllShown() {}
 
 void CExpandableItemList::Activate() {
     CBrenPanel::Activate();

@@ -4,8 +4,6 @@
 #include "list/FindBar.h"
 #include "look/IconRegistry.h"
 #include "look/Look.h"
-#include "page/Console.h"
-#include "page/MainFrame.h"
 #include "zep/LiveCounters.h"
 
 #include <QVBoxLayout>
@@ -17,13 +15,14 @@ constexpr std::chrono::milliseconds GlancePeriod{20};
 } // namespace
 
 CRecordPanel::CRecordPanel(const Console& console, RecordPage page)
-    : CBrenPanel(console.frame), m_console(console), m_page(std::move(page)),
-      m_loader(console.reader, *this) {
+    : CBrenPanel(console), m_page(std::move(page)) {
+    SetHelp(m_page.status);
+    ReloadEvery(m_page.period);
     connect(&m_glance, &QTimer::timeout, this, &CRecordPanel::ShowFirstRows);
 }
 
 void CRecordPanel::CreatePanel() {
-    m_list = new CBrenListCtrl(m_console.prompts);
+    m_list = new CBrenListCtrl(TheConsole().prompts);
     m_list->setAccessibleName(m_page.name);
     m_list->SetTableKind(TableKind::Record);
     m_list->SetEmptyText(m_page.empty);
@@ -33,58 +32,47 @@ void CRecordPanel::CreatePanel() {
     layout->setContentsMargins(Look::PageMargin, Look::PageMargin, Look::PageMargin, Look::PageMargin);
     layout->addWidget(FindBar::Above(m_list));
     setFocusProxy(m_list);
+    SetToolbar(Toolbar());
 }
 
-std::vector<FrameAction> CRecordPanel::Toolbar() const {
-    return {{tr("Refresh"), Command::Refresh, RefreshIcon}};
-}
-
-void CRecordPanel::Activate() {
-    CBrenPanel::Activate();
-    Frame().SetToolbar(*this, Toolbar());
-    ShowStatus();
-    Refresh();
-    if (m_page.period.count() > 0)
-        m_loader.StartTimer(m_page.period, [this] { Read(m_page.gated ? m_changes : std::nullopt); });
+std::vector<FrameAction> CRecordPanel::Toolbar() {
+    return {RefreshAction(tr("Refresh"))};
 }
 
 void CRecordPanel::Deactivate() {
-    m_loader.StopTimer();
-    m_loader.Cancel();
     m_glance.stop();
     m_coming.reset();
     CBrenPanel::Deactivate();
 }
 
-void CRecordPanel::OnCommand(int command) {
-    if (command == Command::Refresh)
-        Refresh();
-}
-
-void CRecordPanel::Refresh() {
+void CRecordPanel::Reload() {
     if (IsActive())
         Read({});
 }
 
+void CRecordPanel::OnPeriod() {
+    Read(m_page.gated ? m_changes : std::nullopt);
+}
+
 void CRecordPanel::Restart() {
-    m_loader.Cancel();
+    Loader().Cancel();
     m_coming.reset();
     m_shown.reset();
     m_changes.reset();
-    m_failure.clear();
+    TellFailure({});
     if (!m_list)
         return;
     m_list->SetEmptyText(m_page.empty);
     m_list->SetRows({});
-    Refresh();
+    Reload();
 }
 
 void CRecordPanel::Read(std::optional<quint32> known) {
     const Stream rows = std::make_shared<RowStream>();
-    m_loader.Load(
+    Loader().Load(
         Lane::Databases,
         [read = Reading(), rows, shown = m_shown, known,
-         counters = &m_console.counters](std::stop_token stop) {
+         counters = &TheConsole().counters](std::stop_token stop) {
             Outcome outcome;
             outcome.changes = counters->ZEPTraceCounterGet(TraceCounter::TaskTable);
             outcome.same = known && outcome.changes == known;
@@ -101,7 +89,7 @@ void CRecordPanel::Read(std::optional<quint32> known) {
     m_coming.reset();
     if (m_list->Rows().TotalRows() > 0)
         return;
-    if (!m_shown && m_failure.isEmpty())
+    if (!m_shown && Failure().isEmpty())
         m_list->SetLoading(m_page.loading.isEmpty() ? tr("Loading...") : m_page.loading);
     m_coming = rows;
     m_glance.start(GlancePeriod);
@@ -130,17 +118,11 @@ void CRecordPanel::ShowEnd(const Outcome& outcome, const Stream& rows) {
         m_shown = rows;
     m_coming.reset();
     m_changes = outcome.read ? outcome.changes : std::nullopt;
-    m_failure = outcome.read.Sentence();
-    m_list->SetEmptyText(m_failure.isEmpty()        ? m_page.empty
-                         : m_page.failure.isEmpty() ? m_failure
+    TellFailure(outcome.read.Sentence());
+    m_list->SetEmptyText(Failure().isEmpty()        ? m_page.empty
+                         : m_page.failure.isEmpty() ? Failure()
                                                     : m_page.failure);
-    ShowStatus();
     OnReadEnded();
 }
 
 void CRecordPanel::OnReadEnded() {}
-
-void CRecordPanel::ShowStatus() {
-    if (IsActive())
-        Frame().SetStatusText(m_failure.isEmpty() ? m_page.status : m_failure);
-}

@@ -6,8 +6,6 @@
 #include "stores/ReadResult.h"
 
 class CBrenListCtrl;
-struct Console;
-struct FrameAction;
 
 /// What a record panel says, and how often it reads again.
 struct RecordPage {
@@ -29,9 +27,9 @@ class CRecordPanel : public CBrenPanel {
     Q_OBJECT
 
 public:
-    void Activate() override;
     void Deactivate() override;
-    void OnCommand(int command) override;
+    /// Reads again while the page is shown, whatever the change counter says.
+    void Reload() override;
 
 protected:
     /// Puts the rows into the stream until it is told to stop. Runs on the databases' lane: it holds values
@@ -43,17 +41,12 @@ protected:
     void CreatePanel() override;
     virtual void AddColumns(CBrenListCtrl& list) = 0;
     virtual RowReader Reading() const = 0;
-    virtual std::vector<FrameAction> Toolbar() const;
+    virtual std::vector<FrameAction> Toolbar();
     virtual void OnReadEnded();
 
-    /// Reads again while the page is shown, whatever the change counter says.
-    void Refresh();
+    void OnPeriod() override;
     /// Forgets all rows: the page turns to another subject, which its Reading knows already.
     void Restart();
-    void CancelRead() { m_loader.Cancel(); }
-
-    const Console& TheConsole() const { return m_console; }
-    PageLoader& Loader() { return m_loader; }
     CBrenListCtrl& List() const { return *m_list; }
 
 private:
@@ -67,15 +60,11 @@ private:
     void Read(std::optional<quint32> known);
     void ShowFirstRows();
     void ShowEnd(const Outcome& outcome, const Stream& rows);
-    void ShowStatus();
 
-    const Console& m_console;
     RecordPage m_page;
     CBrenListCtrl* m_list = nullptr;
     Stream m_coming; ///< of the read under way that fills an empty list
     Stream m_shown;  ///< all of it is in the list
     std::optional<quint32> m_changes;
-    QString m_failure;
     QTimer m_glance; ///< at what has come
-    PageLoader m_loader;
 };

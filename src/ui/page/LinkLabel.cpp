@@ -58,7 +58,7 @@ void LinkLabel::SetText(const QString& text) {
     const Markup markup = Parse(text);
     m_spans = markup.spans;
     setTextInteractionFlags(!m_spans.isEmpty() ? Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard
-                                             : Qt::NoTextInteraction);
+                                               : Qt::NoTextInteraction);
     setText(markup.html);
     setAccessibleName(markup.plain);
     if (hasFocus() && !m_spans.isEmpty()) {

@@ -2,8 +2,9 @@
 
 #include <QTabBar>
 
-/// A strip of flat tabs: icon of 24 pixels and title, the current one bold over an accent line. Where that does
-/// not fit, icons and distances are smaller; where even that does not, the titles stand alone and scroll.
+/// A strip of flat tabs: icon of 24 pixels and title, the current one bold over an accent line. Where that
+/// does not fit, icons and distances are smaller; where even that does not, the titles stand alone and
+/// scroll.
 class TabStrip : public QTabBar {
     Q_OBJECT
 

@@ -1,6 +1,6 @@
 #include "app/StartReport.h"
 
-#include "development/Tour.h"
+#include "development/WatchedReader.h"
 
 #include <QEvent>
 #include <QTextStream>
@@ -15,7 +15,7 @@ void Tell(const char* what) {
 
 } // namespace
 
-StartReport::StartReport(QWidget& window, const IdleWatch& reader) : m_window(window), m_reader(reader) {
+StartReport::StartReport(QWidget& window, const WatchedReader& reader) : m_window(window), m_reader(reader) {
     window.installEventFilter(this);
 }
 

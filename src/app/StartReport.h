@@ -2,7 +2,7 @@
 
 #include <QObject>
 
-class IdleWatch;
+class WatchedReader;
 class QWidget;
 
 /// Tells the benchmark on standard output when the window has been painted ("painted") and when the first
@@ -11,7 +11,7 @@ class StartReport : public QObject {
     Q_OBJECT
 
 public:
-    StartReport(QWidget& window, const IdleWatch& reader);
+    StartReport(QWidget& window, const WatchedReader& reader);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -20,6 +20,6 @@ private:
     void CloseWhenFilled();
 
     QWidget& m_window;
-    const IdleWatch& m_reader;
+    const WatchedReader& m_reader;
     bool m_painted = false;
 };

@@ -1,0 +1,77 @@
+#include "development/CheckRun.h"
+
+#include "development/WatchedReader.h"
+#include "window/BTaskMMCDlg.h"
+
+#include <QHash>
+
+namespace {
+
+constexpr std::chrono::milliseconds StepPeriod{10};
+/// A page may read again what its first read told it of, so it counts as filled after some quiet steps.
+constexpr int QuietStepsWanted = 4;
+
+WatchedReader& Held(WatchedReader& reader) {
+    reader.Hold();
+    return reader;
+}
+
+} // namespace
+
+QStringList ReportLines(const std::vector<ViewFind>& finds) {
+    std::vector<const ViewFind*> places;
+    QHash<QString, QStringList> views; // by place
+    for (const ViewFind& found : finds) {
+        const QString place = SweepRuleName(found.find.rule) + found.find.path + found.find.why;
+        QStringList& seen = views[place];
+        if (seen.isEmpty())
+            places.push_back(&found);
+        if (!seen.contains(found.view))
+            seen.append(found.view);
+    }
+    QStringList lines;
+    for (const ViewFind* found : places) {
+        const SweepFind& find = found->find;
+        const auto others = views[SweepRuleName(find.rule) + find.path + find.why].size() - 1;
+        const QString view =
+            others > 0 ? QStringLiteral("%1 and %2 more").arg(found->view).arg(others) : found->view;
+        lines.append(
+            QStringList{SweepRuleName(find.rule), view, find.path, find.why}.join(QStringLiteral(" | ")));
+    }
+    return lines;
+}
+
+CheckRun::CheckRun(CBTaskMMCDlg& window, WatchedReader& reader, std::vector<DialogEntry> dialogs,
+                   const Options& options)
+    : QObject(&window), m_reader(Held(reader)), m_options(options), m_walk(window, std::move(dialogs)) {
+    connect(&m_timer, &QTimer::timeout, this, &CheckRun::Step);
+    Enter();
+    m_timer.start(StepPeriod);
+}
+
+void CheckRun::Enter() {
+    ++m_views;
+    m_quietSteps = 0;
+    m_since.start();
+    if (m_options.rules.testFlag(SweepRule::Words))
+        Note(SweepWindow(m_walk.Front(), SweepRule::Words));
+    m_reader.LetGo();
+}
+
+void CheckRun::Step() {
+    m_quietSteps = m_reader.IsIdle() ? m_quietSteps + 1 : 0;
+    if (m_quietSteps < QuietStepsWanted && !m_since.hasExpired(m_options.patience.count()))
+        return;
+    m_reader.Hold();
+    Note(SweepWindow(m_walk.Front(), m_options.rules));
+    if (m_walk.Next())
+        return Enter();
+    m_reader.LetGo();
+    m_timer.stop();
+    emit Finished();
+}
+
+void CheckRun::Note(const std::vector<SweepFind>& finds) {
+    for (const SweepFind& find : finds)
+        m_finds.push_back({m_walk.Name(), find});
+}

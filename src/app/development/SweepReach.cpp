@@ -1,0 +1,159 @@
+#include "development/SweepReach.h"
+
+#include "development/SweepLayout.h"
+#include "page/BrenPanel.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QAbstractScrollArea>
+#include <QAbstractSpinBox>
+#include <QAccessible>
+#include <QButtonGroup>
+#include <QComboBox>
+#include <QDialog>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabBar>
+#include <QTextEdit>
+#include <QWidget>
+
+#include <algorithm>
+
+namespace {
+
+/// Head, side actions, page, foot; 0 for the sections, which come first, and in a dialog.
+int ZoneOf(const QWidget& widget) {
+    constexpr std::pair<const char*, int> Zones[] = {
+        {"pageHead", 1}, {"sideActions", 2}, {"pages", 3}, {"statusBar", 4}};
+    for (const QWidget* at = &widget; at; at = at->parentWidget()) {
+        for (const auto& [name, zone] : Zones) {
+            if (at->objectName() == QLatin1String(name))
+                return zone;
+        }
+    }
+    return 0;
+}
+
+bool TakesTab(const QWidget& widget) {
+    return (widget.focusPolicy() & Qt::TabFocus) == Qt::TabFocus && widget.isEnabled() &&
+           !widget.focusProxy() && !widget.size().isEmpty();
+}
+
+bool TakesInput(const QWidget& widget) {
+    return qobject_cast<const QAbstractButton*>(&widget) || qobject_cast<const QLineEdit*>(&widget) ||
+           qobject_cast<const QComboBox*>(&widget) || qobject_cast<const QAbstractSpinBox*>(&widget) ||
+           qobject_cast<const QAbstractItemView*>(&widget) || qobject_cast<const QTextEdit*>(&widget);
+}
+
+bool IsPartOfAnother(const QWidget& widget) {
+    if (widget.objectName().startsWith(QLatin1String("qt_")))
+        return true;
+    for (const QWidget* at = widget.parentWidget(); at && !at->isWindow(); at = at->parentWidget()) {
+        if (TakesInput(*at) || qobject_cast<const QTabBar*>(at))
+            return true;
+    }
+    return false;
+}
+
+/// Tab stops at one of a group only; arrows go on.
+bool IsReachedByArrows(const QWidget& widget) {
+    const auto* radio = qobject_cast<const QRadioButton*>(&widget);
+    return radio && !radio->isChecked();
+}
+
+/// Whether Tab goes back within a line, or up within a column.
+bool GoesBack(const QRect& from, const QRect& to) {
+    const bool sameLine = from.top() < to.bottom() && to.top() < from.bottom();
+    const bool sameColumn = from.left() < to.right() && to.left() < from.right();
+    return (sameLine && !sameColumn && to.left() < from.left()) ||
+           (sameColumn && !sameLine && to.top() < from.top());
+}
+
+void Add(std::vector<SweepFind>& finds, SweepRule rule, const QWidget& widget, const QString& why) {
+    finds.push_back({rule, PathOf(widget), why});
+}
+
+QString WrongRole(const QWidget& widget, QAccessibleInterface& accessible) {
+    const QAccessible::Role role = accessible.role();
+    for (const QAccessible::Role none : {QAccessible::NoRole, QAccessible::Client, QAccessible::Pane,
+                                         QAccessible::Grouping, QAccessible::Whitespace}) {
+        if (role == none)
+            return QStringLiteral("its role says nothing");
+    }
+    const auto* button = qobject_cast<const QAbstractButton*>(&widget);
+    QAccessibleActionInterface* actions = accessible.actionInterface();
+    if (button && (!actions || actions->actionNames().isEmpty()))
+        return QStringLiteral("a button that cannot be pressed");
+    return {};
+}
+
+} // namespace
+
+std::vector<QWidget*> TabChain(QWidget& window) {
+    std::vector<QWidget*> chain;
+    for (QWidget* at = window.nextInFocusChain(); at && at != &window; at = at->nextInFocusChain()) {
+        if (at->window() == &window && at->isVisibleTo(&window) && TakesTab(*at) && !IsPartOfAnother(*at) &&
+            !IsReachedByArrows(*at))
+            chain.push_back(at);
+    }
+    return chain;
+}
+
+void FindTabJumps(QWidget& window, std::vector<SweepFind>& finds) {
+    const QWidget* last = nullptr;
+    for (const QWidget* control : TabChain(window)) {
+        const QRect place(control->mapTo(&window, QPoint()), control->size());
+        if (last) {
+            const QRect before(last->mapTo(&window, QPoint()), last->size());
+            const int zone = ZoneOf(*control);
+            const int zoneBefore = ZoneOf(*last);
+            if (zone < zoneBefore)
+                Add(finds, SweepRule::TabOrder, *control,
+                    QStringLiteral("comes after another part of the window: ") + PathOf(*last));
+            else if (zone == zoneBefore && GoesBack(before, place))
+                Add(finds, SweepRule::TabOrder, *control,
+                    QStringLiteral("Tab goes back from ") + PathOf(*last));
+        }
+        last = control;
+    }
+}
+
+void FindUnreached(QWidget& window, std::vector<SweepFind>& finds) {
+    for (const QWidget* widget : VisibleWidgets(window)) {
+        if (TakesInput(*widget) && widget->isEnabled() && !TakesTab(*widget) && !widget->focusProxy() &&
+            !IsPartOfAnother(*widget) && !IsReachedByArrows(*widget))
+            Add(finds, SweepRule::Reach, *widget, QStringLiteral("Tab does not reach it"));
+    }
+}
+
+void FindNameless(QWidget& window, std::vector<SweepFind>& finds) {
+    for (QWidget* control : TabChain(window)) {
+        QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(control);
+        if (!accessible || accessible->text(QAccessible::Name).trimmed().isEmpty()) {
+            Add(finds, SweepRule::Name, *control, QStringLiteral("has no accessible name"));
+            continue;
+        }
+        if (accessible->text(QAccessible::Name).contains(u'<'))
+            Add(finds, SweepRule::Name, *control, QStringLiteral("its accessible name holds markup"));
+        const QString wrong = WrongRole(*control, *accessible);
+        if (!wrong.isEmpty())
+            Add(finds, SweepRule::Name, *control, wrong);
+    }
+}
+
+void FindDefaultless(QWidget& window, std::vector<SweepFind>& finds) {
+    if (!qobject_cast<QDialog*>(&window))
+        return;
+    const QList<QPushButton*> buttons = window.findChildren<QPushButton*>();
+    const auto isShown = [](const QPushButton* button) { return button->isVisible(); };
+    if (std::none_of(buttons.begin(), buttons.end(), isShown))
+        return;
+    const auto first = std::find_if(buttons.begin(), buttons.end(), [](const QPushButton* button) {
+        return button->isVisible() && button->isDefault();
+    });
+    if (first == buttons.end())
+        Add(finds, SweepRule::Default, window, QStringLiteral("no default button"));
+    else if (!(*first)->isEnabled())
+        Add(finds, SweepRule::Default, **first, QStringLiteral("the default button is disabled"));
+}

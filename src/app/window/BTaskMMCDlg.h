@@ -15,6 +15,7 @@ class CConsoleStatusBar;
 class CNavigationColumn;
 class CPageHead;
 class CServiceNotice;
+class NoticeLine;
 class QStackedWidget;
 
 /// The console's one window: sections on the left, the chosen one's page on the right, the status bar below.

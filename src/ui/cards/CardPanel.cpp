@@ -121,9 +121,13 @@ void CCardPanel::Take(const std::shared_ptr<const CardEntries>& entries) {
             : tr("%1 (Shown as it was at %2.)").arg(failure, m_readAt.toString(QStringLiteral("HH:mm:ss"))));
     if (entries->read)
         ShowCards();
-    for (int card = 0; card < CardCount(); ++card)
-        CardAt(card)->SetStale(!failure.isEmpty());
+    ShowAge();
     ShowEmptyText();
+}
+
+void CCardPanel::ShowAge() {
+    for (int card = 0; card < CardCount(); ++card)
+        CardAt(card)->SetStale(!Failure().isEmpty());
 }
 
 void CCardPanel::ShowEmptyText() {
@@ -145,6 +149,7 @@ void CCardPanel::ChooseAnew() {
     RemoveAll();
     if (m_entries)
         ShowCards();
+    ShowAge();
     ShowEmptyText();
 }
 

@@ -10,9 +10,19 @@
 
 namespace {
 
+class AccessibleNotice : public QAccessibleWidget {
+public:
+    explicit AccessibleNotice(NoticeLine& line) : QAccessibleWidget(&line, QAccessible::AlertMessage) {}
+
+    /// Its tool-tip says the same as its name, in markup.
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Description ? QString() : QAccessibleWidget::text(kind);
+    }
+};
+
 QAccessibleInterface* MakeAccessible(const QString&, QObject* object) {
     auto* line = qobject_cast<NoticeLine*>(object);
-    return line ? new QAccessibleWidget(line, QAccessible::AlertMessage) : nullptr;
+    return line ? new AccessibleNotice(*line) : nullptr;
 }
 
 } // namespace

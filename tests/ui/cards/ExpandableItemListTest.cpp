@@ -1,90 +1,12 @@
-#include "cards/ExpandableItemList.h"
-#include "cards/CardButton.h"
-#include "cards/TaskItem.h"
-#include "page/LinkLabel.h"
-#include "support/ConsoleFixture.h"
+#include "TestList.h"
 #include "support/PaintNote.h"
-#include "support/TestMain.h"
 
 #include <QAccessible>
 #include <QHelpEvent>
-#include <QLineEdit>
-#include <QMenu>
 #include <QPointer>
 #include <QToolTip>
 
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-
-/// A card that counts how often it was shown live.
-class CountingCard : public CTaskItem {
-public:
-    using CTaskItem::CTaskItem;
-
-    void OnExpanded() override { ++expansions; }
-    void OnCollapsed() override { ++collapses; }
-    void OnBodyClick(const QPoint&) override { ++bodyClicks; }
-
-    int expansions = 0;
-    int collapses = 0;
-    int bodyClicks = 0;
-};
-
-class TestList : public ConsoleFixture<>, public CExpandableItemList {
-public:
-    TestList() : CExpandableItemList(console) {
-        SetGeometryValues({20, 10, 20, 0, 100, 0});
-        SetHelp(u"list"_s);
-        resize(800, 400);
-        Activate();
-        activateWindow();
-    }
-
-    /// 3 cards a page.
-    void Refresh(const QStringList& titles) {
-        BeginRefresh();
-        for (const QString& title : titles)
-            Keep(title, [&title] { return std::make_unique<CountingCard>(title); });
-        removed = EndRefresh();
-    }
-
-    CountingCard* Card(int index) const { return static_cast<CountingCard*>(CardAt(index)); }
-
-    QStringList Shown() const {
-        QStringList titles;
-        for (int index = 0; index < CardCount(); ++index)
-            if (CardAt(index)->isVisible())
-                titles.append(CardAt(index)->Title());
-        return titles;
-    }
-
-    /// The texts of the visible links and labels, markup left out.
-    QStringList Links() const {
-        QStringList texts;
-        for (const LinkLabel* link : findChildren<LinkLabel*>())
-            if (link->isVisible())
-                texts.append(link->accessibleName());
-        return texts;
-    }
-
-    void ClickLink(const QString& text) {
-        for (LinkLabel* link : findChildren<LinkLabel*>())
-            if (link->isVisible() && link->accessibleName().contains(text))
-                emit link->LinkClicked(0);
-    }
-
-    bool removed = false;
-};
-
-QStringList Titles(int count) {
-    QStringList titles;
-    for (int number = 1; number <= count; ++number)
-        titles.append(u"Card %1"_s.arg(number));
-    return titles;
-}
-
-} // namespace
 
 class ExpandableItemListTest : public QObject {
     Q_OBJECT
@@ -117,16 +39,11 @@ private slots:
         list.Refresh(Titles(7));
         QCOMPARE(list.Shown(), Titles(3));
         QCOMPARE(list.Links(), (QStringList{u"1 of 3 Pages"_s, u"Next Page"_s}));
-        list.PreviousPage();
-        QCOMPARE(list.CurrentPage(), 0);
-
         list.ClickLink(u"Next"_s);
         QCOMPARE(list.Shown(), Titles(6).mid(3));
         list.ClickLink(u"Next"_s);
         QCOMPARE(list.Shown(), Titles(7).mid(6));
         QCOMPARE(list.Links(), (QStringList{u"Previous Page"_s, u"3 of 3 Pages"_s}));
-        list.NextPage();
-        QCOMPARE(list.CurrentPage(), 2);
 
         list.Refresh(Titles(4));
         QCOMPARE(list.Shown(), Titles(4).mid(3));
@@ -171,7 +88,6 @@ private slots:
         list.ClickLink(u"here"_s);
         QVERIFY(!list.ExpandedCard());
         QCOMPARE(list.CurrentPage(), 1);
-        QCOMPARE(list.frame.StatusText(), u"list"_s);
     }
 
     void clicksOnEdgesAndBodies() {
@@ -265,126 +181,6 @@ private slots:
         QCOMPARE(list.frame.StatusText(), u"other page"_s);
     }
 
-    void walksByKeyboard() {
-        TestList list;
-        QVERIFY(QTest::qWaitForWindowActive(&list));
-        list.Refresh(Titles(5));
-        list.Card(0)->AddAction(u"Start"_s, 331, [] {});
-        list.Card(0)->setFocus();
-        const auto press = [&list](Qt::Key key) { QTest::keyClick(list.focusWidget(), key); };
-        const auto focused = [&list](int index) {
-            return list.Card(index)->hasFocus() && list.Card(index)->isVisible();
-        };
-
-        press(Qt::Key_Up);
-        QVERIFY(focused(0));
-        for (int step = 0; step < 3; ++step)
-            press(Qt::Key_Down);
-        QVERIFY(focused(3));
-        QCOMPARE(list.CurrentPage(), 1);
-        press(Qt::Key_Home);
-        QVERIFY(focused(0));
-        press(Qt::Key_End);
-        QVERIFY(focused(4));
-
-        press(Qt::Key_Return);
-        QCOMPARE(list.ExpandedCard(), list.Card(4));
-        press(Qt::Key_Down);
-        QVERIFY(focused(4));
-        press(Qt::Key_Escape);
-        QVERIFY(!list.ExpandedCard());
-        QVERIFY(focused(4));
-
-        press(Qt::Key_PageUp);
-        QCOMPARE(list.CurrentPage(), 0);
-        list.Card(0)->setFocus();
-        QTest::keyClick(list.Card(0), Qt::Key_Tab);
-        auto* start = qobject_cast<CardButton*>(list.focusWidget());
-        QVERIFY(start);
-        QCOMPARE(start->accessibleName(), u"Start"_s);
-        press(Qt::Key_Down);
-        QVERIFY(focused(1));
-    }
-
-    void pagingKeepsTheFocusOnTheCards() {
-        TestList list;
-        QVERIFY(QTest::qWaitForWindowActive(&list));
-        list.Refresh(Titles(8));
-        list.Card(1)->setFocus();
-        const auto press = [&list](Qt::Key key) { QTest::keyClick(list.focusWidget(), key); };
-        press(Qt::Key_PageDown);
-        QVERIFY(list.Card(4)->hasFocus());
-        press(Qt::Key_PageDown); // which has two cards only
-        QVERIFY(list.Card(7)->hasFocus());
-        press(Qt::Key_Return);
-        press(Qt::Key_PageUp); // means nothing under an expanded card
-        press(Qt::Key_Escape);
-        QCOMPARE(list.CurrentPage(), 2);
-        QVERIFY(list.Card(7)->hasFocus());
-    }
-
-    void tabWalksThroughTheExpandedCard() {
-        TestList list;
-        QVERIFY(QTest::qWaitForWindowActive(&list));
-        list.Refresh(Titles(3));
-        CountingCard* card = list.Card(1);
-        card->setFocus();
-        QTest::keyClick(card, Qt::Key_Return);
-        QStringList walk; // what is inside is made late, as views are
-        for (const auto& name : {u"first"_s, u"second"_s}) {
-            auto* inside = new QLineEdit(card);
-            inside->setObjectName(name);
-            inside->show();
-        }
-        for (int step = 0; step < 3; ++step) {
-            QTest::keyClick(list.focusWidget(), Qt::Key_Tab);
-            walk << (qobject_cast<LinkLabel*>(list.focusWidget()) ? u"link"_s
-                                                                  : list.focusWidget()->objectName());
-        }
-        QCOMPARE(walk, QStringList({u"first"_s, u"second"_s, u"link"_s}));
-    }
-
-    void offersItsActionsAsAMenu() {
-        TestList list;
-        QVERIFY(QTest::qWaitForWindowActive(&list));
-        list.Refresh(Titles(2));
-        CountingCard* card = list.Card(0);
-        int runs = 0;
-        const int start = card->AddAction(u"Start & go"_s, 331, [&runs] { ++runs; });
-        list.RecalcLayout();
-        const auto open = [&](QContextMenuEvent::Reason reason, QPoint place) {
-            QContextMenuEvent asks(reason, place, card->mapToGlobal(place));
-            QCoreApplication::sendEvent(card->childAt(place) ? card->childAt(place) : card, &asks);
-            return card->findChild<QMenu*>();
-        };
-        const auto close = [](QMenu* menu) {
-            menu->close();
-            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        };
-        for (const auto reason : {QContextMenuEvent::Mouse, QContextMenuEvent::Keyboard}) {
-            const QPoint place =
-                reason == QContextMenuEvent::Mouse ? card->ActionRect(start).center() : QPoint(5, 5);
-            QMenu* menu = open(reason, place);
-            QVERIFY(menu && menu->isVisible());
-            QCOMPARE(menu->actions().size(), 2);
-            QCOMPARE(menu->actions().at(1)->text(), u"Start && go"_s);
-            menu->actions().at(1)->trigger();
-            close(menu);
-        }
-        QCOMPARE(runs, 2);
-
-        QMenu* menu = open(QContextMenuEvent::Mouse, {5, 5});
-        card->SetAction(start, u"Pause"_s, 330); // what was meant is not there any more
-        menu->actions().at(1)->trigger();
-        QCOMPARE(runs, 2);
-        close(menu);
-        card->EnableAction(start, false);
-        menu = open(QContextMenuEvent::Mouse, {5, 5});
-        QVERIFY(!menu->actions().at(1)->isEnabled());
-        menu->actions().at(0)->trigger();
-        QCOMPARE(list.ExpandedCard(), card);
-    }
-
     void theTitleHasTheRoomThatTheStatusLeaves() {
         TestList list;
         list.resize(440, 400);
@@ -410,9 +206,6 @@ private slots:
         list.RecalcLayout();
         QVERIFY(view->isVisible());
         QCOMPARE(view->geometry(), QRect(20, 25, 760, 350));
-        list.resize(50, 50);
-        QCOMPARE(view->geometry().topLeft(), QPoint(20, 25));
-        list.resize(800, 400);
         list.Refresh(Titles(1));
         QVERIFY(!view->isVisible());
     }

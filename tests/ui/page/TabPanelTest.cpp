@@ -1,4 +1,5 @@
 #include "page/TabPanel.h"
+#include "look/Look.h"
 #include "page/TabStrip.h"
 #include "support/ConsoleFixture.h"
 #include "support/TestMain.h"
@@ -166,7 +167,10 @@ private slots:
         for (const char* title :
              {"My Tasks", "System Activities", "Task Settings", "System Tasks", "Completed Tasks"})
             tabs.AddTab(QLatin1String(title), new CBrenPanel(fixture.console), 316);
-        tabs.SetCorner(new QCheckBox(u"Advanced Mode"_s));
+        auto* corner = new QCheckBox(u"Advanced Mode"_s);
+        corner->setFont(Look::Font(Look::Small));
+        tabs.SetCorner(corner);
+        tabs.Activate();
         const auto* strip = tabs.findChild<TabStrip*>();
         for (const auto& [width, hasIcons] : {std::pair(1200, true), {786, true}, {400, false}}) {
             tabs.resize(width, 400);

@@ -18,7 +18,7 @@ QWidget* MakeEmptyPage() {
 
 } // namespace
 
-CTaskListPanel::CTaskListPanel(const Console& console, TaskFilter filter) : CCardPanel(console) {
+CTaskListPanel::CTaskListPanel(const Console& console, TaskFilter filter) : CardPanel(console) {
     CardSection section;
     section.help = tr("View tasks. Use the icons on the right to start the task now or view details.");
     section.hidden = tr("%1 more tasks are not shown. Find a task by its name to see it here.");

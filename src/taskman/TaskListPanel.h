@@ -3,7 +3,7 @@
 #include "taskman/TaskList.h"
 
 /// The tasks of one filter as cards.
-class CTaskListPanel : public CCardPanel {
+class CTaskListPanel : public CardPanel {
     Q_OBJECT
 
 public:

@@ -3,13 +3,13 @@
 #include "taskman/TaskCommands.h"
 
 CTaskSummary::CTaskSummary(const Console& console, const TaskRow& task, TaskSummaryPlan plan)
-    : CSummaryPanel(console, plan.widths), m_task(task), m_plan(std::move(plan)) {
+    : SummaryPanel(console, plan.widths), m_task(task), m_plan(std::move(plan)) {
     SetHelp(m_plan.help);
     connect(&Commands(), &CommandRunner::BusyChanged, this, &CTaskSummary::ShowToolbar);
 }
 
 void CTaskSummary::CreatePanel() {
-    CSummaryPanel::CreatePanel();
+    SummaryPanel::CreatePanel();
     SetRows(m_plan.rows(m_task, m_facts));
 }
 
@@ -30,7 +30,7 @@ void CTaskSummary::SetTask(const TaskRow& task) {
 void CTaskSummary::Activate() {
     m_facts.changes.reset();
     SetToolbar({});
-    CSummaryPanel::Activate();
+    SummaryPanel::Activate();
 }
 
 void CTaskSummary::Reload() {

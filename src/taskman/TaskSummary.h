@@ -18,7 +18,7 @@ struct TaskSummaryPlan {
 };
 
 /// A look at one task, read again every second: its state, the counts of its sub-tasks, when it ran and runs.
-class CTaskSummary : public CSummaryPanel {
+class CTaskSummary : public SummaryPanel {
     Q_OBJECT
 
 public:

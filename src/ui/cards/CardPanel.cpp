@@ -25,16 +25,16 @@ void CardEntries::Add(CardEntry& entry) {
     ids.insert(entry.id);
 }
 
-CCardPanel::CCardPanel(const Console& console) : CExpandableItemList(console) {}
+CardPanel::CardPanel(const Console& console) : CExpandableItemList(console) {}
 
-void CCardPanel::SetSection(CardSection section) {
+void CardPanel::SetSection(CardSection section) {
     m_section = std::move(section);
     SetHelp(m_section.help);
     SetToolbar({RefreshAction()});
     ReloadEvery(m_section.counter ? std::min(m_section.period, CounterPeriod) : m_section.period);
 }
 
-void CCardPanel::CreatePanel() {
+void CardPanel::CreatePanel() {
     CExpandableItemList::CreatePanel();
     auto* empty = new QWidget;
     auto* column = new QVBoxLayout(empty);
@@ -53,7 +53,7 @@ void CCardPanel::CreatePanel() {
     ShowEmptyText();
 }
 
-void CCardPanel::MakeHeader() {
+void CardPanel::MakeHeader() {
     auto* header = new QWidget;
     auto* column = new QVBoxLayout(header);
     column->setContentsMargins(Look::PageMargin, 0, Look::PageMargin, 0);
@@ -77,24 +77,24 @@ void CCardPanel::MakeHeader() {
         m_words = words.toCaseFolded();
         ChooseAnew();
     });
-    connect(m_choices, &StateChoices::ChoiceChanged, this, &CCardPanel::ChooseAnew);
+    connect(m_choices, &StateChoices::ChoiceChanged, this, &CardPanel::ChooseAnew);
 }
 
-void CCardPanel::Reload() {
+void CardPanel::Reload() {
     ReadList();
     if (ExpandedCard())
         ExpandedCard()->Reload();
 }
 
 /// The counter is looked at more often than all is read.
-void CCardPanel::OnPeriod() {
+void CardPanel::OnPeriod() {
     const bool due = std::chrono::steady_clock::now() - m_askedAt >= m_section.period;
     if (due ||
         (m_section.counter && TheConsole().counters.ZEPTraceCounterGet(*m_section.counter) != m_changes))
         ReadList();
 }
 
-void CCardPanel::ReadList() {
+void CardPanel::ReadList() {
     m_askedAt = std::chrono::steady_clock::now();
     if (m_section.counter)
         m_changes = TheConsole().counters.ZEPTraceCounterGet(*m_section.counter);
@@ -109,7 +109,7 @@ void CCardPanel::ReadList() {
         });
 }
 
-void CCardPanel::Take(const std::shared_ptr<const CardEntries>& entries) {
+void CardPanel::Take(const std::shared_ptr<const CardEntries>& entries) {
     const QString failure = entries->read.Sentence();
     if (entries->read) {
         m_entries = entries;
@@ -125,12 +125,12 @@ void CCardPanel::Take(const std::shared_ptr<const CardEntries>& entries) {
     ShowEmptyText();
 }
 
-void CCardPanel::ShowAge() {
+void CardPanel::ShowAge() {
     for (int card = 0; card < CardCount(); ++card)
         CardAt(card)->SetStale(!Failure().isEmpty());
 }
 
-void CCardPanel::ShowEmptyText() {
+void CardPanel::ShowEmptyText() {
     QString text;
     if (!m_entries)
         text = Failure().isEmpty() ? tr("Loading...") : Failure();
@@ -145,7 +145,7 @@ void CCardPanel::ShowEmptyText() {
 }
 
 /// Begins with no cards, or those that are found would go before the others from then on.
-void CCardPanel::ChooseAnew() {
+void CardPanel::ChooseAnew() {
     RemoveAll();
     if (m_entries)
         ShowCards();
@@ -154,12 +154,12 @@ void CCardPanel::ChooseAnew() {
 }
 
 /// The expanded card stays while its entry does: who starts a failed task looks on.
-bool CCardPanel::IsWanted(const CardEntry& entry) const {
+bool CardPanel::IsWanted(const CardEntry& entry) const {
     const std::optional<int> chosen = m_choices->Chosen();
     return !chosen || *chosen == entry.shownState || (ExpandedCard() && ExpandedCard()->entryId == entry.id);
 }
 
-void CCardPanel::ShowCards() {
+void CardPanel::ShowCards() {
     m_sharing.clear();
     m_stateCounts.clear();
     m_matching = 0;
@@ -193,7 +193,7 @@ void CCardPanel::ShowCards() {
     TellCounts(hidden);
 }
 
-int CCardPanel::ShowNewCards(const std::vector<const CardEntry*>& entries) {
+int CardPanel::ShowNewCards(const std::vector<const CardEntry*>& entries) {
     QHash<QString, int> sharing;
     const auto isFull = [&] { return CardCount() + sharing.size() >= MaxCards; };
     for (const CardEntry* entry : entries)
@@ -210,7 +210,7 @@ int CCardPanel::ShowNewCards(const std::vector<const CardEntry*>& entries) {
     return hidden;
 }
 
-void CCardPanel::ShowCard(const CardEntry& entry) {
+void CardPanel::ShowCard(const CardEntry& entry) {
     CExpandableItem* card = Keep(entry.title, [&] {
         auto made = m_section.make(entry);
         made->entryId = entry.id;
@@ -226,7 +226,7 @@ void CCardPanel::ShowCard(const CardEntry& entry) {
 }
 
 /// `hidden`: how many have no card; -1: as before. Bar and line keep their room once there is a use for them.
-void CCardPanel::TellCounts(int hidden) {
+void CardPanel::TellCounts(int hidden) {
     if (hidden >= 0)
         m_hidden->SetText(hidden > 0 ? m_section.hidden.arg(hidden) : QString());
     const int total = m_entries ? static_cast<int>(m_entries->all.size()) : 0;
@@ -244,19 +244,19 @@ void CCardPanel::TellCounts(int hidden) {
     RecalcLayout();
 }
 
-void CCardPanel::OpenFind() {
+void CardPanel::OpenFind() {
     m_row->show();
     m_find->Open();
 }
 
-void CCardPanel::keyPressEvent(QKeyEvent* event) {
+void CardPanel::keyPressEvent(QKeyEvent* event) {
     if (!event->matches(QKeySequence::Find) || ExpandedCard())
         return CExpandableItemList::keyPressEvent(event);
     OpenFind();
 }
 
 /// The find bar gives its focus to the panel.
-void CCardPanel::focusInEvent(QFocusEvent* event) {
+void CardPanel::focusInEvent(QFocusEvent* event) {
     CExpandableItemList::focusInEvent(event);
     FocusCard(0);
 }

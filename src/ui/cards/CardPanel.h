@@ -61,11 +61,11 @@ struct CardSection {
 
 /// A page of cards that is read again by itself. Above the cards stand the choice of a state and the words to
 /// find by, which reach those entries too that the list has no room for.
-class CCardPanel : public CExpandableItemList {
+class CardPanel : public CExpandableItemList {
     Q_OBJECT
 
 public:
-    explicit CCardPanel(const Console& console);
+    explicit CardPanel(const Console& console);
 
     /// Reads the list and what the expanded card shows.
     void Reload() override;

@@ -12,12 +12,12 @@ constexpr std::chrono::milliseconds Period{1000};
 
 } // namespace
 
-CSummaryPanel::CSummaryPanel(const Console& console, QString widths)
+SummaryPanel::SummaryPanel(const Console& console, QString widths)
     : CBrenPanel(console), m_widths(std::move(widths)) {
     ReloadEvery(Period, FirstPeriod);
 }
 
-void CSummaryPanel::CreatePanel() {
+void SummaryPanel::CreatePanel() {
     m_list = new CBrenListCtrl(TheConsole().prompts);
     m_list->setAccessibleName(tr("Summary"));
     m_list->AddColumn(tr("Info"), 170);
@@ -29,7 +29,7 @@ void CSummaryPanel::CreatePanel() {
     setFocusProxy(m_list);
 }
 
-void CSummaryPanel::SetRows(const std::vector<SummaryRow>& rows) {
+void SummaryPanel::SetRows(const std::vector<SummaryRow>& rows) {
     m_rows.resize(rows.size());
     std::vector<ListRow> shown;
     for (std::size_t row = 0; row < rows.size(); ++row) {

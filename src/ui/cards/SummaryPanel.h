@@ -11,12 +11,12 @@ struct SummaryRow {
 };
 
 /// A look at one subject, read again every second: titles and details, fixed in their order.
-class CSummaryPanel : public CBrenPanel {
+class SummaryPanel : public CBrenPanel {
     Q_OBJECT
 
 public:
     /// The widths of the columns are remembered under `widths`.
-    CSummaryPanel(const Console& console, QString widths);
+    SummaryPanel(const Console& console, QString widths);
 
 protected:
     void CreatePanel() override;

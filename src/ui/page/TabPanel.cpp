@@ -95,6 +95,7 @@ bool CTabPanel::IsTabShown(int index) const {
 void CTabPanel::SetCorner(QWidget* corner) {
     m_corner = corner;
     m_corner->setParent(this);
+    setTabOrder(m_strip, m_corner);
     m_corner->show();
     LayOutPages();
 }

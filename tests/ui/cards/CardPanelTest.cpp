@@ -21,9 +21,9 @@ struct Fruit : CardEntry {
 };
 
 /// A section of fruits, as many and in such states as the test says.
-class FruitPanel : public ConsoleFixture<>, public CCardPanel {
+class FruitPanel : public ConsoleFixture<>, public CardPanel {
 public:
-    FruitPanel() : CCardPanel(console) {
+    FruitPanel() : CardPanel(console) {
         CardSection section;
         section.help = u"help"_s;
         section.hidden = u"%1 hidden"_s;

@@ -31,7 +31,8 @@ void FetchBare(const std::string& url, std::string& body) {
 }
 
 void Ask(const QString& path) {
-    const ServiceAnswer answer = ServiceClient().SendRequest(path, QStringLiteral("GET"), 200);
+    const ServiceAnswer answer =
+        ServiceClient().SendRequest(path, QStringLiteral("GET"), 200, {}, {}, ServiceClient::MaxListing);
     if (!answer)
         throw std::runtime_error("the client got no answer");
     benchmark::DoNotOptimize(answer.body.constData());

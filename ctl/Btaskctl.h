@@ -8,13 +8,13 @@
 /// How a command ended; the program's exit code.
 enum class CtlExit {
     Done = 0,
-    Refused = 1,     ///< the service refused, or had no such answer
+    Refused = 1,     ///< the service refused, there is no such thing, or it went wrong
     Usage = 2,       ///< the command line is none of ours
     Unreachable = 3, ///< the service does not answer
     NoDatabase = 4   ///< a database cannot be read
 };
 
-/// Runs one command line, without the program's name. Data goes to `out`, sentences for people to `error`.
-/// The token ends a command that goes on by itself.
-CtlExit RunBtaskctl(const QStringList& arguments, QIODevice& out, QIODevice& error,
+/// Runs one command line, without the program's name. Data goes to `out`, sentences for people to `error`;
+/// `in` is what "-" in place of a file's name stands for. The token ends a command that goes on by itself.
+CtlExit RunBtaskctl(const QStringList& arguments, QIODevice& in, QIODevice& out, QIODevice& error,
                     std::stop_token stop = {});

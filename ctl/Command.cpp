@@ -1,10 +1,15 @@
 #include "ctl/Command.h"
 
+#include <QFile>
+
+#include <condition_variable>
+#include <mutex>
+
 using namespace Qt::Literals::StringLiterals;
 
 std::optional<QString> Invocation::Option(QLatin1String option) const {
     const auto found = options.find(option);
-    return found == options.end() ? std::nullopt : std::optional<QString>(*found);
+    return found == options.end() || found->isEmpty() ? std::nullopt : std::optional(found->last());
 }
 
 CtlExit Invocation::End(CtlExit exit, const QString& sentence) const {
@@ -39,7 +44,11 @@ CtlExit Invocation::WriteBody(const ServiceAnswer& answer, const QByteArray& end
     if (!answer)
         return End(answer);
     const CtlExit written = Write(answer.body + ending);
-    return answer.length ? written : End(CtlExit::Refused, u"The answer broke off in the middle."_s);
+    return answer.length ? written : EndBrokenOff();
+}
+
+CtlExit Invocation::EndBrokenOff() const {
+    return End(CtlExit::Refused, u"The answer broke off in the middle."_s);
 }
 
 CtlExit Invocation::End(const ReadResult& result) const {
@@ -48,4 +57,24 @@ CtlExit Invocation::End(const ReadResult& result) const {
     return End(CtlExit::NoDatabase, result.outcome == ReadOutcome::Stopped
                                         ? u"Stopped before all rows were read."_s
                                         : result.Sentence());
+}
+
+std::optional<QByteArray> Invocation::ReadInput(const QString& file) const {
+    QFile named(file);
+    QIODevice& input = file == "-"_L1 ? in : static_cast<QIODevice&>(named);
+    if (&input == &named && !named.open(QIODevice::ReadOnly)) {
+        End(CtlExit::Usage, u"\"%1\" cannot be read: %2."_s.arg(file, named.errorString()));
+        return {};
+    }
+    QByteArray content = input.readAll();
+    if (content.endsWith('\n'))
+        content.chop(content.endsWith("\r\n") ? 2 : 1);
+    return content;
+}
+
+bool Invocation::Pause(std::chrono::milliseconds time) const {
+    std::mutex mutex;
+    std::unique_lock lock(mutex);
+    std::condition_variable_any().wait_for(lock, stop, time, [] { return false; });
+    return !stop.stop_requested();
 }

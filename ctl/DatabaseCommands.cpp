@@ -1,4 +1,5 @@
 #include "ctl/Rows.h"
+#include "ctl/TaskOperand.h"
 
 #include "stores/AuditTraceStore.h"
 #include "stores/ProcessLogStore.h"
@@ -10,45 +11,23 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-QJsonValue StateText(TaskState state) {
-    const QString text = TaskStateText(state);
-    return text.isEmpty() ? QJsonValue() : text;
-}
-
-QJsonObject TaskObject(const TaskRecord& task) {
-    return {{u"id"_s, JsonText(task.taskId)},
-            {u"type"_s, JsonText(task.kind)},
-            {u"name"_s, JsonText(task.name)},
-            {u"description"_s, JsonText(task.description)},
-            {u"nextRun"_s, JsonText(task.nextRun)},
-            {u"scheduleType"_s, qint64{task.schedule.type}},
-            {u"state"_s, static_cast<int>(task.state)},
-            {u"stateText"_s, StateText(task.state)},
-            {u"lastRun"_s, JsonText(task.lastRun)}};
-}
-
-QJsonObject SubTaskObject(const SubTaskRecord& subTask) {
-    return {{u"subtask"_s, subTask.subTaskNumber}, {u"text1"_s, JsonText(subTask.text1)},
-            {u"text2"_s, JsonText(subTask.text2)}, {u"text3"_s, JsonText(subTask.text3)},
-            {u"text4"_s, JsonText(subTask.text4)}, {u"number5"_s, subTask.number5},
-            {u"number6"_s, subTask.number6}};
-}
-
 CtlExit Tasks(const Invocation& invocation) {
-    QJsonArray rows;
-    const ReadResult read = EnumAllTasks(
-        [&rows](const TaskRecord& task) {
-            rows += TaskObject(task);
-            return true;
-        },
-        invocation.stop);
-    return WriteRows(invocation, read, rows,
-                     {{"ID"_L1, "id"_L1},
-                      {"TYPE"_L1, "type"_L1},
-                      {"NAME"_L1, "name"_L1},
-                      {"STATE"_L1, "stateText"_L1},
-                      {"LAST RUN"_L1, "lastRun"_L1},
-                      {"NEXT RUN"_L1, "nextRun"_L1}});
+    const std::vector<Column> columns{
+        {"id"_L1, "ID"_L1},           {"type"_L1, "TYPE"_L1},        {"name"_L1, "NAME"_L1},
+        {"description"_L1},           {"scheduleType"_L1},           {"state"_L1},
+        {"stateText"_L1, "STATE"_L1}, {"lastRun"_L1, "LAST RUN"_L1}, {"nextRun"_L1, "NEXT RUN"_L1}};
+    const QStringList wanted = invocation.Values("--state"_L1);
+    return WriteRows(invocation, columns, [&](RowWriter& rows) {
+        return invocation.End(EnumAllTasks(
+            [&](const TaskRecord& task) {
+                const QString state = TaskStateText(task.state); // null: none
+                return (!wanted.isEmpty() && !wanted.contains(state)) ||
+                       rows.Add({task.taskId, task.kind, task.name, task.description,
+                                 qint64{task.schedule.type}, static_cast<qint64>(task.state), state,
+                                 task.lastRun, task.nextRun});
+            },
+            invocation.stop));
+    });
 }
 
 /// One or two numbers with a comma between them; none when the text is anything else.
@@ -64,50 +43,46 @@ std::optional<std::pair<int, int>> ParseStates(const QString& text) {
 }
 
 CtlExit SubTasks(const Invocation& invocation) {
-    QJsonArray rows;
-    const SubTaskCallback add = [&rows](const SubTaskRecord& subTask) {
-        rows += SubTaskObject(subTask);
-        return true;
-    };
-    const QString& task = invocation.operands[0];
-    ReadResult read;
-    if (const auto text = invocation.Option("--states"_L1)) {
-        const auto states = ParseStates(*text);
-        if (!states)
-            return invocation.End(CtlExit::Usage, u"--states takes one or two numbers, as in 0 or 3,4."_s);
-        read = EnumSubTasks(task, states->first, states->second, add, invocation.stop);
-    } else {
-        read = EnumSubTasks(task, add, invocation.stop);
-    }
-    return WriteRows(invocation, read, rows,
-                     {{"SUBTASK"_L1, "subtask"_L1},
-                      {"TEXT1"_L1, "text1"_L1},
-                      {"TEXT2"_L1, "text2"_L1},
-                      {"TEXT3"_L1, "text3"_L1},
-                      {"TEXT4"_L1, "text4"_L1},
-                      {"NUMBER5"_L1, "number5"_L1},
-                      {"NUMBER6"_L1, "number6"_L1}});
-}
-
-QJsonObject RunObject(const ProcessLogRecord& run) {
-    return {{u"startTime"_s, JsonText(run.startTime)},   {u"stopTime"_s, JsonText(run.stopTime)},
-            {u"stopReason"_s, JsonText(run.stopReason)}, {u"totalSubtasks"_s, run.totalSubTasks},
-            {u"failedSubtasks"_s, run.failedSubTasks},   {u"processedSubtasks"_s, run.processedSubTasks}};
+    const auto text = invocation.Option("--states"_L1);
+    const auto states = text ? ParseStates(*text) : std::nullopt;
+    if (text && !states)
+        return invocation.End(CtlExit::Usage, u"--states takes one or two numbers, as in 0 or 3,4."_s);
+    const TaskOperand task = FindTask(invocation, invocation.operands[0]);
+    if (!task.id)
+        return task.exit;
+    const std::vector<Column> columns{
+        {"subtask"_L1, "SUBTASK"_L1},       {"type"_L1, "TYPE"_L1}, {"parameter1"_L1, "PARAMETER1"_L1},
+        {"parameter2"_L1, "PARAMETER2"_L1}, {"note"_L1, "NOTE"_L1}, {"size"_L1, "SIZE"_L1},
+        {"retries"_L1, "RETRIES"_L1}};
+    return WriteRows(invocation, columns, [&](RowWriter& rows) {
+        const SubTaskCallback add = [&rows](const SubTaskRecord& subTask) {
+            return rows.Add({qint64{subTask.subTaskNumber}, subTask.text1, subTask.text2, subTask.text3,
+                             subTask.text4, subTask.number5, subTask.number6});
+        };
+        return invocation.End(
+            states ? EnumSubTasks(*task.id, states->first, states->second, add, invocation.stop)
+                   : EnumSubTasks(*task.id, add, invocation.stop));
+    });
 }
 
 CtlExit History(const Invocation& invocation) {
-    std::vector<ProcessLogRecord> log;
-    const ReadResult read = FillProcessLog(invocation.operands[0], log, invocation.stop);
-    QJsonArray rows;
-    for (const ProcessLogRecord& run : log)
-        rows += RunObject(run);
-    return WriteRows(invocation, read, rows,
-                     {{"START"_L1, "startTime"_L1},
-                      {"STOP"_L1, "stopTime"_L1},
-                      {"REASON"_L1, "stopReason"_L1},
-                      {"TOTAL"_L1, "totalSubtasks"_L1},
-                      {"FAILED"_L1, "failedSubtasks"_L1},
-                      {"PROCESSED"_L1, "processedSubtasks"_L1}});
+    const TaskOperand task = FindTask(invocation, invocation.operands[0]);
+    if (!task.id)
+        return task.exit;
+    const std::vector<Column> columns{{"startTime"_L1, "START"_L1},
+                                      {"stopTime"_L1, "STOP"_L1},
+                                      {"totalSubtasks"_L1, "TOTAL"_L1},
+                                      {"failedSubtasks"_L1, "FAILED"_L1},
+                                      {"processedSubtasks"_L1, "PROCESSED"_L1},
+                                      {"stopReason"_L1, "REASON"_L1}};
+    return WriteRows(invocation, columns, [&](RowWriter& rows) {
+        std::vector<ProcessLogRecord> log;
+        const ReadResult read = FillProcessLog(*task.id, log, invocation.stop);
+        for (const ProcessLogRecord& run : log)
+            rows.Add({run.startTime, run.stopTime, qint64{run.totalSubTasks}, qint64{run.failedSubTasks},
+                      qint64{run.processedSubTasks}, run.stopReason});
+        return invocation.End(read);
+    });
 }
 
 /// Fills the filter by the options. Returns what is wrong with them, if anything.
@@ -137,41 +112,43 @@ CtlExit Audit(const Invocation& invocation) {
     const QString mistake = ReadFilter(invocation, filter);
     if (!mistake.isEmpty())
         return invocation.End(CtlExit::Usage, mistake);
-    QJsonArray rows;
-    const ReadResult read =
-        AuditTraceStore(invocation.stop).EnumTraces(filter, [&rows](const AuditRecord& record) {
-            rows += QJsonObject{{u"level"_s, record.level},
-                                {u"time"_s, JsonText(record.time)},
-                                {u"trace"_s, JsonText(AuditMessage(record.trace))}};
-            return true;
-        });
-    return WriteRows(invocation, read, rows,
-                     {{"LEVEL"_L1, "level"_L1}, {"TIME"_L1, "time"_L1}, {"TRACE"_L1, "trace"_L1}});
+    const std::vector<Column> columns{
+        {"level"_L1, "LEVEL"_L1}, {"time"_L1, "TIME"_L1}, {"trace"_L1, "TRACE"_L1}};
+    return WriteRows(invocation, columns, [&](RowWriter& rows) {
+        return invocation.End(
+            AuditTraceStore(invocation.stop).EnumTraces(filter, [&rows](const AuditRecord& record) {
+                return rows.Add({qint64{record.level}, record.time, AuditMessage(record.trace)});
+            }));
+    });
 }
 
 } // namespace
 
 std::vector<Command> DatabaseCommands() {
-    const CommandOption json{"--json"_L1, {}};
+    const Operand task{"TASK"_L1};
     return {
-        {"tasks"_L1, {}, {json}, "The tasks of the service, latest start first."_L1, Tasks},
+        {"tasks"_L1,
+         {},
+         {{"--state"_L1, "Pending|Running|Paused|Failed|Completed"_L1, "only those in this state"_L1,
+           Times::Any},
+          JsonOption},
+         "The tasks of the service, latest start first."_L1,
+         Tasks},
         {"subtasks"_L1,
-         {"TASK"_L1},
-         {{"--states"_L1, "A[,B]"_L1}, json},
-         "The sub-tasks of a task in their order, all or those in one of two states:\n"
-         "0 pending, 1 running, 2 done, 3 to be tried again, 4 failed."_L1,
+         {task},
+         {{"--states"_L1, "A[,B]"_L1, "only those in one of two states, by number"_L1}, JsonOption},
+         "The sub-tasks of a task in their order. Their states are 0 pending, 1 running,\n"
+         "2 done, 3 to be tried again, 4 failed."_L1,
          SubTasks},
-        {"history"_L1, {"TASK"_L1}, {json}, "The runs of a task that have ended."_L1, History},
+        {"history"_L1, {task}, {JsonOption}, "The runs of a task that have ended."_L1, History},
         {"audit"_L1,
          {},
-         {{"--contains"_L1, "TEXT"_L1},
-          {"--from"_L1, "DATE"_L1},
-          {"--to"_L1, "DATE"_L1},
-          {"--max"_L1, "N"_L1},
-          json},
-         "The audit trace, newest first; level 0 informs, 1 warns, 2 is an error. DATE is\n"
-         "as 2026-03-01: from the start of the first day to the start of the last, or\n"
-         "to now when both are the same. At most N traces (200), or all when N is 0."_L1,
+         {{"--contains"_L1, "TEXT"_L1, "only traces that hold the text"_L1},
+          {"--from"_L1, "DATE"_L1, "from the start of this day, as 2026-03-01"_L1},
+          {"--to"_L1, "DATE"_L1, "to the start of this day; to now when it is that of --from"_L1},
+          {"--max"_L1, "N"_L1, "at most so many (200), all when 0"_L1},
+          JsonOption},
+         "The audit trace, newest first; level 0 informs, 1 warns, 2 is an error."_L1,
          Audit},
     };
 }

@@ -35,9 +35,11 @@ std::string SmallChangeFor(const Connection& connection) {
     throw std::runtime_error("the fast writer knows no table of this database");
 }
 
+constexpr char KeptEnding[] = ".kept";
+
 fs::path KeptCopy(const fs::path& file) {
     fs::path copy = file;
-    copy += ".kept";
+    copy += KeptEnding;
     return copy;
 }
 
@@ -47,6 +49,11 @@ void RemoveWithSideFiles(const fs::path& file) {
         each += ending;
         fs::remove(each);
     }
+}
+
+void PutBack(const fs::path& file) {
+    RemoveWithSideFiles(file);
+    fs::rename(KeptCopy(file), file);
 }
 
 std::string Garbage() {
@@ -103,8 +110,11 @@ void DatabaseFaults::Set(const DatabaseFaultSwitch& fault) {
 }
 
 void DatabaseFaults::Damage(const fs::path& file, DatabaseFault fault) {
-    fs::remove(KeptCopy(file));
-    fs::copy_file(file, KeptCopy(file));
+    // Whoever finds a kept copy puts it back, so there is none before it is whole.
+    fs::path copy = KeptCopy(file);
+    copy += ".new";
+    fs::copy_file(file, copy, fs::copy_options::overwrite_existing);
+    fs::rename(copy, KeptCopy(file));
     if (fault == DatabaseFault::Truncated) {
         fs::resize_file(file, fs::file_size(file) / 2);
         return;
@@ -124,11 +134,23 @@ void DatabaseFaults::Clear(const fs::path& file) {
     const bool damaged =
         found->second.fault != DatabaseFault::Locked && found->second.fault != DatabaseFault::FastWriter;
     m_active.erase(found);
-    if (damaged) {
-        RemoveWithSideFiles(file);
-        fs::rename(KeptCopy(file), file);
-    }
+    if (damaged)
+        PutBack(file);
     m_databases.Release(file);
+}
+
+void DatabaseFaults::PutBackKept() {
+    std::set<fs::path> folders; // several databases share one, and sub-tasks stand beside the scheduler's
+    for (const Database database : AllDatabases)
+        folders.insert(m_databases.FileOf(database).parent_path());
+    std::vector<fs::path> files;
+    for (const fs::path& folder : folders) {
+        std::error_code missing;
+        for (const fs::directory_entry& entry : fs::directory_iterator(folder, missing))
+            if (entry.path().extension() == KeptEnding)
+                files.push_back(fs::path(entry.path()).replace_extension());
+    }
+    std::for_each(files.begin(), files.end(), PutBack);
 }
 
 void DatabaseFaults::ClearAll() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "devservice/Databases.h"
+#include "devservice/Faults.h"
 
 #include <condition_variable>
 #include <mutex>
@@ -18,6 +19,8 @@ public:
     /// Throws SqliteError where a lock is not to be had, std::runtime_error for what is no database of ours.
     void Set(const DatabaseFaultSwitch& fault);
     void ClearAll();
+    /// Puts back what a service that was killed during a fault has kept; before anything is opened.
+    void PutBackKept();
     /// Lets go of locks whose time is over; to be called now and then.
     void ReleaseExpired();
     WriterStatistics Statistics() const;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "devservice/Changes.h"
-#include "devservice/DevService.h"
+#include "devservice/DatabaseKinds.h"
 #include "devservice/Sqlite.h"
 
 #include <map>

@@ -66,7 +66,7 @@ struct DevService::State {
     void OpenHome();
     void Publish();
     void RunClock(std::stop_token stop);
-    Answer Handle(const ReceivedRequest& request);
+    Answer Handle(const ReceivedRequest& request, bool acts);
     Answer Steer(const std::string& command);
     void SetFault(const HttpFaultSwitch& fault);
     bool SetFault(const std::string& text);
@@ -90,6 +90,7 @@ SimTime DevService::State::FirstMoment() const {
 
 void DevService::State::OpenHome() {
     const std::scoped_lock lock(mutex);
+    databaseFaults.PutBackKept();
     const bool fresh = !fs::exists(databases.FileOf(Database::Scheduler));
     databases.Create();
     settings.Load();
@@ -121,13 +122,15 @@ void DevService::State::RunClock(std::stop_token stop) {
         });
 }
 
-Answer DevService::State::Handle(const ReceivedRequest& request) {
+Answer DevService::State::Handle(const ReceivedRequest& request, bool acts) {
     if (request.target.rfind(ControlPrefix, 0) == 0)
         return Steer(request.target.substr(sizeof ControlPrefix - 1));
     return Do([&]() -> Answer {
         received.push_back(request);
         if (received.size() > MostRequests)
             received.pop_front();
+        if (!acts)
+            return {};
         for (const auto& [target, answer] : answers)
             if (request.target.rfind(target, 0) == 0)
                 return answer;
@@ -167,6 +170,10 @@ bool DevService::State::SetFault(const std::string& text) {
     const auto fault = ParseDatabaseFault(text);
     if (!fault)
         return false;
+    if (fault->fault == DatabaseFault::None && fault->database.empty()) {
+        Do([&] { databaseFaults.ClearAll(); });
+        return true;
+    }
     fs::path file = databases.SubTaskFile(fault->database);
     for (const NamedDatabase& named : DatabaseNames)
         if (named.name == fault->database)
@@ -190,7 +197,8 @@ void DevService::Start() {
         throw std::runtime_error("there is no scenario \"" + state.options.scenario + '"');
     if (!state.server)
         state.server = std::make_unique<HttpServer>(
-            state.options.port, [&state](const ReceivedRequest& request) { return state.Handle(request); });
+            state.options.port,
+            [&state](const ReceivedRequest& request, bool acts) { return state.Handle(request, acts); });
     if (state.options.holdLocks)
         state.locks.Take(state.options.home, state.options.serverMode);
     try {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "devservice/DatabaseKinds.h"
 #include "devservice/Faults.h"
 #include "devservice/HttpServer.h"
 #include "devservice/Task.h"
@@ -14,10 +15,6 @@
 
 namespace devservice {
 
-enum class JournalMode { Rollback, Wal };
-
-enum class Database { Scheduler, ProcessLog, History, AuditTrace, FileIndex };
-
 struct Options {
     std::filesystem::path home; ///< the data folder; made when missing
     uint16_t port = 0;          ///< 0: a free one
@@ -29,13 +26,6 @@ struct Options {
     double ticking = 0;         ///< simulated seconds a real second; 0: the clock moves by Advance only
     std::chrono::milliseconds startDelay{0}; ///< until the port opens
     bool holdLocks = true; ///< the shell's mutex and the service's lock, which one service can hold
-};
-
-/// What the fast writer has done since it was switched on.
-struct WriterStatistics {
-    int commits = 0;
-    int failures = 0;
-    std::chrono::microseconds longest{0};
 };
 
 /// A stand-in for the background service: HTTP, databases, tasks on a simulated clock. All its functions may

@@ -41,15 +41,11 @@ struct FaultName {
 };
 
 constexpr FaultName<HttpFault> HttpNames[] = {
-    {"none", HttpFault::None, Number::No},
-    {"refuse", HttpFault::Refuse, Number::Maybe},
-    {"hang", HttpFault::Hang, Number::No},
-    {"delay", HttpFault::Delay, Number::Must},
-    {"drip", HttpFault::Drip, Number::Must},
-    {"fin", HttpFault::CutByFin, Number::No},
-    {"rst", HttpFault::CutByRst, Number::No},
-    {"status", HttpFault::WrongStatus, Number::Must},
-    {"garbage", HttpFault::GarbageHeaders, Number::No},
+    {"none", HttpFault::None, Number::No},    {"refuse", HttpFault::Refuse, Number::Maybe},
+    {"hang", HttpFault::Hang, Number::No},    {"delay", HttpFault::Delay, Number::Must},
+    {"drip", HttpFault::Drip, Number::Must},  {"fin", HttpFault::CutByFin, Number::No},
+    {"rst", HttpFault::CutByRst, Number::No}, {"status", HttpFault::WrongStatus, Number::Must},
+    {"deny", HttpFault::Deny, Number::Must},  {"garbage", HttpFault::GarbageHeaders, Number::No},
 };
 
 constexpr FaultName<DatabaseFault> DatabaseNames[] = {
@@ -83,7 +79,7 @@ std::optional<HttpFaultSwitch> ParseHttpFault(std::string_view text) {
     HttpFaultSwitch result;
     result.fault = *fault;
     result.target = parts->rest;
-    if (*fault == HttpFault::WrongStatus)
+    if (*fault == HttpFault::WrongStatus || *fault == HttpFault::Deny)
         result.status = parts->number;
     else if (parts->number > 0)
         result.time = std::chrono::milliseconds(parts->number);

@@ -16,7 +16,8 @@ enum class HttpFault {
     Drip,          ///< the body comes an octet every `time`
     CutByFin,      ///< half of the body, then an orderly end
     CutByRst,      ///< half of the body, then a reset
-    WrongStatus,   ///< `status` in place of the answer's
+    WrongStatus,   ///< the request acts, and `status` stands in place of the answer's
+    Deny,          ///< `status`, and the request does nothing but be noted
     GarbageHeaders ///< octets that are no HTTP
 };
 
@@ -46,12 +47,20 @@ struct DatabaseFaultSwitch {
     std::chrono::milliseconds time{0};
 };
 
-/// "none", "refuse[:MS]", "hang", "delay:MS", "drip:MS", "fin", "rst", "status:N", "garbage", each with
-/// "@TARGET" behind it where it is for some requests only. None when the text is not understood.
+/// What the fast writer has done since it was switched on.
+struct WriterStatistics {
+    int commits = 0;
+    int failures = 0;
+    std::chrono::microseconds longest{0};
+};
+
+/// "none", "refuse[:MS]", "hang", "delay:MS", "drip:MS", "fin", "rst", "status:N", "deny:N", "garbage", each
+/// with "@TARGET" behind it where it is for some requests only. None when the text is not understood.
 std::optional<HttpFaultSwitch> ParseHttpFault(std::string_view text);
 
 /// "db-locked[:MS]", "db-truncated", "db-garbage", "db-missing", "db-schema", "db-writer:MS", "db-none", each
-/// with "@NAME" behind it, a database's name or a task's identifier; without it the scheduler is meant.
+/// with "@NAME" behind it, a database's name or a task's identifier; without it the scheduler is meant, and
+/// by "db-none" every database.
 struct NamedDatabaseFault {
     DatabaseFault fault = DatabaseFault::None;
     std::string database;

@@ -320,7 +320,11 @@ void HttpServer::State::Serve(Worker& worker) {
         answering = true;
         worker.steering = request->target.rfind(ControlPrefix, 0) == 0;
         const HttpFaultSwitch present = TakeFault(request->target);
-        worker.session.Send(handler(*request), present);
+        const bool denied = present.fault == HttpFault::Deny;
+        Answer answer = handler(*request, !denied);
+        if (denied)
+            answer = {present.status, "This was refused before anything was done.\n"};
+        worker.session.Send(std::move(answer), present);
     }
     worker.ended = true;
 }

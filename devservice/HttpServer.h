@@ -34,7 +34,8 @@ struct Answer {
 /// body on any of them. The port stays bound, though closed, while it refuses.
 class HttpServer {
 public:
-    using Handler = std::function<Answer(const ReceivedRequest&)>;
+    /// Answers a request; one that does not act is only to be noted, its answer is not used.
+    using Handler = std::function<Answer(const ReceivedRequest&, bool acts)>;
 
     /// Binds the port (0: a free one); throws std::runtime_error that names a port which is taken.
     HttpServer(uint16_t port, Handler handler);

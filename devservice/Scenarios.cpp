@@ -98,6 +98,20 @@ void SetProgress(Task& task, int doneOfTen) {
         task.subTasks[i].state = SubTaskState::Done;
 }
 
+unsigned DayOfWeek(SimTime time) {
+    return std::chrono::weekday(std::chrono::floor<std::chrono::days>(time)).c_encoding();
+}
+
+/// A schedule by which the last run began when the story says, set up `before` that.
+Schedule ScheduleOf(const Story& story, SimTime now, std::chrono::hours before) {
+    const SimTime lastRun = now - story.sinceLastRun;
+    Schedule schedule{story.kind, story.mode, lastRun - before};
+    const unsigned day = DayOfWeek(lastRun);
+    for (unsigned i = 0; story.mode == ScheduleMode::Weekdays && i < schedule.weekdays.size(); ++i)
+        schedule.weekdays[(day + i) % schedule.weekdays.size()] = i == 0 || i == 2 || i == 4;
+    return schedule;
+}
+
 Task Tell(const Story& story, unsigned number, SimTime now, std::mt19937_64& random) {
     Task task;
     task.id = Guid(1, number);
@@ -105,15 +119,15 @@ Task Tell(const Story& story, unsigned number, SimTime now, std::mt19937_64& ran
     task.type = story.type;
     task.description = story.description;
     task.state = story.state;
-    task.created = now - 24h * (number * 7 % 90 + 20) - 47min * number;
-    task.schedule = {story.kind, story.mode, task.created, {false, true, false, true, false, true, false}};
+    task.schedule = ScheduleOf(story, now, 24h * (number * 7 % 90 + 20));
+    task.created = task.schedule.start - 47min;
     if (story.sinceLastRun > 0min)
         task.lastRun = now - story.sinceLastRun;
-    if (story.state != TaskState::Held)
-        task.nextRun = story.mode == ScheduleMode::Continuous && story.kind != ScheduleKind::Once
-                           ? now + 12s * number // not all at once
-                           : task.schedule.NextRun(now);
-    task.runCount = story.sinceLastRun > 0min ? 1 + static_cast<int>(number) * 3 : 0;
+    const bool once = story.kind == ScheduleKind::Once;
+    task.nextRun = story.mode == ScheduleMode::Continuous && !once ? now + 12s * number // not all at once
+                                                                   : task.schedule.NextRun(now);
+    if (task.lastRun)
+        task.runCount = once ? 1 : 1 + static_cast<int>(number) * 3;
     task.subTasks = PlanWork(task, random);
     SetProgress(task, story.doneOfTen);
     if (story.lockedFile) {
@@ -130,24 +144,54 @@ Task Tell(const Story& story, unsigned number, SimTime now, std::mt19937_64& ran
     return task;
 }
 
-/// What a task's earlier runs have left in the logs.
+bool RunsOnDayOf(const Schedule& schedule, SimTime time) {
+    return schedule.weekdays[DayOfWeek(time)];
+}
+
+/// When the task's last runs that have ended began, as its schedule has it; the latest first.
+std::vector<SimTime> EndedRuns(const Task& task) {
+    constexpr std::chrono::minutes BetweenScansThatFind = 40min;
+    std::vector<SimTime> starts;
+    const int ended = task.runCount - (task.state == TaskState::Running ? 1 : 0);
+    SimTime start = task.lastRun.value_or(SimTime());
+    const auto goBack = [&] {
+        do
+            start -= task.schedule.mode == ScheduleMode::Continuous ? BetweenScansThatFind : 24h;
+        while (task.schedule.mode == ScheduleMode::Weekdays && !RunsOnDayOf(task.schedule, start));
+    };
+    if (task.state == TaskState::Running && ended > 0)
+        goBack();
+    for (const int most = std::min(ended, 6); static_cast<int>(starts.size()) < most; goBack())
+        starts.push_back(start);
+    return starts;
+}
+
+/// What a task's runs have left in the logs. Now and then one went wrong; the latest went as the state says.
 void TellPast(const Task& task, TaskEngine& engine) {
-    const int runs = std::min(task.runCount, 6);
+    const std::vector<SimTime> starts = EndedRuns(task);
     const int total = static_cast<int>(task.subTasks.size());
     Changes& changes = engine.Unwritten();
-    for (int run = runs; run > 0; --run) {
-        const SimTime start = *task.lastRun - 24h * run;
-        const bool failed = task.state == TaskState::Failed || run == 4;
-        const SimTime stop = start + 6min + 13s * total;
-        changes.processLog.push_back({task.id, start, stop,
-                                      failed ? "1 sub-task failed" : "Completed successfully", total,
-                                      failed ? 1 : 0, total});
+    for (size_t back = starts.size(); back-- > 0;) {
+        const SimTime start = starts[back];
+        const bool latest = back == 0 && task.state != TaskState::Running;
+        const bool halted = latest && task.state == TaskState::Paused;
+        const bool failed = latest ? task.state == TaskState::Failed : back % 4 == 3;
+        const int processed =
+            halted ? static_cast<int>(
+                         std::count_if(task.subTasks.begin(), task.subTasks.end(),
+                                       [](const SubTask& each) { return each.state == SubTaskState::Done; }))
+                   : total;
+        const SimTime stop = start + 2min + 13s * processed;
+        const char* outcome = halted   ? "Paused by the user"
+                              : failed ? "1 sub-task failed"
+                                       : "Completed successfully";
+        changes.processLog.push_back({task.id, start, stop, outcome, total, failed ? 1 : 0, processed});
         changes.audit.push_back({0, TaskTrace(task.id, "Task \"" + task.name + "\" has started"), start});
         if (failed)
             changes.audit.push_back(
                 {2, TaskTrace(task.id, "Upload failed: The file is used by another program"), start + 2min});
         changes.audit.push_back(
-            {failed ? 2 : 0, TaskTrace(task.id, "Task \"" + task.name + "\" has ended"), stop});
+            {failed ? 2 : 0, TaskTrace(task.id, "Task \"" + task.name + "\" has ended: " + outcome), stop});
     }
 }
 
@@ -225,10 +269,12 @@ void TellHuge(TaskEngine& engine, Databases& databases) {
         task.description = "E:\\Archive\\box " + std::to_string(i) + "\t/Vault/Archive\t*";
         task.state = states[i % 4];
         task.created = now - 1min * i;
-        task.schedule = {ScheduleKind::Backup, ScheduleMode::Daily, task.created};
+        const bool once = task.state == TaskState::Completed;
+        task.schedule = {once ? ScheduleKind::Once : ScheduleKind::Backup, ScheduleMode::Daily, task.created};
         task.lastRun = now - 1h - 1min * i;
-        task.nextRun = now + 24h + 1s * i;
-        task.runCount = i % 30;
+        if (!once)
+            task.nextRun = now + 24h + 1s * i;
+        task.runCount = once ? 1 : 1 + i % 30;
         if (i < TasksWithWork)
             task.subTasks = ManySubTasks(i == 0 ? HugeSubTasks : 200);
         engine.Put(std::move(task), i < TasksWithWork ? SubTaskFileOf::Every : SubTaskFileOf::None);

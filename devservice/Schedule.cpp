@@ -57,7 +57,9 @@ std::string Schedule::ToBlob() const {
         PutWord(blob, StartAt + 4 * i, words[i]);
     for (size_t i = 0; i < weekdays.size(); ++i)
         blob[WeekdaysAt + i] = weekdays[i] ? '\1' : '\0';
-    blob[WeekdaysUsedAt] = mode == ScheduleMode::Weekdays ? '\1' : '\0';
+    // What recurs without being a backup says so by its weekdays alone.
+    const bool told = kind == ScheduleKind::Service || kind == ScheduleKind::Sync;
+    blob[WeekdaysUsedAt] = told || mode == ScheduleMode::Weekdays ? '\1' : '\0';
     return blob;
 }
 

@@ -2,6 +2,8 @@
 #include "platform/Folders.h"
 #include "platform/ServiceControl.h"
 
+#include <QByteArray>
+
 #include <algorithm>
 #include <atomic>
 #include <charconv>
@@ -25,9 +27,10 @@ A stand-in for the background service, for development and tests.
   --wal               write-ahead logs in place of rollback journals
   --start-delay MS    open the port that late
   --fault SWITCH      may be given often; also at run time: PUT /dev/fault?SWITCH
-                      refuse[:MS] hang delay:MS drip:MS fin rst status:N garbage none, with @TARGET for some
-                      requests only; db-locked[:MS] db-truncated db-garbage db-missing db-schema db-writer:MS
-                      db-none, with @scheduler, @processlog, @history, @audit, @fileindex or @TASK
+                      refuse[:MS] hang delay:MS drip:MS fin rst status:N deny:N garbage none, with @TARGET for
+                      some requests only (status acts and answers N, deny answers N and does not act);
+                      db-locked[:MS] db-truncated db-garbage db-missing db-schema
+                      db-writer:MS db-none, with @scheduler, @processlog, @history, @audit, @fileindex or @TASK
   --refuse-start      only leave the command that starts this service, and fail whenever it is used
   --until-stdin-closes  end when standard input ends
 )";
@@ -107,8 +110,11 @@ Arguments Parse(const std::vector<std::string>& words) {
             throw UsageError("unknown option " + *word);
     }
     devservice::Options& options = result.options;
-    if (options.home.empty())
-        options.home = platform::DataFolder(options.serverMode);
+    const bool homeGiven = !options.home.empty();
+    options.home =
+        std::filesystem::absolute(homeGiven ? options.home : platform::DataFolder(options.serverMode));
+    if (homeGiven) // locks and events are those of this folder then, and nobody else's
+        qputenv("BREN_HOME", QByteArray::fromStdString(platform::Utf8FromPath(options.home)));
     if (options.scenario.empty())
         options.scenario = options.serverMode ? "server" : "desktop";
     options.port = static_cast<uint16_t>(port ? *port : DefaultPort(options.serverMode));
@@ -128,7 +134,7 @@ void LeaveStartCommand(const Arguments& arguments, std::vector<std::string> comm
     // Whoever starts it again gives it no input.
     command.erase(std::remove(command.begin(), command.end(), UntilStdinCloses), command.end());
     command.insert(command.begin(), platform::Utf8FromPath(platform::ExecutableFile()));
-    const std::filesystem::path home = std::filesystem::absolute(arguments.options.home);
+    const std::filesystem::path& home = arguments.options.home;
     command.insert(command.end(), {"--home", platform::Utf8FromPath(home), "--port", std::to_string(port)});
     std::filesystem::create_directories(home);
     if (!platform::WriteStartCommand(home, "brengroupsvc", command))

@@ -29,16 +29,32 @@ public:
     /// Whether the start tells its milestones and then ends, for the benchmark.
     bool ReportStart() const { return m_reportStart; }
 
-    /// The text for an elevated copy of this program.
-    QString ElevatedText() const;
+    /// What the program prints, and then ends, when "--help" or "--version" stands among the arguments; empty
+    /// without them. Needs no application.
+    QString TextToPrint() const;
+
+    /// The arguments for an elevated copy of this program, as they came.
+    QStringList ElevatedArguments() const;
+
+    /// Takes over what WithSurroundings has added. Before anything reads it.
+    void ApplySurroundings() const;
 
 private:
     bool Has(QStringView name) const { return m_text.contains(name); }
     bool TakeDevelopmentOption(const QString& argument);
 
+    QStringList m_switches;
     QString m_text;
+    QString m_home; ///< empty: as the environment says, also of the next
+    QString m_port;
     QString m_tourFolder;
     QString m_firstSection;
     bool m_gallery = false;
     bool m_reportStart = false;
+    bool m_help = false;
+    bool m_version = false;
 };
+
+/// The arguments with the data folder and the service's port, which an elevated copy does not find in its
+/// environment everywhere, and the folder made absolute, because the copy starts elsewhere.
+QStringList WithSurroundings(const QStringList& arguments);

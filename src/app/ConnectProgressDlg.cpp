@@ -2,55 +2,56 @@
 
 #include "zep/Mui.h"
 
-#include <QLabel>
 #include <QMessageBox>
 #include <QProgressBar>
-#include <QVBoxLayout>
 
-CConnectProgressDlg::CConnectProgressDlg(ServiceWait& wait, std::chrono::milliseconds tick)
-    : m_wait(wait), m_bar(new QProgressBar) {
-    setWindowTitle(tr("Connecting to ") + ZEPMuiGetBrandingStringW(Branding::ProductLine) +
-                   tr(" Server...."));
-    m_bar->setRange(0, ServiceWait::Tries);
-    m_bar->setTextVisible(false);
-    m_bar->setAccessibleName(windowTitle());
-
-    auto* text = new QLabel(tr("Waiting for the background service to answer. This takes a few seconds."));
-    text->setWordWrap(true);
-    auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(24, 20, 24, 24);
-    layout->setSpacing(12);
-    layout->addWidget(text);
-    layout->addWidget(m_bar);
-    setMinimumWidth(420);
-
+CConnectProgressDlg::CConnectProgressDlg(ServiceWait& wait, QString consoleTitle,
+                                         std::chrono::milliseconds tick)
+    : CWaitDlg(tr("Connecting to ") + ZEPMuiGetBrandingStringW(Branding::ProductLine) + tr(" Server...."),
+               tr("Waiting for the background service to answer. This takes a few seconds.")),
+      m_wait(wait), m_consoleTitle(std::move(consoleTitle)) {
+    Bar()->setRange(0, ServiceWait::Tries);
+    Bar()->setAccessibleName(windowTitle());
     connect(&m_timer, &QTimer::timeout, this, &CConnectProgressDlg::OnTick);
     m_timer.start(tick);
 }
 
 void CConnectProgressDlg::OnTick() {
-    m_bar->setValue(++m_ticks);
-    if (m_wait.TakeOpenFailed()) {
-        auto* box = new QMessageBox(QMessageBox::Warning, windowTitle(), tr("Open Service Manager Failed\n"),
-                                    QMessageBox::Ok, this);
-        box->setAttribute(Qt::WA_DeleteOnClose);
-        box->open();
-        m_box = box;
-    }
-    // The dialog would take the message away with it.
-    if (m_box)
-        return;
-    const ServiceWait::State state = m_wait.CurrentState();
-    if (m_ticks >= ServiceWait::Tries)
-        Finish(ConnectResult::TimedOut);
-    else if (state == ServiceWait::State::Answered)
-        Finish(ConnectResult::Answered);
-    else if (state == ServiceWait::State::StartRefused)
-        Finish(ConnectResult::StartRefused);
+    Bar()->setValue(++m_ticks);
+    if (m_wait.TakeOpenFailed())
+        ShowOpenFailed();
+    m_result = ResultNow();
+    FinishWhenDone();
 }
 
-void CConnectProgressDlg::Finish(ConnectResult result) {
+void CConnectProgressDlg::ShowOpenFailed() {
+    auto* box = new QMessageBox(QMessageBox::Critical, m_consoleTitle, tr("Open Service Manager Failed\n"),
+                                QMessageBox::Ok, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    connect(box, &QDialog::finished, this, [this] {
+        m_box = nullptr;
+        FinishWhenDone();
+    });
+    box->open();
+    m_box = box;
+}
+
+std::optional<ConnectResult> CConnectProgressDlg::ResultNow() const {
+    const ServiceWait::State state = m_wait.CurrentState();
+    const bool isLastTick = m_ticks >= ServiceWait::Tries;
+    if (state == ServiceWait::State::StartRefused || (isLastTick && state == ServiceWait::State::Starting))
+        return ConnectResult::StartRefused;
+    if (isLastTick)
+        return ConnectResult::TimedOut;
+    if (state == ServiceWait::State::Answered)
+        return ConnectResult::Answered;
+    return {};
+}
+
+void CConnectProgressDlg::FinishWhenDone() {
+    if (!m_result)
+        return;
     m_timer.stop();
-    m_result = result;
-    done(result == ConnectResult::Answered ? Accepted : Rejected);
+    if (!m_box) // which the dialog would take away with it
+        done(m_result == ConnectResult::Answered ? Accepted : Rejected);
 }

@@ -2,32 +2,34 @@
 
 #include "app/ServiceWait.h"
 #include "app/StartUp.h"
+#include "app/WaitDlg.h"
 
-#include <QDialog>
 #include <QPointer>
 #include <QTimer>
 
-class QProgressBar;
-
-/// "Connecting to ... Server....": watches a ServiceWait for at most 30 ticks.
-class CConnectProgressDlg : public QDialog {
+/// "Connecting to ... Server....": watches a ServiceWait for at most 30 ticks. A box of its own keeps it
+/// open, but changes nothing about how it ends.
+class CConnectProgressDlg : public CWaitDlg {
     Q_OBJECT
 
 public:
-    /// The wait outlives the dialog: after the last tick its thread may still be inside a request.
-    explicit CConnectProgressDlg(ServiceWait& wait, std::chrono::milliseconds tick = ServiceWait::Interval);
+    /// The wait outlives the dialog. `consoleTitle` is that of the box.
+    CConnectProgressDlg(ServiceWait& wait, QString consoleTitle,
+                        std::chrono::milliseconds tick = ServiceWait::Interval);
 
     /// Valid once the dialog has finished.
-    ConnectResult Result() const { return m_result; }
+    ConnectResult Result() const { return m_result.value_or(ConnectResult::ClosedByUser); }
 
 private:
     void OnTick();
-    void Finish(ConnectResult result);
+    void ShowOpenFailed();
+    std::optional<ConnectResult> ResultNow() const;
+    void FinishWhenDone();
 
     ServiceWait& m_wait;
+    QString m_consoleTitle;
     QTimer m_timer;
-    QProgressBar* m_bar;
     int m_ticks = 0;
     QPointer<QDialog> m_box;
-    ConnectResult m_result = ConnectResult::ClosedByUser;
+    std::optional<ConnectResult> m_result; ///< the first that came
 };

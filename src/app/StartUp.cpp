@@ -1,17 +1,18 @@
 #include "app/StartUp.h"
 
-#include "platform/Registry.h"
 #include "zep/Mui.h"
 
 #include <algorithm>
 
+namespace {
+
+constexpr int NoShell = 1;
+constexpr int EnvironmentUnusable = 2;
+
+} // namespace
+
 bool IsQbsServerMode(const QString& serverMode) {
     return serverMode.compare(QLatin1String("QBS"), Qt::CaseInsensitive) == 0;
-}
-
-bool IsBrQBSMode() {
-    const platform::RegistryKey key{platform::RegistryRoot::LocalMachine, "SOFTWARE\\Brenvia"};
-    return platform::ReadRegistryDword(key, "BrQBSMode").value_or(1) == 0;
 }
 
 QString ConsoleTitle(bool serverMode, bool qbsServerMode) {
@@ -29,14 +30,14 @@ const VDirRecord* FindHome(const std::vector<VDirRecord>& records) {
 }
 
 bool CBTaskMMCApp::InitInstance() {
-    m_qbsServerMode = IsQbsServerMode(m_operations.ReadServerModeValue());
-    ZEPMuiInitialize();
+    SetModes();
+    if (!HasUsableEnvironment())
+        return false;
     const bool server = m_commandLine.Server();
     if (server && !m_commandLine.RunAs() && m_operations.MayElevate()) {
         RelaunchElevated();
         return false;
     }
-    m_operations.SetServerMode(server);
     if (!(server ? ReachServer() && ConfigureServer() : ReachDesktopShell()))
         return false;
     if (m_commandLine.EditHome())
@@ -44,7 +45,24 @@ bool CBTaskMMCApp::InitInstance() {
     else if (m_commandLine.Cloud())
         m_operations.ShowCloudServicePage();
     else
-        m_operations.ShowMainWindow(ConsoleTitle(server, m_qbsServerMode), m_commandLine.InitialView());
+        m_operations.ShowMainWindow(m_title, m_commandLine.InitialView());
+    return false;
+}
+
+/// First of all: where lines are traced, what a box is titled and which service is meant hang on it.
+void CBTaskMMCApp::SetModes() {
+    m_operations.SetServerMode(m_commandLine.Server());
+    ZEPMuiInitialize();
+    m_title = ConsoleTitle(m_commandLine.Server(), IsQbsServerMode(m_operations.ReadServerModeValue()));
+    m_operations.SetTitle(m_title);
+}
+
+bool CBTaskMMCApp::HasUsableEnvironment() {
+    const QString mistake = m_operations.EnvironmentMistake();
+    if (mistake.isEmpty())
+        return true;
+    ShowError(mistake);
+    m_exitCode = EnvironmentUnusable;
     return false;
 }
 
@@ -53,15 +71,14 @@ bool CBTaskMMCApp::ReachServer() {
     case ConnectResult::Answered:
         return MayReadScheduler();
     case ConnectResult::StartRefused:
-        m_operations.ShowMessage(
-            tr("Service can not be started. Launching the console as an Administrator may solve the "
-               "problem, or you can start the service directly from Service Control Manager."));
+        ShowError(tr("Service can not be started. Launching the console as an Administrator may solve the "
+                     "problem, or you can start the service directly from Service Control Manager."));
         return false;
     case ConnectResult::ClosedByUser:
         return false;
     case ConnectResult::TimedOut:
         // A service that runs but is busy gets no second attempt from us: that one is the user's.
-        if (!m_operations.IsServiceRunning() && !m_commandLine.RunAs())
+        if (!m_operations.IsServiceRunning().value_or(true) && !m_commandLine.RunAs())
             RelaunchElevated();
         return false;
     }
@@ -69,8 +86,9 @@ bool CBTaskMMCApp::ReachServer() {
 }
 
 bool CBTaskMMCApp::MayReadScheduler() {
-    if (m_operations.ProbeSchedulerDbAccess())
-        return true;
+    const std::optional<bool> mayRead = m_operations.ProbeSchedulerDbAccess();
+    if (!mayRead || *mayRead)
+        return mayRead.has_value();
     if (!m_commandLine.RunAs()) {
         RelaunchElevated();
         return false;
@@ -84,37 +102,47 @@ bool CBTaskMMCApp::ReachDesktopShell() {
     if (m_operations.IsShellRunning())
         return true;
     m_operations.Trace(QStringLiteral("[ShellFolder]GUIShell is not up, exit....\n"));
-    m_operations.ShowMessage(
-        tr("Brenvia Orbitdesk is not running, please start Brenvia Orbitdesk then try this again"));
+    ShowError(tr("Brenvia Orbitdesk is not running, please start Brenvia Orbitdesk then try this again"),
+              m_operations.ShellPlace());
+    m_exitCode = NoShell;
     return false;
 }
 
 bool CBTaskMMCApp::ConfigureServer() {
-    if (!m_commandLine.BackupWizard() && m_operations.IsServerConfigured())
-        return true;
+    if (!m_commandLine.BackupWizard()) {
+        const std::optional<bool> configured = m_operations.IsServerConfigured();
+        if (!configured || *configured)
+            return configured.has_value();
+    }
     m_operations.RunConfigurationWizard();
-    return m_operations.IsServerConfigured();
+    return m_operations.IsServerConfigured().value_or(false);
 }
 
 void CBTaskMMCApp::RelaunchElevated() {
     if (!m_operations.MayElevate())
-        m_operations.ShowMessage(tr("You don't have the required permission to run this program."));
-    else if (!m_operations.StartElevated(m_commandLine.ElevatedText()))
-        m_operations.ShowMessage(
+        ShowError(tr("You don't have the required permission to run this program."));
+    else if (!m_operations.StartElevated(m_commandLine.ElevatedArguments()))
+        ShowError(
             tr("Application can not be started. Launch the console as Administrator may solve the problem."));
 }
 
 void CBTaskMMCApp::EditHome() {
-    const std::optional<QByteArray> answer = m_operations.RequestVdirList();
+    const ServiceAnswer answer = m_operations.RequestVdirList();
+    if (answer.outcome == ServiceOutcome::Cancelled)
+        return;
     if (!answer) {
-        m_operations.ShowMessage(ZEPMuiGetStringW(Message::VirtualDirectoriesUnavailable));
+        ShowError(ZEPMuiGetStringW(Message::VirtualDirectoriesUnavailable));
         return;
     }
-    const std::optional<std::vector<VDirRecord>> records = ParseVdirList(*answer);
+    const std::optional<std::vector<VDirRecord>> records = ParseVdirList(answer.body);
     if (!records)
         return;
     if (const VDirRecord* home = FindHome(*records))
         m_operations.EditVirtualDirectory(*home);
     else
-        m_operations.ShowMessage(ZEPMuiGetStringW(Message::HomeDirectoryMissing));
+        m_operations.ShowMessage(MessageKind::Information, ZEPMuiGetStringW(Message::HomeDirectoryMissing));
+}
+
+void CBTaskMMCApp::ShowError(const QString& text, const QString& details) {
+    m_operations.ShowMessage(MessageKind::Error, text, details);
 }

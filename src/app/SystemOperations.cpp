@@ -4,8 +4,11 @@
 #include "app/BackupSvrConfigWizard.h"
 #include "app/ConnectProgressDlg.h"
 #include "app/Pages.h"
+#include "app/ServiceWait.h"
 #include "app/StartReport.h"
+#include "app/WaitDlg.h"
 #include "development/Tour.h"
+#include "development/WatchedReader.h"
 #include "platform/Elevation.h"
 #include "platform/Folders.h"
 #include "platform/NamedObjects.h"
@@ -16,81 +19,137 @@
 #include "zep/LiveCounters.h"
 #include "zep/Mui.h"
 #include "zep/SysInfo.h"
+#include "zep/Text.h"
 #include "zep/TracePrintf.h"
 
 #include <QApplication>
 #include <QMessageBox>
-#include <QProcess>
+
+#include <semaphore>
+#include <thread>
 
 namespace {
 
 const platform::RegistryKey MachineKey{platform::RegistryRoot::LocalMachine, "SOFTWARE\\Brenvia"};
 constexpr size_t ServerModeMaxBytes = 520;
 
-QMessageBox::StandardButton ShowBox(QMessageBox::Icon icon, const QString& text,
-                                    QMessageBox::StandardButtons buttons) {
-    QMessageBox box(icon, ZEPMuiGetBrandingStringW(Branding::DesktopConsole), text, buttons);
-    box.setTextFormat(Qt::PlainText);
-    return static_cast<QMessageBox::StandardButton>(box.exec());
-}
+constexpr std::chrono::milliseconds AppearDelay{250};
+constexpr char ShellMutex[] = "IOSGUISHELLUPMUTEX";
 
 } // namespace
+
+/// Fetches while a window says what is waited for; nothing when that has been closed.
+template <typename Fetch>
+auto SystemOperations::Await(const QString& what, Fetch fetch)
+    -> std::optional<std::invoke_result_t<Fetch&, std::stop_token>> {
+    using Value = std::invoke_result_t<Fetch&, std::stop_token>;
+    std::optional<Value> result;
+    CWaitDlg window(m_title, what);
+    std::binary_semaphore fetched(0);
+    std::jthread thread([&](std::stop_token stop) {
+        try {
+            result = fetch(std::move(stop));
+        } catch (const std::exception& error) {
+            TracePrintf(TraceLevel::Error,
+                        QStringLiteral("[StartUp]%1").arg(QString::fromUtf8(error.what())));
+            result = Value();
+        }
+        fetched.release();
+        QMetaObject::invokeMethod(&window, &QDialog::accept, Qt::QueuedConnection);
+    });
+    // Most answers are there before anybody could read the window.
+    const bool closed = !fetched.try_acquire_for(AppearDelay) && window.exec() != QDialog::Accepted;
+    thread.request_stop();
+    thread.join();
+    return closed ? std::nullopt : result;
+}
+
+void SystemOperations::SetServerMode(bool serverMode) {
+    ZEPSysInfoSetServerMode(serverMode);
+    m_reader.emplace();
+}
+
+void SystemOperations::SetTitle(const QString& title) {
+    m_title = title;
+}
 
 QString SystemOperations::ReadServerModeValue() {
     const auto value = platform::ReadRegistryText(MachineKey, "ServerMode", ServerModeMaxBytes);
     return QString::fromLocal8Bit(value.value_or(std::string()));
 }
 
-void SystemOperations::SetServerMode(bool serverMode) {
-    ZEPSysInfoSetServerMode(serverMode);
+QString SystemOperations::EnvironmentMistake() {
+    try {
+        platform::DataFolder(ZEPSysInfoIsServer());
+    } catch (const platform::FolderUnknown& unknown) {
+        return QString::fromUtf8(unknown.what());
+    }
+    return ServicePortMistake();
 }
 
 bool SystemOperations::MayElevate() {
     return platform::MayElevate();
 }
 
-bool SystemOperations::StartElevated(const QString& parameters) {
-    std::vector<std::string> arguments;
-    for (const QString& argument : QProcess::splitCommand(parameters))
-        arguments.push_back(argument.toStdString());
-    const QString program = QApplication::applicationFilePath();
-    return platform::RelaunchElevated(platform::PathFromUtf8(program.toStdString()), arguments);
+bool SystemOperations::StartElevated(const QStringList& arguments) {
+    std::vector<std::string> words;
+    for (const QString& argument : WithSurroundings(arguments))
+        words.push_back(argument.toStdString());
+    return platform::RelaunchElevated(platform::ExecutableFile(), words);
 }
 
-bool SystemOperations::IsServiceRunning() {
-    const ServiceCheck check = CheckService();
-    if (check.openFailed)
-        ShowMessage(tr("Open Service Manager Failed\n"));
-    return check.running;
+std::optional<bool> SystemOperations::IsServiceRunning() {
+    const auto check = Await(tr("Asking whether the background service runs."), CheckService);
+    if (check && check->openFailed)
+        ShowMessage(MessageKind::Error, tr("Open Service Manager Failed\n"));
+    return check ? std::optional(check->running) : std::nullopt;
 }
 
-bool SystemOperations::ProbeSchedulerDbAccess() {
-    // It is asked for the right alone: a missing file passes, and so does a locked one.
-    return ProbeSchedulerDatabase({}, {.attempts = 1}).outcome != ReadOutcome::NoRight;
+std::optional<bool> SystemOperations::ProbeSchedulerDbAccess() {
+    return Await(tr("Looking for the scheduler's database."), [](std::stop_token stop) {
+        // It is asked for the right alone: a missing file passes, and so does a locked one.
+        return ProbeSchedulerDatabase(std::move(stop), {.attempts = 1}).outcome != ReadOutcome::NoRight;
+    });
 }
 
 bool SystemOperations::IsShellRunning() {
-    return platform::IsMutexHeld("IOSGUISHELLUPMUTEX");
+    return platform::IsMutexHeld(ShellMutex);
+}
+
+QString SystemOperations::ShellPlace() {
+    const std::optional<std::filesystem::path> file = platform::MutexFile(ShellMutex);
+    if (!file)
+        return tr("Looked for the mutex \"%1\" of this session.").arg(QLatin1String(ShellMutex));
+    if (file->empty())
+        return tr("Looked for the lock \"%1.mutex\", but there is no folder for this user's locks.")
+            .arg(QLatin1String(ShellMutex));
+    return tr("Looked for the lock \"%1\" in the folder \"%2\".")
+        .arg(FromPath(file->filename()), FromPath(file->parent_path()));
 }
 
 ConnectResult SystemOperations::Connect(bool mayStartService) {
-    m_wait = std::make_unique<ServiceWait>(ServiceWait::RealSteps(), mayStartService);
-    CConnectProgressDlg dialog(*m_wait);
+    ServiceWait wait(ServiceWait::RealSteps(), mayStartService);
+    CConnectProgressDlg dialog(wait, m_title);
     dialog.exec();
     return dialog.Result();
 }
 
-bool SystemOperations::IsServerConfigured() {
-    return m_service.GetBoolSetting(QStringLiteral("BSInitConfig"), false);
+std::optional<bool> SystemOperations::IsServerConfigured() {
+    return Await(tr("Waiting for the background service to tell how this server is set up."),
+                 [service = m_service](std::stop_token stop) {
+                     return service.GetBoolSetting(QStringLiteral("BSInitConfig"), false, std::move(stop));
+                 });
 }
 
 void SystemOperations::RunConfigurationWizard() {
-    CBackupSvrConfigWizard(m_service, m_reader, m_prompts).exec();
+    CBackupSvrConfigWizard(m_service, *m_reader, m_prompts).exec();
 }
 
-std::optional<QByteArray> SystemOperations::RequestVdirList() {
-    const ServiceAnswer answer = m_service.RequestVdirList();
-    return answer ? std::optional(answer.body) : std::nullopt;
+ServiceAnswer SystemOperations::RequestVdirList() {
+    const auto answer = Await(
+        tr("Waiting for the background service to list the virtual directories."),
+        [service = m_service](std::stop_token stop) { return service.RequestVdirList(std::move(stop)); });
+    return answer.value_or(ServiceAnswer{ServiceOutcome::Cancelled, 0, {}, {}});
 }
 
 void SystemOperations::EditVirtualDirectory(const VDirRecord& record) {
@@ -98,12 +157,12 @@ void SystemOperations::EditVirtualDirectory(const VDirRecord& record) {
 }
 
 void SystemOperations::ShowCloudServicePage() {
-    CloudSvcPage(m_service, m_reader).exec();
+    CloudSvcPage(m_service, *m_reader).exec();
 }
 
 void SystemOperations::ShowMainWindow(const QString& title, int initialView) {
     LiveCounters counters;
-    IdleWatch reader(m_reader);
+    WatchedReader reader(*m_reader);
     CBTaskMMCDlg window(m_service, counters, m_prompts, reader,
                         {.title = title,
                          .version = ReadConsoleVersion(),
@@ -116,19 +175,26 @@ void SystemOperations::ShowMainWindow(const QString& title, int initialView) {
     window.show();
     std::unique_ptr<Tour> tour;
     if (!m_commandLine.TourFolder().isEmpty())
-        tour = std::make_unique<Tour>(window, reader, m_commandLine.TourFolder());
+        tour = std::make_unique<Tour>(window, reader, std::vector<DialogEntry>(), m_commandLine.TourFolder());
     std::unique_ptr<StartReport> report;
     if (m_commandLine.ReportStart())
         report = std::make_unique<StartReport>(window, reader);
     QApplication::exec();
 }
 
-void SystemOperations::ShowMessage(const QString& text) {
-    ShowBox(QMessageBox::Information, text, QMessageBox::Ok);
+void SystemOperations::ShowMessage(MessageKind kind, const QString& text, const QString& details) {
+    const bool isError = kind == MessageKind::Error;
+    QMessageBox box(isError ? QMessageBox::Critical : QMessageBox::Information, m_title, text,
+                    QMessageBox::Ok);
+    box.setTextFormat(Qt::PlainText);
+    box.setDetailedText(details);
+    box.exec();
 }
 
 bool SystemOperations::AskToContinue(const QString& question) {
-    return ShowBox(QMessageBox::Warning, question, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+    QMessageBox box(QMessageBox::Warning, m_title, question, QMessageBox::Yes | QMessageBox::No);
+    box.setTextFormat(Qt::PlainText);
+    return box.exec() == QMessageBox::Yes;
 }
 
 void SystemOperations::Trace(const QString& line) {

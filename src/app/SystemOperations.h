@@ -1,6 +1,5 @@
 #pragma once
 
-#include "app/ServiceWait.h"
 #include "app/StartUp.h"
 #include "lanes/ThreadReader.h"
 #include "page/WindowPrompts.h"
@@ -14,28 +13,35 @@ class SystemOperations : public StartUpOperations {
 public:
     explicit SystemOperations(CommandLine commandLine) : m_commandLine(std::move(commandLine)) {}
 
-    QString ReadServerModeValue() override;
     void SetServerMode(bool serverMode) override;
+    void SetTitle(const QString& title) override;
+    QString ReadServerModeValue() override;
+    QString EnvironmentMistake() override;
     bool MayElevate() override;
-    bool StartElevated(const QString& parameters) override;
-    bool IsServiceRunning() override;
-    bool ProbeSchedulerDbAccess() override;
+    bool StartElevated(const QStringList& arguments) override;
+    std::optional<bool> IsServiceRunning() override;
+    std::optional<bool> ProbeSchedulerDbAccess() override;
     bool IsShellRunning() override;
+    QString ShellPlace() override;
     ConnectResult Connect(bool mayStartService) override;
-    bool IsServerConfigured() override;
+    std::optional<bool> IsServerConfigured() override;
     void RunConfigurationWizard() override;
-    std::optional<QByteArray> RequestVdirList() override;
+    ServiceAnswer RequestVdirList() override;
     void EditVirtualDirectory(const VDirRecord& record) override;
     void ShowCloudServicePage() override;
     void ShowMainWindow(const QString& title, int initialView) override;
-    void ShowMessage(const QString& text) override;
+    void ShowMessage(MessageKind kind, const QString& text, const QString& details = {}) override;
     bool AskToContinue(const QString& question) override;
     void Trace(const QString& line) override;
 
 private:
+    template <typename Fetch>
+    auto Await(const QString& what, Fetch fetch)
+        -> std::optional<std::invoke_result_t<Fetch&, std::stop_token>>;
+
     CommandLine m_commandLine;
-    std::unique_ptr<ServiceWait> m_wait; ///< may still be inside a request when its dialog has given up
+    QString m_title;
     ServiceClient m_service;
     WindowPrompts m_prompts;
-    ThreadReader m_reader;
+    std::optional<ThreadReader> m_reader; ///< once the mode is set, which its threads read
 };

@@ -25,6 +25,8 @@ bool IsFieldValue(std::string_view text) {
     return std::none_of(text.begin(), text.end(), [](char c) { return c == '\r' || c == '\n' || c == '\0'; });
 }
 
+constexpr uint64_t MaxReserve = uint64_t{1} << 20;
+
 } // namespace
 
 std::string EscapeTarget(std::string_view target) {
@@ -55,6 +57,16 @@ bool CanBeSent(const HttpRequest& request) {
 
 bool SendsLength(const HttpRequest& request) {
     return (request.body && !request.body->empty()) || request.verb == "PUT" || request.verb == "POST";
+}
+
+void ReserveAnnounced(std::string& body, uint64_t octets) {
+    body.reserve(static_cast<size_t>(std::min(octets, MaxReserve)));
+}
+
+bool AppendBounded(std::string& body, std::string_view octets, const HttpRequest& request) {
+    const size_t room = request.maxBody - body.size();
+    body.append(octets.substr(0, room));
+    return octets.size() <= room;
 }
 
 } // namespace platform

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <stop_token>
@@ -31,6 +32,7 @@ struct HttpRequest {
     bool refresh = false;            ///< adds "Pragma: no-cache" and "Cache-Control: no-cache"
     std::optional<std::string> body; ///< sent exactly as it stands; none or an empty one sends no body
     HttpTimeouts timeouts;
+    size_t maxBody = size_t{16} << 20; ///< octets of the answer; past them reading breaks off
 };
 
 enum class HttpOutcome { Answered, Unreachable, TimedOut, Cancelled };
@@ -38,7 +40,7 @@ enum class HttpOutcome { Answered, Unreachable, TimedOut, Cancelled };
 struct HttpResponse {
     HttpOutcome outcome = HttpOutcome::Unreachable;
     int status = 0;        ///< of an answered request
-    std::string body;      ///< all that was read, also when reading broke off
+    std::string body;      ///< all that was read, also when reading broke off; never more than the bound
     bool complete = false; ///< of an answered request: false when reading broke off in the body
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -10,6 +11,10 @@ namespace platform {
 /// no named mutexes they are locked files of the user, `<name>.mutex` below `$BREN_HOME/run` or, when that is
 /// unset, `$XDG_RUNTIME_DIR/brenvia`.
 bool IsMutexHeld(const std::string& name);
+
+/// The locked file of a mutex of this name; empty when there is no folder for it, none where the system has
+/// named mutexes.
+std::optional<std::filesystem::path> MutexFile(const std::string& name);
 
 /// A named mutex, held for as long as the object lives: the sign that a program runs.
 class NamedMutex {

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -25,12 +26,23 @@ struct ServiceQuery {
 /// - `<name>.lock` is locked by the running service and holds its state in one word (see ServiceLock);
 /// - `<name>.start` holds the command that starts the service: UTF-8 text, one argument a line, the absolute
 ///   path of the program in the first, empty lines left out.
-/// A service that has neither file is not installed: OpenService fails.
-ServiceQuery QueryService(const std::string& name, bool serverMode = true);
+/// A service that has neither file is not installed: OpenService fails. Ends soon after a stop.
+ServiceQuery QueryService(const std::string& name, bool serverMode = true, const std::stop_token& stop = {});
 
-/// Starts the service without arguments, without waiting for it to run; true when the system accepted the
-/// start or the service runs already.
-bool StartService(const std::string& name, bool serverMode = true);
+/// How the order to start a service went.
+struct ServiceStart {
+    bool accepted = false;
+    std::string refusal; ///< when not accepted: why, in a sentence in UTF-8
+
+    explicit operator bool() const { return accepted; }
+};
+
+/// Starts the service without arguments, without waiting for it to run; accepted when the system accepted the
+/// start or the service runs already, which one that is just stopping does not. A start command counts only
+/// when nobody else can have written it: its file is a plain one of this user or the system's administrator
+/// (with `BREN_HOME` also of the user who has raised this program's rights) and writable by its owner alone.
+/// Ends soon after a stop, refused where the system has not accepted it until then.
+ServiceStart StartService(const std::string& name, bool serverMode = true, const std::stop_token& stop = {});
 
 /// Held by a service while it runs, where the system has no service control manager.
 class ServiceLock {
@@ -51,7 +63,8 @@ private:
     std::unique_ptr<State> m_state;
 };
 
-/// Writes `<folder>/<name>.start`; false when it cannot be written or an argument holds a line feed.
+/// Writes `<folder>/<name>.start`, for its owner alone to write; false when it cannot be written or an
+/// argument holds a line feed.
 bool WriteStartCommand(const std::filesystem::path& folder, const std::string& name,
                        const std::vector<std::string>& command);
 

@@ -13,9 +13,14 @@ bool WriteStartCommand(const std::filesystem::path& folder, const std::string& n
             return false;
         text += argument + '\n';
     }
-    std::ofstream file(folder / PathFromUtf8(name + ".start"), std::ios::binary | std::ios::trunc);
+    const std::filesystem::path path = folder / PathFromUtf8(name + ".start");
+    std::ofstream file(path, std::ios::binary | std::ios::trunc);
     file << text;
-    return static_cast<bool>(file.flush());
+    std::error_code error;
+    using std::filesystem::perms;
+    std::filesystem::permissions(
+        path, perms::owner_read | perms::owner_write | perms::group_read | perms::others_read, error);
+    return file.flush() && !error;
 }
 
 } // namespace platform

@@ -1,10 +1,14 @@
 #include "service/ServiceClient.h"
 
+#include "platform/Environment.h"
 #include "platform/HttpTransport.h"
 #include "zep/SysInfo.h"
 #include "zep/Text.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
+#include <charconv>
 #include <limits>
 
 using namespace std::chrono_literals;
@@ -14,6 +18,7 @@ namespace {
 
 constexpr quint16 ServerPort = 9898;
 constexpr quint16 DesktopPort = 9678;
+constexpr char PortVariable[] = "BREN_SERVICE_PORT";
 constexpr int Ok = 200;
 
 /// The writers of a machine take their time to gather.
@@ -52,8 +57,19 @@ ServiceAnswer Get(const ServiceClient& client, const QString& path, std::stop_to
 
 } // namespace
 
+SettingState SettingStateOf(const ServiceAnswer& answer) {
+    if (answer && answer.length)
+        return SettingState::Set;
+    const bool refused =
+        answer.outcome == ServiceOutcome::OtherStatus && answer.status >= 400 && answer.status < 500;
+    return refused ? SettingState::NotSet : SettingState::NotRead;
+}
+
 ServiceAnswer ServiceClient::SendRequest(const QString& path, const QString& verb, int expectedStatus,
-                                         const std::optional<QByteArray>& body, std::stop_token stop) const {
+                                         const std::optional<QByteArray>& body, std::stop_token stop,
+                                         std::size_t maxAnswer) const {
+    if (ServicePort() == 0)
+        return {}; // better no service than another one
     platform::HttpRequest request;
     request.host = "127.0.0.1";
     request.port = ServicePort();
@@ -63,6 +79,7 @@ ServiceAnswer ServiceClient::SendRequest(const QString& path, const QString& ver
     request.headers = {{"Depth", "1"}};
     request.refresh = true;
     request.timeouts = TimeoutsOf(path);
+    request.maxBody = maxAnswer;
     if (body) {
         request.body = body->toStdString();
         request.body->push_back('\0'); // the service reads its text up to a terminator
@@ -76,17 +93,18 @@ ServiceAnswer ServiceClient::GetSetting(const QString& name, std::stop_token sto
 
 int ServiceClient::GetIntSetting(const QString& name, int fallback, std::stop_token stop) const {
     const ServiceAnswer answer = GetSetting(name, std::move(stop));
-    return answer ? LeadingNumber(answer.body) : fallback;
+    return SettingStateOf(answer) == SettingState::Set ? LeadingNumber(answer.body) : fallback;
 }
 
 bool ServiceClient::GetBoolSetting(const QString& name, bool fallback, std::stop_token stop) const {
-    const std::optional<QString> text = GetStringSetting(name, std::move(stop));
-    return text ? text->compare("true"_L1, Qt::CaseInsensitive) == 0 : fallback;
+    const ServiceAnswer answer = GetSetting(name, std::move(stop));
+    return SettingStateOf(answer) == SettingState::Set ? SettingFlag(answer.body) : fallback;
 }
 
 std::optional<QString> ServiceClient::GetStringSetting(const QString& name, std::stop_token stop) const {
     const ServiceAnswer answer = GetSetting(name, std::move(stop));
-    return answer ? std::optional(SettingText(answer.body)) : std::nullopt;
+    return SettingStateOf(answer) == SettingState::Set ? std::optional(SettingText(answer.body))
+                                                       : std::nullopt;
 }
 
 ServiceAnswer ServiceClient::SetSetting(const QString& name, const QString& value, ValueType type,
@@ -166,6 +184,10 @@ QString SettingText(const QByteArray& body) {
     return ZEPUTF8ToUnicode(QByteArrayView(body).first(end < 0 ? body.size() : end));
 }
 
+bool SettingFlag(const QByteArray& body) {
+    return SettingText(body).compare("true"_L1, Qt::CaseInsensitive) == 0;
+}
+
 int LeadingNumber(QByteArrayView text) {
     const auto isBlank = [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); };
     const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
@@ -182,10 +204,21 @@ int LeadingNumber(QByteArrayView text) {
 }
 
 quint16 ServicePort() {
-    const QByteArray override = qgetenv("BREN_SERVICE_PORT");
-    bool valid = false;
-    const quint16 port = override.toUShort(&valid);
-    if (valid && port != 0)
-        return port;
-    return ZEPSysInfoIsServer() ? ServerPort : DesktopPort;
+    if (!platform::HasEnvironmentVariable(PortVariable))
+        return ZEPSysInfoIsServer() ? ServerPort : DesktopPort;
+    const std::string given = platform::EnvironmentVariable(PortVariable).value_or("");
+    quint16 port = 0;
+    const auto [end, error] = std::from_chars(given.data(), given.data() + given.size(), port);
+    return error == std::errc() && end == given.data() + given.size() ? port : 0;
+}
+
+QString ServicePortMistake() {
+    if (ServicePort() != 0)
+        return {};
+    const std::string given = platform::EnvironmentVariable(PortVariable).value_or("");
+    return QCoreApplication::translate(
+               "ServicePort",
+               "The environment variable %1 is \"%2\", which is no port: it takes a number from 1 to "
+               "65535, or has to be taken away.")
+        .arg(QLatin1String(PortVariable), QString::fromStdString(given));
 }

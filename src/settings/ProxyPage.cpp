@@ -1,6 +1,7 @@
 #include "settings/ProxyPage.h"
 
 #include "page/NoticeLine.h"
+#include "service/RequestText.h"
 #include "zep/Mui.h"
 
 #include <QComboBox>
@@ -52,9 +53,8 @@ CProxyPage::CProxyPage(const ServiceClient& service, Reader& reader, QWidget* pa
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(m_choice, &QComboBox::currentIndexChanged, this, &CProxyPage::OnChoice);
-    OnChoice(m_choice->currentIndex());
     m_choice->setEnabled(false);
-    m_ok->setEnabled(false);
+    OnChoice(m_choice->currentIndex());
     Read();
 }
 
@@ -77,14 +77,14 @@ void CProxyPage::Read() {
         [service = m_service, names = QStringList{SavedTypeSetting} + FieldSettings](std::stop_token stop) {
             return ReadSettings(service, names, stop);
         },
-        [this](const Loaded<SettingBodies>& bodies) {
-            if (bodies)
-                Apply(*bodies);
+        [this](const Loaded<SettingReads>& loaded) {
+            if (loaded.outcome != LoadOutcome::Cancelled)
+                Apply(loaded);
         });
 }
 
-void CProxyPage::Apply(const SettingBodies& bodies) {
-    if (bodies.size() != FieldCount + 1) {
+void CProxyPage::Apply(const Loaded<SettingReads>& loaded) {
+    if (!loaded || !loaded->reached) {
         m_notice->SetText(
             tr("The service does not answer, so its proxy settings are not known. They are read again "
                "by themselves when it is back."));
@@ -93,18 +93,40 @@ void CProxyPage::Apply(const SettingBodies& bodies) {
     }
     m_loader.StopTimer();
     for (std::size_t index = 0; index < FieldCount; ++index)
-        m_fields.at(index)->setText(SettingText(bodies[index + 1].value_or(QByteArray())));
+        ShowField(index, loaded->settings.at(index + 1));
     m_choice->setEnabled(true);
-    m_ok->setEnabled(true);
-    m_choice->setCurrentIndex(LeadingNumber(bodies[0].value_or(QByteArray())) != 0 ? CustomProxy
-                                                                                   : DisableProxy);
+    const SettingRead& type = loaded->settings.front();
+    if (type.state == SettingState::NotRead)
+        m_choice->setCurrentIndex(NothingChosen); // nobody knows what it was: it has to be chosen
+    else
+        m_choice->setCurrentIndex(LeadingNumber(type.body) != 0 ? CustomProxy : DisableProxy);
+    OnChoice(m_choice->currentIndex());
     m_choice->setFocus();
-    ShowRemark();
+}
+
+/// A field whose setting was not read says so in grey, and is written only when somebody fills it.
+void CProxyPage::ShowField(std::size_t index, const SettingRead& read) {
+    m_fields.at(index)->setText(SettingText(read.body));
+    if (read.state != SettingState::NotRead)
+        return;
+    m_fields.at(index)->setPlaceholderText(tr("not read"));
+    m_unread.append(FieldSettings[static_cast<qsizetype>(index)]);
+}
+
+QStringList CProxyPage::Unknown() const {
+    QStringList names;
+    for (std::size_t index = 0; index < FieldCount; ++index) {
+        const QString& name = FieldSettings[static_cast<qsizetype>(index)];
+        if (m_unread.contains(name) && m_fields.at(index)->text().isEmpty())
+            names.append(name);
+    }
+    return names;
 }
 
 void CProxyPage::OnChoice(int index) {
     for (QLineEdit* field : m_fields)
         field->setEnabled(index == CustomProxy);
+    m_ok->setEnabled(m_choice->isEnabled() && index != NothingChosen);
     if (index == DisableProxy) {
         m_type = ProxyEnv::Disabled;
         m_explanation->setText(
@@ -137,13 +159,15 @@ ProxyEnv CProxyPage::Wanted() const {
             m_fields[Bypass]->text()};
 }
 
-void WriteProxy(const ServiceClient& service, const ProxyEnv& proxy, std::stop_token stop) {
+void WriteProxy(const ServiceClient& service, const ProxyEnv& proxy, const QStringList& left,
+                std::stop_token stop) {
     if (!IsReached(service.SetIntSetting(TypeSetting, proxy.type, stop)))
         return;
     if (proxy.type == ProxyEnv::Custom) {
         const QStringList values{proxy.address, proxy.port, proxy.user, proxy.password, proxy.bypass};
         for (int index = 0; index < values.size(); ++index) {
-            if (!IsReached(service.SetStringSetting(FieldSettings[index], values[index], stop)))
+            if (!left.contains(FieldSettings[index]) &&
+                !IsReached(service.SetStringSetting(FieldSettings[index], values[index], stop)))
                 return;
         }
     }

@@ -25,13 +25,17 @@ public:
     CProxyPage(const ServiceClient& service, Reader& reader, QWidget* parent = nullptr);
 
     ProxyEnv Wanted() const;
+    /// The names of the settings that were not read and whose fields nobody has filled: they stay as they
+    /// are.
+    QStringList Unknown() const;
 
 private:
     static constexpr int FieldCount = 5;
 
     void AddFields(QFormLayout& form);
     void Read();
-    void Apply(const SettingBodies& bodies);
+    void Apply(const Loaded<SettingReads>& loaded);
+    void ShowField(std::size_t index, const SettingRead& read);
     void OnChoice(int index);
     void ShowRemark();
 
@@ -42,10 +46,12 @@ private:
     NoticeLine* m_notice;
     QPushButton* m_ok = nullptr;
     int m_type = ProxyEnv::Disabled;
+    QStringList m_unread; ///< names of the settings that were not read
     PageLoader m_loader;
 };
 
 /// Writes the proxy in the order that the service needs: the type first, address and credentials only of a
-/// custom proxy, last the type by which the service knows that all is there. Ends early when the service does
-/// not answer, so that it never takes a part for the whole.
-void WriteProxy(const ServiceClient& service, const ProxyEnv& proxy, std::stop_token stop);
+/// custom proxy and without those `left` as they are, last the type by which the service knows that all is
+/// there. Ends early when the service does not answer, so that it never takes a part for the whole.
+void WriteProxy(const ServiceClient& service, const ProxyEnv& proxy, const QStringList& left,
+                std::stop_token stop);

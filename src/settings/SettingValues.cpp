@@ -1,19 +1,16 @@
 #include "settings/SettingValues.h"
 
-#include <QCoreApplication>
-#include <QRegularExpression>
-
 using namespace Qt::Literals::StringLiterals;
 
-SettingBodies ReadSettings(const ServiceClient& service, const QStringList& names, std::stop_token stop) {
-    SettingBodies bodies;
+SettingReads ReadSettings(const ServiceClient& service, const QStringList& names, std::stop_token stop) {
+    SettingReads reads;
     for (const QString& name : names) {
-        const ServiceAnswer answer = service.GetSetting(name, stop);
-        if (!IsReached(answer))
-            break;
-        bodies.push_back(answer ? std::optional(answer.body) : std::nullopt);
+        const ServiceAnswer answer = reads.reached ? service.GetSetting(name, stop) : ServiceAnswer();
+        reads.reached = IsReached(answer);
+        const SettingState state = SettingStateOf(answer);
+        reads.settings.push_back({state, state == SettingState::Set ? answer.body : QByteArray()});
     }
-    return bodies;
+    return reads;
 }
 
 bool IsReached(const ServiceAnswer& answer) {
@@ -26,7 +23,7 @@ ServiceAnswer WriteSetting(const ServiceClient& service, const QString& name, Se
     case ServiceClient::ValueType::Integer:
         return service.SetIntSetting(name, LeadingNumber(text.toUtf8()), stop);
     case ServiceClient::ValueType::Boolean:
-        return service.SetBoolSetting(name, text.compare("True"_L1, Qt::CaseInsensitive) == 0, stop);
+        return service.SetBoolSetting(name, SettingFlag(text.toUtf8()), stop);
     case ServiceClient::ValueType::String:
         break;
     }
@@ -38,28 +35,9 @@ QString TypedText(const QByteArray& body, ServiceClient::ValueType type) {
     case ServiceClient::ValueType::Integer:
         return QString::number(LeadingNumber(body));
     case ServiceClient::ValueType::Boolean:
-        return SettingText(body).compare("true"_L1, Qt::CaseInsensitive) == 0 ? u"True"_s : u"False"_s;
+        return SettingFlag(body) ? u"True"_s : u"False"_s;
     case ServiceClient::ValueType::String:
         break;
     }
     return SettingText(body);
-}
-
-QString QueryRemark(const QString& text) {
-    static const QRegularExpression escape(u"%[0-9A-Fa-f]{2}"_s);
-    QStringList found;
-    if (text.contains(u'&'))
-        found.append(u"\"&\""_s);
-    if (text.contains(u'+'))
-        found.append(u"\"+\""_s);
-    if (text.contains(escape))
-        found.append(u"\"%\""_s);
-    if (text.contains(QChar(u'\0')))
-        found.append(QCoreApplication::translate("SettingValues", "zero characters"));
-    if (found.isEmpty())
-        return {};
-    return QCoreApplication::translate(
-               "SettingValues",
-               "The service may keep another text than this: it reads %1 in a way of its own.")
-        .arg(found.join(u", "_s));
 }

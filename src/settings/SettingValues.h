@@ -5,15 +5,22 @@
 #include <QByteArray>
 #include <QStringList>
 
-#include <optional>
 #include <stop_token>
 #include <vector>
 
-/// What one batch of reads brought, in the order of the names: a setting's body, or none when the service
-/// answered that there is none. Shorter than the names when the service stopped to answer on the way.
-using SettingBodies = std::vector<std::optional<QByteArray>>;
+/// A setting as one read found it; the body is that of one that is set.
+struct SettingRead {
+    SettingState state = SettingState::NotRead;
+    QByteArray body;
+};
 
-SettingBodies ReadSettings(const ServiceClient& service, const QStringList& names, std::stop_token stop);
+/// What one batch of reads brought, in the order of the names.
+struct SettingReads {
+    std::vector<SettingRead> settings; ///< as many as names; those after a silence of the service not read
+    bool reached = true;               ///< the service was there to the end
+};
+
+SettingReads ReadSettings(const ServiceClient& service, const QStringList& names, std::stop_token stop);
 
 /// Writes the text as the type wants it: a number, the text itself, "True" or "False".
 ServiceAnswer WriteSetting(const ServiceClient& service, const QString& name, ServiceClient::ValueType type,
@@ -24,7 +31,3 @@ bool IsReached(const ServiceAnswer& answer);
 
 /// The body as text; of a boolean "True" or "False", of an integer its number.
 QString TypedText(const QByteArray& body, ServiceClient::ValueType type);
-
-/// A sentence about what the unescaped query cannot carry of the text as it stands; empty when it carries
-/// all.
-QString QueryRemark(const QString& text);

@@ -3,6 +3,7 @@
 #include "grid/BrenPropertyGrid.h"
 #include "look/Look.h"
 #include "page/NoticeLine.h"
+#include "service/RequestText.h"
 
 #include <QVBoxLayout>
 
@@ -50,36 +51,44 @@ void CSettingsGridPage::Read() {
         [service = TheConsole().service, names](std::stop_token stop) {
             return ReadSettings(service, names, stop);
         },
-        [this](const Loaded<SettingBodies>& bodies) {
-            if (bodies)
-                Apply(*bodies);
+        [this](const Loaded<SettingReads>& loaded) {
+            if (loaded.outcome != LoadOutcome::Cancelled)
+                Apply(loaded);
         });
 }
 
-void CSettingsGridPage::Apply(const SettingBodies& bodies) {
-    for (std::size_t index = 0; index < bodies.size(); ++index)
-        Show(m_entries[index], bodies[index]);
-    bool allRead = true;
-    for (Entry& entry : m_entries) {
-        allRead = allRead && entry.wasRead;
-        if (!entry.wasRead)
-            entry.group->SetValue(entry.row, entry.setting.defaultValue);
-    }
+void CSettingsGridPage::Apply(const Loaded<SettingReads>& loaded) {
+    for (std::size_t index = 0; index < m_entries.size(); ++index)
+        Show(m_entries[index], loaded ? loaded->settings.at(index) : SettingRead());
+    const bool allKnown =
+        std::all_of(m_entries.begin(), m_entries.end(), [](const Entry& entry) { return entry.isKnown; });
+    const QString why = !loaded           ? loaded.why
+                        : loaded->reached ? tr("The service does not tell all settings.")
+                                          : tr("The service does not answer.");
     m_defaultsNotice->SetText(
-        allRead ? QString()
-                : tr("The service does not answer, so values in grey are defaults. They are read "
-                     "again by themselves when it is back."));
-    if (allRead)
+        allKnown ? QString()
+                 : why + u' ' + tr("Values in grey are defaults; they are read again by themselves."));
+    if (allKnown)
         Loader().StopTimer();
     else
         Loader().StartTimer(RetryPeriod, [this] { Read(); });
 }
 
-void CSettingsGridPage::Show(Entry& entry, const std::optional<QByteArray>& body) {
-    entry.wasRead = true;
-    entry.group->SetValue(entry.row,
-                          body ? m_shownText(*body, entry.setting.type) : entry.setting.defaultValue);
+void CSettingsGridPage::Show(Entry& entry, const SettingRead& read) {
     entry.group->SetReadOnly(entry.row, false);
+    if (read.state == SettingState::NotRead && entry.isKnown)
+        return;
+    entry.isKnown = read.state != SettingState::NotRead;
+    entry.group->SetUnread(entry.row, !entry.isKnown);
+    entry.group->SetValue(entry.row, read.state == SettingState::Set
+                                         ? m_shownText(read.body, entry.setting.type)
+                                         : entry.setting.defaultValue);
+}
+
+CSettingsGridPage::Entry& CSettingsGridPage::EntryOf(const CPropertyGroup* group, int row) {
+    return *std::find_if(m_entries.begin(), m_entries.end(), [group, row](const Entry& entry) {
+        return entry.group == group && entry.row == row;
+    });
 }
 
 void CSettingsGridPage::OnCommitted(int row, CPropertyGroup* group, const PropertyRow& committed) {
@@ -89,16 +98,13 @@ void CSettingsGridPage::OnCommitted(int row, CPropertyGroup* group, const Proper
             return WriteSetting(service, committed.key, committed.type, committed.value, stop);
         },
         [](const Loaded<ServiceAnswer>&) {});
+    Entry& entry = EntryOf(group, row);
+    entry.isKnown = true;
+    group->SetUnread(row, false);
     // A read that began before the write may bring, or may just have brought, the old value.
     group->SetValue(row, committed.value);
     if (Loader().IsReading())
         Read();
-    if (NeedsRestart(committed.key))
+    if (entry.setting.needsRestart)
         m_restartNotice->SetText(tr("Settings will take effect when the application starts next time."));
-}
-
-bool CSettingsGridPage::NeedsRestart(const QString& name) const {
-    return std::any_of(m_entries.begin(), m_entries.end(), [&name](const Entry& entry) {
-        return entry.setting.name == name && entry.setting.needsRestart;
-    });
 }

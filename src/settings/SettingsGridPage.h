@@ -3,8 +3,8 @@
 #include "lanes/PageLoader.h"
 #include "page/BrenPanel.h"
 #include "page/Console.h"
+#include "service/SettingsCatalog.h"
 #include "settings/SettingValues.h"
-#include "settings/SettingsCatalog.h"
 
 class CBrenPropertyGrid;
 class CPropertyGroup;
@@ -12,7 +12,8 @@ class NoticeLine;
 struct PropertyRow;
 
 /// A page of settings of the service in a property grid. It reads them when it is shown and writes each as
-/// soon as it is changed. A setting that was never read shows its default and cannot be changed.
+/// soon as it is changed. A setting that could not be read shows its default in grey, and says so; it can be
+/// changed all the same.
 class CSettingsGridPage : public CBrenPanel {
     Q_OBJECT
 
@@ -36,15 +37,15 @@ private:
         Setting setting;
         CPropertyGroup* group = nullptr;
         int row = 0;
-        bool wasRead = false;
+        bool isKnown = false; ///< read once, or written
     };
 
     void AddGroup(const SettingGroup& settings);
     void Read();
-    void Apply(const SettingBodies& bodies);
-    void Show(Entry& entry, const std::optional<QByteArray>& body);
+    void Apply(const Loaded<SettingReads>& loaded);
+    void Show(Entry& entry, const SettingRead& read);
+    Entry& EntryOf(const CPropertyGroup* group, int row);
     void OnCommitted(int row, CPropertyGroup* group, const PropertyRow& committed);
-    bool NeedsRestart(const QString& name) const;
 
     ShownText m_shownText;
     CBrenPropertyGrid* m_grid;

@@ -17,15 +17,16 @@ void CSettingsPanel::EditProxy() {
         return;
     m_proxyPage = new CProxyPage(TheConsole().service, TheConsole().reader, this);
     m_proxyPage->setAttribute(Qt::WA_DeleteOnClose);
-    connect(m_proxyPage, &QDialog::accepted, this, [this] { SaveProxy(m_proxyPage->Wanted()); });
+    connect(m_proxyPage, &QDialog::accepted, this,
+            [this] { SaveProxy(m_proxyPage->Wanted(), m_proxyPage->Unknown()); });
     m_proxyPage->open();
 }
 
-void CSettingsPanel::SaveProxy(const ProxyEnv& proxy) {
+void CSettingsPanel::SaveProxy(const ProxyEnv& proxy, const QStringList& left) {
     Loader().Command(
         Lane::Service,
-        [service = TheConsole().service, proxy](std::stop_token stop) {
-            WriteProxy(service, proxy, stop);
+        [service = TheConsole().service, proxy, left](std::stop_token stop) {
+            WriteProxy(service, proxy, left, stop);
             ZEPSetProxyEnv(proxy);
             return true;
         },

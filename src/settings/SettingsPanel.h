@@ -20,7 +20,7 @@ public:
     void EditProxy();
 
 private:
-    void SaveProxy(const ProxyEnv& proxy);
+    void SaveProxy(const ProxyEnv& proxy, const QStringList& left);
 
     QPointer<CProxyPage> m_proxyPage;
 };

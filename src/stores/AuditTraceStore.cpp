@@ -2,6 +2,8 @@
 
 #include "zep/SysInfo.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
@@ -42,8 +44,8 @@ QString QueryText(const AuditFilter& filter) {
 }
 
 bool NamesOneTask(const QString& key) {
-    return std::any_of(key.begin(), key.end(), [](QChar c) { return c.isLetterOrNumber(); }) &&
-           !key.contains(u'\'') && !key.contains(u'%') && !key.contains(u'_');
+    static const QRegularExpression identifier(u"\\A\\{[0-9A-Za-z-]*[0-9A-Za-z][0-9A-Za-z-]*\\}\\z"_s);
+    return identifier.match(key).hasMatch();
 }
 
 } // namespace
@@ -70,7 +72,7 @@ ReadResult AuditTraceStore::Walk(const QString& sql, const AuditCallback& callba
 
 ReadResult DeleteTaskTraces(const QString& taskKey, std::stop_token stop, const OpenRule& rule) {
     if (!NamesOneTask(taskKey))
-        return {ReadOutcome::Failed, u"\"%1\" is no key of a task"_s.arg(taskKey)};
+        return {ReadOutcome::Failed, u"\"%1\" is no identifier of a task"_s.arg(taskKey)};
     Database database(AuditTraceFile(), rule, std::move(stop), OpenMode::ReadWrite);
     return database.Prepare(u"DELETE FROM AuditTrace "_s + ContainsText(taskKey), 0).Walk([] {
         return true;

@@ -43,9 +43,9 @@ private:
     Database m_database;
 };
 
-/// Deletes the rows that hold the task's key, by a writing connection of its own. Refused as Failed for a key
-/// that could match the rows of others: empty, without letter or digit, or with a quote, percent sign or
-/// underscore.
+/// Deletes the rows that hold the task's key, by a writing connection of its own. Takes an identifier in
+/// braces only, of letters, digits and hyphens: any other text could match the rows of other tasks, and is
+/// refused as Failed.
 ReadResult DeleteTaskTraces(const QString& taskKey, std::stop_token stop = {},
                             const OpenRule& rule = OpenOnce);
 

@@ -33,8 +33,8 @@ public:
     const ReadResult& OpenResult() const { return m_result; }
 
     /// The statement, or one that never yields a row and says why: the opening failed, or the preparing did,
-    /// which is traced as `failureTrace` and SQLite's words unless that is empty. With fewer than `columns`
-    /// columns it is one of another schema.
+    /// which is traced as `failureTrace` and SQLite's words when it begins, unless that is empty. With fewer
+    /// than `columns` columns it is one of another schema.
     Statement Prepare(const QString& sql, int columns, const QString& failureTrace = {});
 
 private:

@@ -7,20 +7,25 @@ namespace {
 
 constexpr int Columns = 1;
 constexpr size_t LongestLocation = 260;
+constexpr const char* IndexName = "JounralDB"; // the spelling is the file monitor's
 
 // People search the log for this line: its odd words stay.
 const QString PrepareFailed = QStringLiteral("[FileDB]Create FileDB Index2:");
 
-std::filesystem::path BaseFolder() {
+/// Relative folders would be another one for each program that asks; an empty one is no place.
+std::filesystem::path IndexFolder() {
     const platform::RegistryKey key{platform::RegistryRoot::LocalMachine, "SOFTWARE\\Brenvia\\FileMonSvc"};
     std::string location = platform::ReadRegistryText(key, "DBLocation", LongestLocation).value_or("");
     if (location.empty()) {
         const auto common = platform::SpecialFolderPath(platform::SpecialFolder::ProgramFilesCommon);
-        return common.empty() ? common : common / "Brenvia";
+        return common.empty() ? common : common / "Brenvia" / IndexName;
     }
     if (location.back() == '\\')
         location.pop_back();
-    return platform::PathFromUtf8(location);
+    // Joined as text: behind "D:" a path's own joining would put no separator.
+    constexpr char Separator = static_cast<char>(std::filesystem::path::preferred_separator);
+    const std::filesystem::path folder = platform::PathFromUtf8(location + Separator + IndexName);
+    return folder.is_absolute() ? folder : std::filesystem::path();
 }
 
 std::filesystem::path FileIndexFile() {
@@ -31,12 +36,10 @@ std::filesystem::path FileIndexFile() {
 } // namespace
 
 std::filesystem::path FileIndexFolder() {
-    const std::filesystem::path base = BaseFolder();
-    if (base.empty())
-        return {};
-    std::filesystem::path folder = base / "JounralDB"; // the spelling is the file monitor's
-    std::error_code ignored;                           // opening the file tells what is wrong with the folder
-    std::filesystem::create_directories(folder, ignored);
+    const std::filesystem::path folder = IndexFolder();
+    std::error_code ignored; // opening the file tells what is wrong with the folder
+    if (!folder.empty())
+        std::filesystem::create_directories(folder, ignored);
     return folder;
 }
 

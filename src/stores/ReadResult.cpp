@@ -27,7 +27,7 @@ QString ReadResult::Sentence() const {
         text = QT_TRANSLATE_NOOP("ReadResult", "The database is of another version: %1");
         break;
     case ReadOutcome::NoRight:
-        text = QT_TRANSLATE_NOOP("ReadResult", "The database cannot be read without the right to %1");
+        text = QT_TRANSLATE_NOOP("ReadResult", "The database cannot be used without the right to %1");
         break;
     case ReadOutcome::Failed:
         text = QT_TRANSLATE_NOOP("ReadResult", "The database cannot be read: %1");

@@ -70,11 +70,11 @@ TaskLookup SchedulerStore::LookupTask(const QString& taskId) {
         lookup.found = m_lookup.Step();
         if (lookup.found)
             lookup.task = InfoOf(m_lookup);
-        else
+        else if (m_lookup.Result())
             TracePrintf(TraceLevel::Info, ExecuteFailed + m_lookup.ErrorText() + QLatin1Char('\n'));
     }
     lookup.read = m_lookup.Result();
-    m_lookup.Finish();
+    m_lookup.Finish(ExecuteFailed);
     return lookup;
 }
 

@@ -1,13 +1,13 @@
 #include "stores/SqliteError.h"
 
+#include "platform/FileAccess.h"
+#include "platform/Folders.h"
 #include "zep/Text.h"
 #include "zep/TracePrintf.h"
 
-#include <QFileInfo>
-
 #include <sqlite3.h>
 
-#include <fstream>
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -53,27 +53,66 @@ ReadOutcome OutcomeOf(sqlite3* connection) {
     }
 }
 
-/// The right that a reader of this file lacks, in words; empty when it has all of them.
-QString MissingRight(const std::filesystem::path& file) {
-    if (!std::ifstream(file).is_open())
-        return QStringLiteral("read %1").arg(DisplayPath(file));
-    for (const char* suffix : {"-shm", "-wal"}) {
-        std::filesystem::path side = file;
-        side += suffix;
-        std::error_code error;
-        const bool exists = std::filesystem::exists(side, error);
-        if (exists && !std::fstream(side).is_open())
-            return QStringLiteral("read and write %1").arg(DisplayPath(side));
-        if (!exists && !QFileInfo(DisplayPath(file.parent_path())).isWritable())
-            return QStringLiteral("create %1").arg(DisplayPath(side));
+bool IsDenied(const fs::path& path, platform::FileRight right) {
+    return platform::ProbeAccess(path, right) == platform::FileAccess::Denied;
+}
+
+fs::path Beside(const fs::path& file, const char* suffix) {
+    fs::path side = file;
+    return side += suffix;
+}
+
+/// The right that is missing to read or to change the database, in words; empty when it is none.
+QString MissingRight(const fs::path& file, OpenMode mode) {
+    using enum platform::FileRight;
+    if (IsDenied(file, Read))
+        return QStringLiteral("read %1").arg(FromPath(file));
+    if (mode == OpenMode::ReadWrite && IsDenied(file, Write))
+        return QStringLiteral("write %1").arg(FromPath(file));
+    for (const char* suffix : {"-shm", "-wal", "-journal"}) {
+        const fs::path side = Beside(file, suffix);
+        if (IsDenied(side, Read))
+            return QStringLiteral("read %1").arg(FromPath(side));
+        if (IsDenied(side, Write))
+            return QStringLiteral("write %1").arg(FromPath(side));
     }
+    if (IsDenied(file.parent_path(), MakeFilesIn))
+        return QStringLiteral("create files in %1").arg(FromPath(file.parent_path()));
     return {};
+}
+
+ReadResult ResultOf(sqlite3* connection, const fs::path& file, OpenMode mode) {
+    ReadOutcome outcome = OutcomeOf(connection);
+    // Where a file may not be written, SQLite opens it for reading and says so at the first write only.
+    if (outcome == ReadOutcome::Done && mode == OpenMode::ReadWrite &&
+        sqlite3_db_readonly(connection, "main") == 1)
+        outcome = ReadOutcome::NoRight;
+    if (outcome == ReadOutcome::Done)
+        return {};
+    if (outcome == ReadOutcome::NoRight) {
+        const QString right = MissingRight(file, mode);
+        if (!right.isEmpty())
+            return {outcome, right};
+        outcome = ReadOutcome::Failed;
+    }
+    return {outcome, QStringLiteral("%1 (%2)").arg(FromPath(file), LastErrorText(connection))};
 }
 
 } // namespace
 
-QString DisplayPath(const std::filesystem::path& file) {
-    return QString::fromStdU16String(file.u16string());
+ReadResult PlaceResult(const fs::path& file) {
+    using enum fs::file_type;
+    for (const char* suffix : {"", "-journal", "-wal", "-shm"}) {
+        const fs::path place = Beside(file, suffix);
+        std::error_code error;
+        const fs::file_type type = fs::status(place, error).type();
+        if (type == not_found && *suffix == '\0')
+            return {ReadOutcome::Missing, FromPath(place)};
+        // What cannot be looked at is told by the opening.
+        if (type != not_found && type != regular && type != none && type != unknown)
+            return {ReadOutcome::Damaged, FromPath(place)};
+    }
+    return {};
 }
 
 QString LastErrorText(sqlite3* connection) {
@@ -86,25 +125,13 @@ void TraceFailure(sqlite3* connection, const QString& beginning) {
 }
 
 ReadResult LastResult(sqlite3* connection) {
-    const ReadOutcome outcome = OutcomeOf(connection);
-    if (outcome == ReadOutcome::Done)
-        return {};
     const char* name = sqlite3_db_filename(connection, "main");
-    const QString file = ZEPUTF8ToUnicode(name != nullptr ? name : "");
-    return {outcome, QStringLiteral("%1 (%2)").arg(file, LastErrorText(connection))};
+    const bool writes = sqlite3_db_readonly(connection, "main") == 0;
+    return ResultOf(connection, platform::PathFromUtf8(name != nullptr ? name : ""),
+                    writes ? OpenMode::ReadWrite : OpenMode::ReadOnly);
 }
 
-ReadResult OpeningResult(sqlite3* connection, const std::filesystem::path& file) {
-    std::error_code error;
-    const std::filesystem::file_status status = std::filesystem::status(file, error);
-    if (status.type() == std::filesystem::file_type::not_found)
-        return {ReadOutcome::Missing, DisplayPath(file)};
-    if (status.type() == std::filesystem::file_type::directory)
-        return {ReadOutcome::Damaged, DisplayPath(file)};
-    ReadResult result = LastResult(connection);
-    if (result.outcome != ReadOutcome::NoRight)
-        return result;
-    const QString right = MissingRight(file);
-    return right.isEmpty() ? ReadResult{ReadOutcome::Failed, result.detail}
-                           : ReadResult{ReadOutcome::NoRight, right};
+ReadResult OpeningResult(sqlite3* connection, const fs::path& file, OpenMode mode) {
+    ReadResult place = PlaceResult(file);
+    return place ? ResultOf(connection, file, mode) : place;
 }

@@ -1,5 +1,6 @@
 #include "stores/Statement.h"
 
+#include "stores/CauseLog.h"
 #include "stores/SqliteError.h"
 
 #include "zep/Text.h"
@@ -48,7 +49,11 @@ bool Statement::Step() {
     return false;
 }
 
-void Statement::Finish() {
+void Statement::Finish(const QString& failureTrace) {
+    if (!m_statement)
+        return;
+    const bool hasWords = !m_result && !failureTrace.isEmpty();
+    NoteStep(m_file, m_step, m_result, hasWords ? failureTrace + ErrorText() : QString());
     sqlite3_reset(m_statement.get());
 }
 

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 
+#include <filesystem>
 #include <memory>
 
 struct sqlite3_stmt;
@@ -13,7 +14,9 @@ class Statement {
 public:
     Statement() = default;
     explicit Statement(ReadResult failure) : m_result(std::move(failure)) {}
-    explicit Statement(sqlite3_stmt* statement) : m_statement(statement) {}
+    /// `file` and `step` are what its walks are called in the log of causes.
+    Statement(sqlite3_stmt* statement, std::filesystem::path file, QString step)
+        : m_statement(statement), m_file(std::move(file)), m_step(std::move(step)) {}
 
     explicit operator bool() const { return m_statement != nullptr; }
 
@@ -26,8 +29,9 @@ public:
     /// True while there is a row.
     bool Step();
 
-    /// Ends the walk, which frees its lock on the file.
-    void Finish();
+    /// Ends the walk, which frees its lock on the file. What failed is traced when it begins, as
+    /// `failureTrace` and SQLite's words unless that is empty.
+    void Finish(const QString& failureTrace = {});
 
     /// Calls `row` for each row until it says false, and tells how that went.
     template <typename RowFunction>
@@ -58,5 +62,7 @@ private:
     bool Check(int code, const QString& failureTrace);
 
     std::unique_ptr<sqlite3_stmt, Finalizer> m_statement;
+    std::filesystem::path m_file;
+    QString m_step;
     ReadResult m_result;
 };

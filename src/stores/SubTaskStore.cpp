@@ -1,6 +1,7 @@
 #include "stores/SubTaskStore.h"
 
 #include "zep/SysInfo.h"
+#include "zep/Text.h"
 
 #include <algorithm>
 
@@ -37,8 +38,7 @@ std::filesystem::path SubTaskFile(const QString& taskId) {
     if (!IsPlainName(taskId))
         return {};
     const QString name = taskId + QLatin1String(".db");
-    return ZEPGetHomePath(QStringLiteral("scheduler"), HomePath::Created) /
-           std::filesystem::path(name.toStdU16String());
+    return ZEPGetHomePath(QStringLiteral("scheduler"), HomePath::Created) / ToPath(name);
 }
 
 SubTaskRecord RecordOf(const Statement& row) {

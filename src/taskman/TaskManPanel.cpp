@@ -13,7 +13,6 @@
 namespace {
 
 constexpr int SimpleTabs = 2;
-constexpr int NotFound = 404; ///< the service's answer for a setting that was never set
 const QString ModeSetting = QStringLiteral("TaskAdvancedMode");
 
 } // namespace
@@ -43,8 +42,7 @@ void CTaskManPanel::ReadMode() {
         Lane::Service,
         [service = TheConsole().service](std::stop_token stop) -> std::optional<bool> {
             const ServiceAnswer answer = service.GetSetting(ModeSetting, stop);
-            const bool neverSet = answer.outcome == ServiceOutcome::OtherStatus && answer.status == NotFound;
-            if (!answer && !neverSet)
+            if (SettingStateOf(answer) == SettingState::NotRead)
                 return {};
             return LeadingNumber(answer.body) != 0;
         },

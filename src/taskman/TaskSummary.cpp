@@ -40,8 +40,12 @@ void CTaskSummary::Reload() {
             return ReadTaskFacts(id, before, *counters, stop);
         },
         [this](const Loaded<TaskFacts>& loaded) {
-            if (loaded && IsActive())
+            if (!IsActive())
+                return;
+            if (loaded)
                 Show(*loaded);
+            else if (loaded.outcome == LoadOutcome::Failed)
+                TellFailure(loaded.why);
         });
 }
 

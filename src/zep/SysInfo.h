@@ -8,6 +8,10 @@
 void ZEPSysInfoSetServerMode(bool server);
 bool ZEPSysInfoIsServer();
 
+/// Whether the machine's registry turns the console's backup pages to those of a backup server: only when the
+/// value "BrQBSMode" is there and 0. Asked each time it is needed.
+bool IsBrQBSMode();
+
 enum class HomePath { Existing, Created };
 
 /// The service's data folder of this name ("scheduler", "logging", ...), made when missing and wanted.

@@ -2,12 +2,13 @@
 
 #include "zep/Text.h"
 
-#include <QFile>
 #include <QList>
 
 #include <pugixml.hpp>
 
 #include <algorithm>
+#include <fstream>
+#include <sstream>
 
 namespace {
 
@@ -97,8 +98,10 @@ XmlNode XmlNode::NodeByPath(const QString& path) const {
 }
 
 std::optional<XmlDocument> XmlDocument::Load(const std::filesystem::path& file) {
-    QFile input(file);
-    return input.open(QIODevice::ReadOnly) ? Parse(input.readAll(), pugi::encoding_auto) : std::nullopt;
+    std::ifstream input(file, std::ios::binary); // Qt's files lose what is no text in a path
+    std::ostringstream octets;
+    octets << input.rdbuf();
+    return Parse(QByteArray::fromStdString(octets.str()), pugi::encoding_auto);
 }
 
 std::optional<XmlDocument> XmlDocument::FromText(const QString& text) {

@@ -147,6 +147,18 @@ private slots:
         QCOMPARE(m_bench->service.RequestLines(),
                  QStringList({u"PUT /settings/UploadBandwidth?ValueType=1&Value=2147483647"_s,
                               u"PUT /settings/DownloadBandwidth?ValueType=1&Value=7"_s}));
+        QTRY_VERIFY(!window->findChild<CSetBandWidthLimitDlg*>());
+
+        // A limit that could not be read is not written over.
+        QVERIFY(m_bench->service->SetFault("status:500@DownloadBandwidth"));
+        QTest::mouseClick(bar->childAt(600, 12), Qt::LeftButton);
+        dialog = window->findChild<CSetBandWidthLimitDlg*>();
+        m_bench->reader.StepAll();
+        m_bench->service->ForgetRequests();
+        dialog->accept();
+        m_bench->reader.StepAll();
+        QCOMPARE(m_bench->service.RequestLines(),
+                 QStringList({u"PUT /settings/UploadBandwidth?ValueType=1&Value=2147483647"_s}));
     }
 
     void stepsLimitsByFive() {

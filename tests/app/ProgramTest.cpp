@@ -37,6 +37,21 @@ private slots:
             QVERIFY2(QFileInfo(picture).size() > 1000, qPrintable(picture));
     }
 
+    void printsAndEndsWithoutADisplay_data() {
+        const Columns<QString, QString> row("switch", "told");
+        row("--help", "/edithome");
+        row("--version", "BTaskMMC 1");
+    }
+
+    void printsAndEndsWithoutADisplay() {
+        const auto [option, told] = Fetched<QString, QString>();
+        const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+        qputenv("QT_QPA_PLATFORM", "none");
+        const QString text = Run({u"/server"_s, option}).join(u'\n');
+        qputenv("QT_QPA_PLATFORM", platform);
+        QVERIFY2(text.contains(told), qPrintable(text));
+    }
+
 private:
     /// What the program printed; fails the test unless it ended by itself with exit code 0.
     QStringList Run(const QStringList& arguments) {

@@ -1,9 +1,9 @@
 #include "app/StartUp.h"
-#include "platform/Registry.h"
+#include "platform/Environment.h"
 #include "support/TestMain.h"
 #include "zep/Mui.h"
 
-#include <QTemporaryDir>
+#include <QDir>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -18,13 +18,15 @@ struct World {
     const char* serverModeValue = "";
     bool mayElevate = true;
     bool elevatedStarts = true;
-    bool serviceRuns = true;
-    bool schedulerOpens = true;
+    std::optional<bool> serviceRuns = true;
+    std::optional<bool> schedulerOpens = true;
     bool shellRuns = true;
     bool yes = true;
     ConnectResult connect = ConnectResult::Answered;
-    QList<bool> configured = {true};
+    QList<std::optional<bool>> configured = {true};
     std::optional<QByteArray> vdirs = HomeList;
+    ServiceOutcome without = ServiceOutcome::Unreachable; ///< what comes in place of no list
+    const char* mistake = "";
 };
 
 /// Answers as told and writes down what was done, in order.
@@ -34,25 +36,31 @@ public:
 
     QStringList done;
 
-    QString ReadServerModeValue() override { return QString::fromLatin1(m_world.serverModeValue); }
     void SetServerMode(bool serverMode) override { done << (serverMode ? u"server"_s : u"desktop"_s); }
+    void SetTitle(const QString& title) override { boxTitle = title; }
+    QString ReadServerModeValue() override { return QString::fromLatin1(m_world.serverModeValue); }
+    QString EnvironmentMistake() override { return QString::fromLatin1(m_world.mistake); }
     bool MayElevate() override { return m_world.mayElevate; }
-    bool StartElevated(const QString& parameters) override {
-        done << u"elevated "_s + parameters;
+    bool StartElevated(const QStringList& arguments) override {
+        done << u"elevated "_s + arguments.join(u'|');
         return m_world.elevatedStarts;
     }
-    bool IsServiceRunning() override { return m_world.serviceRuns; }
-    bool ProbeSchedulerDbAccess() override { return m_world.schedulerOpens; }
+    std::optional<bool> IsServiceRunning() override { return m_world.serviceRuns; }
+    std::optional<bool> ProbeSchedulerDbAccess() override { return m_world.schedulerOpens; }
     bool IsShellRunning() override { return m_world.shellRuns; }
+    QString ShellPlace() override { return u"there"_s; }
     ConnectResult Connect(bool mayStartService) override {
         done << (mayStartService ? u"connect, may start"_s : u"connect"_s);
         return m_world.connect;
     }
-    bool IsServerConfigured() override {
+    std::optional<bool> IsServerConfigured() override {
         return m_world.configured.size() > 1 ? m_world.configured.takeFirst() : m_world.configured.first();
     }
     void RunConfigurationWizard() override { done << u"wizard"_s; }
-    std::optional<QByteArray> RequestVdirList() override { return m_world.vdirs; }
+    ServiceAnswer RequestVdirList() override {
+        return {
+            m_world.vdirs ? ServiceOutcome::Answered : m_world.without, 200, m_world.vdirs.value_or(""), {}};
+    }
     void EditVirtualDirectory(const VDirRecord& record) override {
         done << u"edit "_s + record.name + u' ' + record.safeCardId + u' ' + record.spId;
     }
@@ -60,25 +68,29 @@ public:
     void ShowMainWindow(const QString& title, int initialView) override {
         done << u"window '%1' at %2"_s.arg(title).arg(initialView);
     }
-    void ShowMessage(const QString& text) override { done << u"says "_s + text; }
+    void ShowMessage(MessageKind kind, const QString& text, const QString& details) override {
+        done << (kind == MessageKind::Error ? u"fails: "_s : u"says: "_s) + text + details;
+    }
     bool AskToContinue(const QString& question) override {
         done << u"asks "_s + question;
         return m_world.yes;
     }
     void Trace(const QString& line) override { done << u"traces "_s + line; }
 
+    QString boxTitle;
+
 private:
     World m_world;
 };
 
-const QString NotPermitted = u"says You don't have the required permission to run this program."_s;
+const QString NotPermitted = u"fails: You don't have the required permission to run this program."_s;
 const QString NotElevated =
-    u"says Application can not be started. Launch the console as Administrator may solve the problem."_s;
-const QString NotStarted = u"says Service can not be started. Launching the console as an "
+    u"fails: Application can not be started. Launch the console as Administrator may solve the problem."_s;
+const QString NotStarted = u"fails: Service can not be started. Launching the console as an "
                            "Administrator may solve the problem, or you can "
                            "start the service directly from Service Control Manager."_s;
 const QString NoShell =
-    u"says Brenvia Orbitdesk is not running, please start Brenvia Orbitdesk then try this again"_s;
+    u"fails: Brenvia Orbitdesk is not running, please start Brenvia Orbitdesk then try this againthere"_s;
 const QString NoShellTrace = u"traces [ShellFolder]GUIShell is not up, exit....\n"_s;
 const QString DeniedQuestion =
     u"asks You don't have the permission to access Task scheduler DB, you may not be able to view the task "
@@ -105,9 +117,9 @@ private slots:
         row("desktop, on a section", "/view:3", {}, {u"desktop"_s, window(desktopTitle, 3)});
         row("desktop without its shell", "", {.shellRuns = false}, {u"desktop"_s, NoShellTrace, NoShell});
         row("server hands over before anything else", "/server", {.connect = ConnectResult::TimedOut},
-            {u"elevated /server /runas"_s});
+            {u"server"_s, u"elevated /server|/runas"_s});
         row("server whose elevation is declined", "/server /view:2", {.elevatedStarts = false},
-            {u"elevated /server /view:2 /runas"_s, NotElevated});
+            {u"server"_s, u"elevated /server|/view:2|/runas"_s, NotElevated});
         row("server, elevated", "/server /runas", {}, {u"server"_s, mayStart, serverWindow});
         row("a switch counts wherever it stands", "x/server-y/runas", {},
             {u"server"_s, mayStart, serverWindow});
@@ -121,6 +133,12 @@ private slots:
         row("busy service", "/server /runas", {.connect = ConnectResult::TimedOut}, {u"server"_s, mayStart});
         row("stopped service, elevated", "/server /runas",
             {.serviceRuns = false, .connect = ConnectResult::TimedOut}, {u"server"_s, mayStart});
+        row("stopped service, given up", "/server",
+            {.mayElevate = false, .serviceRuns = {}, .connect = ConnectResult::TimedOut},
+            {u"server"_s, u"connect"_s});
+        row("database, given up", "/server /runas", {.schedulerOpens = {}}, {u"server"_s, mayStart});
+        row("configuration, given up", "/server /runas", {.configured = {std::nullopt}},
+            {u"server"_s, mayStart});
         row("stopped service, no elevation", "/server",
             {.mayElevate = false, .serviceRuns = false, .connect = ConnectResult::TimedOut},
             {u"server"_s, u"connect"_s, NotPermitted});
@@ -143,10 +161,14 @@ private slots:
         row("wizard wanted on a desktop", "/bwiz", {}, {u"desktop"_s, desktopWindow});
         row("home, in another case", "/edithome", {}, {u"desktop"_s, u"edit hOME c2 s2"_s});
         row("home, no answer", "/edithome", {.vdirs = std::nullopt},
-            {u"desktop"_s, u"says "_s + ZEPMuiGetStringW(Message::VirtualDirectoriesUnavailable)});
+            {u"desktop"_s, u"fails: "_s + ZEPMuiGetStringW(Message::VirtualDirectoriesUnavailable)});
+        row("home, given up", "/edithome", {.vdirs = std::nullopt, .without = ServiceOutcome::Cancelled},
+            {u"desktop"_s});
+        row("an environment of no use", "/server", {.mistake = "no port"},
+            {u"server"_s, u"fails: no port"_s});
         row("home, no list", "/edithome", {.vdirs = QByteArray("<Response/>")}, {u"desktop"_s});
         row("home, not in the list", "/edithome", {.vdirs = QByteArray("<Response><VDirs/></Response>")},
-            {u"desktop"_s, u"says "_s + ZEPMuiGetStringW(Message::HomeDirectoryMissing)});
+            {u"desktop"_s, u"says: "_s + ZEPMuiGetStringW(Message::HomeDirectoryMissing)});
         row("home goes before cloud", "/cloud /edithome", {}, {u"desktop"_s, u"edit hOME c2 s2"_s});
         row("cloud", "/cloud", {}, {u"desktop"_s, u"cloud"_s});
     }
@@ -156,8 +178,13 @@ private slots:
         ScriptedOperations operations(world);
         const QStringList arguments =
             QStringList{u"/server/in/the/path"_s} + line.split(u' ', Qt::SkipEmptyParts);
-        QVERIFY(!CBTaskMMCApp(CommandLine(arguments), operations).InitInstance());
+        CBTaskMMCApp app(CommandLine(arguments), operations);
+        QVERIFY(!app.InitInstance());
         QCOMPARE(operations.done, done);
+        QCOMPARE(app.ExitCode(), done.contains(NoShell) ? 1 : world.mistake[0] ? 2 : 0);
+        const bool isServer = done.value(0) == u"server"_s;
+        QCOMPARE(operations.boxTitle,
+                 ConsoleTitle(isServer, isServer && QByteArray(world.serverModeValue) == "qbs"));
     }
 
     void readsTheInitialView_data() {
@@ -182,21 +209,29 @@ private slots:
         QCOMPARE(line.TourFolder(), u"/pictures/server"_s);
         QVERIFY(line.Gallery());
         QVERIFY(!line.Server());
-        QCOMPARE(CommandLine({u"program"_s}).ElevatedText(), u"/server /runas"_s);
     }
 
-    void asksForTheBackupPages() {
-        const QTemporaryDir home;
-        const QByteArray before = qgetenv("BREN_HOME");
-        qputenv("BREN_HOME", home.path().toUtf8());
-        const platform::RegistryKey key{platform::RegistryRoot::LocalMachine, "SOFTWARE\\Brenvia"};
-        QVERIFY(!IsBrQBSMode());
-        for (const uint32_t value : {1U, 0U, 2U}) {
-            if (!platform::WriteRegistryDword(key, "BrQBSMode", value))
-                QSKIP("the machine's registry cannot be written here");
-            QCOMPARE(IsBrQBSMode(), value == 0);
-        }
-        qputenv("BREN_HOME", before);
+    void carriesArgumentsAndSurroundings() {
+        QCOMPARE(CommandLine({u"program"_s}).ElevatedArguments(), QStringList({u"/server"_s, u"/runas"_s}));
+        platform::PutEnvironmentVariable("BREN_HOME", "data of mine");
+        platform::PutEnvironmentVariable("BREN_SERVICE_PORT", "4711");
+        const QStringList words{u"program"_s, u"/server"_s, u"a \"b\" c\\"_s, QString()};
+        const QStringList carried = WithSurroundings(CommandLine(words).ElevatedArguments());
+        QCOMPARE(carried,
+                 words.mid(1) +
+                     QStringList({u"/runas"_s,
+                                  u"--dev-home="_s +
+                                      QDir::toNativeSeparators(QDir::current().filePath(u"data of mine"_s)),
+                                  u"--dev-port=4711"_s}));
+        for (const char* name : {"BREN_HOME", "BREN_SERVICE_PORT"})
+            platform::PutEnvironmentVariable(name, {});
+
+        const CommandLine elevated(QStringList{u"program"_s} + carried);
+        QCOMPARE(elevated.ElevatedArguments(), words.mid(1) + QStringList{u"/runas"_s});
+        elevated.ApplySurroundings();
+        QCOMPARE(WithSurroundings({}), carried.mid(4));
+        for (const char* name : {"BREN_HOME", "BREN_SERVICE_PORT"})
+            platform::PutEnvironmentVariable(name, {});
     }
 };
 

@@ -12,6 +12,7 @@
 #include <QProcess>
 
 #include <future>
+#include <semaphore>
 
 using namespace Qt::Literals::StringLiterals;
 using devservice::MakeSubTask;
@@ -23,33 +24,66 @@ namespace {
 constexpr char TaskId[] = "{00000000-0000-4000-8000-000000000001}";
 const QString TaskIdText = QString::fromLatin1(TaskId);
 
+constexpr char OddName[] = "quote \" back \\ tab\t bell\x07 \xC3\xA4\xF0\x9F\x8C\xB1";
+
 struct Run {
     CtlExit exit = CtlExit::Done;
     QByteArray out;
     QByteArray error;
 };
 
-Run Btaskctl(const QStringList& arguments, std::stop_token stop = {}) {
+Run Btaskctl(const QStringList& arguments, std::stop_token stop = {}, QByteArray input = {}) {
     Run run;
+    QBuffer in(&input);
     QBuffer out(&run.out);
     QBuffer error(&run.error);
+    in.open(QIODevice::ReadOnly);
     out.open(QIODevice::WriteOnly);
     error.open(QIODevice::WriteOnly);
-    run.exit = RunBtaskctl(arguments, out, error, std::move(stop));
+    run.exit = RunBtaskctl(arguments, in, out, error, std::move(stop));
     ZEPSysInfoSetServerMode(false);
     return run;
+}
+
+/// Holds its first write up until it may go on.
+struct HeldOutput : QIODevice {
+    HeldOutput() { open(WriteOnly | Unbuffered); }
+    qint64 readData(char*, qint64) override { return -1; }
+    qint64 writeData(const char* data, qint64 size) override {
+        if (octets.isEmpty()) {
+            began.release();
+            goOn.acquire();
+        }
+        octets.append(data, size);
+        return isFull ? -1 : size;
+    }
+
+    std::binary_semaphore began{0};
+    std::binary_semaphore goOn{0};
+    std::stop_source stop;
+    bool isFull = false;
+    QByteArray octets;
+};
+
+CtlExit RunOn(QIODevice& out, const QStringList& arguments, std::stop_token stop = {}) {
+    QBuffer in;
+    QBuffer error;
+    error.open(QIODevice::WriteOnly);
+    return RunBtaskctl(arguments, in, out, error, std::move(stop));
 }
 
 QJsonArray Json(const QStringList& arguments) {
     return QJsonDocument::fromJson(Btaskctl(arguments + QStringList{u"--json"_s}).out).array();
 }
 
-/// One task with three sub-tasks, a setting and an answer.
+/// A task with three sub-tasks, two of one name, settings and an answer.
 void Fill(ServiceFixture& service) {
     service->PutTask(MakeTask(TaskId, "Nightly"));
     service->PutSubTasks(TaskId, {MakeSubTask(1, "PUT", "a", 10, SubTaskState::Done),
                                   MakeSubTask(2, "DIR", "b\nc", 20), MakeSubTask(7, "GET", "d", 30)});
+    service->PutTasks({MakeTask("{2}", "Twins"), MakeTask("{3}", "twins")});
     service->SetSetting("Level", "3");
+    service->SetSetting("ProxyPwd", "open");
     service->SetAnswer("/octets", devservice::Answer{207, std::string("a\0\xFF\n", 4)});
 }
 
@@ -68,12 +102,25 @@ private slots:
         row(u"task|start|"_s + TaskIdText, Done, none);
         row(u"task|pause|"_s + TaskIdText, Done, none);
         row("task|resume|{none}", Refused, none);
+        row("task|resume|NIGHTLY", Done, none);
+        row("task|resume|Night", Refused, none);
+        row("task|resume|Twins", Refused, none);
+        row("task|resume|{a&b}", Usage, none);
         row(u"task|delete|"_s + TaskIdText, Done, none);
+        row("task|delete|Nightly", Usage, none);
+        row("task|delete-subtask|Nightly|2", Usage, none);
         row(u"task|delete-subtask|%1|2"_s.arg(TaskIdText), Done, none);
         row(u"task|delete-subtask|%1|3"_s.arg(TaskIdText), Refused, none);
         row(u"task|delete-subtask|%1|two"_s.arg(TaskIdText), Usage, none);
         row("settings|get|Level", Done, "3\n");
         row("settings|get|None", Refused, none);
+        row("settings|get|ProxyPwd", Done, "******\n");
+        row("settings|get|Le?vel", Usage, none);
+        row("settings|set|ProxyPwd|open", Usage, none);
+        row("settings|set|DropFolders|a&b", Usage, none);
+        row("settings|set|Level", Usage, none);
+        row("settings|set|Level|4|--from|-", Usage, none);
+        row("settings|set|Level|--from|/no/such/file", Usage, none);
         row("settings|set|Level|4|--type|float", Usage, none);
         row("settings|set|Level|4.5|--type|int", Usage, none);
         row("settings|set|Level|yes|--type|bool", Usage, none);
@@ -84,21 +131,27 @@ private slots:
         row(u"subtasks|%1|--states|1,2,3"_s.arg(TaskIdText), Usage, none);
         row(u"subtasks|%1|--states|x"_s.arg(TaskIdText), Usage, none);
         row("subtasks|{none}", NoDatabase, none);
-        row("subtasks|../scheduler/x", NoDatabase, none);
+        row("subtasks|{none}|--json", NoDatabase, "[]\n");
+        row("subtasks|{none}/../x", NoDatabase, none);
+        row("subtasks|Night|--json", Refused, "[]\n");
         row("history|{none}", Done, any);
         row("audit|--max|many", Usage, none);
         row("audit|--from|yesterday", Usage, none);
         row("audit|--contains|it's", Usage, none);
         row("tasks|extra", Usage, none);
         row("tasks|--jsn", Usage, none);
+        row("tasks|--json|--json", Usage, none);
+        row("tasks|--state|asleep", Usage, none);
         row("tasks|--", Done, any);
         row("subtasks", Usage, none);
         row("task", Usage, none);
         row("nothing", Usage, none);
         row("--desktop|tasks", Done, any);
         row("tasks|--server", Usage, none);
+        row("--server|--desktop|tasks", Usage, none);
         row("--server", Usage, none);
-        row("--help", Done, any);
+        row("--version", Done, any);
+        row("help|nothing", Usage, none);
     }
 
     void EndsWithItsCode() {
@@ -115,7 +168,7 @@ private slots:
         ServiceFixture service;
         std::vector<devservice::Task> tasks;
         for (int state = 0; state <= 6; ++state) {
-            tasks.push_back(MakeTask(std::string("T") + char('0' + state), "Name", "ccbackup",
+            tasks.push_back(MakeTask(std::string("T") + char('0' + state), OddName, "ccbackup",
                                      static_cast<TaskState>(state)));
             tasks.back().created = devservice::SimTime(std::chrono::seconds(1000 - state));
         }
@@ -139,12 +192,16 @@ private slots:
         }
         const QJsonObject first = rows[0].toObject();
         QCOMPARE(first[u"type"_s], QJsonValue(u"ccbackup"_s));
-        QCOMPARE(first[u"name"_s], QJsonValue(u"Name"_s));
+        QCOMPARE(first[u"name"_s], QJsonValue(QString::fromUtf8(OddName)));
         QCOMPARE(first[u"lastRun"_s], QJsonValue(u"yesterday"_s));
         QCOMPARE(first[u"nextRun"_s], QJsonValue(u""_s));
         QCOMPARE(first[u"scheduleType"_s], QJsonValue(0x104));
         for (const QString& key : {u"type"_s, u"name"_s, u"description"_s, u"nextRun"_s, u"lastRun"_s})
             QVERIFY2(rows[6][key].isNull(), qPrintable(key));
+        QStringList chosen;
+        for (const QJsonValue row : Json({u"tasks"_s, u"--state"_s, u"paused"_s, u"--state"_s, u"Failed"_s}))
+            chosen += row[u"id"_s].toString();
+        QCOMPARE(chosen, (QStringList{u"T2"_s, u"T3"_s}));
     }
 
     void SubTasksAsObjectsAndTable() {
@@ -160,15 +217,23 @@ private slots:
         QCOMPARE(numbers({u"--states"_s, u"0"_s}), (QList<int>{2, 7}));
         QCOMPARE(numbers({u"--states"_s, u"2,9"_s}), (QList<int>{1}));
         const QJsonObject row = Json({u"subtasks"_s, TaskIdText})[1].toObject();
-        const QJsonObject expected{{u"subtask"_s, 2},   {u"text1"_s, u"DIR"_s}, {u"text2"_s, u"b\nc"_s},
-                                   {u"text3"_s, u""_s}, {u"text4"_s, u""_s},    {u"number5"_s, 20},
-                                   {u"number6"_s, 0}};
+        const QJsonObject expected{
+            {u"subtask"_s, 2},        {u"type"_s, u"DIR"_s}, {u"parameter1"_s, u"b\nc"_s},
+            {u"parameter2"_s, u""_s}, {u"note"_s, u""_s},    {u"size"_s, 20},
+            {u"retries"_s, 0}};
         QCOMPARE(row, expected);
-        // A line feed in a cell does not break its row.
-        QCOMPARE(Btaskctl({u"subtasks"_s, TaskIdText, u"--states"_s, u"0"_s}).out,
-                 QByteArray("SUBTASK  TEXT1  TEXT2  TEXT3  TEXT4  NUMBER5  NUMBER6\n"
-                            "2        DIR    b c                  20       0\n"
-                            "7        GET    d                    30       0\n"));
+        // A line feed in a cell does not break its row, and a long text pads no other row to its length.
+        service->PutSubTasks(
+            TaskId, {MakeSubTask(2, "DIR", "b\nc", 20), MakeSubTask(7, "GET", std::string(50, 'd'), 30)});
+        const QByteArray gap(40 - 10, ' ');
+        QCOMPARE(Btaskctl({u"subtasks"_s, u"nightly"_s, u"--states"_s, u"0"_s}).out,
+                 "SUBTASK  TYPE  PARAMETER1" + gap +
+                     "  PARAMETER2  NOTE  SIZE  RETRIES\n"
+                     "2        DIR   b c" +
+                     gap +
+                     "                           20    0\n"
+                     "7        GET   " +
+                     QByteArray(50, 'd') + "                    30    0\n");
     }
 
     void LogsByFilter_data() {
@@ -259,7 +324,7 @@ private slots:
         QCOMPARE(request.error.isEmpty(), request.exit == CtlExit::Done);
         const Run tasks = Btaskctl({u"tasks"_s, u"--json"_s});
         QTEST(tasks.exit, "tasks");
-        QCOMPARE(tasks.out.isEmpty(), tasks.exit != CtlExit::Done);
+        QCOMPARE(tasks.out == "[]\n", tasks.exit != CtlExit::Done);
     }
 
     void AStopEndsACommand_data() {
@@ -273,20 +338,135 @@ private slots:
         ServiceFixture service;
         service->SetFault(devservice::HttpFault::Hang);
         std::stop_source stop;
-        auto run = std::async(std::launch::async, Btaskctl, arguments, stop.get_token());
+        auto run = std::async(std::launch::async, Btaskctl, arguments, stop.get_token(), QByteArray());
         QVERIFY(run.wait_for(std::chrono::milliseconds(50)) == std::future_status::timeout);
         stop.request_stop();
         QVERIFY(run.wait_for(std::chrono::seconds(1)) == std::future_status::ready);
         QTEST(run.get().exit, "exit");
     }
 
-    void HelpNamesEveryCommand() {
-        const QByteArray help = Btaskctl({u"--help"_s}).out;
-        for (const char* words : {"tasks", "subtasks TASK", "task start ID", "task delete-subtask ID N",
-                                  "settings set NAME VALUE", "request VERB PATH"})
-            QVERIFY2(help.contains(words), words);
-        const QByteArray one = Btaskctl({u"request"_s, u"--help"_s}).out;
-        QVERIFY(one.contains("--expect") && !one.contains("subtasks"));
+    void AStartWaitsForTheOutcome_data() {
+        // What happens while it waits, and what it ends with.
+        const Columns<QString, QString, CtlExit, QByteArray, QByteArray> row("meanwhile", "file", "exit",
+                                                                             "out", "error");
+        using enum CtlExit;
+        row("time passes", "a.txt", Done, "Completed successfully\n", "");
+        row("time passes in vain", "a.qdb", Refused, "", "1 sub-task failed\n");
+        row("pause", "a.txt", Refused, "", "Paused by the user\n");
+        row("delete", "a.txt", Refused, "", "The task was deleted before its run ended.\n");
+        row("stop", "a.txt", Unreachable, "", "The service stopped before the run ended.\n");
+    }
+
+    void AStartWaitsForTheOutcome() {
+        QFETCH(const QString, meanwhile);
+        QFETCH(const QString, file);
+        ServiceFixture service;
+        devservice::Task task = MakeTask(TaskId, "Nightly");
+        task.subTasks = {MakeSubTask(1, "PUT", file.toStdString(), 9'000'000)};
+        service->PutTask(task);
+        // The run before this one ended otherwise.
+        service->Execute(service->DatabaseFile(File::ProcessLog), "INSERT INTO TaskProcessLog VALUES(NULL,'" +
+                                                                      std::string(TaskId) +
+                                                                      "','a','b','old',1,1,1)");
+        auto run = std::async(std::launch::async, [] {
+            return Btaskctl({u"task"_s, u"start"_s, u"nightly"_s, u"--wait"_s});
+        });
+        QTRY_COMPARE(service->FindTask(TaskId)->state, TaskState::Running);
+        QVERIFY(run.wait_for(std::chrono::milliseconds(0)) == std::future_status::timeout);
+        if (meanwhile == "pause"_L1)
+            Btaskctl({u"task"_s, u"pause"_s, TaskIdText});
+        else if (meanwhile == "delete"_L1)
+            service->RemoveTask(TaskId);
+        else if (meanwhile == "stop"_L1)
+            service->Stop();
+        else
+            service->Advance(std::chrono::minutes(10));
+        const Run ended = run.get();
+        QTEST(ended.exit, "exit");
+        QTEST(ended.out, "out");
+        QTEST(ended.error, "error");
+    }
+
+    void SettingsComeFromFiles_data() {
+        const Columns<QString, QByteArray, CtlExit, QByteArray> row("name", "input", "exit", "kept");
+        row("line end", "ProxyPwd", "a b#c+d\n", CtlExit::Done, "a b#c+d");
+        row("line end of the other system", "Text", "\ntwo\n\r\n", CtlExit::Done, "\ntwo\n");
+        row("empty", "Text", "", CtlExit::Done, "");
+        row("a secret that would be damaged", "ProxyPwd", "pass%41&word", CtlExit::Usage, "before");
+        row("a list that would be damaged", "DropFolders", "Team\tC:\\R&D", CtlExit::Usage, "before");
+        row("no UTF-8", "Text", "\xFF", CtlExit::Usage, "before");
+    }
+
+    void SettingsComeFromFiles() {
+        const auto [name, input] = Fetched<QString, QByteArray>();
+        ServiceFixture service;
+        service->SetSetting(name.toStdString(), "before");
+        const Run run = Btaskctl({u"settings"_s, u"set"_s, name, u"--from"_s, u"-"_s}, {}, input);
+        QTEST(run.exit, "exit");
+        QTEST(QByteArray::fromStdString(*service->Setting(name.toStdString())), "kept");
+        QVERIFY2(!run.error.contains("pass"), run.error.constData());
+    }
+
+    void SettingsOfTheCatalog() {
+        ServiceFixture service;
+        service->SetSetting("UploadWorkerCount", "7");
+        const QStringList list{u"settings"_s, u"list"_s};
+        QJsonArray rows = Json(list);
+        const QJsonObject expected{{u"name"_s, u"UploadWorkerCount"_s},
+                                   {u"group"_s, u"Transfer"_s},
+                                   {u"type"_s, u"int"_s},
+                                   {u"default"_s, u"5"_s},
+                                   {u"value"_s, u"7"_s}};
+        QVERIFY(rows.contains(expected));
+        const auto set = std::count_if(rows.begin(), rows.end(),
+                                       [](const QJsonValue& row) { return !row[u"value"_s].isNull(); });
+        QCOMPARE(set, 1);
+        const Run unset = Btaskctl({u"settings"_s, u"get"_s, u"DownloadWorkerCount"_s});
+        QCOMPARE(unset.exit, CtlExit::Refused);
+        QVERIFY(unset.out.isEmpty() && unset.error.contains("\"5\""));
+        // A service that fails is not one without the setting.
+        service->SetFault("status:500@/settings/UploadBandwidth");
+        const Run cut = Btaskctl(list + QStringList{u"--json"_s});
+        QCOMPARE(cut.exit, CtlExit::Refused);
+        const auto read = QJsonDocument::fromJson(cut.out).array().size();
+        QVERIFY(read > 0 && read < rows.size());
+    }
+
+    void RowsAreWrittenAsTheyAreRead() {
+        ServiceFixture service;
+        constexpr int Rows = 120'000; // more than waits in memory
+        const auto addRows = [&service](int count) {
+            service->Execute(
+                service->DatabaseFile(File::AuditTrace),
+                "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " +
+                    std::to_string(count) +
+                    ") INSERT INTO AuditTrace SELECT 0, 'row ' || i, '2025-03-01 10:00:00' FROM n");
+        };
+        addRows(Rows);
+        const QStringList arguments{u"audit"_s, u"--max"_s, u"0"_s, u"--json"_s};
+        // Whoever takes his time holds nothing up: the service can write meanwhile.
+        HeldOutput slow;
+        auto run = std::async(std::launch::async, [&] { return RunOn(slow, arguments); });
+        slow.began.acquire();
+        addRows(1);
+        slow.goOn.release();
+        QCOMPARE(run.get(), CtlExit::Done);
+        QCOMPARE(QJsonDocument::fromJson(slow.octets).array().size(), Rows);
+        // What is stopped in the middle is told, and closed all the same.
+        HeldOutput stopped;
+        auto second = std::async(std::launch::async,
+                                 [&] { return RunOn(stopped, arguments, stopped.stop.get_token()); });
+        stopped.began.acquire();
+        stopped.stop.request_stop();
+        stopped.goOn.release();
+        const CtlExit exit = second.get();
+        const auto read = QJsonDocument::fromJson(stopped.octets).array().size();
+        QVERIFY(read > 0);
+        QCOMPARE(exit, read > Rows ? CtlExit::Done : CtlExit::NoDatabase);
+        HeldOutput full;
+        full.isFull = true;
+        full.goOn.release();
+        QCOMPARE(RunOn(full, arguments), CtlExit::Refused);
     }
 
     void TheProgramKeepsOctetsAndCodes() {
@@ -304,6 +484,8 @@ private slots:
         QCOMPARE(run({u"subtasks"_s, u"{none}"_s}), std::tuple(4, QByteArray(), true));
         service->SetFault(devservice::HttpFault::Refuse);
         QCOMPARE(run({u"settings"_s, u"get"_s, u"A"_s}), std::tuple(3, QByteArray(), true));
+        qputenv("BREN_SERVICE_PORT", "98980");
+        QCOMPARE(run({u"settings"_s, u"get"_s, u"A"_s}), std::tuple(2, QByteArray(), true));
     }
 };
 

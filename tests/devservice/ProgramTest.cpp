@@ -1,7 +1,10 @@
 #include "RawHttp.h"
+#include "platform/NamedObjects.h"
+#include "platform/ServiceControl.h"
 #include "support/TestMain.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -52,6 +55,63 @@ private slots:
         QCOMPARE(Start(again, command), port);
         again.kill();
         QVERIFY(HasEnded(again));
+    }
+
+    void MendsAfterAKillWhatAFaultDamaged_data() {
+        const Columns<QString> row("fault");
+        row("db-garbage");
+        row("db-missing");
+        row("db-truncated@audit");
+    }
+
+    void MendsAfterAKillWhatAFaultDamaged() {
+        QFETCH(const QString, fault);
+        QTemporaryDir home;
+        const QStringList options{u"--home"_s, home.path(), u"--port"_s, u"0"_s, u"--speed"_s, u"0"_s};
+        const auto databases = [&home] {
+            QList<QByteArray> contents;
+            for (const QString& name : {u"scheduler/v10_schduler.db"_s, u"logging/v10_audittrace.db"_s}) {
+                QFile file(home.filePath(name));
+                contents += file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+            }
+            return contents;
+        };
+        QProcess program;
+        Start(program, options);
+        const QList<QByteArray> whole = databases();
+        QVERIFY(!whole[0].isEmpty());
+        program.kill();
+        QVERIFY(HasEnded(program));
+        QProcess faulty;
+        QVERIFY(Start(faulty, options + QStringList{u"--fault"_s, fault}) != 0);
+        QVERIFY(databases() != whole);
+        faulty.kill();
+        QVERIFY(HasEnded(faulty));
+        QProcess again;
+        QVERIFY(Start(again, options) != 0);
+        QVERIFY(databases() == whole);
+        again.kill();
+        QVERIFY(HasEnded(again));
+    }
+
+    void HomeAloneSaysWhereItsLocksAre() {
+        QTemporaryDir home;
+        QTemporaryDir elsewhere;
+        QProcess program;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        for (const QString& name : {u"BREN_HOME"_s, u"XDG_RUNTIME_DIR"_s})
+            environment.insert(name, elsewhere.path());
+        program.setProcessEnvironment(environment);
+        QVERIFY(Start(program, {u"--home"_s, home.path(), u"--port"_s, u"0"_s}) != 0);
+        qputenv("BREN_HOME", home.path().toUtf8());
+        const bool held = platform::IsMutexHeld("IOSGUISHELLUPMUTEX");
+        const auto state = platform::QueryService("brengroupsvc").state;
+        qunsetenv("BREN_HOME");
+        QVERIFY(held);
+        QCOMPARE(state, platform::ServiceState::Running);
+        QVERIFY(QDir(elsewhere.path()).isEmpty());
+        program.kill();
+        QVERIFY(HasEnded(program));
     }
 
     void RefusesWhatItDoesNotKnow_data() {

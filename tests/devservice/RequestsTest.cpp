@@ -94,6 +94,15 @@ private slots:
             statuses << Send(service->Port(), request).Status();
         QCOMPARE(statuses, (QList<int>{500, 500, 200}));
 
+        // One that answers badly has acted, one that denies has not.
+        service->SetFault("status:503@/settings/Acted");
+        QCOMPARE(Send(service->Port(), Request("PUT", "/settings/Acted?ValueType=1&Value=1")).Status(), 503);
+        QVERIFY(service->Setting("Acted"));
+        service->SetFault("deny:503@/settings/Denied");
+        QCOMPARE(Send(service->Port(), Request("PUT", "/settings/Denied?ValueType=1&Value=1")).Status(), 503);
+        QVERIFY(!service->Setting("Denied"));
+        QVERIFY(service.RequestLines().last().contains("Denied"_L1));
+
         // The request that closes the port is answered all the same, though not before the port is closed:
         // the next one never slips through. Given a time, the port opens again.
         QCOMPARE(Send(service->Port(), Request("PUT", "/dev/fault?refuse")).Status(), 200);

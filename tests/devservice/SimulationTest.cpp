@@ -1,4 +1,6 @@
 #include "RawHttp.h"
+#include "stores/ProcessLogStore.h"
+#include "stores/SchedulerStore.h"
 #include "support/ServiceFixture.h"
 #include "support/TestMain.h"
 #include "zep/LiveCounters.h"
@@ -7,6 +9,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 using namespace devservice;
+using File = devservice::Database;
 using namespace std::chrono_literals;
 
 namespace {
@@ -34,8 +37,7 @@ QStringList Rows(const std::filesystem::path& file, const char* sql) {
 }
 
 QString TaskRow(ServiceFixture& service) {
-    return Rows(service->DatabaseFile(Database::Scheduler),
-                "SELECT TaskState, NextRun, LastRun FROM Scheduler")
+    return Rows(service->DatabaseFile(File::Scheduler), "SELECT TaskState, NextRun, LastRun FROM Scheduler")
         .join(u';');
 }
 
@@ -57,11 +59,11 @@ Task OneTask(ScheduleKind kind, std::vector<SubTask> subTasks) {
 }
 
 QStringList EverythingOf(DevService& service) {
-    return Rows(service.DatabaseFile(Database::Scheduler),
+    return Rows(service.DatabaseFile(File::Scheduler),
                 "SELECT TaskId, TaskState, NextRun, LastRun FROM Scheduler") +
-           Rows(service.DatabaseFile(Database::AuditTrace), "SELECT * FROM AuditTrace") +
-           Rows(service.DatabaseFile(Database::ProcessLog), "SELECT * FROM TaskProcessLog") +
-           Rows(service.DatabaseFile(Database::History), "SELECT * FROM History");
+           Rows(service.DatabaseFile(File::AuditTrace), "SELECT * FROM AuditTrace") +
+           Rows(service.DatabaseFile(File::ProcessLog), "SELECT * FROM TaskProcessLog") +
+           Rows(service.DatabaseFile(File::History), "SELECT * FROM History");
 }
 
 } // namespace
@@ -91,11 +93,11 @@ private slots:
         QCOMPARE(TaskRow(service), row);
         QCOMPARE(SubTaskStates(service), subTasks);
         QCOMPARE(
-            Rows(service->DatabaseFile(Database::ProcessLog),
+            Rows(service->DatabaseFile(File::ProcessLog),
                  "SELECT StopReason, TotalSubTasks, FailedSubTasks, ProcessedSubTasks FROM TaskProcessLog")
                 .join(u';'),
             log);
-        const QString levels = Rows(service->DatabaseFile(Database::AuditTrace),
+        const QString levels = Rows(service->DatabaseFile(File::AuditTrace),
                                     "SELECT max(Level), min(substr(Trace, 1, 42)) FROM AuditTrace")
                                    .join(u';');
         QCOMPARE(levels, QString::fromStdString((file.endsWith("qdb"_L1) ? "2|$$" : "0|$$") + Id + "$ "));
@@ -162,7 +164,7 @@ private slots:
         QCOMPARE(EverythingOf(service.Service()), before);
         service->Advance(25h);
         const QStringList runs =
-            Rows(service->DatabaseFile(Database::ProcessLog),
+            Rows(service->DatabaseFile(File::ProcessLog),
                  "SELECT DISTINCT TaskId FROM TaskProcessLog WHERE StopTime > '2025-03-04 09:00:31'");
         QVERIFY2(runs.size() > 10, qPrintable(QString::number(runs.size())));
     }
@@ -186,14 +188,46 @@ private slots:
     void ScenariosFillTheFiles() {
         const auto [scenario, counts] = Fetched<QString, QString>();
         ServiceFixture service(scenario.toUtf8().constData());
-        QStringList found = Rows(service->DatabaseFile(Database::Scheduler),
+        QStringList found = Rows(service->DatabaseFile(File::Scheduler),
                                  "SELECT count(*) FROM Scheduler UNION ALL SELECT count(*) FROM Scheduler "
                                  "WHERE length(Schedule) = 308");
-        found += Rows(service->DatabaseFile(Database::AuditTrace), "SELECT count(*) FROM AuditTrace");
+        found += Rows(service->DatabaseFile(File::AuditTrace), "SELECT count(*) FROM AuditTrace");
         size_t most = 0;
         for (const Task& task : service->Tasks())
             most = std::max(most, service->FindTask(task.id)->subTasks.size());
         QCOMPARE(found.join(u' ') + u' ' + QString::number(most), counts);
+    }
+
+    void LifelikeDataAgreesWithItself_data() {
+        const Columns<QString> row("scenario");
+        row("desktop", "desktop");
+        row("server", "server");
+    }
+
+    void LifelikeDataAgreesWithItself() {
+        QFETCH(const QString, scenario);
+        ServiceFixture service(scenario.toUtf8().constData());
+        for (const Task& task : service->Tasks()) {
+            const QString id = QString::fromStdString(task.id);
+            std::vector<ProcessLogRecord> log;
+            QVERIFY(FillProcessLog(id, log));
+            const TaskInfo info = GetTaskInfo(id).task;
+            const bool recurs = info.weekdays.scheduled && !info.nextRun.isEmpty();
+            // Who has run more than once recurs, and who has run at all says when.
+            QVERIFY2(log.size() <= 1 || recurs, task.name.c_str());
+            QVERIFY2(log.empty() || info.lastRun >= log.back().startTime, task.name.c_str());
+            if (task.state == TaskState::Running || log.empty())
+                continue;
+            QCOMPARE(info.lastRun, log.back().startTime);
+            QCOMPARE(log.back().failedSubTasks > 0, task.state == TaskState::Failed);
+            QVERIFY2(log.back().stopTime <= QString::fromStdString(FormatTime(service->Now())),
+                     task.name.c_str());
+            for (const ProcessLogRecord& run : log) {
+                const int day = QDate::fromString(run.startTime.left(10), Qt::ISODate).dayOfWeek() % 7;
+                QVERIFY2(info.weekdays.letters.isEmpty() || info.weekdays.letters[day] != u'_',
+                         task.name.c_str());
+            }
+        }
     }
 
     void DatabaseFaultsShowAndPass_data() {
@@ -216,14 +250,16 @@ private slots:
             ServiceFixture service(options);
             service->PutTask(MakeTask(Id, "Task"));
             const auto count = [&] {
-                return Rows(service->DatabaseFile(Database::Scheduler), "SELECT count(*) FROM Scheduler")
+                return Rows(service->DatabaseFile(File::Scheduler), "SELECT count(*) FROM Scheduler")
                     .join(u';');
             };
             QVERIFY(service->SetFault(fault.toStdString()));
             QTRY_COMPARE(count(), shown);
             service->PutTask(MakeTask("{2}", "Made meanwhile"));
-            service->ClearFaults();
+            QVERIFY(service->SetFault("db-missing@audit"));
+            QVERIFY(service->SetFault("db-none")); // of every database
             QTRY_COMPARE(count(), u"2"_s);
+            QVERIFY(std::filesystem::exists(service->DatabaseFile(File::AuditTrace)));
         }
     }
 };

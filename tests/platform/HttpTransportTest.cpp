@@ -111,6 +111,47 @@ TEST_CASE("large bodies arrive whole in both directions") {
     CHECK(received.ends_with(octets));
 }
 
+TEST_CASE("an answer holds what its request allows and no more, whatever it announces") {
+    constexpr size_t Bound = 100'000;
+    struct Case {
+        std::string head;
+        size_t octets; ///< Endless: until the client has gone
+        size_t read;
+        bool complete;
+    };
+    constexpr size_t Endless = SIZE_MAX;
+    const std::string huge = "Content-Length: " + std::to_string(uint64_t{1} << 40) + "\r\n";
+    const Case cases[] = {
+        {"Content-Length: 100000\r\n", Bound, Bound, true},
+        {"Content-Length: 100001\r\n", Bound + 1, Bound, false},
+        {"", Bound, Bound, true},
+        {"", Endless, Bound, false},
+        {huge, Endless, Bound, false},
+        {huge, 10, 10, false},
+    };
+    for (const Case& expected : cases) {
+        CAPTURE(expected.head);
+        CAPTURE(expected.octets);
+        const RawServer server([&expected](Socket& connection) {
+            RawServer::ReceiveRequest(connection);
+            bool taken = connection.Send(Ok + expected.head + "\r\n");
+            for (size_t left = expected.octets; taken && left > 0;) {
+                const size_t count = std::min<size_t>(left, 8192);
+                taken = connection.Send(std::string(count, 'x'));
+                left -= expected.octets == Endless ? 0 : count;
+            }
+            connection.EndSending();
+        });
+        HttpRequest request = Get(server.Port());
+        request.maxBody = Bound;
+        const HttpResponse response = SendHttp(request);
+        CHECK(response.outcome == Answered);
+        CHECK(response.body.size() == expected.read);
+        CHECK(response.body.capacity() < (size_t{4} << 20));
+        CHECK(response.complete == expected.complete);
+    }
+}
+
 TEST_CASE("nobody there, proxies of the environment, requests that are no HTTP") {
     const uint16_t closed = Socket::Listening().Port();
     CHECK(SendHttp(Get(closed)).outcome == Unreachable);

@@ -52,11 +52,18 @@ TEST_CASE("an event is opened only while it has been made, and stays set until i
     CHECK_FALSE(NamedEvent::Open(""));
 }
 
-TEST_CASE("what keeps a file from being read") {
+TEST_CASE("what keeps a file from being read or written, and a folder from taking files") {
+    using enum FileRight;
     const TemporaryFolder folder;
     WriteFile(folder.Path() / "there", "x");
-    CHECK(ProbeReading(folder.Path() / "there") == FileAccess::Readable);
-    CHECK(ProbeReading(folder.Path() / "missing") == FileAccess::Missing);
-    CHECK(ProbeReading(folder.Path() / "no folder" / "missing") == FileAccess::Missing);
-    CHECK(ProbeReading(folder.Path()) != FileAccess::Readable);
+    for (const FileRight right : {Read, Write}) {
+        CHECK(ProbeAccess(folder.Path() / "there", right) == FileAccess::Granted);
+        CHECK(ProbeAccess(folder.Path() / "missing", right) == FileAccess::Missing);
+        CHECK(ProbeAccess(folder.Path() / "no folder" / "missing", right) == FileAccess::Missing);
+        CHECK(ProbeAccess(folder.Path(), right) == FileAccess::Broken);
+    }
+    CHECK(ReadFile(folder.Path() / "there") == "x");
+    CHECK(ProbeAccess(folder.Path(), MakeFilesIn) == FileAccess::Granted);
+    CHECK(ProbeAccess(folder.Path() / "there", MakeFilesIn) == FileAccess::Broken);
+    CHECK(ProbeAccess(folder.Path() / "missing", MakeFilesIn) == FileAccess::Missing);
 }

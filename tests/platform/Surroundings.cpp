@@ -10,11 +10,11 @@ namespace fs = std::filesystem;
 
 VariableSet::VariableSet(std::string name, const std::optional<std::string>& value)
     : m_name(std::move(name)), m_before(platform::EnvironmentVariable(m_name)) {
-    Set(m_name, value);
+    platform::PutEnvironmentVariable(m_name, value);
 }
 
 VariableSet::~VariableSet() {
-    Set(m_name, m_before);
+    platform::PutEnvironmentVariable(m_name, m_before);
 }
 
 TemporaryFolder::TemporaryFolder() {

@@ -15,8 +15,6 @@ public:
     ~VariableSet();
 
 private:
-    static void Set(const std::string& name, const std::optional<std::string>& value);
-
     std::string m_name;
     std::optional<std::string> m_before;
 };

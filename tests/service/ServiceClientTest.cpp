@@ -127,15 +127,25 @@ private slots:
         row("desktop", {}, false, 9678);
         row("server", {}, true, 9898);
         row("given", "4711", true, 4711);
-        for (const char* unusable : {"0", "70000", "http", "-1"})
-            row(unusable, QByteArray(unusable), false, 9678);
+        row("the last", "65535", false, 65535);
+        for (const char* unusable : {"0", "65536", "http", "-1", "+80", " 80", "80 ", "0x50", "80.0"})
+            row(unusable, QByteArray(unusable), false, 0);
+        if (QSysInfo::productType() != "windows"_L1) // where an empty variable is none
+            row("set to nothing", QByteArray(""), false, 0);
     }
 
     void PortFollowsModeAndEnvironment() {
         const auto [variable, server] = Fetched<QByteArray, bool>();
-        qputenv("BREN_SERVICE_PORT", variable);
+        if (!variable.isNull())
+            qputenv("BREN_SERVICE_PORT", variable);
         ZEPSysInfoSetServerMode(server);
         QTEST(int(ServicePort()), "port");
+        const bool refused = ServicePort() == 0;
+        QCOMPARE(
+            ServicePortMistake().contains(u"\"%1\", which is no port"_s.arg(QString::fromUtf8(variable))),
+            refused);
+        if (refused)
+            QCOMPARE(ServiceClient().GetSetting(u"A"_s).outcome, ServiceOutcome::Unreachable);
         ZEPSysInfoSetServerMode(false);
         qunsetenv("BREN_SERVICE_PORT");
     }
@@ -215,6 +225,14 @@ private slots:
             QVERIFY(unexpected.outcome == ServiceOutcome::OtherStatus && unexpected.body.isEmpty());
             QCOMPARE(unexpected.status, 207);
         }
+        const QByteArray tooMuch(qsizetype(ServiceClient::MaxAnswer) + 1, 'x');
+        service->SetAnswer("/body", AnswerOf(tooMuch));
+        for (const size_t bound : {ServiceClient::MaxAnswer, ServiceClient::MaxListing}) {
+            const ServiceAnswer answer =
+                ServiceClient().SendRequest(u"/body"_s, u"GET"_s, 200, {}, {}, bound);
+            QCOMPARE(size_t(answer.body.size()), std::min(bound, ServiceClient::MaxAnswer + 1));
+            QCOMPARE(answer.length.has_value(), bound == ServiceClient::MaxListing);
+        }
     }
 
     void TellsFaultsAndRecovers_data() {
@@ -228,6 +246,7 @@ private slots:
         row("slow", "delay:50", Answered, 200, whole, true);
         row("dripping", "drip:5", Answered, 200, whole, true);
         row("cut by FIN", "fin", Answered, 200, whole.left(4), false);
+        row("refusal", "status:403", OtherStatus, 403, {}, false);
         row("other status", "status:503", OtherStatus, 503, {}, false);
         row("other success", "status:204", OtherStatus, 204, {}, false);
         row("garbage", "garbage", Unreachable, 0, {}, false);
@@ -246,6 +265,12 @@ private slots:
         QCOMPARE(answer.status, status);
         QCOMPARE(answer.body, body);
         QCOMPARE(answer.length.has_value(), whole);
+        const SettingState state = SettingStateOf(answer);
+        QCOMPARE(state, whole                           ? SettingState::Set
+                        : status >= 400 && status < 500 ? SettingState::NotSet
+                                                        : SettingState::NotRead);
+        QCOMPARE(client.GetIntSetting(u"Eight"_s, -1), whole ? 12345678 : -1);
+        QCOMPARE(client.GetStringSetting(u"Eight"_s).has_value(), whole);
         const bool answered = outcome == ServiceOutcome::Answered;
         QCOMPARE(bool(client.StartTaskNow(u"nobody"_s)), false);
         QCOMPARE(bool(client.SetIntSetting(u"Other"_s, 1)), answered);

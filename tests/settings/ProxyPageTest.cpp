@@ -135,6 +135,34 @@ private slots:
         QCOMPARE(bench.Stored(u"ProxyTypeChanged"_s), u"(none)"_s);
     }
 
+    void whatWasNotReadIsLeftAsItIs() {
+        ProxyBench bench;
+        bench.Store(u"3"_s, {u"host"_s, u"8080"_s, u"ann"_s, u"secret"_s, u"a;b"_s});
+        bench.service->SetFault(devservice::HttpFault::CutByFin, {}, "ProxyPwd");
+        QVERIFY(bench.Open());
+        QCOMPARE(bench.Shown(), u"1:host,8080,ann,,a;b"_s);
+        QCOMPARE(bench.Fields()[3]->placeholderText(), u"not read"_s);
+        bench.Fields()[0]->setText(u"other"_s);
+        const QStringList written = bench.Save();
+        QVERIFY(written.contains(u"ProxyAddr?ValueType=2&Value=other"_s));
+        QCOMPARE(written.filter(u"ProxyPwd"_s), QStringList());
+        QCOMPARE(bench.Stored(u"ProxyPwd"_s), u"secret"_s);
+        QTRY_VERIFY(!bench.Dialog());
+        QVERIFY(bench.Open());
+        QTest::keyClicks(bench.Fields()[3], u"fresh"_s);
+        QVERIFY(bench.Save().contains(u"ProxyPwd?ValueType=2&Value=fresh"_s));
+    }
+
+    void aTypeThatWasNotReadHasToBeChosen() {
+        ProxyBench bench;
+        bench.Store(u"3"_s, {u"host"_s});
+        QVERIFY(bench.service->SetFault("status:500@ProxyTypeChanged"));
+        QVERIFY(bench.Open());
+        QVERIFY(!bench.Button(QDialogButtonBox::Ok)->isEnabled());
+        bench.Choice()->setCurrentIndex(0);
+        QVERIFY(bench.Button(QDialogButtonBox::Ok)->isEnabled());
+    }
+
     void nothingIsTakenBeforeTheValuesAreRead() {
         ProxyBench bench;
         bench.Store(u"3"_s, {u"host"_s});

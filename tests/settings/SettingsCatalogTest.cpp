@@ -1,4 +1,5 @@
-#include "settings/SettingsCatalog.h"
+#include "service/SettingsCatalog.h"
+#include "service/RequestText.h"
 #include "settings/SettingValues.h"
 #include "support/TestMain.h"
 

@@ -21,10 +21,10 @@ QString Describe(const PropertyRow& row) {
     return u"%1|%2|%3|%4"_s.arg(row.key, row.label).arg(static_cast<int>(row.type)).arg(row.value);
 }
 
-bool AllReadOnly(const QWidget& page, bool readOnly) {
+bool AllAre(const QWidget& page, bool PropertyRow::*flag, bool value) {
     const std::vector<Place> rows = Rows(page);
     return std::all_of(rows.begin(), rows.end(),
-                       [readOnly](const Place& row) { return (*row).readOnly == readOnly; });
+                       [flag, value](const Place& row) { return (*row).*flag == value; });
 }
 
 } // namespace
@@ -40,12 +40,13 @@ private slots:
         bench.service->SetSetting("UploadWorkerCount", "8 of them");
         CTaskItemSettings page(bench.console);
         page.EnsureCreated();
-        QVERIFY(AllReadOnly(page, true));
+        QVERIFY(AllAre(page, &PropertyRow::readOnly, true));
         QVERIFY(!bench.reader.Work(Lane::Service));
         page.Activate();
-        QVERIFY(AllReadOnly(page, true));
+        QVERIFY(AllAre(page, &PropertyRow::readOnly, true));
         QCOMPARE(bench.reader.StepAll(), 1);
-        QVERIFY(AllReadOnly(page, false));
+        QVERIFY(AllAre(page, &PropertyRow::readOnly, false));
+        QVERIFY(AllAre(page, &PropertyRow::unread, false));
         QCOMPARE(Value(page, u"DeleteCacheAfterUpload"_s), u"False"_s);
         QCOMPARE(Value(page, u"KeepCompletedTaskInDB"_s), u"False"_s);
         QCOMPARE(Value(page, u"UploadWorkerCount"_s), u"8"_s);
@@ -63,7 +64,7 @@ private slots:
         CSettingsMgr all(bench.console);
         for (CBrenPanel* page : std::initializer_list<CBrenPanel*>{&tasks, &all}) {
             bench.Open(*page);
-            QVERIFY(AllReadOnly(*page, true));
+            QVERIFY(AllAre(*page, &PropertyRow::unread, true));
             QVERIFY(ShownNotice(*page).contains(u"defaults"));
         }
         // What is built in and what is shipped must agree on every setting that both know.
@@ -78,8 +79,42 @@ private slots:
         bench.service->Start();
         bench.Refresh(tasks);
         QCOMPARE(Value(tasks, u"UploadBandwidth"_s), u"50"_s);
-        QVERIFY(AllReadOnly(tasks, false));
+        QVERIFY(AllAre(tasks, &PropertyRow::unread, false));
         QCOMPARE(ShownNotice(tasks), QString());
+    }
+
+    void answersOfASettingAreToldApart_data() {
+        const Columns<QString, QString, bool> row("fault", "value", "unread");
+        row("whole", "none", "70", false);
+        row("not set", "status:404", "0", false);
+        row("refused", "status:403", "0", false);
+        row("failing", "status:500", "0", true);
+        row("other success", "status:204", "0", true);
+        row("cut", "fin", "0", true);
+    }
+
+    void answersOfASettingAreToldApart() {
+        const auto [fault, value, unread] = Fetched<QString, QString, bool>();
+        SettingsBench bench;
+        bench.service->SetSetting("DownloadBandwidth", "70");
+        bench.service->SetSetting("UploadBandwidth", "50");
+        QVERIFY(bench.service->SetFault(fault.toStdString() + "@DownloadBandwidth"));
+        CTaskItemSettings page(bench.console);
+        bench.Open(page);
+        const PropertyRow row = *FindRow(page, u"DownloadBandwidth"_s);
+        QCOMPARE(row.value, value);
+        QCOMPARE(row.unread, unread);
+        QCOMPARE(row.ShownValue().contains(u"not read"), unread);
+        QCOMPARE(ShownNotice(page).contains(u"grey"), unread);
+        QCOMPARE(Value(page, u"UploadBandwidth"_s), u"50"_s); // the others are read all the same
+
+        bench.service->ClearFaults();
+        QCOMPARE(bench.Written(), QStringList());
+        QVERIFY(Edit(page, u"DownloadBandwidth"_s, u"71"_s));
+        bench.Refresh(page);
+        QCOMPARE(bench.Written(), QStringList{u"PUT /settings/DownloadBandwidth?ValueType=1&Value=71"_s});
+        QCOMPARE((*FindRow(page, u"DownloadBandwidth"_s)).ShownValue(), u"71"_s);
+        QCOMPARE(ShownNotice(page), QString());
     }
 
     void aReadStopsWhenTheServiceDoes() {
@@ -92,9 +127,9 @@ private slots:
         QCOMPARE(bench.service.RequestLines().size(), 8);
         QCOMPARE(bench.service.RequestLines().last(), u"GET /settings/UploadWorkerCount"_s);
         QCOMPARE(Value(page, u"EnableTaskVerification"_s), u"True"_s);
-        QVERIFY(!(*FindRow(page, u"EnableTaskVerification"_s)).readOnly);
+        QVERIFY(!(*FindRow(page, u"EnableTaskVerification"_s)).unread);
         QCOMPARE(Value(page, u"DownloadBandwidth"_s), u"0"_s);
-        QVERIFY((*FindRow(page, u"DownloadBandwidth"_s)).readOnly);
+        QVERIFY((*FindRow(page, u"DownloadBandwidth"_s)).unread);
         QVERIFY(ShownNotice(page).contains(u"defaults"));
     }
 
@@ -106,7 +141,7 @@ private slots:
         bench.service->Stop();
         bench.Refresh(page);
         QCOMPARE(Value(page, u"UploadBandwidth"_s), u"50"_s);
-        QVERIFY(AllReadOnly(page, false));
+        QVERIFY(AllAre(page, &PropertyRow::unread, false));
         QVERIFY(Edit(page, u"UploadBandwidth"_s, u"60"_s));
         bench.reader.StepAll();
         QCOMPARE(Value(page, u"UploadBandwidth"_s), u"60"_s);

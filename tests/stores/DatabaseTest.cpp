@@ -98,15 +98,38 @@ private slots:
         }
         QVERIFY(Octets(file) == octets);
         const bool prepares = outcome == ReadOutcome::OtherSchema;
-        QCOMPARE(Traces(service.Home()).filter(way->traceOfPrepare).size(),
-                 prepares ? 2 * way->statements : 0);
+        const bool isTraced = !prepares || way->prepareIsTraced;
+        QCOMPARE(Traces(service.Home()).filter(way->traceOfPrepare).size(), prepares && isTraced ? 1 : 0);
         QCOMPARE(Traces(service.Home()).filter(u"[Database]"_s).size(), prepares ? 0 : 1);
+        const bool isFault = outcome != ReadOutcome::Missing && outcome != ReadOutcome::Busy;
+        QCOMPARE(Traces(service.Home(), "ERROR").size(), isTraced && isFault ? 1 : 0);
 
         service->ClearFaults();
         const Reading after = read();
         QVERIFY(after.read);
         QCOMPARE(after.rows, before.rows);
-        QCOMPARE(Traces(service.Home()).filter(u"readable again"_s).size(), prepares ? 0 : 1);
+        QCOMPARE(Traces(service.Home()).filter(u"readable again"_s).size(), isTraced ? 1 : 0);
+    }
+
+    void DamageFurtherInIsTracedOnceToo() {
+        ServiceFixture service;
+        PutManyTasks(service, 2000);
+        service->Stop();
+        const fs::path file = service->DatabaseFile(File::Scheduler);
+        fs::copy_file(file, file.string() + ".good");
+        QFile octets(QString::fromStdString(file.string()));
+        QVERIFY(octets.open(QIODevice::ReadWrite));
+        const qint64 half = octets.size() / 2;
+        octets.seek(half);
+        octets.write(QByteArray(octets.size() - half, 'x'));
+        octets.close();
+        for (int attempt = 0; attempt < 3; ++attempt)
+            QCOMPARE(TaskNames::Read().read.outcome, ReadOutcome::Damaged);
+        QCOMPARE(Traces(service.Home(), "ERROR").size(), 1);
+        fs::remove(file);
+        fs::rename(file.string() + ".good", file);
+        QVERIFY(TaskNames::Read().read);
+        QCOMPARE(Traces(service.Home()).filter(u"readable again"_s).size(), 1);
     }
 
     void WhatIsNoDatabaseIsTold_data() {

@@ -145,10 +145,10 @@ private slots:
 
     void DeletesTheTracesOfOneTask_data() {
         const Columns<QString, bool, int> row("key", "done", "left");
-        row("key", "KEY", true, 2);
-        row("unknown key", "NONE", true, 4);
-        row("no key", "", false, 4);
-        for (const char* wide : {"%", "___", "$", "' OR '1'='1", "K%", "x'; --"})
+        row("identifier", "{KEY-1}", true, 2);
+        row("unknown identifier", "{NONE}", true, 4);
+        for (const char* wide : {"", "%", "$", "KEY", "KEY-1", "{}", "{-}", "{KEY-1", "KEY-1}", "{K%}",
+                                 "{KEY_1}", "{KEY-1}\n", "' OR '1'='1", "{x'; --}"})
             row(wide, wide, false, 4);
     }
 
@@ -156,6 +156,8 @@ private slots:
         QFETCH(const QString, key);
         ServiceFixture service;
         PutAuditRows(service, FourDays);
+        service->Execute(service->DatabaseFile(File::AuditTrace),
+                         "UPDATE AuditTrace SET Trace=replace(Trace,'KEY','{KEY-1}')");
         QTEST(bool(DeleteTaskTraces(key)), "done");
         QTEST(int(AuditRows({}).size()), "left");
     }
@@ -164,15 +166,15 @@ private slots:
         ServiceFixture service;
         PutAuditRows(service, FourDays);
         service->SetFault(devservice::DatabaseFault::Locked, File::AuditTrace);
-        QCOMPARE(DeleteTaskTraces(u"KEY"_s).outcome, ReadOutcome::Busy);
+        QCOMPARE(DeleteTaskTraces(u"{KEY}"_s).outcome, ReadOutcome::Busy);
         service->SetFault(devservice::DatabaseFault::Missing, File::AuditTrace);
-        QCOMPARE(DeleteTaskTraces(u"KEY"_s).outcome, ReadOutcome::Missing);
+        QCOMPARE(DeleteTaskTraces(u"{KEY}"_s).outcome, ReadOutcome::Missing);
         QVERIFY(!fs::exists(service->DatabaseFile(File::AuditTrace)));
         service->ClearFaults();
         QCOMPARE(AuditRows({}).size(), 4);
         std::stop_source stop;
         stop.request_stop();
-        QCOMPARE(DeleteTaskTraces(u"KEY"_s, stop.get_token()).outcome, ReadOutcome::Stopped);
+        QCOMPARE(DeleteTaskTraces(u"{KEY}"_s, stop.get_token()).outcome, ReadOutcome::Stopped);
         QCOMPARE(AuditRows({}).size(), 4);
     }
 
@@ -214,18 +216,23 @@ private slots:
     }
 
     void TheFileIndexStandsWhereItsMonitorSays_data() {
-        const Columns<QString> row("ending");
-        row("plain", "");
-        row("backslash", "\\");
+        // %1 is the home; no folder: the location is no place
+        const Columns<QString, QString> row("location", "folder");
+        row("plain", "%1/deep/folder", "%1/deep/folder/JounralDB");
+        row("backslash", "%1/deep/folder\\", "%1/deep/folder/JounralDB");
+        row("other letters", "%1/€ ü", "%1/€ ü/JounralDB");
+        row("relative", "folder", {});
+        row("drive", "D:\\", fs::path("D:\\").is_absolute() ? "D:/JounralDB" : "");
     }
 
     void TheFileIndexStandsWhereItsMonitorSays() {
-        QFETCH(const QString, ending);
+        auto [location, folder] = Fetched<QString, QString>();
         ServiceFixture service;
-        const QString place = service.Home() + u"/deep/folder"_s;
-        const MachineText location(MonitorKey, u"DBLocation"_s, place + ending);
-        QCOMPARE(QString::fromStdU16String(FileIndexFolder().generic_u16string()), place + u"/JounralDB"_s);
-        QVERIFY(QDir(place + u"/JounralDB"_s).exists());
+        const MachineText value(MonitorKey, u"DBLocation"_s, location.replace(u"%1"_s, service.Home()));
+        folder.replace(u"%1"_s, service.Home());
+        QCOMPARE(QString::fromStdU16String(FileIndexFolder().generic_u16string()), folder);
+        QVERIFY(!folder.startsWith(service.Home()) || QDir(folder).exists());
+        QVERIFY(!fs::exists("folder/JounralDB"));
     }
 
     void TheFileIndexHasAPlaceOfItsOwn() {

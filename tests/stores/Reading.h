@@ -16,14 +16,15 @@ inline constexpr OpenRule Impatient{2, std::chrono::milliseconds(1)};
 /// For one that is unlocked while the test runs.
 inline constexpr OpenRule Patient{20'000, std::chrono::milliseconds(1)};
 
-/// The texts that the console has traced in this home.
-inline QStringList Traces(const QString& home) {
+/// The texts that the console has traced in this home, of all levels or of one.
+inline QStringList Traces(const QString& home, const QByteArray& level = {}) {
     constexpr qsizetype LevelWidth = 8;
     QFile log(home + QStringLiteral("/logging/BTaskMMC.log"));
     QStringList texts;
     if (log.open(QIODevice::ReadOnly))
         for (const QByteArray& line : log.readAll().split('\n'))
-            texts += QString::fromUtf8(line.mid(line.indexOf("] ") + 2 + LevelWidth));
+            if (line.contains("] " + level))
+                texts += QString::fromUtf8(line.mid(line.indexOf("] ") + 2 + LevelWidth));
     return texts;
 }
 

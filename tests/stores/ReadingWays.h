@@ -28,19 +28,19 @@ struct ReadingWay {
     const char* name;
     std::optional<File> database; ///< none: the sub-tasks of the task
     QString traceOfPrepare;
-    int statements; ///< traced when they cannot be prepared
+    bool prepareIsTraced;
     Reading (*readWith)(std::stop_token, const OpenRule&);
 };
 
 inline const ReadingWay Ways[] = {
     {"tasks", File::Scheduler,
-     QStringLiteral("[Scheduler]Create delete statement failed:no such table: Scheduler"), 2,
+     QStringLiteral("[Scheduler]Create delete statement failed:no such table: Scheduler"), true,
      [](std::stop_token stop, const OpenRule& rule) {
          const TaskNames tasks = TaskNames::Read(stop, rule);
          return Reading{tasks.names, tasks.read};
      }},
     {"one task", File::Scheduler,
-     QStringLiteral("[Scheduler]Create delete statement failed:no such table: Scheduler"), 2,
+     QStringLiteral("[Scheduler]Create delete statement failed:no such table: Scheduler"), true,
      [](std::stop_token stop, const OpenRule& rule) {
          const TaskLookup lookup = GetTaskInfo(TaskIdText, stop, rule);
          return Reading{lookup.found ? QStringList(lookup.task.nextRun) : QStringList(), lookup.read};
@@ -48,14 +48,14 @@ inline const ReadingWay Ways[] = {
     {"sub-tasks",
      {},
      QStringLiteral("[SubTaskDBWorker]Create delete statement failed:no such table: SubTaskDBWorker"),
-     6,
+     true,
      [](std::stop_token stop, const OpenRule& rule) {
          Reading reading;
          reading.read = EnumSubTasks(TaskIdText, 0, 1, Into(reading.rows, &SubTaskRecord::text2), stop, rule);
          return reading;
      }},
     {"process log", File::ProcessLog,
-     QStringLiteral("[TaskProcessLog]Create enum statement failed:no such table: TaskProcessLog"), 1,
+     QStringLiteral("[TaskProcessLog]Create enum statement failed:no such table: TaskProcessLog"), true,
      [](std::stop_token stop, const OpenRule& rule) {
          Reading reading;
          std::vector<ProcessLogRecord> list;
@@ -65,7 +65,7 @@ inline const ReadingWay Ways[] = {
          return reading;
      }},
     {"history", File::History,
-     QStringLiteral("[History]Create Insert statement failed:no such table: History"), 1,
+     QStringLiteral("[History]Create Insert statement failed:no such table: History"), true,
      [](std::stop_token stop, const OpenRule& rule) {
          Reading reading;
          std::vector<HistoryRecord> list;
@@ -74,14 +74,15 @@ inline const ReadingWay Ways[] = {
              reading.rows += each.uri;
          return reading;
      }},
-    {"audit trace", File::AuditTrace, QStringLiteral("[AuditTrace]"), 0,
+    {"audit trace", File::AuditTrace, QStringLiteral("[AuditTrace]"), false,
      [](std::stop_token stop, const OpenRule& rule) {
          Reading reading;
          reading.read = AuditTraceStore(stop, rule)
                             .EnumTaskTraces(QStringLiteral("KEY"), Into(reading.rows, &AuditRecord::trace));
          return reading;
      }},
-    {"file index", File::FileIndex, QStringLiteral("[FileDB]Create FileDB Index2:no such table: FileDB"), 1,
+    {"file index", File::FileIndex, QStringLiteral("[FileDB]Create FileDB Index2:no such table: FileDB"),
+     true,
      [](std::stop_token stop, const OpenRule& rule) {
          Reading reading;
          reading.read =

@@ -100,7 +100,7 @@ private slots:
             m_bench->prompts.ExpectQuestion(AskAll, true);
             m_bench->prompts.ExpectMessage(DeletionFailed);
             m_bench->Click(u"Delete All"_s);
-            QVERIFY(m_bench->prompts.details.last().contains("is no key of a task"_L1));
+            QVERIFY(m_bench->prompts.details.last().contains("is no identifier of a task"_L1));
             QCOMPARE(TableHand(*audit)->Rows().rowCount(), rows);
             QCOMPARE(StoredTraces(u"{1}"_s), 5);
         }

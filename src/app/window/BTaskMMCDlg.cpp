@@ -237,19 +237,25 @@ void CBTaskMMCDlg::EditBandwidth() {
     m_loader.Load(
         Lane::Service,
         [service](std::stop_token stop) {
-            return Limits{service.GetIntSetting(UploadBandwidth, 0, stop),
-                          service.GetIntSetting(DownloadBandwidth, 0, stop)};
+            const auto read = [&service, &stop](const QString& name) -> std::optional<int> {
+                const ServiceAnswer answer = service.GetSetting(name, stop);
+                const bool isRead = SettingStateOf(answer) != SettingState::NotRead;
+                return isRead ? std::optional(LeadingNumber(answer.body)) : std::nullopt;
+            };
+            return Limits{read(UploadBandwidth), read(DownloadBandwidth)};
         },
         [dialog = QPointer(dialog)](const Loaded<Limits>& loaded) {
-            if (dialog && loaded)
-                dialog->SetLimits(*loaded);
+            if (dialog && loaded.outcome != LoadOutcome::Cancelled)
+                dialog->SetLimits(loaded ? *loaded : Limits());
         });
     connect(dialog, &QDialog::accepted, this, [this, service, dialog] {
         m_loader.Command(
             Lane::Service,
             [service, wanted = dialog->Wanted()](std::stop_token stop) {
-                service.SetIntSetting(UploadBandwidth, wanted.upload, stop);
-                service.SetIntSetting(DownloadBandwidth, wanted.download, stop);
+                if (wanted.upload)
+                    service.SetIntSetting(UploadBandwidth, *wanted.upload, stop);
+                if (wanted.download)
+                    service.SetIntSetting(DownloadBandwidth, *wanted.download, stop);
                 return true;
             },
             [](const Loaded<bool>&) {});

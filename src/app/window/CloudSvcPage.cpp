@@ -53,14 +53,12 @@ void CloudSvcPage::Ask() {
         Lane::Service,
         [service = m_service](std::stop_token stop) { return service.GetSetting(PublishedSetting, stop); },
         [this](const Loaded<ServiceAnswer>& loaded) {
-            if (!loaded)
+            if (loaded.outcome == LoadOutcome::Cancelled)
                 return;
-            const ServiceOutcome outcome = loaded->outcome;
-            if (outcome != ServiceOutcome::Answered && outcome != ServiceOutcome::OtherStatus)
+            if (!loaded || SettingStateOf(*loaded) == SettingState::NotRead)
                 ShowState(State::Unknown);
             else
-                ShowState(loaded->body.compare("true", Qt::CaseInsensitive) == 0 ? State::Published
-                                                                                 : State::NotPublished);
+                ShowState(SettingFlag(loaded->body) ? State::Published : State::NotPublished);
         });
 }
 

@@ -21,15 +21,15 @@ void CServiceNotice::Ask() {
             if (!loaded)
                 return;
             const ServiceOutcome outcome = loaded->outcome;
-            if (outcome == ServiceOutcome::Answered || outcome == ServiceOutcome::OtherStatus)
-                OnAnswered(loaded->body.compare("true", Qt::CaseInsensitive) == 0);
-            else
-                OnSilent(asked);
+            if (outcome != ServiceOutcome::Answered && outcome != ServiceOutcome::OtherStatus)
+                return OnSilent(asked);
+            if (SettingStateOf(*loaded) != SettingState::NotRead)
+                emit Published(SettingFlag(loaded->body));
+            OnAnswered();
         });
 }
 
-void CServiceNotice::OnAnswered(bool inCloudSpace) {
-    emit Published(inCloudSpace);
+void CServiceNotice::OnAnswered() {
     if (!m_silentSince)
         return;
     m_silentSince.reset();

@@ -27,7 +27,7 @@ signals:
 
 private:
     void Ask();
-    void OnAnswered(bool inCloudSpace);
+    void OnAnswered();
     void OnSilent(const QDateTime& since);
 
     const ServiceClient& m_service;

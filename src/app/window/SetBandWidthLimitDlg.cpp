@@ -23,6 +23,16 @@ void CLimitField::SetValue(int value) {
     lineEdit()->setText(QString::number(value));
 }
 
+void CLimitField::ShowRead(const std::optional<int>& value) {
+    m_unread = !value;
+    lineEdit()->setPlaceholderText(m_unread ? tr("not read") : QString());
+    lineEdit()->setText(value ? QString::number(*value) : QString());
+}
+
+std::optional<int> CLimitField::Wanted() const {
+    return m_unread && text().isEmpty() ? std::nullopt : std::optional(Value());
+}
+
 void CLimitField::stepBy(int steps) {
     const qint64 wanted = Value() + qint64(steps) * Step;
     SetValue(static_cast<int>(std::clamp<qint64>(wanted, 0, std::numeric_limits<int>::max())));
@@ -68,8 +78,8 @@ CSetBandWidthLimitDlg::CSetBandWidthLimitDlg(QWidget* parent)
 }
 
 void CSetBandWidthLimitDlg::SetLimits(const Limits& limits) {
-    m_upload->SetValue(limits.upload);
-    m_download->SetValue(limits.download);
+    m_upload->ShowRead(limits.upload);
+    m_download->ShowRead(limits.download);
     m_upload->setEnabled(true);
     m_download->setEnabled(true);
     m_ok->setEnabled(true);

@@ -1,4 +1,5 @@
 #include "platform/Elevation.h"
+#include "platform/Folders.h"
 #include "platform/posix/Process.h"
 
 #include <array>
@@ -10,8 +11,8 @@ namespace platform {
 namespace {
 
 bool IsCarried(std::string_view variable) {
-    static constexpr std::array<std::string_view, 6> starts = {
-        "DISPLAY=", "WAYLAND_DISPLAY=", "XAUTHORITY=", "HOME=", "XDG_", "BREN_"};
+    static constexpr std::array<std::string_view, 5> starts = {
+        "DISPLAY=", "WAYLAND_DISPLAY=", "XAUTHORITY=", "HOME=", "XDG_"};
     for (const std::string_view start : starts) {
         if (variable.starts_with(start))
             return true;
@@ -34,6 +35,8 @@ bool RelaunchElevated(const std::filesystem::path& executable, const std::vector
         if (IsCarried(*variable))
             command.emplace_back(*variable);
     }
+    if (const auto home = GivenHome()) // the program starts in another folder
+        command.push_back("BREN_HOME=" + home->string());
     command.insert(command.end(), {"sh", "-c", Announce, "sh", executable.string()});
     command.insert(command.end(), arguments.begin(), arguments.end());
 

@@ -1,33 +1,51 @@
 #include "platform/FileAccess.h"
-#include "platform/posix/FileDescriptor.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 
 namespace platform {
+namespace {
 
-FileAccess ProbeReading(const std::filesystem::path& path) {
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (file) {
-        struct stat found = {};
-        const bool isFile = ::fstat(file.Get(), &found) == 0 && !S_ISDIR(found.st_mode);
-        return isFile ? FileAccess::Readable : FileAccess::Broken;
+int ModeOf(FileRight right) {
+    switch (right) {
+    case FileRight::Read:
+        return R_OK;
+    case FileRight::Write:
+        return W_OK;
+    case FileRight::MakeFilesIn:
+        break;
     }
-    switch (errno) {
+    return W_OK | X_OK;
+}
+
+FileAccess AccessOf(int error) {
+    switch (error) {
     case ENOENT:
     case ENOTDIR:
         return FileAccess::Missing;
     case EACCES:
     case EPERM:
+    case EROFS:
         return FileAccess::Denied;
-    case EAGAIN:
-    case EBUSY:
-        return FileAccess::Locked;
     default:
         return FileAccess::Broken;
     }
+}
+
+} // namespace
+
+/// Asks without opening: closing a file would drop the locks that others of this process hold on it.
+FileAccess ProbeAccess(const std::filesystem::path& path, FileRight right) {
+    struct stat found = {};
+    if (::stat(path.c_str(), &found) != 0)
+        return AccessOf(errno);
+    if (right == FileRight::MakeFilesIn ? !S_ISDIR(found.st_mode) : !S_ISREG(found.st_mode))
+        return FileAccess::Broken;
+    const bool granted = ::faccessat(AT_FDCWD, path.c_str(), ModeOf(right), AT_EACCESS) == 0;
+    return granted ? FileAccess::Granted : AccessOf(errno);
 }
 
 } // namespace platform

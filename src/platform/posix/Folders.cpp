@@ -21,20 +21,41 @@ fs::path FolderOr(const char* variable, const fs::path& otherwise) {
     return folder.is_absolute() ? folder : otherwise;
 }
 
+/// What the system's list of users says; empty when it does not know this one.
+fs::path AccountHome() {
+    const passwd* const entry = ::getpwuid(::geteuid());
+    const fs::path home = entry && entry->pw_dir ? entry->pw_dir : "";
+    return home.is_absolute() ? home : fs::path();
+}
+
+/// Empty without a home.
+fs::path BelowHome(const char* name) {
+    const fs::path home = UserHome();
+    return home.empty() ? home : home / name;
+}
+
+/// Whether a process with raised rights would make this folder in that of somebody else.
+bool BelongsToAnother(fs::path folder) {
+    struct stat found = {};
+    while (folder.has_relative_path() && ::stat(folder.c_str(), &found) != 0)
+        folder = folder.parent_path();
+    return ::geteuid() == 0 && found.st_uid != 0;
+}
+
 /// The value of a line like XDG_DESKTOP_DIR="$HOME/Desktop" in the user's list of folders.
 fs::path UserDirectory(const std::string& key, const char* otherwise) {
-    std::ifstream list(FolderOr("XDG_CONFIG_HOME", UserHome() / ".config") / "user-dirs.dirs");
+    std::ifstream list(FolderOr("XDG_CONFIG_HOME", BelowHome(".config")) / "user-dirs.dirs");
     const std::string start = key + "=\"";
     for (std::string line; std::getline(list, line);) {
         if (!line.starts_with(start) || !line.ends_with('"') || line.size() == start.size())
             continue;
         const std::string value = line.substr(start.size(), line.size() - start.size() - 1);
         if (value.starts_with("$HOME/"))
-            return UserHome() / value.substr(6);
+            return BelowHome(value.c_str() + 6);
         if (value.starts_with('/'))
             return value;
     }
-    return UserHome() / otherwise;
+    return BelowHome(otherwise);
 }
 
 /// A folder in a place where everybody may make one of this name.
@@ -48,14 +69,13 @@ bool MakePrivateFolder(const fs::path& folder) {
 } // namespace
 
 fs::path UserHome() {
-    if (fs::path home = FolderOr("HOME", {}); !home.empty())
-        return home;
-    const passwd* const entry = ::getpwuid(::geteuid());
-    return entry && entry->pw_dir ? fs::path(entry->pw_dir) : fs::path("/");
+    fs::path home = FolderOr("HOME", {});
+    return home.empty() ? AccountHome() : home;
 }
 
 fs::path UserConfigFolder() {
-    return FolderOr("XDG_CONFIG_HOME", UserHome() / ".config") / Maker;
+    const fs::path config = FolderOr("XDG_CONFIG_HOME", BelowHome(".config"));
+    return config.empty() ? config : config / Maker;
 }
 
 fs::path UserRuntimeFolder() {
@@ -65,27 +85,11 @@ fs::path UserRuntimeFolder() {
     return MakePrivateFolder(own) ? own : fs::path();
 }
 
-bool MakeFolders(const fs::path& folder) {
-    std::error_code error;
-    if (fs::is_directory(folder, error))
-        return true;
-    const fs::path above = folder.parent_path();
-    if (folder.empty() || above == folder || !MakeFolders(above))
-        return false;
-    if (::mkdir(folder.c_str(), 0755) != 0)
-        return errno == EEXIST && fs::is_directory(folder, error);
-    struct stat parent = {};
-    if (::geteuid() == 0 && ::stat(above.c_str(), &parent) == 0)
-        return ::lchown(folder.c_str(), parent.st_uid, parent.st_gid) == 0;
-    return true;
-}
-
 fs::path DataFolder(bool serverMode) {
-    if (const auto home = EnvironmentVariable("BREN_HOME"))
+    if (const auto home = GivenHome())
         return *home;
-    if (serverMode)
-        return fs::path("/var/lib") / Maker;
-    return FolderOr("XDG_DATA_HOME", UserHome() / ".local/share") / Maker;
+    return OwnFolder(serverMode ? fs::path("/var/lib") : FolderOr("XDG_DATA_HOME", BelowHome(".local/share")),
+                     "this user's data");
 }
 
 fs::path ExecutableFile() {
@@ -98,9 +102,13 @@ fs::path ExecutableFolder() {
 }
 
 fs::path ConsoleStateFile() {
-    const fs::path folder = FolderOr("XDG_STATE_HOME", UserHome() / ".local/state") / Maker;
-    MakeFolders(folder);
-    return folder / "console.ini";
+    fs::path state = FolderOr("XDG_STATE_HOME", BelowHome(".local/state"));
+    // It is written by name, which nobody with raised rights should do in another one's folder.
+    if (BelongsToAnother(state))
+        state = AccountHome() / ".local/state";
+    if (!state.is_absolute() || !MakeFolders(state / Maker))
+        return {};
+    return state / Maker / "console.ini";
 }
 
 fs::path SpecialFolderPath(SpecialFolder folder) {
@@ -108,7 +116,7 @@ fs::path SpecialFolderPath(SpecialFolder folder) {
     case SpecialFolder::Desktop:
         return UserDirectory("XDG_DESKTOP_DIR", "Desktop");
     case SpecialFolder::StartMenu:
-        return FolderOr("XDG_DATA_HOME", UserHome() / ".local/share") / "applications";
+        return FolderOr("XDG_DATA_HOME", BelowHome(".local/share")) / "applications";
     case SpecialFolder::Documents:
         return UserDirectory("XDG_DOCUMENTS_DIR", "Documents");
     case SpecialFolder::ProgramFilesCommon:

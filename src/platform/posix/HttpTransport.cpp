@@ -13,8 +13,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-constexpr size_t MaxReserve = size_t{128} << 20;
-
 template <auto Free>
 struct Freed {
     template <typename T>
@@ -211,12 +209,12 @@ size_t Exchange::TakeBody(char* octets, size_t size, size_t count, void* self) {
         curl_off_t length = 0;
         curl_easy_getinfo(exchange.m_easy.get(), CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &length);
         if (body.empty() && length > 0)
-            body.reserve(std::min(static_cast<size_t>(length), MaxReserve));
-        body.append(octets, size * count);
+            ReserveAnnounced(body, static_cast<uint64_t>(length));
+        // Less than the library offered makes it break the transfer off.
+        return AppendBounded(body, {octets, size * count}, exchange.m_request) ? size * count : 0;
     } catch (const std::exception&) {
-        return 0; // too large for this process: the library breaks the transfer off
+        return 0; // too large for this process
     }
-    return size * count;
 }
 
 } // namespace

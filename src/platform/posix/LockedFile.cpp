@@ -1,4 +1,5 @@
 #include "platform/posix/LockedFile.h"
+#include "platform/posix/UserFiles.h"
 
 #include <fcntl.h>
 
@@ -15,7 +16,7 @@ struct flock WholeFile() {
 } // namespace
 
 std::optional<FileDescriptor> LockFile(const std::filesystem::path& path) {
-    FileDescriptor file(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0644));
+    FileDescriptor file = OpenOrMakeFile(path, O_RDWR);
     struct flock range = WholeFile();
     if (!file || ::fcntl(file.Get(), F_OFD_SETLK, &range) != 0)
         return {};

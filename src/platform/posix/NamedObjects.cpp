@@ -1,5 +1,5 @@
 #include "platform/NamedObjects.h"
-#include "platform/Environment.h"
+#include "platform/Folders.h"
 #include "platform/posix/LockedFile.h"
 #include "platform/posix/UserFolders.h"
 
@@ -20,8 +20,8 @@ std::string PlainName(const std::string& name) {
 }
 
 fs::path MutexPath(const std::string& name) {
-    const auto home = EnvironmentVariable("BREN_HOME");
-    const fs::path folder = home ? fs::path(*home) / "run" : UserRuntimeFolder();
+    const auto home = GivenHome();
+    const fs::path folder = home ? *home / "run" : UserRuntimeFolder();
     const std::string plain = PlainName(name);
     return folder.empty() || plain.empty() ? fs::path() : folder / (plain + ".mutex");
 }
@@ -40,8 +40,8 @@ std::string SemaphoreName(const std::string& name) {
     const std::string plain = PlainName(name);
     if (plain.empty())
         return {};
-    const auto home = EnvironmentVariable("BREN_HOME");
-    return '/' + plain + (home ? '.' + MarkOf(*home) : std::string());
+    const auto home = GivenHome();
+    return '/' + plain + (home ? '.' + MarkOf(home->string()) : std::string());
 }
 
 } // namespace
@@ -50,6 +50,10 @@ bool IsMutexHeld(const std::string& name) {
     const fs::path path = MutexPath(name);
     const FileDescriptor file(path.empty() ? -1 : ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     return file && IsFileLocked(file.Get());
+}
+
+std::optional<fs::path> MutexFile(const std::string& name) {
+    return MutexPath(name);
 }
 
 struct NamedMutex::State {

@@ -85,14 +85,21 @@ void ReapLater(pid_t process) {
     std::thread([process] { Reap(process); }).detach();
 }
 
-Printed RunAndRead(const std::vector<std::string>& command) {
+Printed RunAndRead(const std::vector<std::string>& command, const std::stop_token& stop) {
     std::optional<Pipe> pipe = MakePipe();
     pid_t process = 0;
-    if (!pipe || Spawn(command, {.output = pipe->write.Get(), .keepsErrors = false}, process) != 0)
+    if (!pipe ||
+        Spawn(command, {.output = pipe->write.Get(), .keepsErrors = false, .ownSession = true}, process) != 0)
         return {};
     pipe->write.Close();
     Printed printed;
-    printed.text = ReadAll(pipe->read.Get(), size_t{1} << 20);
+    {
+        // The program's own children hold the pipe open too, so its whole session ends.
+        const std::stop_callback kill(stop, [process] { ::kill(-process, SIGKILL); });
+        printed.text = ReadAll(pipe->read.Get(), size_t{1} << 20);
+        siginfo_t ended;
+        ::waitid(P_PID, static_cast<id_t>(process), &ended, WEXITED | WNOWAIT);
+    }
     pipe->read.Close();
     printed.exitCode = Reap(process);
     return printed;

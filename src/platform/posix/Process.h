@@ -5,6 +5,7 @@
 #include <sys/types.h>
 
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -27,12 +28,12 @@ int Reap(pid_t process);
 /// Waits for the end of a process in the background, so that it does not stay as a zombie.
 void ReapLater(pid_t process);
 
-/// What a program prints, and how it ends.
+/// What a program prints, and how it ends. It is killed when the token says stop.
 struct Printed {
     int exitCode = 127;
     std::string text;
 };
-Printed RunAndRead(const std::vector<std::string>& command);
+Printed RunAndRead(const std::vector<std::string>& command, const std::stop_token& stop = {});
 
 /// The file that `$PATH` names for a program.
 std::optional<std::string> FindProgram(const std::string& name);

@@ -1,16 +1,15 @@
 #include "platform/Registry.h"
-#include "platform/Environment.h"
-#include "platform/posix/FileDescriptor.h"
+#include "platform/Folders.h"
+#include "platform/posix/Process.h"
+#include "platform/posix/UserFiles.h"
 #include "platform/posix/UserFolders.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <string_view>
 #include <vector>
@@ -20,14 +19,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr size_t LongestKey = size_t{1} << 20; ///< octets of its file
+
 enum class Life { Lasting, UntilRestart };
 
 fs::path RootFolder(RegistryRoot root, Life life) {
     const bool lasting = life == Life::Lasting;
     if (root == RegistryRoot::CurrentUser)
         return lasting ? UserConfigFolder() : UserRuntimeFolder();
-    if (const auto home = EnvironmentVariable("BREN_HOME"))
-        return fs::path(*home) / (lasting ? "etc" : "run");
+    if (const auto home = GivenHome())
+        return *home / (lasting ? "etc" : "run");
     return lasting ? "/etc/brenvia" : "/run/brenvia";
 }
 
@@ -86,8 +87,9 @@ std::optional<std::string_view> ValueOnLine(std::string_view line, const std::st
 
 std::vector<std::string> ReadLines(const fs::path& path) {
     std::vector<std::string> lines;
-    std::ifstream file(path, std::ios::binary);
-    for (std::string line; std::getline(file, line);)
+    const FileDescriptor file = OpenFile(path);
+    std::istringstream text(file ? ReadAll(file.Get(), LongestKey) : std::string());
+    for (std::string line; std::getline(text, line);)
         lines.push_back(line);
     return lines;
 }
@@ -110,28 +112,29 @@ std::optional<uint32_t> AsDword(std::string_view value) {
     return error == std::errc() && rest == end ? std::optional(number) : std::nullopt;
 }
 
+/// The text with the variables in it replaced; what names none stands as it is.
+std::string Expanded(std::string_view text) {
+    std::string expanded;
+    for (size_t start; (start = text.find("${")) != std::string_view::npos;) {
+        const size_t end = text.find('}', start);
+        if (end == std::string_view::npos)
+            break;
+        const auto value = EnvironmentVariable(std::string(text.substr(start + 2, end - start - 2)));
+        expanded.append(text.substr(0, start)).append(value ? *value : text.substr(start, end + 1 - start));
+        text.remove_prefix(end + 1);
+    }
+    return expanded.append(text);
+}
+
 bool IsNameOfValue(const std::string& name) {
     return !name.empty() && Trimmed(name) == name &&
            name.find_first_of(std::string("=\n\0", 3)) == std::string::npos && name.find_first_of(";#[") != 0;
 }
 
-/// Makes `text` the file's content in one step: a reader sees the old content or the new one.
-bool ReplaceFile(const fs::path& path, const std::string& text) {
-    const fs::path fresh = path.string() + ".new";
-    FileDescriptor file(::open(fresh.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0644));
-    const bool written = file &&
-                         ::write(file.Get(), text.data(), text.size()) == static_cast<ssize_t>(text.size()) &&
-                         ::fsync(file.Get()) == 0;
-    file.Close();
-    if (written && ::rename(fresh.c_str(), path.c_str()) == 0)
-        return true;
-    ::unlink(fresh.c_str());
-    return false;
-}
-
 /// Keeps other writers of the folder's files waiting while it lives.
-FileDescriptor LockFolder(const fs::path& folder) {
-    FileDescriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+FileDescriptor LockFolder(const fs::path& path) {
+    const FileDescriptor folder = OpenOrMakeFolder(path);
+    FileDescriptor descriptor(folder ? ::openat(folder.Get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC) : -1);
     if (descriptor && ::flock(descriptor.Get(), LOCK_EX) != 0)
         descriptor.Close();
     return descriptor;
@@ -159,22 +162,22 @@ std::optional<uint32_t> ReadRegistryDword(const RegistryKey& key, const std::str
 }
 
 std::optional<std::string> ReadRegistryText(const RegistryKey& key, const std::string& name,
-                                            size_t maxBytes) {
-    std::optional<std::string> value = ReadValue(key, name);
+                                            size_t maxUnits) {
+    const std::optional<std::string> value = ReadValue(key, name);
     if (!value || AsDword(*value))
         return {};
-    if (value->size() >= 2 && value->front() == '"' && value->back() == '"')
-        value = value->substr(1, value->size() - 2);
-    if (value->size() + 1 > maxBytes)
+    const bool quoted = value->size() >= 2 && value->front() == '"' && value->back() == '"';
+    std::string text = quoted ? value->substr(1, value->size() - 2) : *value;
+    if (text.size() + 1 > maxUnits)
         return {};
-    return value->substr(0, value->find('\0'));
+    text.resize(std::min(text.size(), text.find('\0')));
+    return quoted ? text : Expanded(text);
 }
 
 bool WriteRegistryDword(const RegistryKey& key, const std::string& name, uint32_t value) {
     const fs::path path = PresentFile(key);
     if (path.empty() || !IsNameOfValue(name))
         return false;
-    MakeFolders(path.parent_path());
     const FileDescriptor lock = LockFolder(path.parent_path());
     return lock && ReplaceFile(path, WithValue(ReadLines(path), name, value));
 }

@@ -1,20 +1,26 @@
 #include "platform/ServiceControl.h"
+#include "platform/Environment.h"
 #include "platform/Folders.h"
 #include "platform/posix/LockedFile.h"
 #include "platform/posix/Process.h"
 #include "platform/posix/Systemd.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 
 #include <array>
 #include <cerrno>
-#include <fstream>
+#include <charconv>
+#include <sstream>
 #include <string_view>
+#include <system_error>
 
 namespace platform {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr size_t LongestCommand = size_t{1} << 16; ///< octets
 
 struct StateWord {
     ServiceState state;
@@ -67,44 +73,79 @@ ServiceQuery QueryLock(const fs::path& folder, const std::string& name) {
     return {ServiceQueryStep::OpenService, ENOENT, ServiceState::Unknown};
 }
 
-std::vector<std::string> ReadStartCommand(const fs::path& folder, const std::string& name) {
+/// The user for whom a program has been started with raised rights.
+std::optional<uid_t> InvokingUser() {
+    for (const char* variable : {"PKEXEC_UID", "SUDO_UID"}) {
+        const std::string text = EnvironmentVariable(variable).value_or("");
+        uid_t user = 0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), user);
+        if (!text.empty() && error == std::errc() && end == text.data() + text.size())
+            return user;
+    }
+    return {};
+}
+
+/// Whether nobody but those whose commands this process may run can have written the file.
+bool IsTrusted(const FileDescriptor& file) {
+    struct stat found = {};
+    if (::fstat(file.Get(), &found) != 0 || found.st_nlink != 1 || found.st_mode & (S_IWGRP | S_IWOTH))
+        return false;
+    // With a data folder of their own, whoever raised our rights has chosen the whole world that we act in.
+    return found.st_uid == 0 || found.st_uid == ::geteuid() ||
+           (GivenHome() && found.st_uid == InvokingUser());
+}
+
+std::vector<std::string> ReadCommand(const FileDescriptor& file) {
     std::vector<std::string> command;
-    std::ifstream file(StartPath(folder, name));
-    for (std::string line; std::getline(file, line);) {
+    std::istringstream lines(ReadAll(file.Get(), LongestCommand));
+    for (std::string line; std::getline(lines, line);) {
         if (!line.empty())
             command.push_back(line);
     }
     return command;
 }
 
+ServiceStart StartByCommand(const fs::path& path) {
+    const auto refused = [&path](const std::string& why) {
+        return ServiceStart{false, "The start command " + path.string() + ' ' + why + '.'};
+    };
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW));
+    if (!file)
+        return refused("cannot be read: " + std::generic_category().message(errno));
+    if (!IsTrusted(file))
+        return refused("is not run, because another user can have written it");
+    const std::vector<std::string> command = ReadCommand(file);
+    pid_t process = 0;
+    if (command.empty() || !command.front().starts_with('/'))
+        return refused("names no program by its whole path");
+    if (const int error = Spawn(command, {.keepsErrors = false, .ownSession = true}, process))
+        return refused("cannot be run: " + std::generic_category().message(error));
+    ReapLater(process);
+    return {true, {}};
+}
+
 } // namespace
 
-ServiceQuery QueryService(const std::string& name, bool serverMode) {
+ServiceQuery QueryService(const std::string& name, bool serverMode, const std::stop_token& stop) {
     if (!IsServiceName(name))
         return {ServiceQueryStep::OpenService, EINVAL, ServiceState::Unknown};
     if (SystemdRules()) {
-        if (const auto query = QuerySystemd(name))
+        if (const auto query = QuerySystemd(name, stop))
             return *query;
     }
     return QueryLock(DataFolder(serverMode), name);
 }
 
-bool StartService(const std::string& name, bool serverMode) {
+ServiceStart StartService(const std::string& name, bool serverMode, const std::stop_token& stop) {
     if (!IsServiceName(name))
-        return false;
-    if (SystemdRules() && QuerySystemd(name))
-        return StartBySystemd(name);
+        return {false, '"' + name + "\" is no name of a service."};
+    if (SystemdRules() && QuerySystemd(name, stop))
+        return {StartBySystemd(name, stop), "systemd did not start it."};
     const fs::path folder = DataFolder(serverMode);
     const ServiceQuery query = QueryLock(folder, name);
-    if (query.failedAt == ServiceQueryStep::Done && query.state != ServiceState::Stopped)
-        return true;
-    const std::vector<std::string> command = ReadStartCommand(folder, name);
-    pid_t process = 0;
-    if (command.empty() || !command.front().starts_with('/') ||
-        Spawn(command, {.keepsErrors = false, .ownSession = true}, process) != 0)
-        return false;
-    ReapLater(process);
-    return true;
+    if (query.failedAt != ServiceQueryStep::Done || query.state == ServiceState::Stopped)
+        return StartByCommand(StartPath(folder, name));
+    return {query.state != ServiceState::StopPending, "It is still stopping."};
 }
 
 struct ServiceLock::State {
@@ -119,8 +160,7 @@ ServiceLock::~ServiceLock() = default;
 std::optional<ServiceLock> ServiceLock::Take(const fs::path& folder, const std::string& name) {
     if (!IsServiceName(name))
         return {};
-    std::error_code error;
-    fs::create_directories(folder, error);
+    MakeFolders(folder);
     std::optional<FileDescriptor> file = LockFile(LockPath(folder, name));
     if (!file)
         return {};

@@ -1,5 +1,6 @@
 #include "platform/SharedFile.h"
 #include "platform/posix/LockedFile.h"
+#include "platform/posix/UserFiles.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -9,8 +10,7 @@
 namespace platform {
 
 std::optional<std::uint64_t> AppendToFile(const std::filesystem::path& path, std::string_view octets) {
-    const FileDescriptor file(
-        ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0644));
+    const FileDescriptor file = OpenOrMakeFile(path, O_WRONLY | O_APPEND);
     if (!file)
         return {};
     ssize_t written = 0;

@@ -1,9 +1,7 @@
 #include "platform/Shell.h"
+#include "platform/Folders.h"
 #include "platform/posix/Process.h"
-
-#include <sys/stat.h>
-
-#include <fstream>
+#include "platform/posix/UserFiles.h"
 
 namespace platform {
 namespace {
@@ -63,16 +61,13 @@ bool StartProgram(const fs::path& executable, const std::vector<std::string>& ar
 bool MakeShortcut(const fs::path& folder, const std::string& name, const fs::path& target,
                   const std::string& description) {
     const fs::path path = ShortcutPath(folder, name);
-    std::error_code error;
-    fs::create_directories(folder, error);
-    if (path.empty())
-        return false;
-    std::ofstream entry(path, std::ios::binary | std::ios::trunc);
-    entry << "[Desktop Entry]\nType=Application\nIcon=folder\nTerminal=false\n"
-          << "Name=" << EntryText(name) << "\nComment=" << EntryText(description) << "\nExec=xdg-open "
-          << EntryArgument(target.string()) << '\n';
-    entry.close();
-    return entry && ::chmod(path.c_str(), 0755) == 0; // desktops trust only executable ones
+    // Desktops trust only executable ones.
+    return !path.empty() && MakeFolders(folder) &&
+           ReplaceFile(path,
+                       "[Desktop Entry]\nType=Application\nIcon=folder\nTerminal=false\nName=" +
+                           EntryText(name) + "\nComment=" + EntryText(description) + "\nExec=xdg-open " +
+                           EntryArgument(target.string()) + '\n',
+                       0755);
 }
 
 bool RemoveShortcut(const fs::path& folder, const std::string& name) {

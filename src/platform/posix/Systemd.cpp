@@ -11,16 +11,16 @@ bool SystemdRules() {
     return !EnvironmentVariable("BREN_HOME") && ::access("/run/systemd/system", F_OK) == 0;
 }
 
-std::optional<ServiceQuery> QuerySystemd(const std::string& name) {
+std::optional<ServiceQuery> QuerySystemd(const std::string& name, const std::stop_token& stop) {
     const Printed shown =
-        RunAndRead({"systemctl", "show", "--property=LoadState,ActiveState", "--", name + ".service"});
+        RunAndRead({"systemctl", "show", "--property=LoadState,ActiveState", "--", name + ".service"}, stop);
     if (shown.exitCode != 0)
         return ServiceQuery{ServiceQueryStep::OpenManager, shown.exitCode, ServiceState::Unknown};
     return ReadUnitState(shown.text);
 }
 
-bool StartBySystemd(const std::string& name) {
-    return RunAndRead({"systemctl", "start", "--no-block", "--", name + ".service"}).exitCode == 0;
+bool StartBySystemd(const std::string& name, const std::stop_token& stop) {
+    return RunAndRead({"systemctl", "start", "--no-block", "--", name + ".service"}, stop).exitCode == 0;
 }
 
 std::optional<ServiceQuery> ReadUnitState(const std::string& properties) {

@@ -8,9 +8,9 @@ namespace platform {
 bool SystemdRules();
 
 /// The state of a unit; none when systemd does not know it.
-std::optional<ServiceQuery> QuerySystemd(const std::string& name);
+std::optional<ServiceQuery> QuerySystemd(const std::string& name, const std::stop_token& stop);
 
-bool StartBySystemd(const std::string& name);
+bool StartBySystemd(const std::string& name, const std::stop_token& stop);
 
 /// Reads what "systemctl show" prints of LoadState and ActiveState; none when the unit is not known.
 std::optional<ServiceQuery> ReadUnitState(const std::string& properties);

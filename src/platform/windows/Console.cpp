@@ -1,6 +1,6 @@
 #include "platform/Console.h"
-
-#include <windows.h>
+#include "platform/windows/Handle.h"
+#include "platform/windows/WideText.h"
 
 #include <fcntl.h>
 #include <io.h>
@@ -20,6 +20,21 @@ void PrepareConsole() {
     DWORD mode = 0;
     if (GetConsoleMode(console, &mode))
         SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+}
+
+bool PrintText(std::string_view text) {
+    DWORD written = 0;
+    HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+    if (output != nullptr && output != INVALID_HANDLE_VALUE &&
+        WriteFile(output, text.data(), static_cast<DWORD>(text.size()), &written, nullptr))
+        return written == text.size();
+    if (!AttachConsole(ATTACH_PARENT_PROCESS))
+        return false;
+    const Handle console(
+        CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE, ShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+    const std::wstring wide = Wide(text);
+    return console &&
+           WriteConsoleW(console.Get(), wide.data(), static_cast<DWORD>(wide.size()), &written, nullptr);
 }
 
 } // namespace platform

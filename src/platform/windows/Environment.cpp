@@ -12,4 +12,12 @@ std::optional<std::string> EnvironmentVariable(const std::string& name) {
     return value.empty() ? std::nullopt : std::optional(Narrow(value));
 }
 
+bool HasEnvironmentVariable(const std::string& name) {
+    return ::GetEnvironmentVariableW(Wide(name).c_str(), nullptr, 0) > 0;
+}
+
+void PutEnvironmentVariable(const std::string& name, const std::optional<std::string>& value) {
+    ::SetEnvironmentVariableW(Wide(name).c_str(), value ? Wide(*value).c_str() : nullptr);
+}
+
 } // namespace platform

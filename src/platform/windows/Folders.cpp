@@ -1,5 +1,4 @@
 #include "platform/Folders.h"
-#include "platform/Environment.h"
 #include "platform/windows/WideText.h"
 
 #include <windows.h>
@@ -25,9 +24,15 @@ fs::path KnownFolder(const KNOWNFOLDERID& id) {
 } // namespace
 
 fs::path DataFolder(bool) {
-    if (const auto home = EnvironmentVariable("BREN_HOME"))
-        return PathFromUtf8(*home);
-    return KnownFolder(FOLDERID_ProgramData) / "brenvia";
+    if (const auto home = GivenHome())
+        return *home;
+    return OwnFolder(KnownFolder(FOLDERID_ProgramData), "the programs' data");
+}
+
+bool MakeFolders(const fs::path& folder) {
+    std::error_code error;
+    fs::create_directories(folder, error);
+    return fs::is_directory(folder, error);
 }
 
 fs::path ExecutableFile() {
@@ -45,10 +50,10 @@ fs::path ExecutableFolder() {
 }
 
 fs::path ConsoleStateFile() {
-    const fs::path folder = KnownFolder(FOLDERID_LocalAppData) / "brenvia";
-    std::error_code error;
-    fs::create_directories(folder, error);
-    return folder / "console.ini";
+    const fs::path local = KnownFolder(FOLDERID_LocalAppData);
+    if (local.empty() || !MakeFolders(local / "brenvia"))
+        return {};
+    return local / "brenvia" / "console.ini";
 }
 
 fs::path SpecialFolderPath(SpecialFolder folder) {
@@ -60,8 +65,7 @@ fs::path SpecialFolderPath(SpecialFolder folder) {
     case SpecialFolder::Documents:
         return KnownFolder(FOLDERID_Documents);
     case SpecialFolder::ProgramFilesCommon:
-        return EnvironmentVariable("BREN_HOME") ? DataFolder(true) / "common"
-                                                : KnownFolder(FOLDERID_ProgramFilesCommon);
+        return GivenHome() ? DataFolder(true) / "common" : KnownFolder(FOLDERID_ProgramFilesCommon);
     }
     return {};
 }

@@ -19,8 +19,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-constexpr size_t MaxReserve = size_t{128} << 20;
-
 /// The library's own time-outs are put off: silence is measured here, by its signs of life.
 constexpr DWORD Never = std::numeric_limits<int>::max();
 
@@ -211,7 +209,7 @@ Exchange::Step Exchange::ReadBody() {
     const bool hasNone = m_request.verb == "HEAD" || m_response.status == 204 || m_response.status == 304;
     const std::optional<uint64_t> length = hasNone ? std::nullopt : StatedLength();
     if (length)
-        body.reserve(static_cast<size_t>(std::min<uint64_t>(*length, MaxReserve)));
+        ReserveAnnounced(body, *length);
     while (true) {
         const Step asked = Await(::WinHttpQueryDataAvailable(m_handle.get(), nullptr),
                                  WINHTTP_CALLBACK_STATUS_DATA_AVAILABLE);
@@ -227,7 +225,8 @@ Exchange::Step Exchange::ReadBody() {
             return read;
         if (m_progress->count == 0)
             break;
-        body.append(m_progress->chunk.data(), m_progress->count);
+        if (!AppendBounded(body, {m_progress->chunk.data(), m_progress->count}, m_request))
+            return Step::Failed;
     }
     return !length || body.size() >= *length ? Step::Done : Step::Failed;
 }

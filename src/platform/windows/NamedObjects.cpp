@@ -26,6 +26,10 @@ bool IsMutexHeld(const std::string& name) {
     return error == ERROR_ALREADY_EXISTS || error == ERROR_ACCESS_DENIED;
 }
 
+std::optional<std::filesystem::path> MutexFile(const std::string&) {
+    return {};
+}
+
 struct NamedMutex::State {
     Handle mutex;
 };

@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <memory>
 
 namespace platform {
@@ -24,6 +25,16 @@ OwnedKey OpenForReading(const RegistryKey& key) {
     return OwnedKey(status == ERROR_SUCCESS ? opened : nullptr);
 }
 
+std::wstring Expanded(const std::wstring& text) {
+    std::wstring expanded(::ExpandEnvironmentStringsW(text.c_str(), nullptr, 0), L'\0');
+    const DWORD size =
+        ::ExpandEnvironmentStringsW(text.c_str(), expanded.data(), static_cast<DWORD>(expanded.size()));
+    if (size == 0 || size > expanded.size())
+        return text;
+    expanded.resize(size - 1);
+    return expanded;
+}
+
 } // namespace
 
 std::optional<uint32_t> ReadRegistryDword(const RegistryKey& key, const std::string& name) {
@@ -38,18 +49,18 @@ std::optional<uint32_t> ReadRegistryDword(const RegistryKey& key, const std::str
 }
 
 std::optional<std::string> ReadRegistryText(const RegistryKey& key, const std::string& name,
-                                            size_t maxBytes) {
+                                            size_t maxUnits) {
     const OwnedKey opened = OpenForReading(key);
-    std::string data(maxBytes, '\0');
+    std::wstring data(maxUnits, L'\0');
     DWORD type = 0;
-    DWORD size = static_cast<DWORD>(data.size());
-    if (!opened || ::RegQueryValueExA(opened.get(), name.c_str(), nullptr, &type,
+    DWORD size = static_cast<DWORD>(data.size() * sizeof(wchar_t));
+    if (!opened || ::RegQueryValueExW(opened.get(), Wide(name).c_str(), nullptr, &type,
                                       reinterpret_cast<BYTE*>(data.data()), &size) != ERROR_SUCCESS)
         return {};
     if (type != REG_SZ && type != REG_EXPAND_SZ)
         return {};
-    data.resize(size);
-    return FromCodePage(data.substr(0, data.find('\0')));
+    data.resize(std::min<size_t>(size / sizeof(wchar_t), data.find(L'\0')));
+    return Narrow(type == REG_EXPAND_SZ ? Expanded(data) : data);
 }
 
 bool WriteRegistryDword(const RegistryKey& key, const std::string& name, uint32_t value) {

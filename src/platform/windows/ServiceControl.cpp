@@ -1,8 +1,13 @@
 #include "platform/ServiceControl.h"
+#include "platform/Folders.h"
 #include "platform/SharedFile.h"
 #include "platform/windows/WideText.h"
 
 #include <windows.h>
+
+#include <chrono>
+#include <future>
+#include <thread>
 
 // The header speaks of these names, not of the system's macros.
 #undef OpenService
@@ -10,6 +15,8 @@
 
 namespace platform {
 namespace {
+
+constexpr std::chrono::milliseconds StopPeriod{50};
 
 struct ServiceHandleCloser {
     void operator()(SC_HANDLE handle) const { ::CloseServiceHandle(handle); }
@@ -49,9 +56,28 @@ ServiceState StateOf(DWORD state) {
     }
 }
 
+ServiceStart Refused() {
+    return {false, "The service manager refused with error " + std::to_string(::GetLastError()) + '.'};
+}
+
+ServiceStart Start(const std::string& name) {
+    const ServiceHandle manager = OpenManager();
+    const ServiceHandle service =
+        manager ? OpenNamed(manager, name, SERVICE_START | SERVICE_QUERY_STATUS) : nullptr;
+    if (!service)
+        return Refused();
+    if (::StartServiceW(service.get(), 0, nullptr))
+        return {true, {}};
+    SERVICE_STATUS status = {};
+    // The manager says the same of a service that is stopping.
+    if (::GetLastError() != ERROR_SERVICE_ALREADY_RUNNING || !::QueryServiceStatus(service.get(), &status))
+        return Refused();
+    return {status.dwCurrentState != SERVICE_STOP_PENDING, "It is still stopping."};
+}
+
 } // namespace
 
-ServiceQuery QueryService(const std::string& name, bool) {
+ServiceQuery QueryService(const std::string& name, bool, const std::stop_token&) {
     const ServiceHandle manager = OpenManager();
     if (!manager)
         return FailedAt(ServiceQueryStep::OpenManager);
@@ -66,11 +92,16 @@ ServiceQuery QueryService(const std::string& name, bool) {
     return {ServiceQueryStep::Done, 0, StateOf(status.dwCurrentState)};
 }
 
-bool StartService(const std::string& name, bool) {
-    const ServiceHandle manager = OpenManager();
-    const ServiceHandle service = manager ? OpenNamed(manager, name, SERVICE_START) : nullptr;
-    return service &&
-           (::StartServiceW(service.get(), 0, nullptr) || ::GetLastError() == ERROR_SERVICE_ALREADY_RUNNING);
+ServiceStart StartService(const std::string& name, bool, const std::stop_token& stop) {
+    // The manager keeps its caller until the service's program has reported, for half a minute at worst.
+    std::packaged_task<ServiceStart()> task([name] { return Start(name); });
+    std::future<ServiceStart> accepted = task.get_future();
+    std::thread(std::move(task)).detach();
+    while (accepted.wait_for(StopPeriod) != std::future_status::ready) {
+        if (stop.stop_requested())
+            return {false, "Stopped before the service manager answered."};
+    }
+    return accepted.get();
 }
 
 struct ServiceLock::State {
@@ -83,8 +114,7 @@ ServiceLock& ServiceLock::operator=(ServiceLock&&) noexcept = default;
 ServiceLock::~ServiceLock() = default;
 
 std::optional<ServiceLock> ServiceLock::Take(const std::filesystem::path& folder, const std::string& name) {
-    std::error_code error;
-    std::filesystem::create_directories(folder, error);
+    MakeFolders(folder);
     std::optional<FileLock> lock = FileLock::TryAcquire(folder / Wide(name + ".lock"));
     if (!lock)
         return {};

@@ -5,13 +5,6 @@
 namespace platform {
 namespace {
 
-std::wstring Decoded(UINT codePage, std::string_view text) {
-    const int size = static_cast<int>(text.size());
-    std::wstring wide(::MultiByteToWideChar(codePage, 0, text.data(), size, nullptr, 0), L'\0');
-    ::MultiByteToWideChar(codePage, 0, text.data(), size, wide.data(), static_cast<int>(wide.size()));
-    return wide;
-}
-
 std::wstring Quoted(const std::wstring& argument) {
     if (!argument.empty() && argument.find_first_of(L" \t\n\v\"") == std::wstring::npos)
         return argument;
@@ -29,11 +22,10 @@ std::wstring Quoted(const std::wstring& argument) {
 } // namespace
 
 std::wstring Wide(std::string_view utf8) {
-    return Decoded(CP_UTF8, utf8);
-}
-
-std::string FromCodePage(std::string_view text) {
-    return Narrow(Decoded(CP_ACP, text));
+    const int size = static_cast<int>(utf8.size());
+    std::wstring wide(::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, nullptr, 0), L'\0');
+    ::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, wide.data(), static_cast<int>(wide.size()));
+    return wide;
 }
 
 std::string Narrow(std::wstring_view wide) {

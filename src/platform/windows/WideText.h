@@ -10,9 +10,6 @@ namespace platform {
 std::wstring Wide(std::string_view utf8);
 std::string Narrow(std::wstring_view wide);
 
-/// UTF-8 of a text in the system's own narrow code page.
-std::string FromCodePage(std::string_view text);
-
 /// The arguments as one command line, quoted so that a program splits them into the same ones.
 std::wstring CommandLine(const std::vector<std::string>& arguments);
 

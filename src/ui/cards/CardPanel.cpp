@@ -106,21 +106,26 @@ void CardPanel::ReadList() {
         [this](const Loaded<std::shared_ptr<const CardEntries>>& loaded) {
             if (loaded)
                 Take(*loaded);
+            else if (loaded.outcome == LoadOutcome::Failed)
+                TellAge(loaded.why);
         });
 }
 
 void CardPanel::Take(const std::shared_ptr<const CardEntries>& entries) {
-    const QString failure = entries->read.Sentence();
     if (entries->read) {
         m_entries = entries;
         m_readAt = QTime::currentTime();
+        ShowCards();
     }
+    TellAge(entries->read.Sentence());
+}
+
+/// What failed, and since when all stands as it is; empty: nothing did.
+void CardPanel::TellAge(const QString& failure) {
     TellFailure(
         failure.isEmpty() || !m_entries
             ? failure
             : tr("%1 (Shown as it was at %2.)").arg(failure, m_readAt.toString(QStringLiteral("HH:mm:ss"))));
-    if (entries->read)
-        ShowCards();
     ShowAge();
     ShowEmptyText();
 }

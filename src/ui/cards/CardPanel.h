@@ -90,6 +90,7 @@ private:
     int ShowNewCards(const std::vector<const CardEntry*>& entries);
     void ShowCard(const CardEntry& entry);
     void TellCounts(int hidden);
+    void TellAge(const QString& failure);
     void ShowAge();
     void ShowEmptyText();
 

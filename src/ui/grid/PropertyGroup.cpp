@@ -326,6 +326,6 @@ void CPropertyGroup::PaintRow(QPainter& painter, int row) const {
     DrawLine(painter,
              visualRect(m_model.index(row, PropertyModel::Label)).adjusted(CellInset, 0, -CellInset, 0),
              property.label);
-    painter.setPen(property.readOnly ? Look::Muted : Look::Ink);
-    DrawLine(painter, value.adjusted(CellInset, 0, -2 * CellInset, 0), property.value);
+    painter.setPen(property.readOnly || property.unread ? Look::Muted : Look::Ink);
+    DrawLine(painter, value.adjusted(CellInset, 0, -2 * CellInset, 0), property.ShownValue());
 }

@@ -30,6 +30,7 @@ public:
     /// Of no effect on an open editor.
     void SetValue(int row, const QString& value) { m_model.SetValue(row, value); }
     void SetReadOnly(int row, bool readOnly) { m_model.SetReadOnly(row, readOnly); }
+    void SetUnread(int row, bool unread) { m_model.SetUnread(row, unread); }
     void SetEditorNote(EditorNote note) { m_noteOf = std::move(note); }
 
     /// Opens the editor of the row's value, or asks for a folder when the value is a folder's path. False

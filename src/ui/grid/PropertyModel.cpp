@@ -1,10 +1,16 @@
 #include "grid/PropertyModel.h"
 
+#include <QCoreApplication>
+
 namespace {
 
 constexpr qsizetype LongestShown = 1000;
 
 } // namespace
+
+QString PropertyRow::ShownValue() const {
+    return unread ? QCoreApplication::translate("PropertyRow", "%1 (not read)").arg(value) : value;
+}
 
 QString OneLineText(const QString& value) {
     QString shown = value.left(LongestShown);
@@ -35,10 +41,10 @@ void PropertyModel::SetValue(int row, const QString& value) {
     RowChanged(row);
 }
 
-void PropertyModel::SetReadOnly(int row, bool readOnly) {
-    if (Row(row).readOnly == readOnly)
+void PropertyModel::SetFlag(int row, bool PropertyRow::*flag, bool value) {
+    if (Row(row).*flag == value)
         return;
-    m_rows.at(static_cast<std::size_t>(row)).readOnly = readOnly;
+    m_rows.at(static_cast<std::size_t>(row)).*flag = value;
     RowChanged(row);
 }
 
@@ -78,7 +84,7 @@ QVariant PropertyModel::data(const QModelIndex& index, int role) const {
     case Qt::AccessibleTextRole:
         if (index.column() != Value || isTitle)
             return OneLineText(Text(row, index.column()));
-        return OneLineText(row.label) + QStringLiteral(": ") + OneLineText(row.value);
+        return OneLineText(row.label) + QStringLiteral(": ") + OneLineText(row.ShownValue());
     case Qt::AccessibleDescriptionRole:
         return row.hint;
     case Qt::ToolTipRole:

@@ -14,6 +14,10 @@ struct PropertyRow {
     ServiceClient::ValueType type{}; ///< 0 in the title's row
     QString hint;                    ///< shown as a tool-tip, plain text
     bool readOnly = false;
+    bool unread = false; ///< the value is a default in place of one that could not be read
+
+    /// The value, with a word behind it when it is not known.
+    QString ShownValue() const;
 };
 
 /// The rows of a property group as a table; row 0 holds the group's title and nothing else.
@@ -31,7 +35,8 @@ public:
     bool IsEditable(int row) const { return row > 0 && Has(row) && !Row(row).readOnly; }
 
     void SetValue(int row, const QString& value);
-    void SetReadOnly(int row, bool readOnly);
+    void SetReadOnly(int row, bool readOnly) { SetFlag(row, &PropertyRow::readOnly, readOnly); }
+    void SetUnread(int row, bool unread) { SetFlag(row, &PropertyRow::unread, unread); }
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -40,6 +45,7 @@ public:
 
 private:
     QString Text(const PropertyRow& row, int column) const;
+    void SetFlag(int row, bool PropertyRow::*flag, bool value);
     void RowChanged(int row);
 
     std::vector<PropertyRow> m_rows;

@@ -2,6 +2,10 @@
 
 #include <QEvent>
 
+#include "zep/TracePrintf.h"
+
+#include <QCoreApplication>
+
 PageLoader::PageLoader(Reader& reader, QWidget& page)
     : m_reader(reader), m_page(&page), m_state(std::make_shared<State>()) {
     m_state->loader = this;
@@ -50,6 +54,19 @@ bool PageLoader::eventFilter(QObject* watched, QEvent* event) {
 void PageLoader::StopTimer() {
     m_timer.stop();
     m_refresh = nullptr;
+}
+
+QString PageLoader::NoteThrown(State& state, const QString& what) {
+    QString before;
+    {
+        const std::lock_guard lock(state.mutex);
+        before = std::exchange(state.traced, what);
+    }
+    if (what.isEmpty())
+        return QCoreApplication::translate("PageLoader", "The data could not be read.");
+    if (before != what)
+        TracePrintf(TraceLevel::Error, QStringLiteral("[PageLoader]A read ended early: ") + what);
+    return QCoreApplication::translate("PageLoader", "The data could not be read: %1").arg(what);
 }
 
 std::function<ReadPriority()> PageLoader::PriorityOf(ReadPriority wanted) const {

@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <memory>
+#include <mutex>
 #include <optional>
 
 enum class LoadOutcome { Answered, Cancelled, Failed };
@@ -18,6 +19,7 @@ template <typename Value>
 struct Loaded {
     LoadOutcome outcome = LoadOutcome::Failed;
     std::optional<Value> value;
+    QString why; ///< of a failed one: a sentence for the user
 
     explicit operator bool() const { return value.has_value(); }
     const Value& operator*() const { return *value; }
@@ -26,10 +28,10 @@ struct Loaded {
 
 /// Fetches on the Reader and applies on the UI thread, for the page that owns it: one loader for each kind of
 /// thing that the page reads. A fetch is `Value (std::stop_token)` or `std::optional<Value>
-/// (std::stop_token)`, where nothing means failed, as does an exception; it captures values or shared
-/// ownership, never the page. An apply is `void (const Loaded<Value>&)`. Each fetch ends in exactly one
-/// apply, none once the page is gone. A loader rests with its page: when the page is hidden, its timer stops
-/// and its read ends as cancelled.
+/// (std::stop_token)`, where nothing means failed, as does an exception, which is traced; it captures values
+/// or shared ownership, never the page. An apply is `void (const Loaded<Value>&)`. Each fetch ends in exactly
+/// one apply, none once the page is gone. A loader rests with its page: when the page is hidden, its timer
+/// stops and its read ends as cancelled.
 class PageLoader : public QObject {
 public:
     PageLoader(Reader& reader, QWidget& page);
@@ -83,6 +85,8 @@ private:
     struct State {
         PageLoader* loader = nullptr;
         int reads = 0;
+        std::mutex mutex;
+        QString traced; ///< what the last fetch threw; under the mutex
     };
 
     template <typename T>
@@ -123,7 +127,7 @@ private:
             Loaded<std::vector<Value>> all;
             all.outcome = loaded.outcome;
             if (loaded.outcome != LoadOutcome::Cancelled)
-                all = {LoadOutcome::Answered, std::move(batch->values)};
+                all = {LoadOutcome::Answered, std::move(batch->values), {}};
             --state->reads;
             batch->apply(std::as_const(all));
             EndRead(*state);
@@ -134,13 +138,15 @@ private:
     template <typename Fetch, typename Apply>
     void Submit(Lane lane, ReadPriority priority, std::stop_source stop, Fetch fetch, Apply apply) {
         using Value = ValueOf<Fetch>;
-        auto fetched = std::make_shared<std::optional<Value>>();
-        auto work = [fetched, fetch = std::move(fetch)](std::stop_token token) mutable {
+        auto fetched = std::make_shared<Loaded<Value>>();
+        auto work = [state = m_state, fetched, fetch = std::move(fetch)](std::stop_token token) mutable {
+            QString thrown;
             try {
-                *fetched = fetch(token);
-            } catch (const std::exception&) {
-                fetched->reset();
+                fetched->value = fetch(token);
+            } catch (const std::exception& exception) {
+                thrown = QString::fromUtf8(exception.what());
             }
+            fetched->why = NoteThrown(*state, thrown);
         };
         auto done = [state = m_state, stop, fetched, apply = std::move(apply)]() mutable {
             if (!state->loader)
@@ -148,8 +154,10 @@ private:
             Loaded<Value> loaded;
             if (stop.stop_requested())
                 loaded.outcome = LoadOutcome::Cancelled;
-            else if (*fetched)
-                loaded = {LoadOutcome::Answered, std::move(*fetched)};
+            else if (fetched->value)
+                loaded = {LoadOutcome::Answered, std::move(fetched->value), {}};
+            else
+                loaded.why = fetched->why;
             apply(std::as_const(loaded));
         };
         m_reader.Submit({lane, PriorityOf(priority), std::move(stop), std::move(work), std::move(done)});
@@ -160,6 +168,10 @@ private:
 
     void BeginRead();
     static void EndRead(const State& state);
+    /// Traces what a fetch has thrown, once for as long as the fetches throw the same; empty: nothing.
+    /// Returns the sentence about a fetch that brought nothing.
+    static QString NoteThrown(State& state, const QString& what);
+
     std::function<ReadPriority()> PriorityOf(ReadPriority wanted) const;
     bool IsInFront() const { return m_page && m_page->isVisible(); }
     void Refresh();

@@ -84,7 +84,9 @@ void CRecordPanel::Read(std::optional<quint32> known) {
         },
         [this, rows](const Loaded<Outcome>& loaded) {
             if (loaded)
-                ShowEnd(*loaded, rows);
+                ShowEnd(*loaded, rows, loaded->read.Sentence());
+            else if (loaded.outcome == LoadOutcome::Failed)
+                ShowEnd({{ReadOutcome::Failed, {}}, {}, false}, rows, loaded.why);
         });
     m_coming.reset();
     if (m_list->Rows().TotalRows() > 0)
@@ -106,7 +108,7 @@ void CRecordPanel::ShowFirstRows() {
         Frame().SetStatusText(m_page.listing);
 }
 
-void CRecordPanel::ShowEnd(const Outcome& outcome, const Stream& rows) {
+void CRecordPanel::ShowEnd(const Outcome& outcome, const Stream& rows, const QString& failure) {
     m_glance.stop();
     if (rows == m_coming) {
         m_list->AppendRows(rows->Take());
@@ -118,7 +120,7 @@ void CRecordPanel::ShowEnd(const Outcome& outcome, const Stream& rows) {
         m_shown = rows;
     m_coming.reset();
     m_changes = outcome.read ? outcome.changes : std::nullopt;
-    TellFailure(outcome.read.Sentence());
+    TellFailure(failure);
     m_list->SetEmptyText(Failure().isEmpty()        ? m_page.empty
                          : m_page.failure.isEmpty() ? Failure()
                                                     : m_page.failure);

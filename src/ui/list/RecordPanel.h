@@ -59,7 +59,7 @@ private:
 
     void Read(std::optional<quint32> known);
     void ShowFirstRows();
-    void ShowEnd(const Outcome& outcome, const Stream& rows);
+    void ShowEnd(const Outcome& outcome, const Stream& rows, const QString& failure);
 
     RecordPage m_page;
     CBrenListCtrl* m_list = nullptr;

@@ -25,8 +25,11 @@ void Open(QDialog* dialog, QWidget* over, std::function<void(int result)> closed
 
 QMessageBox* MakeBox(QWidget* over, const QString& icon, const QString& text, const QString& details,
                      QMessageBox::StandardButtons buttons) {
-    auto* box = new QMessageBox(QMessageBox::NoIcon, QApplication::applicationDisplayName(), text, buttons,
-                                WindowOf(over));
+    QWidget* window = WindowOf(over);
+    const QString title = window ? window->windowTitle() : QString();
+    auto* box =
+        new QMessageBox(QMessageBox::NoIcon, title.isEmpty() ? QApplication::applicationName() : title, text,
+                        buttons, window);
     box->setIconPixmap(
         IconRegistry::Icon(icon, Look::Accent).pixmap(QSize(32, 32), box->devicePixelRatioF()));
     box->setTextFormat(Qt::PlainText);

@@ -43,6 +43,7 @@ TEST_CASE("folders stand where the environment puts them") {
     const VariableSet state("XDG_STATE_HOME", {});
     const Case cases[] = {
         {"BREN_HOME", home + "/bren", home + "/bren", home + "/bren"},
+        {"BREN_HOME", "bren/../data", fs::current_path() / "data", fs::current_path() / "data"},
         {"BREN_HOME", {}, home + "/.local/share/brenvia", "/var/lib/brenvia"},
         {"XDG_DATA_HOME", home + "/share", home + "/share/brenvia", "/var/lib/brenvia"},
         {"XDG_DATA_HOME", "relative", home + "/.local/share/brenvia", "/var/lib/brenvia"},
@@ -54,6 +55,8 @@ TEST_CASE("folders stand where the environment puts them") {
         CHECK(DataFolder(false) == expected.desktopData);
         CHECK(DataFolder(true) == expected.serverData);
     }
+    CHECK_THROWS_AS(OwnFolder({}, "data"), FolderUnknown);
+    CHECK_THROWS_AS(OwnFolder("data", "data"), FolderUnknown);
     CHECK(fs::is_directory(ConsoleStateFile().parent_path()));
 
     const VariableSet config("XDG_CONFIG_HOME", home + "/config");

@@ -23,12 +23,16 @@ TEST_CASE("values have the type that their text says") {
         std::optional<std::string> text;
         std::optional<uint32_t> dword;
     };
+    const TemporaryHome home;
     const Case cases[] = {
         {"Value=QBS", "QBS", {}},
         {"  value = QBS  \r", "QBS", {}},
         {"Value=\"a; b\"", "a; b", {}},
         {"Value=\"7\"", "7", {}},
         {"Value=", "", {}},
+        {"Value=${BREN_HOME}", home.Path().string(), {}},
+        {"Value=a${BREN_TEST_NONE}b${}c${", "a${BREN_TEST_NONE}b${}c${", {}},
+        {"Value=\"${BREN_HOME}\"", "${BREN_HOME}", {}},
         {"Value=\"", "\"", {}},
         {std::string("Value=QBS\0rest", 14), "QBS", {}},
         {"Value=7", {}, 7},
@@ -42,7 +46,6 @@ TEST_CASE("values have the type that their text says") {
         {"Values=1", {}, {}},
         {"=1", {}, {}},
     };
-    const TemporaryHome home;
     for (const Case& expected : cases) {
         CAPTURE(expected.line);
         WriteFile(home.Path() / "etc/SOFTWARE/Brenvia.ini", expected.line);

@@ -1,10 +1,13 @@
 #include "platform/ServiceControl.h"
 #include "../Surroundings.h"
+#include "platform/posix/Process.h"
 #include "platform/posix/Systemd.h"
 
 #include <doctest/doctest.h>
 
 #include <cerrno>
+#include <csignal>
+#include <thread>
 
 using namespace platform;
 
@@ -51,7 +54,7 @@ TEST_CASE("a service is started by its command, once") {
     };
     for (const Case& expected : cases) {
         REQUIRE(WriteStartCommand(home.Path(), "agent", expected.command));
-        CHECK(StartService("agent") == expected.starts);
+        CHECK(StartService("agent").accepted == expected.starts);
     }
     CHECK(ComesTrue([&] { return ReadFile(proof) == "x y\n"; }));
     CHECK_FALSE(StartService("other"));
@@ -59,9 +62,28 @@ TEST_CASE("a service is started by its command, once") {
     CHECK_FALSE(WriteStartCommand(home.Path(), "agent", {"/bin/sh\n-c"}));
 
     REQUIRE(WriteStartCommand(home.Path(), "agent", cases[0].command));
-    const std::optional<ServiceLock> running = ServiceLock::Take(home.Path(), "agent");
+    std::optional<ServiceLock> running = ServiceLock::Take(home.Path(), "agent");
     CHECK(StartService("agent"));
+    running->SetState(ServiceState::StopPending);
+    CHECK(StartService("agent").refusal == "It is still stopping.");
+    CHECK_FALSE(StartService("agent"));
     CHECK(ReadFile(proof) == "x y\n");
+}
+
+TEST_CASE("a program that is waited for ends with the wait, and with it what it has started") {
+    const TemporaryFolder folder;
+    const std::filesystem::path begun = folder.Path() / "begun";
+    const auto start = std::chrono::steady_clock::now();
+    std::stop_source stop;
+    const std::jthread stopper([&] {
+        ComesTrue([&] { return std::filesystem::exists(begun); });
+        stop.request_stop();
+    });
+    const Printed ended =
+        RunAndRead({"/bin/sh", "-c", "sleep 60 & : >\"$0\"; wait", begun.string()}, stop.get_token());
+    CHECK(ended.exitCode == 128 + SIGKILL);
+    CHECK(RunAndRead({"/bin/sh", "-c", "echo said"}).text == "said\n");
+    CHECK(std::chrono::steady_clock::now() - start < std::chrono::seconds(30));
 }
 
 TEST_CASE("what systemd shows of a unit") {

@@ -46,13 +46,16 @@ TEST_CASE("elevation carries the display and home, and waits for what the user s
         programs.Add("console", "echo \"$*|$DISPLAY|$XDG_TEST|$BREN_HOME|$OTHER\" >" + log);
     const VariableSet display("DISPLAY", ":7");
     const VariableSet folder("XDG_TEST", "with blank");
-    const VariableSet home("BREN_HOME", "/bren");
+    const VariableSet home("BREN_HOME", "data");
     const VariableSet other("OTHER", "secret");
 
     programs.Add("pkexec", "exec env -i PATH=\"$PATH\" \"$@\"");
     CHECK(MayElevate());
     CHECK(RelaunchElevated(console, {"/server", "a b", "/runas"}));
-    CHECK(ComesTrue([&] { return ReadFile(log) == "/server a b /runas|:7|with blank|/bren|\n"; }));
+    CHECK(ComesTrue([&] {
+        return ReadFile(log) ==
+               "/server a b /runas|:7|with blank|" + (fs::current_path() / "data").string() + "|\n";
+    }));
     CHECK_FALSE(RelaunchElevated(programs.File("missing"), {}));
 
     programs.Add("pkexec", "exit 126");

@@ -54,6 +54,9 @@ TEST_CASE("registry values of every type and length") {
         {"no terminator", REG_SZ, "Q\0B\0S\0"sv, "QBS", {}},
         {"ends early", REG_SZ, "Q\0\0\0S\0\0\0"sv, "Q", {}},
         {"empty", REG_SZ, ""sv, "", {}},
+        {"beyond the code page", REG_SZ, "\xAC\x20\x34\xD8\x1E\xDD\0\0"sv, "\u20AC\U0001D11E", {}},
+        {"expanded", REG_EXPAND_SZ, "%\0B\0%\0x\0%\0N\0%\0\0\0"sv, "a long textx%N%", {}},
+        {"not expanded", REG_SZ, "%\0B\0%\0\0\0"sv, "%B%", {}},
         {"too long",
          REG_SZ,
          "1\0"
@@ -71,6 +74,7 @@ TEST_CASE("registry values of every type and length") {
         {"long number", REG_QWORD, "\x07\0\0\0\0\0\0\0"sv, {}, {}},
     };
     const KeyForTest key;
+    ::SetEnvironmentVariableW(L"B", L"a long text");
     for (const Case& expected : cases) {
         CAPTURE(expected.name);
         key.Put(L"Value", expected.type, expected.octets);

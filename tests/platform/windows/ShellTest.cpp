@@ -33,8 +33,20 @@ TEST_CASE("a file that another keeps for itself is locked, a folder is no file")
     const fs::path path = folder.Path() / "kept";
     const Handle kept(::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
     REQUIRE(kept);
-    CHECK(ProbeReading(path) == FileAccess::Locked);
-    CHECK(ProbeReading(folder.Path()) == FileAccess::Broken);
+    CHECK(ProbeAccess(path, FileRight::Read) == FileAccess::Locked);
+}
+
+TEST_CASE("a file that may only be read can not be written") {
+    const TemporaryFolder folder;
+    const fs::path path = folder.Path() / "kept";
+    WriteFile(path, "x");
+    ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
+    CHECK(ProbeAccess(path, FileRight::Read) == FileAccess::Granted);
+    // Some users may write it all the same.
+    const bool may{
+        Handle(::CreateFileW(path.c_str(), GENERIC_WRITE, ShareAll, nullptr, OPEN_EXISTING, 0, nullptr))};
+    CHECK(ProbeAccess(path, FileRight::Write) == (may ? FileAccess::Granted : FileAccess::Denied));
+    ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
 TEST_CASE("shortcuts are made, replaced and removed") {

@@ -2,12 +2,31 @@
 #include "support/SteppingReader.h"
 #include "support/TestMain.h"
 
+#include <QFile>
+#include <QTemporaryDir>
+
 #include <stdexcept>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
+
+const QString Unread = u"The data could not be read."_s;
+
+/// An environment variable as it is for a test.
+struct EnvironmentChange {
+    EnvironmentChange(const char* variable, const QByteArray& value)
+        : name(variable), before(qgetenv(variable)) {
+        qputenv(name, value);
+    }
+    ~EnvironmentChange() { before.isNull() ? qunsetenv(name) : qputenv(name, before); }
+    EnvironmentChange(const EnvironmentChange&) = delete;
+    EnvironmentChange& operator=(const EnvironmentChange&) = delete;
+
+    const char* name;
+    QByteArray before;
+};
 
 /// A page that notes what it is given to apply.
 class NotingPage : public QWidget {
@@ -22,7 +41,7 @@ public:
 
     void Note(const Loaded<int>& loaded) {
         const bool cancelled = loaded.outcome == LoadOutcome::Cancelled;
-        applied.append(loaded ? QString::number(*loaded) : cancelled ? u"cancelled"_s : u"failed"_s);
+        applied.append(loaded ? QString::number(*loaded) : cancelled ? u"cancelled"_s : loaded.why);
         if (onApply)
             onApply();
     }
@@ -39,6 +58,8 @@ class PageLoaderTest : public QObject {
 
 private slots:
     void eachFetchEndsInOneApply() {
+        const QTemporaryDir home;
+        const EnvironmentChange change("BREN_HOME", home.path().toUtf8());
         SteppingReader reader;
         NotingPage page(reader);
         const auto note = [&page](const Loaded<int>& loaded) { page.Note(loaded); };
@@ -48,9 +69,11 @@ private slots:
                 Lane::Service, [read](std::stop_token) { return read; }, note);
             reader.StepAll();
         }
-        page.loader.Load(
-            Lane::Service, [](std::stop_token) -> int { throw std::runtime_error("torn"); }, note);
-        reader.StepAll();
+        for (const char* what : {"torn", "torn", "worn"}) {
+            page.loader.Load(
+                Lane::Service, [what](std::stop_token) -> int { throw std::runtime_error(what); }, note);
+            reader.StepAll();
+        }
         page.Load(8);
         page.loader.Cancel();
         reader.StepAll();
@@ -59,9 +82,15 @@ private slots:
         page.loader.Cancel();
         reader.Finish();
 
-        QCOMPARE(page.applied,
-                 (QStringList{u"7"_s, u"failed"_s, u"failed"_s, u"cancelled"_s, u"cancelled"_s}));
+        QCOMPARE(page.applied, (QStringList{u"7"_s, Unread, Unread.chopped(1) + u": torn"_s,
+                                            Unread.chopped(1) + u": torn"_s, Unread.chopped(1) + u": worn"_s,
+                                            u"cancelled"_s, u"cancelled"_s}));
         QVERIFY(!page.loader.IsReading());
+        QFile log(home.filePath(u"logging/BTaskMMC.log"_s));
+        QVERIFY(log.open(QIODevice::ReadOnly));
+        const QByteArray traced = log.readAll();
+        QCOMPARE(traced.count("ERROR"), 2); // of three, two of which were the same
+        QVERIFY(traced.contains("torn") && traced.contains("worn"));
     }
 
     void theNewestReadWins() {

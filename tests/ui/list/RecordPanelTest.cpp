@@ -5,6 +5,7 @@
 #include "support/TestMain.h"
 
 #include <condition_variable>
+#include <stdexcept>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -32,6 +33,8 @@ public:
         for (int row = 0;; ++row) {
             if (!m_changed.wait(lock, stop, [&] { return m_let > row; }))
                 return {ReadOutcome::Stopped, {}};
+            if (row == m_count && m_end.detail == u"thrown"_s)
+                throw std::runtime_error("thrown");
             if (row == m_count)
                 return m_end;
             const QString text = m_name + QString::number(row);
@@ -202,6 +205,10 @@ private slots:
         m_panel->Restart();
         QVERIFY(ReadToItsEnd());
         QCOMPARE(m_panel->TextWithoutRows(), u"The database does not exist: x.db"_s);
+        m_tap->SetRows(u"c"_s, 0, {ReadOutcome::Failed, u"thrown"_s});
+        m_panel->Restart();
+        QVERIFY(ReadToItsEnd());
+        QCOMPARE(m_panel->TextWithoutRows(), u"The data could not be read: thrown"_s);
     }
 
 private:

@@ -17,6 +17,7 @@ private slots:
     void init() {
         m_window = std::make_unique<QWidget>();
         m_asker = new QWidget(m_window.get());
+        m_window->setWindowTitle(u"Console"_s);
         m_window->show();
     }
 
@@ -54,6 +55,7 @@ private slots:
         m_prompts.ShowMessage(
             m_asker, text, [&closed] { closed = true; }, u"<i>why</i>"_s);
         auto* box = Opened<QMessageBox>();
+        QCOMPARE(box->windowTitle(), u"Console"_s);
         QCOMPARE(box->text(), text);
         QCOMPARE(box->textFormat(), Qt::PlainText);
         QCOMPARE(box->detailedText(), u"<i>why</i>"_s);

@@ -1,4 +1,4 @@
-#include "settings/SettingsCatalog.h"
+#include "service/SettingsCatalog.h"
 
 #include "platform/Folders.h"
 #include "zep/Mui.h"

@@ -11,6 +11,7 @@
 class NoFrame : public MainFrame {
 public:
     void SetStatusText(const QString&) override {}
+    void SetNotice(const QString&) override {}
     void SetToolbar(QWidget&, const std::vector<FrameAction>&) override {}
     void SetSideActions(QWidget&, const std::vector<FrameAction>&) override {}
 };

@@ -11,25 +11,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-/// The words that "--state" takes; null for a state without one.
-QString StateText(int state) {
-    switch (static_cast<TaskState>(state)) {
-    case TaskState::Pending:
-        return u"Pending"_s;
-    case TaskState::Running:
-        return u"Running"_s;
-    case TaskState::Paused:
-        return u"Paused"_s;
-    case TaskState::Failed:
-        return u"Failed"_s;
-    case TaskState::Completed:
-        return u"Completed"_s;
-    case TaskState::Held:
-        break;
-    }
-    return {};
-}
-
 CtlExit Tasks(const Invocation& invocation) {
     const std::vector<Column> columns{
         {"id"_L1, "ID"_L1},           {"type"_L1, "TYPE"_L1},        {"name"_L1, "NAME"_L1},
@@ -39,11 +20,11 @@ CtlExit Tasks(const Invocation& invocation) {
     return WriteRows(invocation, columns, [&](RowWriter& rows) {
         return invocation.End(EnumAllTasks(
             [&](const TaskRecord& task) {
-                const QString state = StateText(task.state);
+                const QString state = TaskStateText(task.state); // null: none
                 return (!wanted.isEmpty() && !wanted.contains(state)) ||
                        rows.Add({task.taskId, task.kind, task.name, task.description,
-                                 qint64{task.schedule.type}, qint64{task.state}, state, task.lastRun,
-                                 task.nextRun});
+                                 qint64{task.schedule.type}, static_cast<qint64>(task.state), state,
+                                 task.lastRun, task.nextRun});
             },
             invocation.stop));
     });

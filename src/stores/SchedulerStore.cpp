@@ -23,7 +23,7 @@ void FillTexts(TaskRecord& task, const Statement& row) {
     task.name = row.Text(3);
     task.description = row.Text(4);
     task.nextRun = row.Text(5);
-    task.state = row.Integer(7);
+    task.state = TaskState(row.Integer(7));
     task.lastRun = row.Text(8);
 }
 
@@ -32,7 +32,7 @@ TaskInfo InfoOf(const Statement& row) {
     info.nextRun = row.Text(5);
     if (const auto schedule = ScheduleBlob::Parse(row.Blob(6)))
         info.weekdays = WeekdaySummary::Of(*schedule);
-    info.state = row.Integer(7);
+    info.state = TaskState(row.Integer(7));
     info.lastRun = row.Text(8);
     if (info.lastRun.isNull())
         info.lastRun = QStringLiteral("N/A");

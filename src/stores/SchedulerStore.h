@@ -3,6 +3,7 @@
 #include "stores/Database.h"
 #include "stores/ScheduleBlob.h"
 #include "stores/Statement.h"
+#include "stores/TaskState.h"
 
 #include <functional>
 
@@ -11,7 +12,7 @@ struct TaskRecord {
     QString taskId;
     QString kind; ///< "backup", "ccbackup", ...
     QString name;
-    int state = 0;
+    TaskState state = TaskState::Pending;
     ScheduleBlob schedule;
     QString lastRun;
     QString description;
@@ -20,7 +21,7 @@ struct TaskRecord {
 
 /// What the list keeps of one task.
 struct TaskInfo {
-    int state = 0;
+    TaskState state = TaskState::Pending;
     QString lastRun; ///< "N/A" when the service noted none
     QString nextRun;
     WeekdaySummary weekdays;

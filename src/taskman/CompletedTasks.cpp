@@ -50,7 +50,7 @@ void CCompletedTasks::AddColumns(CBrenListCtrl& list) {
 CRecordPanel::RowReader CCompletedTasks::Reading() const {
     return [](RowStream& rows, std::stop_token stop) {
         const auto put = [&rows](const TaskRecord& task) {
-            if (task.state == static_cast<int>(TaskState::Completed))
+            if (task.state == TaskState::Completed)
                 rows.Put(RowOf(task));
             return true;
         };

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "page/CommandRunner.h"
+#include "stores/TaskState.h"
 
-/// One of ServiceClient's commands to a task.
-using TaskCommand = ServiceAnswer (ServiceClient::*)(const QString& taskId, std::stop_token) const;
+/// How a button says what can be done to a task.
+QString TaskActionCaption(TaskAction action);
+int TaskActionImage(TaskAction action);
 
-/// Deletes the task after a question.
-CommandOrder CancelTaskOrder(const QString& taskId);
+/// Has it done to the task; cancelling one asks before. Its key tells commands to different tasks apart.
+CommandOrder TaskOrder(TaskAction action, const QString& taskId, const QString& name);
+QString TaskOrderKey(TaskAction action, const QString& taskId);

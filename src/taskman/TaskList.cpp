@@ -1,13 +1,12 @@
 #include "taskman/TaskList.h"
 
 #include "stores/SchedulerStore.h"
-#include "stores/TaskState.h"
 #include "taskman/TaskClass.h"
 
 #include <QHash>
 
-bool IsShown(TaskFilter filter, const QString& type, const QString& name, int state) {
-    const bool completed = state == static_cast<int>(TaskState::Completed);
+bool IsShown(TaskFilter filter, const QString& type, const QString& name, TaskState state) {
+    const bool completed = state == TaskState::Completed;
     const bool system = ClassifyTask(type, name).system;
     switch (filter) {
     case TaskFilter::MyTasks:
@@ -28,7 +27,7 @@ void AddActivity(std::vector<TaskRow>& rows, const LiveCounters& counters) {
     QHash<QString, TaskActivity*> running;
     const auto now = std::chrono::steady_clock::now();
     for (TaskRow& row : rows) {
-        if (row.state != static_cast<int>(TaskState::Running))
+        if (row.state != TaskState::Running)
             continue;
         row.activity.counts = counters.ZEPTraceGetSTaskInfo(row.id);
         row.activity.at = now;
@@ -45,18 +44,20 @@ void AddActivity(std::vector<TaskRow>& rows, const LiveCounters& counters) {
 
 } // namespace
 
-TaskList ReadTaskList(TaskFilter filter, const LiveCounters& counters, std::stop_token stop) {
-    TaskList list;
-    list.read = EnumAllTasks(
+CardEntries ReadTaskList(TaskFilter filter, const LiveCounters& counters, std::stop_token stop) {
+    std::vector<TaskRow> rows;
+    ReadResult read = EnumAllTasks(
         [&](const TaskRecord& task) {
-            if (IsShown(filter, task.kind, task.name, task.state)) {
-                list.rows.push_back({task.taskId, task.kind, task.name, task.description, task.lastRun,
-                                     task.nextRun, task.state, task.name.toCaseFolded()});
-                list.ids.insert(task.taskId);
-            }
+            if (IsShown(filter, task.kind, task.name, task.state))
+                rows.push_back({{task.taskId, task.name, {}, static_cast<int>(task.state)},
+                                task.kind,
+                                task.description,
+                                task.lastRun,
+                                task.nextRun,
+                                task.state});
             return true;
         },
         stop);
-    AddActivity(list.rows, counters);
-    return list;
+    AddActivity(rows, counters);
+    return CardEntries::Of(std::move(read), std::move(rows));
 }

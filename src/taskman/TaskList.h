@@ -1,14 +1,7 @@
 #pragma once
 
-#include "stores/ReadResult.h"
-#include "zep/LiveCounters.h"
-
-#include <QSet>
-#include <QString>
-
-#include <chrono>
-#include <stop_token>
-#include <vector>
+#include "cards/CardPanel.h"
+#include "stores/TaskState.h"
 
 /// Which tasks a list shows.
 enum class TaskFilter { MyTasks = 0, CompletedUserTasks = 1, SystemTasks = 2, All = 3 };
@@ -21,25 +14,16 @@ struct TaskActivity {
 };
 
 /// A task as a card shows it.
-struct TaskRow {
-    QString id;
-    QString type;
-    QString name;
-    QString description;
-    QString lastRun;
-    QString nextRun;
-    int state = 0;
-    QString title = {};         ///< the name without its case: cards are found by it
+struct TaskRow : CardEntry {
+    QString type = {};
+    QString description = {};
+    QString lastRun = {};
+    QString nextRun = {};
+    TaskState state = TaskState::Pending;
     TaskActivity activity = {}; ///< empty unless it runs
 };
 
-struct TaskList {
-    ReadResult read;
-    std::vector<TaskRow> rows; ///< in the store's order
-    QSet<QString> ids;
-};
+bool IsShown(TaskFilter filter, const QString& type, const QString& name, TaskState state);
 
-bool IsShown(TaskFilter filter, const QString& type, const QString& name, int state);
-
-/// The tasks of a filter, and what the running ones do. On a lane.
-TaskList ReadTaskList(TaskFilter filter, const LiveCounters& counters, std::stop_token stop);
+/// The tasks of a filter in the store's order, and what the running ones do. On a lane.
+CardEntries ReadTaskList(TaskFilter filter, const LiveCounters& counters, std::stop_token stop);

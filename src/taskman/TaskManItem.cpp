@@ -2,119 +2,86 @@
 
 #include "look/IconRegistry.h"
 #include "page/TabPanel.h"
-#include "stores/TaskState.h"
 #include "taskman/HistoryPanel.h"
 #include "taskman/RunningPanel.h"
 #include "taskman/SubtaskPanel.h"
 #include "taskman/TaskAudit.h"
 #include "taskman/TaskClass.h"
-#include "taskman/TaskSummary.h"
+#include "taskman/TaskFacts.h"
+#include "taskman/TaskManSummary.h"
 
-#include <algorithm>
-
-namespace {
-
-const QString StartOrPauseKey = QStringLiteral("start or pause");
-const QString CancelKey = QStringLiteral("cancel");
-
-struct StateLook {
-    int icon;
-    const char* text;
-};
-
-StateLook LookOf(int state) {
-    switch (static_cast<TaskState>(state)) {
-    case TaskState::Running:
-        return {TaskRunningIcon, QT_TRANSLATE_NOOP("CTaskManItem", "Running")};
-    case TaskState::Paused:
-        return {TaskPausedIcon, QT_TRANSLATE_NOOP("CTaskManItem", "Paused")};
-    case TaskState::Failed:
-        return {TaskFailedIcon, QT_TRANSLATE_NOOP("CTaskManItem", "Failed")};
-    case TaskState::Completed:
-        return {TaskCompletedIcon, QT_TRANSLATE_NOOP("CTaskManItem", "Completed")};
-    case TaskState::Pending:
-        return {TaskPendingIcon, QT_TRANSLATE_NOOP("CTaskManItem", "Pending")};
-    case TaskState::Held:
-        break;
-    }
-    return {TaskPendingIcon, nullptr};
+CTaskManItem::CTaskManItem(const Console& console, CommandRunner& commands, const TaskRow& task)
+    : CTaskItem(task.title), m_console(console), m_commands(commands), m_task(task),
+      m_cancel(AddAction(TaskActionCaption(TaskAction::Cancel), TaskActionImage(TaskAction::Cancel),
+                         [this] { Run(TaskAction::Cancel); })),
+      m_startOrPause(AddAction({}, 0, [this] { Run(m_offered); })) {
+    connect(&commands, &CommandRunner::BusyChanged, this, &CTaskManItem::ShowBusy);
 }
 
-} // namespace
-
-CTaskManItem::CTaskManItem(const Console& console, const TaskRow& task)
-    : CTaskItem(task.name), m_console(console), m_task(task),
-      m_cancel(AddAction(tr("Cancel Task"), CancelTaskIcon, [this] { Cancel(); })),
-      m_startOrPause(AddAction(tr("Start Now"), StartIcon, [this] { StartOrPause(); })),
-      m_commands(new CommandRunner(console, *this)) {
-    connect(m_commands, &CommandRunner::BusyChanged, this, &CTaskManItem::ShowBusy);
+void CTaskManItem::Offer(TaskAction action) {
+    m_offered = action;
+    SetAction(m_startOrPause, TaskActionCaption(action), TaskActionImage(action));
+    ShowBusy();
 }
 
 void CTaskManItem::Update(const TaskRow& task) {
-    if (task.id != m_task.id)
+    if (task.id != m_task.id) {
         m_meter = {};
+        m_failure.clear();
+    }
     m_task = task;
     if (m_summary)
-        m_summary->SetTask(task.id, task.type);
+        m_summary->SetTask(task);
     for (CTaskRecordPanel* view : m_views)
         view->SetTask(task);
-    const bool running = task.state == static_cast<int>(TaskState::Running);
-    const StateLook look = LookOf(task.state);
-    SetStatusIcon(look.icon, task.state, look.text ? tr(look.text) : QString());
-    if (running) {
-        ShowActivity();
-    } else {
-        m_meter = {};
-        SetStatusText(tr("Next Run: ") + task.nextRun);
-        SetProgress(0);
-    }
+    ShowStatus();
     SetBodyText(task.lastRun.isEmpty()
                     ? TaskTypeName(task.type)
                     : tr("%1  \u00B7  Last run %2").arg(TaskTypeName(task.type), task.lastRun));
-    if (IsActionEnabled(m_startOrPause))
-        ShowStartAction(running);
+    Offer(task.state == TaskState::Running ? TaskAction::Pause : TaskAction::StartNow);
 }
 
-void CTaskManItem::ShowActivity() {
-    const TaskActivity& activity = m_task.activity;
-    const TransferProgress transfers = m_meter.Sample(activity.running, activity.at);
-    SetStatusText(transfers.done + transfers.left > 0 ? TransferText(transfers) : tr("Running"));
-    if (!activity.counts.total || !activity.counts.processed)
-        return;
-    const quint32 total = std::max(*activity.counts.total, 1u);
-    const quint32 processed = std::min(*activity.counts.processed, total);
-    SetProgress(static_cast<int>(quint64(1000) * processed / total));
+void CTaskManItem::ShowStatus() {
+    const bool running = m_task.state == TaskState::Running;
+    SetStatusIcon(QLatin1String(MeaningOf(m_task.state).icon), static_cast<int>(m_task.state),
+                  TaskStateText(m_task.state));
+    const QString activity = running ? ActivityText() : QString();
+    if (!running)
+        m_meter = {};
+    SetStatusText(!m_failure.isEmpty()       ? m_failure
+                  : running                  ? activity
+                  : m_task.nextRun.isEmpty() ? tr("Next Run: ") + tr("not scheduled")
+                                             : tr("Next Run: ") + m_task.nextRun);
+    SetProgress(running ? ProgressOf(m_task.activity.counts).value_or(Progress()) : 0);
 }
 
-void CTaskManItem::ShowStartAction(bool running) {
-    m_pauses = running;
-    SetAction(m_startOrPause, running ? tr("Pause") : tr("Start Now"), running ? PauseIcon : StartIcon);
+QString CTaskManItem::ActivityText() {
+    const TransferProgress transfers = m_meter.Sample(m_task.activity.running, m_task.activity.at);
+    return transfers.done + transfers.left > 0 ? TransferText(transfers) : TaskStateText(TaskState::Running);
 }
 
-void CTaskManItem::StartOrPause() {
-    const bool pauses = m_pauses;
-    const TaskCommand command = pauses ? &ServiceClient::PauseTask : &ServiceClient::StartTaskNow;
-    CommandOrder order;
-    order.send = [command, id = m_task.id](const ServiceClient& service, std::stop_token stop) {
-        return (service.*command)(id, stop);
+void CTaskManItem::Run(TaskAction action) {
+    CommandOrder order = TaskOrder(action, m_task.id, m_task.title);
+    const auto isSame = [card = QPointer(this), id = m_task.id] { return card && card->m_task.id == id; };
+    order.isStillMeant = isSame;
+    order.after = [this, isSame, action, failure = order.failure](bool done) {
+        if (isSame())
+            EndCommand(action, done ? QString() : failure);
     };
-    order.after = [this, pauses](bool done) {
-        if (done)
-            ShowStartAction(!pauses);
-    };
-    m_commands->Run(StartOrPauseKey, order);
+    m_commands.Run(TaskOrderKey(action, m_task.id), order);
 }
 
-void CTaskManItem::Cancel() {
-    CommandOrder order = CancelTaskOrder(m_task.id);
-    order.isStillMeant = [this, id = m_task.id] { return id == m_task.id; };
-    order.after = [this](bool) { emit Deleted(); };
-    m_commands->Run(CancelKey, order);
+void CTaskManItem::EndCommand(TaskAction action, const QString& failure) {
+    m_failure = failure;
+    if (failure.isEmpty() && (action == TaskAction::StartNow || action == TaskAction::Pause))
+        Offer(action == TaskAction::Pause ? TaskAction::StartNow : TaskAction::Pause);
+    ShowStatus();
+    emit Commanded();
 }
 
 void CTaskManItem::ShowBusy() {
-    EnableAction(m_startOrPause, !m_commands->IsBusy(StartOrPauseKey));
-    EnableAction(m_cancel, !m_commands->IsBusy(CancelKey));
+    EnableAction(m_startOrPause, !m_commands.IsBusy(TaskOrderKey(m_offered, m_task.id)));
+    EnableAction(m_cancel, !m_commands.IsBusy(TaskOrderKey(TaskAction::Cancel, m_task.id)));
 }
 
 void CTaskManItem::OnExpanded() {
@@ -123,15 +90,10 @@ void CTaskManItem::OnExpanded() {
     CTaskItem::OnExpanded();
 }
 
-void CTaskManItem::Reload() {
-    if (Content())
-        Content()->Reload();
-}
-
 void CTaskManItem::MakeViews() {
     auto* tabs = new CTabPanel(m_console);
-    m_summary = new CTaskSummary(m_console, m_task.id, m_task.type);
-    connect(m_summary, &CTaskSummary::Deleted, this, &CTaskManItem::Deleted);
+    m_summary = new CTaskSummary(m_console, m_task, TaskManSummary());
+    connect(m_summary, &CTaskSummary::Commanded, this, &CTaskManItem::EndCommand);
     tabs->AddTab(tr("Summary"), m_summary, SummaryIcon);
     const auto add = [&](const QString& title, CTaskRecordPanel* view, int image) {
         m_views.push_back(view);

@@ -5,8 +5,6 @@
 #include "taskman/TaskList.h"
 #include "taskman/TransferMeter.h"
 
-struct Console;
-
 class CTaskRecordPanel;
 class CTaskSummary;
 
@@ -15,35 +13,36 @@ class CTaskManItem : public CTaskItem {
     Q_OBJECT
 
 public:
-    CTaskManItem(const Console& console, const TaskRow& task);
+    /// `commands` are those of its list.
+    CTaskManItem(const Console& console, CommandRunner& commands, const TaskRow& task);
 
     const QString& TaskId() const { return m_task.id; }
     /// Shows the task as it was read, and commands this one from now on.
     void Update(const TaskRow& task);
 
     void OnExpanded() override;
-    /// Goes to the view that is shown in the expanded card.
-    void Reload();
 
 signals:
-    /// The deletion was sent, answered or not: what the list shows may be out of date.
-    void Deleted();
+    /// A command has ended, answered or not: what is shown may be out of date.
+    void Commanded();
 
 private:
     void MakeViews();
-    void ShowActivity();
-    void StartOrPause();
-    void Cancel();
+    void ShowStatus();
+    QString ActivityText();
+    void Run(TaskAction action);
+    void EndCommand(TaskAction action, const QString& failure);
     void ShowBusy();
-    void ShowStartAction(bool running);
+    void Offer(TaskAction action);
 
     const Console& m_console;
+    CommandRunner& m_commands;
     TaskRow m_task;
+    QString m_failure; ///< of the last command; empty when it did not fail
     TransferMeter m_meter;
     CTaskSummary* m_summary = nullptr; ///< this and the other views are made when the card is first expanded
     std::vector<CTaskRecordPanel*> m_views;
     int m_cancel;
     int m_startOrPause;
-    bool m_pauses = false; ///< what the button does now
-    CommandRunner* m_commands;
+    TaskAction m_offered = TaskAction::StartNow; ///< by the button for both
 };

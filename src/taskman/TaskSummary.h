@@ -1,52 +1,48 @@
 #pragma once
 
-#include "lanes/PageLoader.h"
-#include "page/BrenPanel.h"
-#include "stores/SchedulerStore.h"
-#include "taskman/TaskCommands.h"
-#include "zep/LiveCounters.h"
+#include "cards/SummaryPanel.h"
+#include "taskman/TaskFacts.h"
+#include "taskman/TaskList.h"
 
-class CBrenListCtrl;
+struct TaskButton {
+    std::optional<TaskAction> action; ///< none: reads again
+    QString caption;
+};
+
+/// All that one kind of summary of a task has of its own.
+struct TaskSummaryPlan {
+    QString help;
+    QString widths; ///< under which the columns' are remembered
+    std::function<std::vector<SummaryRow>(const TaskRow&, const TaskFacts&)> rows;
+    std::function<std::vector<TaskButton>(TaskState)> buttons;
+};
 
 /// A look at one task, read again every second: its state, the counts of its sub-tasks, when it ran and runs.
-class CTaskSummary : public CBrenPanel {
+class CTaskSummary : public SummaryPanel {
     Q_OBJECT
 
 public:
-    CTaskSummary(const Console& console, QString taskId, const QString& type);
+    CTaskSummary(const Console& console, const TaskRow& task, TaskSummaryPlan plan);
 
-    /// Turns to another task; of no effect for the same one.
-    void SetTask(const QString& taskId, const QString& type);
+    /// Turns to another task.
+    void SetTask(const TaskRow& task);
 
     void Activate() override;
-    void Reload() override { Refresh(); }
+    void Reload() override;
 
 signals:
-    void Deleted(); ///< the deletion was sent, answered or not
+    /// A command has ended; `failure` is empty when the service has answered it.
+    void Commanded(TaskAction action, const QString& failure);
 
 protected:
     void CreatePanel() override;
 
 private:
-    struct Reading {
-        TaskLookup lookup;
-        std::optional<quint32> changes; ///< of the task table, when the counts were read
-        std::optional<SubTaskCounts> counts;
-    };
+    void Show(const TaskFacts& facts);
+    void ShowToolbar();
+    void Run(TaskAction action);
 
-    void Refresh();
-    void Show(const Reading& reading);
-    void ShowCounts(const SubTaskCounts& counts);
-    void ShowStatus();
-    void ShowToolbar(int state);
-    void Send(const QString& key, TaskCommand command);
-    void CancelTask();
-    void SetDetail(int row, const QString& text);
-
-    QString m_taskId;
-    QString m_typeName;
-    CBrenListCtrl* m_list = nullptr;
-    int m_state = -1;
-    std::optional<quint32> m_changes;
-    SubTaskCounts m_counts;
+    TaskRow m_task;
+    TaskSummaryPlan m_plan;
+    TaskFacts m_facts;
 };

@@ -90,6 +90,12 @@ private slots:
         QCOMPARE(m_log.size(), 1);
     }
 
+    void fitsASmallScreen() {
+        const auto window = MakeWindow();
+        QVERIFY(window->minimumSizeHint().width() <= 640); // 1280 x 1024 at scale 2
+        QVERIFY(window->minimumSizeHint().height() <= 460);
+    }
+
     void tellsThatTheServiceIsSilent() {
         const auto window = MakeWindow();
         auto* notice = window->findChild<CServiceNotice*>();
@@ -101,9 +107,13 @@ private slots:
         QVERIFY(!notice->isVisible());
 
         m_log.clear();
+        const QWidget* page = window->CurrentPage();
+        const QPoint place = page->mapTo(window.get(), QPoint());
         m_bench->service->SetFault(devservice::HttpFault::Refuse);
         ask();
         QVERIFY(notice->isVisible());
+        QCOMPARE(page->mapTo(window.get(), QPoint()), place); // nothing moves under the mouse
+        QVERIFY(notice->height() >= notice->sizeHint().height());
         QVERIFY(notice->Text().startsWith(u"The service has not answered since "_s));
         const QString said = notice->Text();
         ask();

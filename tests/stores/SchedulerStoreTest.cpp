@@ -30,7 +30,7 @@ QString Joined(const TaskRecord& task) {
     const auto shown = [](const QString& text) { return text.isNull() ? u"null"_s : u'"' + text + u'"'; };
     return QStringList{shown(task.taskId),  shown(task.kind),
                        shown(task.name),    shown(task.description),
-                       shown(task.nextRun), QString::number(task.state),
+                       shown(task.nextRun), QString::number(int(task.state)),
                        shown(task.lastRun), QString::number(task.schedule.type)}
         .join(u' ');
 }
@@ -82,7 +82,7 @@ private slots:
         QVERIFY(lookup.read && lookup.found);
         QCOMPARE(lookup.task.lastRun, text == "NULL" ? u"N/A"_s : read.mid(1, read.size() - 2));
         QCOMPARE(lookup.task.nextRun.isNull(), text == "NULL");
-        QCOMPARE(lookup.task.state, 7);
+        QCOMPARE(int(lookup.task.state), 7);
         QCOMPARE(lookup.task.number, 41);
     }
 

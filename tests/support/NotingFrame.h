@@ -10,6 +10,7 @@
 class NotingFrame : public MainFrame {
 public:
     void SetStatusText(const QString& text) override { statusTexts.append(text); }
+    void SetNotice(const QString& text) override { notice = text; }
     void SetToolbar(QWidget& owner, const std::vector<FrameAction>& actions) override {
         toolbarOwner = &owner;
         toolbar = actions;
@@ -35,6 +36,7 @@ public:
     }
 
     QStringList statusTexts;
+    QString notice;
     QPointer<QWidget> toolbarOwner;
     std::vector<FrameAction> toolbar;
     std::vector<FrameAction> sideActions;

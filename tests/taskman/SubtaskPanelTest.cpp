@@ -14,7 +14,7 @@ const QString AskOne = u"Do you really want to remove this sub-task?"_s;
 const QString AskSeveral = u"Do you really want to remove selected sub-tasks?"_s;
 const QString Failed = u"Failed to delete the subtask"_s;
 
-const TaskRow Photos{u"{1}"_s, u"backup"_s, u"Photos"_s, u"/home/mara/Photos\t/target"_s, {}, {}};
+const TaskRow Photos{{u"{1}"_s, u"Photos"_s}, u"backup"_s, u"/home/mara/Photos\t/target"_s, {}, {}};
 
 devservice::SubTask Noted(devservice::SubTask subTask, const char* note) {
     subTask.parameter2 = "/target";

@@ -9,7 +9,7 @@
 #include "taskman/TaskAudit.h"
 #include "taskman/TaskListPanel.h"
 #include "taskman/TaskManItem.h"
-#include "taskman/TaskSummary.h"
+#include "taskman/TaskManSummary.h"
 
 #include <QTestEventLoop>
 
@@ -20,19 +20,20 @@ using devservice::MakeTask;
 namespace {
 
 constexpr int Restarts = 100;
-const QString AskToCancel = u"Do you really want to cancel the task?"_s;
+const QString AskToCancel =
+    u"Do you really want to cancel the task?\n\"Photos\" will be deleted for good. Its files stay."_s;
 
 TaskRow Photos() {
     TaskRow task;
     task.id = u"{1}"_s;
-    task.name = u"Photos"_s;
+    task.title = u"Photos"_s;
     return task;
 }
 
 /// Every view of the task manager, all of them open.
 struct AllViews {
     explicit AllViews(const Console& console)
-        : tasks(console, TaskFilter::MyTasks), summary(console, u"{1}"_s, u"backup"_s),
+        : tasks(console, TaskFilter::MyTasks), summary(console, Photos(), TaskManSummary()),
           running(console, Photos()), pending(console, Photos(), SubtaskView::Pending),
           retry(console, Photos(), SubtaskView::PendingRetry), history(console, Photos()),
           audit(console, Photos()), system(console), completed(console) {

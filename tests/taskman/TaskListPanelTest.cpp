@@ -10,6 +10,13 @@
 using namespace Qt::Literals::StringLiterals;
 using devservice::MakeTask;
 
+namespace {
+
+const QString AskToCancel =
+    u"Do you really want to cancel the task?\n\"Photos\" will be deleted for good. Its files stay."_s;
+
+} // namespace
+
 class TaskListPanelTest : public QObject {
     Q_OBJECT
 
@@ -45,11 +52,31 @@ private slots:
         m_bench->reader.StepAll();
         QCOMPARE(m_bench->service.RequestLines(),
                  QStringList({u"GET /schedule/pausetask?%7B2%7D"_s, u"GET /schedule/startnow?%7B1%7D"_s}));
+    }
 
+    void tellsAFailedCommandUntilTheNextSuccess() {
+        const auto panel = MakePanel();
+        CTaskManItem* card = Card(*panel, u"Photos"_s);
+        const QString failure = u"Not started: the service did not take the command (Photos)"_s;
         m_bench->service->SetFault(devservice::HttpFault::Refuse);
-        ClickAction(Card(*panel, u"Photos"_s), u"Pause"_s);
+        ClickAction(card, u"Start Now"_s);
         m_bench->reader.StepAll();
-        ClickAction(Card(*panel, u"Photos"_s), u"Pause"_s); // the refused command left the button as it was
+        m_bench->Refresh(*panel);
+        QCOMPARE(card->StatusText(), failure);
+        QCOMPARE(m_bench->frame.StatusText(), failure);
+        m_bench->service->ClearFaults();
+        ClickAction(card, u"Start Now"_s); // the refused command left the button as it was
+        m_bench->reader.StepAll();
+        QVERIFY(card->StatusText() != failure);
+        QCOMPARE(card->StatusState(), int(TaskState::Running)); // read back at once
+        QVERIFY(m_bench->frame.StatusText().startsWith("View tasks."_L1));
+    }
+
+    void readsAgainWhenTheCounterMoves() {
+        const auto panel = MakePanel();
+        m_bench->service->SetTaskState("{1}", TaskState::Failed);
+        QVERIFY(QTest::qWaitFor([&] { return m_bench->reader.Step(Lane::Databases); }, 3000));
+        QCOMPARE(Card(*panel, u"Photos"_s)->StatusState(), int(TaskState::Failed));
     }
 
     void swallowsTheSecondPressOfASlowDoubleClick() {
@@ -66,12 +93,12 @@ private slots:
     void asksBeforeItDeletes() {
         const auto panel = MakePanel();
         m_bench->service->ForgetRequests();
-        m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, false);
+        m_bench->prompts.ExpectQuestion(AskToCancel, false);
         ClickAction(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
         m_bench->reader.StepAll();
         QCOMPARE(m_bench->service.RequestLines(), QStringList());
 
-        m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, true);
+        m_bench->prompts.ExpectQuestion(AskToCancel, true);
         ClickAction(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
         m_bench->reader.StepAll();
         QCOMPARE(m_bench->service.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
@@ -108,7 +135,7 @@ private slots:
     void deletesNothingWhenTheCardHasPassedOn() {
         const auto panel = MakePanel();
         m_bench->service->PutTask(MakeTask("{9}", "photos"));
-        m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, true);
+        m_bench->prompts.ExpectQuestion(AskToCancel, true);
         m_bench->prompts.Hold();
         ClickAction(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
         m_bench->service->RemoveTask("{1}");
@@ -177,6 +204,12 @@ private slots:
         refresh();
         QCOMPARE(mail->StatusText(), u"Next Run: 2025-03-04 21:00:00"_s);
         QCOMPARE(mail->Progress(), 0);
+
+        devservice::Task unplanned = MakeTask("{2}", "Mail", "advbackup");
+        unplanned.nextRun = {};
+        m_bench->service->PutTask(unplanned);
+        refresh();
+        QCOMPARE(mail->StatusText(), u"Next Run: not scheduled"_s);
     }
 
 private:

@@ -1,10 +1,17 @@
-#include "taskman/TaskSummary.h"
 #include "TaskBench.h"
 #include "support/TestMain.h"
+#include "taskman/TaskManSummary.h"
 
 using namespace Qt::Literals::StringLiterals;
 using devservice::MakeSubTask;
 using devservice::MakeTask;
+
+namespace {
+
+const QString AskToCancel =
+    u"Do you really want to cancel the task?\n\"Photos\" will be deleted for good. Its files stay."_s;
+
+} // namespace
 
 class TaskSummaryTest : public QObject {
     Q_OBJECT
@@ -64,10 +71,10 @@ private slots:
     void asksBeforeItDeletes() {
         const auto summary = MakeSummary();
         m_bench->service->ForgetRequests();
-        m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, false);
+        m_bench->prompts.ExpectQuestion(AskToCancel, false);
         m_bench->Click(u"Cancel Task"_s);
         QCOMPARE(m_bench->service.RequestLines(), QStringList());
-        m_bench->prompts.ExpectQuestion(u"Do you really want to cancel the task?"_s, true);
+        m_bench->prompts.ExpectQuestion(AskToCancel, true);
         m_bench->Click(u"Cancel Task"_s);
         QCOMPARE(m_bench->service.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
     }
@@ -84,7 +91,8 @@ private slots:
 
 private:
     std::unique_ptr<CTaskSummary> MakeSummary() {
-        auto summary = std::make_unique<CTaskSummary>(m_bench->console, u"{1}"_s, u"BACKUP"_s);
+        TaskRow task{{u"{1}"_s, u"Photos"_s}, u"BACKUP"_s};
+        auto summary = std::make_unique<CTaskSummary>(m_bench->console, task, TaskManSummary());
         m_bench->Open(*summary);
         return summary;
     }

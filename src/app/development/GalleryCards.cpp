@@ -50,7 +50,7 @@ public:
         : CTaskItem(title), m_console(console) {
         SetBodyText(Text(sample.body));
         SetStatusText(Text(sample.status));
-        SetStatusIcon(sample.icon, sample.icon, Text(sample.state));
+        SetStatusIcon(IconRegistry::Name(sample.icon), sample.icon, Text(sample.state));
         SetProgress(sample.progress);
         AddAction(QStringLiteral("Cancel"), CancelTaskIcon, [] {});
         m_start = AddAction(QStringLiteral("Start Now"), StartIcon, [this] { Switch(); });

@@ -4,6 +4,7 @@
 #include "list/FindBar.h"
 #include "page/BrenDialog.h"
 #include "page/BrenPanel.h"
+#include "page/NoticeLine.h"
 #include "platform/Folders.h"
 #include "service/ServiceClient.h"
 #include "window/ConsoleStatusBar.h"
@@ -72,8 +73,8 @@ CBTaskMMCDlg::CBTaskMMCDlg(ServiceClient& service, LiveCounters& counters, UserP
                            Reader& reader, const Options& options)
     : m_console{service, counters, prompts, reader, *this, m_settingNews}, m_sections(options.pages),
       m_pages(m_sections.size()), m_navigation(new CNavigationColumn(options.title)), m_head(new CPageHead),
-      m_notice(new CServiceNotice(reader, service, *this)), m_stack(new QStackedWidget),
-      m_statusBar(new CConsoleStatusBar) {
+      m_notice(new CServiceNotice(reader, service, *this)), m_pageNotice(new NoticeLine),
+      m_stack(new QStackedWidget), m_statusBar(new CConsoleStatusBar) {
     setWindowTitle(options.title);
     BuildWindow();
     m_stack->setObjectName(QStringLiteral("pages"));
@@ -132,8 +133,9 @@ QWidget* CBTaskMMCDlg::MakePageArea() {
     column->setSpacing(0);
     column->addStrut(SmallestPage.width());
     column->addWidget(m_head);
-    column->addWidget(m_notice);
     column->addWidget(m_stack, 1);
+    m_head->LayOverStatus(m_pageNotice);
+    m_head->LayOverStatus(m_notice);
     m_stack->setMinimumHeight(SmallestPage.height());
     return area;
 }
@@ -193,6 +195,10 @@ void CBTaskMMCDlg::ShowSection(int index) {
 
 void CBTaskMMCDlg::SetStatusText(const QString& text) {
     m_head->SetStatusText(text);
+}
+
+void CBTaskMMCDlg::SetNotice(const QString& text) {
+    m_pageNotice->SetText(text);
 }
 
 void CBTaskMMCDlg::SetToolbar(QWidget& owner, const std::vector<FrameAction>& actions) {

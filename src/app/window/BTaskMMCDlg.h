@@ -16,6 +16,7 @@ class CNavigationColumn;
 class CPageHead;
 class CServiceNotice;
 class FindBar;
+class NoticeLine;
 class QStackedWidget;
 
 /// The console's one window: sections on the left, the chosen one's page on the right, the status bar below.
@@ -56,6 +57,7 @@ protected:
 
 private:
     void SetStatusText(const QString& text) override;
+    void SetNotice(const QString& text) override;
     void SetToolbar(QWidget& owner, const std::vector<FrameAction>& actions) override;
     void SetSideActions(QWidget& owner, const std::vector<FrameAction>& actions) override;
 
@@ -80,6 +82,7 @@ private:
     CNavigationColumn* m_navigation;
     CPageHead* m_head;
     CServiceNotice* m_notice;
+    NoticeLine* m_pageNotice;
     QStackedWidget* m_stack;
     CConsoleStatusBar* m_statusBar;
     QMargins m_frameMargins; ///< as known when the window was placed, so that storing undoes restoring

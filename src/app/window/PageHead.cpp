@@ -2,6 +2,7 @@
 
 #include "look/IconRegistry.h"
 #include "look/Look.h"
+#include "page/NoticeLine.h"
 #include "window/ActionButtons.h"
 
 #include <QAccessible>
@@ -61,6 +62,19 @@ void CPageHead::SetStatusText(const QString& text) {
         return;
     QAccessibleEvent told(m_status, QAccessible::Alert);
     QAccessible::updateAccessibility(&told);
+}
+
+void CPageHead::LayOverStatus(NoticeLine* line) {
+    line->setParent(this);
+    line->layout()->setContentsMargins(Look::TextInset, 2, Look::TextInset, 2);
+    m_lines.push_back(line);
+}
+
+void CPageHead::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    layout()->activate();
+    for (NoticeLine* line : m_lines)
+        line->setGeometry(m_status->geometry().adjusted(-8, -2, 8, 4));
 }
 
 QString CPageHead::StatusText() const {

@@ -5,6 +5,7 @@
 #include <QWidget>
 
 class ActionButton;
+class NoticeLine;
 class QHBoxLayout;
 class QLabel;
 
@@ -18,6 +19,9 @@ public:
     void SetTitle(const QString& title);
     void SetStatusText(const QString& text);
     QString StatusText() const;
+    /// Shows the line in the status text's place whenever it is not hidden; what is below does not move. Of
+    /// several the last one lies on top. The head owns it.
+    void LayOverStatus(NoticeLine* line);
     void SetActions(QWidget& owner, const std::vector<FrameAction>& actions);
     /// Whether the page has something to find words in.
     void OfferFind(bool offered);
@@ -25,9 +29,13 @@ public:
 signals:
     void FindClicked();
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     QLabel* m_title;
     QLabel* m_status;
     QHBoxLayout* m_toolbar;
     ActionButton* m_find;
+    std::vector<NoticeLine*> m_lines;
 };

@@ -1,5 +1,6 @@
 #include "cards/CardButton.h"
 
+#include "cards/CardAccessible.h"
 #include "look/Look.h"
 
 #include <QKeyEvent>
@@ -24,7 +25,12 @@ void CardButton::Set(const QString& caption, const QIcon& icon) {
 }
 
 void CardButton::SetBusy(bool busy) {
+    if (busy == m_busy)
+        return;
     m_busy = busy;
+    QAccessible::State changed;
+    changed.busy = true;
+    TellScreenReaders(*this, changed);
     update();
 }
 

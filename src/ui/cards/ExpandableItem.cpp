@@ -1,13 +1,15 @@
 #include "cards/ExpandableItem.h"
 
+#include "cards/CardAccessible.h"
 #include "cards/CardButton.h"
-#include "cards/ExpandableItemList.h"
+#include "look/Formatters.h"
 #include "look/IconRegistry.h"
 #include "look/Look.h"
 #include "page/BrenPanel.h"
 
 #include <QHBoxLayout>
 #include <QHelpEvent>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QToolTip>
@@ -16,6 +18,7 @@ namespace {
 
 constexpr int StatusLeft = 300; ///< from the right edge
 constexpr int StatusRight = 50;
+constexpr qreal StaleOpacity = 0.5;
 
 QString Elided(const QString& text, const QFont& font, const QRect& place) {
     return QFontMetrics(font).elidedText(text, Qt::ElideRight, place.width());
@@ -25,38 +28,43 @@ QString Elided(const QString& text, const QFont& font, const QRect& place) {
 
 CExpandableItem::CExpandableItem(const QString& title, QWidget* parent)
     : CLabeledPanel(title, parent), m_buttonRow(new QWidget(this)) {
+    TeachCardsToScreenReaders();
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     m_buttonRow->setAttribute(Qt::WA_NoMousePropagation); // between the buttons is not the card
+    m_buttonRow->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_buttonRow, &QWidget::customContextMenuRequested, this,
+            [this](const QPoint& place) { ShowMenu(m_buttonRow->mapToGlobal(place)); });
     auto* row = new QHBoxLayout(m_buttonRow);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(4);
     CardButton* open = AddButton(tr("Open"), IconRegistry::Icon(QStringLiteral("chevron-down"), Look::Muted));
-    connect(open, &CardButton::Clicked, this, [this] {
-        if (m_list)
-            m_list->ToggleCard(*this);
-    });
+    connect(open, &CardButton::Clicked, this, &CExpandableItem::Toggled);
     hide();
 }
 
 void CExpandableItem::SetStatusText(const QString& text) {
     if (text.compare(m_statusText, Qt::CaseInsensitive) == 0)
         return;
+    const QRect before = TitleRect();
     m_statusText = text;
     if (m_progress != 0)
         SetProgress(0);
     update(QRect(width() - StatusLeft, 0, StatusLeft - StatusRight, TitleBandHeight()));
+    const int shorter = std::min(before.width(), TitleRect().width());
+    if (QFontMetrics(Look::Font(Look::Body, QFont::Bold)).horizontalAdvance(Title()) > shorter)
+        update(before.united(TitleRect()));
     Describe();
 }
 
-void CExpandableItem::SetStatusIcon(int image, int state, const QString& caption, int value) {
-    if (image == m_statusImage && state == m_statusState)
+void CExpandableItem::SetStatusIcon(const QString& icon, int state, const QString& caption, int value) {
+    if (icon == m_statusIconName && state == m_statusState)
         return;
-    m_statusImage = image;
+    m_statusIconName = icon;
     m_statusState = state;
     m_statusCaption = caption;
     m_statusValue = value;
-    m_statusIcon = IconRegistry::Icon(image);
+    m_statusIcon = IconRegistry::Icon(icon);
     update(QRect(width() - 54, 0, 82, TitleBandHeight()));
     Describe();
 }
@@ -87,6 +95,11 @@ void CExpandableItem::OnCollapsed() {
         m_content->Deactivate();
 }
 
+void CExpandableItem::Reload() {
+    if (m_content)
+        m_content->Reload();
+}
+
 void CExpandableItem::OnBodyClick(const QPoint&) {}
 
 void CExpandableItem::SetContent(CBrenPanel* content) {
@@ -109,11 +122,33 @@ CardButton* CExpandableItem::AddButton(const QString& caption, const QIcon& icon
     return button;
 }
 
+QWidget* CExpandableItem::LastButton() const {
+    return m_buttons.front();
+}
+
 void CExpandableItem::SetExpanded(bool expanded) {
     m_expanded = expanded;
     m_buttonRow->setVisible(!expanded);
+    QAccessible::State changed;
+    changed.expanded = true;
+    changed.collapsed = true;
+    TellScreenReaders(*this, changed);
+    update();
+}
+
+void CExpandableItem::SetStale(bool stale) {
+    if (stale == m_stale)
+        return;
+    m_stale = stale;
     Describe();
     update();
+}
+
+void CExpandableItem::SetNote(const QString& note) {
+    if (note == m_note)
+        return;
+    m_note = note;
+    Describe();
 }
 
 void CExpandableItem::PlaceChildren() {
@@ -127,19 +162,30 @@ void CExpandableItem::PlaceChildren() {
 }
 
 void CExpandableItem::Describe() {
-    QStringList parts{m_bodyText, m_statusCaption, m_statusText,
-                      m_expanded ? tr("expanded") : tr("collapsed")};
+    QStringList parts{m_bodyText, m_statusCaption, m_statusText, m_note,
+                      m_stale ? tr("not read again") : QString()};
     parts.removeAll(QString());
     setAccessibleDescription(parts.join(QStringLiteral(", ")));
 }
 
 QRect CExpandableItem::TitleRect() const {
+    const int status = StatusWidth();
     return CLabeledPanel::TitleRect().intersected(
-        BandRect().adjusted(0, 0, -StatusLeft - Look::TextInset, 0));
+        BandRect().adjusted(0, 0, -StatusRight - status - (status > 0 ? Look::TextInset : 0), 0));
+}
+
+/// What its text needs; but where title and text do not both fit, at least half of the band is the title's.
+int CExpandableItem::StatusWidth() const {
+    if (m_statusText.isEmpty())
+        return 0;
+    const int band = width() - 2 * Look::TextInset - StatusRight;
+    const int title = QFontMetrics(Look::Font(Look::Body, QFont::Bold)).horizontalAdvance(Title());
+    const int status = QFontMetrics(Look::Font(Look::Small)).horizontalAdvance(m_statusText) + 1;
+    return std::max(0, std::min({status, StatusLeft - StatusRight, std::max(band - title, band / 2)}));
 }
 
 QRect CExpandableItem::StatusRect() const {
-    return {width() - StatusLeft, 0, StatusLeft - StatusRight - 1, TitleBandHeight() - 1};
+    return {width() - StatusRight - StatusWidth(), 0, StatusWidth(), TitleBandHeight() - 1};
 }
 
 QRect CExpandableItem::BodyTextRect() const {
@@ -150,6 +196,7 @@ QRect CExpandableItem::BodyTextRect() const {
 void CExpandableItem::paintEvent(QPaintEvent* event) {
     CLabeledPanel::paintEvent(event);
     QPainter painter(this);
+    painter.setOpacity(m_stale ? StaleOpacity : 1);
     if (m_progress > 0)
         painter.fillRect(QRectF(1, TitleBandHeight() - 3, (width() - 2) * m_progress / 1000.0, 2),
                          Look::Running);
@@ -177,9 +224,31 @@ void CExpandableItem::mouseMoveEvent(QMouseEvent* event) {
     CLabeledPanel::mouseMoveEvent(event);
 }
 
-void CExpandableItem::keyPressEvent(QKeyEvent* event) {
-    if (!m_list || !m_list->OnCardKey(*this, event->key()))
-        CLabeledPanel::keyPressEvent(event);
+/// Asked for by key, or by mouse on what is the card's own.
+void CExpandableItem::contextMenuEvent(QContextMenuEvent* event) {
+    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+    if (!byKey && m_expanded && !BandRect().contains(event->pos()))
+        return event->ignore();
+    ShowMenu(byKey ? mapToGlobal(BandRect().bottomLeft()) : event->globalPos());
+}
+
+/// An action means the button as it was when the menu was opened.
+void CExpandableItem::ShowMenu(const QPoint& position) {
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction(m_expanded ? tr("Show all") : tr("Open"), this, &CExpandableItem::Toggled);
+    for (std::size_t i = m_buttons.size(); !m_expanded && i-- > 1;) {
+        CardButton* button = m_buttons[i];
+        const QString caption = button->accessibleName();
+        QAction* action =
+            menu->addAction(button->icon(), QString(caption).replace(u'&', QStringLiteral("&&")));
+        action->setEnabled(!button->IsBusy());
+        connect(action, &QAction::triggered, button, [button, caption] {
+            if (button->accessibleName() == caption)
+                button->click();
+        });
+    }
+    menu->popup(position);
 }
 
 bool CExpandableItem::event(QEvent* event) {
@@ -195,8 +264,9 @@ bool CExpandableItem::event(QEvent* event) {
     addWhenCut(m_statusText, Look::Font(Look::Small), StatusRect());
     if (!m_expanded)
         addWhenCut(m_bodyText, Look::Font(Look::Small), BodyTextRect());
-    if (help->pos().y() < TitleBandHeight() && help->pos().x() >= width() - StatusRight)
-        texts.append(m_statusCaption);
+    if (help->pos().y() < TitleBandHeight())
+        texts += {help->pos().x() >= width() - StatusRight ? m_statusCaption : QString(), m_note};
+    texts.removeAll(QString());
     QToolTip::showText(help->globalPos(), Look::ToolTip(texts.join(u'\n')), this);
     return true;
 }

@@ -6,7 +6,6 @@
 
 class CardButton;
 class CBrenPanel;
-class CExpandableItemList;
 
 /// A card of a list: a title band with status text and icon, below it a line of text with buttons, or its
 /// content while it is expanded. Its title is the key by which the list finds it.
@@ -17,15 +16,18 @@ public:
     explicit CExpandableItem(const QString& title, QWidget* parent = nullptr);
 
     bool IsExpanded() const { return m_expanded; }
+    /// What it looks like and is to screen readers; the list says so.
+    void SetExpanded(bool expanded);
+    /// As old as it is: in weaker colours, because it could not be read again.
+    void SetStale(bool stale);
 
     /// No change when the text is the same but for case. A change sets the progress to 0.
     virtual void SetStatusText(const QString& text);
     const QString& StatusText() const { return m_statusText; }
 
-    /// `image` is a number of the icon registry and `caption` says it in words; `value` is the caller's. No
-    /// change when image and state are the same.
-    virtual void SetStatusIcon(int image, int state, const QString& caption = {}, int value = 0);
-    int StatusImage() const { return m_statusImage; }
+    /// `icon` is a name of the icon registry and `caption` says it in words; `value` is the caller's. No
+    /// change when icon and state are the same.
+    virtual void SetStatusIcon(const QString& icon, int state, const QString& caption = {}, int value = 0);
     int StatusState() const { return m_statusState; }
     int StatusValue() const { return m_statusValue; }
 
@@ -37,6 +39,9 @@ public:
     void SetBodyText(const QString& text);
     const QString& BodyText() const { return m_bodyText; }
 
+    /// Told by the title band's tool-tip and to screen readers; empty: nothing.
+    void SetNote(const QString& note);
+
     /// The list has expanded or collapsed the card, or the page around an expanded card was activated or
     /// deactivated: starts or stops what is shown live.
     virtual void OnExpanded();
@@ -45,7 +50,18 @@ public:
     /// A press of the left button below the title band.
     virtual void OnBodyClick(const QPoint& position);
 
+    /// The button that comes last when the Tab key goes through the collapsed card.
+    QWidget* LastButton() const;
+
+    /// Reads anew what the expanded card shows.
+    virtual void Reload();
+
+    QString entryId;         ///< of what a section shows in the card
     quint32 refreshMark = 0; ///< of the refresh that last found the card
+
+signals:
+    /// Wants to be expanded or, when it is, collapsed.
+    void Toggled();
 
 protected:
     /// Shown while the card is expanded; the card owns it. Call it by the first OnExpanded, before the
@@ -61,27 +77,27 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     bool event(QEvent* event) override;
 
 private:
-    friend class CExpandableItemList;
-
-    void SetExpanded(bool expanded);
     void Describe();
+    void ShowMenu(const QPoint& position);
+    int StatusWidth() const;
     QRect StatusRect() const;
     QRect BodyTextRect() const;
 
-    CExpandableItemList* m_list = nullptr;
     CBrenPanel* m_content = nullptr;
     QWidget* m_buttonRow = nullptr;
     std::vector<CardButton*> m_buttons; ///< from right to left
     bool m_expanded = false;
+    bool m_stale = false;
     QString m_statusText;
     QString m_bodyText;
+    QString m_note;
     QIcon m_statusIcon;
+    QString m_statusIconName;
     QString m_statusCaption;
-    int m_statusImage = 0;
     int m_statusState = 0;
     int m_statusValue = 0;
     int m_progress = 0;

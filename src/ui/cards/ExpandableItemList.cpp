@@ -50,14 +50,13 @@ CExpandableItemList::~CExpandableItemList() = default;
 CExpandableItem* CExpandableItemList::AddItem(std::unique_ptr<CExpandableItem> card) {
     if (CardCount() >= MaxCards)
         return nullptr;
-    card->m_list = this;
-    card->setParent(this);
-    card->hide();
-    setTabOrder(card->m_buttons.front(), m_hiddenLink);
-    setTabOrder(m_hiddenLink, m_previousLink);
-    setTabOrder(m_previousLink, m_nextLink);
-    m_cards.push_back(card.release());
-    return m_cards.back();
+    CExpandableItem* added = card.release();
+    added->setParent(this);
+    added->hide();
+    connect(added, &CExpandableItem::Toggled, this, [this, added] { ToggleCard(*added); });
+    m_cards.push_back(added);
+    EndTabOrder(added->LastButton());
+    return added;
 }
 
 CExpandableItem* CExpandableItemList::FindCard(const QString& title) const {
@@ -88,7 +87,7 @@ void CExpandableItemList::Drop(std::size_t index) {
     const bool hadFocus = card->isAncestorOf(focusWidget()) || card == focusWidget();
     if (card == m_expanded)
         Collapse();
-    card->m_list = nullptr;
+    card->disconnect(this);
     card->hide();
     card->deleteLater();
     if (hadFocus && isVisible())
@@ -185,11 +184,15 @@ void CExpandableItemList::Apply(const CardLayout& layout, int top) {
     m_pageCount = layout.pageCount;
     m_currentPage = layout.currentPage;
     for (std::size_t index = 0; index < m_cards.size(); ++index) {
-        const std::optional<CardRect> place = layout.PlaceOf(static_cast<quint32>(index));
-        if (place)
+        if (const std::optional<CardRect> place = layout.PlaceOf(static_cast<quint32>(index))) {
             m_cards[index]->setGeometry(ToRect(*place, top));
-        m_cards[index]->setVisible(place.has_value());
+            m_cards[index]->show();
+        }
     }
+    HandFocusOn(layout);
+    for (std::size_t index = 0; index < m_cards.size(); ++index)
+        if (!layout.PlaceOf(static_cast<quint32>(index)))
+            m_cards[index]->hide();
     m_hiddenLink->SetText(
         tr("%1 item(s) hidden, click <a>here</a> to show all items").arg(layout.hiddenCount));
     m_pageLabel->SetText(tr("%1 of %2 Pages").arg(layout.currentPage + 1).arg(layout.pageCount));
@@ -199,13 +202,35 @@ void CExpandableItemList::Apply(const CardLayout& layout, int top) {
     Place(*m_nextLink, ToRect(layout.nextLink, top), layout.showNext);
 }
 
+/// Who looks at a page that goes looks at the same place of the one that comes.
+void CExpandableItemList::HandFocusOn(const CardLayout& layout) {
+    const CExpandableItem* card = FocusedCard();
+    const QWidget* link = focusWidget();
+    const bool linkGoes =
+        (link == m_previousLink && !layout.showPrevious) || (link == m_nextLink && !layout.showNext);
+    const int index = card ? IndexOf(*card) : linkGoes ? 0 : -1;
+    if (index < 0 || layout.shownCount == 0 || layout.PlaceOf(static_cast<quint32>(index)))
+        return;
+    const quint32 place = static_cast<quint32>(index) % layout.cardsPerPage;
+    m_cards[layout.firstShown + std::min(place, layout.shownCount - 1)]->setFocus(Qt::OtherFocusReason);
+}
+
+CExpandableItem* CExpandableItemList::FocusedCard() const {
+    const QWidget* focus = focusWidget();
+    const auto holds = [focus](const CExpandableItem* card) {
+        return card == focus || card->isAncestorOf(focus);
+    };
+    const auto found = focus ? std::find_if(m_cards.begin(), m_cards.end(), holds) : m_cards.end();
+    return found == m_cards.end() ? nullptr : *found;
+}
+
 void CExpandableItemList::PreviousPage() {
-    if (m_currentPage > 0)
+    if (m_currentPage > 0 && !m_expanded)
         GoToPage(m_currentPage - 1);
 }
 
 void CExpandableItemList::NextPage() {
-    if (m_currentPage + 1 < m_pageCount)
+    if (m_currentPage + 1 < m_pageCount && !m_expanded)
         GoToPage(m_currentPage + 1);
 }
 
@@ -234,17 +259,31 @@ void CExpandableItemList::Expand(CExpandableItem& card) {
     card.setFocus();
     RecalcLayout();
     card.OnExpanded();
-    OrderTabs(card);
 }
 
-/// The links come after all that the expanded card shows.
-void CExpandableItemList::OrderTabs(const CExpandableItem& card) {
-    const QList<QWidget*> inside = card.findChildren<QWidget*>();
-    if (inside.isEmpty())
-        return;
-    setTabOrder(inside.last(), m_hiddenLink);
+/// The links come after all that the expanded card shows, of which some was made after them.
+void CExpandableItemList::OrderTabs() {
+    QWidget* last = m_expanded;
+    for (QWidget* next = last->nextInFocusChain(); next != m_expanded;) {
+        QWidget* current = std::exchange(next, next->nextInFocusChain());
+        if (m_expanded->isAncestorOf(current)) {
+            setTabOrder(last, current);
+            last = current;
+        }
+    }
+    EndTabOrder(last);
+}
+
+void CExpandableItemList::EndTabOrder(QWidget* last) {
+    setTabOrder(last, m_hiddenLink);
     setTabOrder(m_hiddenLink, m_previousLink);
     setTabOrder(m_previousLink, m_nextLink);
+}
+
+bool CExpandableItemList::focusNextPrevChild(bool next) {
+    if (m_expanded)
+        OrderTabs();
+    return CBrenPanel::focusNextPrevChild(next);
 }
 
 void CExpandableItemList::Collapse() {
@@ -291,6 +330,9 @@ void CExpandableItemList::resizeEvent(QResizeEvent* event) {
 }
 
 void CExpandableItemList::keyPressEvent(QKeyEvent* event) {
+    CExpandableItem* card = FocusedCard();
+    if (card && OnCardKey(*card, event->key()))
+        return;
     if (event->key() == Qt::Key_PageUp)
         PreviousPage();
     else if (event->key() == Qt::Key_PageDown)

@@ -65,9 +65,6 @@ public:
     /// RecalcLayout when that has changed.
     void SetHeader(QWidget* header);
 
-    /// What a key does that a card was given; false when it means nothing.
-    bool OnCardKey(CExpandableItem& card, int key);
-
 protected:
     /// Gives the card the focus, and turns to its page where needed. Nothing for an index beyond the cards.
     void FocusCard(int index);
@@ -75,10 +72,16 @@ protected:
     void OnPanelClick(const QPoint& position) override;
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void Expand(CExpandableItem& card);
-    void OrderTabs(const CExpandableItem& card);
+    void OrderTabs();
+    void EndTabOrder(QWidget* last);
+    /// What a key means to a card that it was pressed in; false: nothing.
+    bool OnCardKey(CExpandableItem& card, int key);
+    CExpandableItem* FocusedCard() const;
+    void HandFocusOn(const CardLayout& layout);
     void Collapse();
     void Drop(std::size_t index);
     void GoToPage(quint32 page);

@@ -1,5 +1,6 @@
 #include "cards/LabeledPanel.h"
 
+#include "look/Formatters.h"
 #include "look/Look.h"
 
 #include <QPainter>
@@ -43,5 +44,8 @@ void CLabeledPanel::paintEvent(QPaintEvent*) {
 
     painter.setPen(Look::Ink);
     painter.setFont(Look::Font(Look::Body, QFont::Bold));
-    Look::DrawTextLine(painter, TitleRect(), m_title);
+    const QRect place = TitleRect();
+    painter.drawText(
+        place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
+        Isolated(painter.fontMetrics().elidedText(Look::OneLine(m_title), Qt::ElideRight, place.width())));
 }

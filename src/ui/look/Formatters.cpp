@@ -2,6 +2,8 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
+
 namespace {
 
 constexpr quint64 KB = quint64(1) << 10;
@@ -31,4 +33,20 @@ QString FormatDuration(quint32 seconds) {
 
 QString FormatRemaining(const QString& size, const QString& duration) {
     return QCoreApplication::translate("Formatters", "%1 (%2) Remaining").arg(size, duration);
+}
+
+QString Isolated(const QString& name) {
+    constexpr QChar LeftToRight(0x2066);
+    constexpr QChar RightToLeft(0x2067);
+    constexpr QChar End(0x2069);
+    const auto turns = [](QChar character) {
+        const QChar::Direction direction = character.direction();
+        return direction == QChar::DirR || direction == QChar::DirAL ||
+               character.category() == QChar::Other_Format;
+    };
+    if (std::none_of(name.begin(), name.end(), turns))
+        return name;
+    // Marks have a direction too: the first letter tells that of the name.
+    const auto letter = std::find_if(name.begin(), name.end(), [](QChar c) { return c.isLetter(); });
+    return (letter != name.end() && turns(*letter) ? RightToLeft : LeftToRight) + name + End;
 }

@@ -9,6 +9,10 @@ QString FormatSize(quint64 bytes);
 /// "HH:MM:SS", with more digits of hours when needed.
 QString FormatDuration(quint32 seconds);
 
+/// A name made by others, for the middle of a text: marks of writing direction in it turn nothing around but
+/// itself. Returned as it is when it holds none and no letter that is written from right to left.
+QString Isolated(const QString& name);
+
 /// "%s (%s) Remaining".
 QString FormatRemaining(const QString& size, const QString& duration);
 

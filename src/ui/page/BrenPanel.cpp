@@ -117,10 +117,12 @@ CommandRunner& CBrenPanel::Commands() {
 }
 
 void CBrenPanel::ShowStatus() {
-    if (m_active && !m_headLeft)
-        Frame().SetStatusText(!m_commandFailure.isEmpty() ? m_commandFailure
-                              : !m_failure.isEmpty()      ? m_failure
-                                                          : m_help);
+    if (!m_active || m_headLeft)
+        return;
+    Frame().SetStatusText(!m_commandFailure.isEmpty() ? m_commandFailure
+                          : !m_failure.isEmpty()      ? m_failure
+                                                      : m_help);
+    Frame().SetNotice(m_commandFailure.isEmpty() ? m_failure : QString());
 }
 
 void CBrenPanel::ShowToolbar() {

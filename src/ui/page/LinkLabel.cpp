@@ -1,6 +1,7 @@
 #include "page/LinkLabel.h"
 
 #include "look/Look.h"
+#include "page/LinkAccessible.h"
 
 #include <QFocusEvent>
 #include <QRegularExpression>
@@ -16,7 +17,7 @@ QString Html(QStringView text) {
 struct Markup {
     QString html;
     QString plain;
-    int spans = 0;
+    QStringList spans;
 };
 
 Markup Parse(const QString& text) {
@@ -28,9 +29,10 @@ Markup Parse(const QString& text) {
     for (auto matches = span.globalMatch(text); matches.hasNext();) {
         const QRegularExpressionMatch match = matches.next();
         const QStringView before = QStringView(text).mid(end, match.capturedStart() - end);
-        markup.html += Html(before) + QStringLiteral("<a href=\"%1\">").arg(markup.spans++) +
+        markup.html += Html(before) + QStringLiteral("<a href=\"%1\">").arg(markup.spans.size()) +
                        Html(match.capturedView(1)) + QStringLiteral("</a>");
         markup.plain.append(before).append(match.capturedView(1));
+        markup.spans += match.captured(1);
         end = match.capturedEnd();
     }
     markup.html += Html(QStringView(text).mid(end));
@@ -41,6 +43,7 @@ Markup Parse(const QString& text) {
 } // namespace
 
 LinkLabel::LinkLabel(const QString& text, QWidget* parent) : QLabel(parent) {
+    TeachLinksToScreenReaders();
     setTextFormat(Qt::RichText);
     setFont(Look::Font(Look::Small));
     connect(this, &QLabel::linkActivated, this,
@@ -53,11 +56,12 @@ void LinkLabel::SetText(const QString& text) {
         return;
     m_text = text;
     const Markup markup = Parse(text);
-    setTextInteractionFlags(markup.spans > 0 ? Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard
-                                             : Qt::NoTextInteraction);
+    m_spans = markup.spans;
+    setTextInteractionFlags(!m_spans.isEmpty() ? Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard
+                                               : Qt::NoTextInteraction);
     setText(markup.html);
     setAccessibleName(markup.plain);
-    if (hasFocus() && markup.spans > 0) {
+    if (hasFocus() && !m_spans.isEmpty()) {
         sizeHint(); // takes the new text over, in which no span is chosen yet
         focusNextPrevChild(true);
     }

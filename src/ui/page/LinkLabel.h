@@ -12,6 +12,8 @@ public:
 
     void SetText(const QString& text);
     const QString& Text() const { return m_text; }
+    /// The words of its spans, in their order.
+    const QStringList& Spans() const { return m_spans; }
 
 signals:
     /// `span` counts the spans of the text from 0.
@@ -22,4 +24,5 @@ protected:
 
 private:
     QString m_text;
+    QStringList m_spans;
 };

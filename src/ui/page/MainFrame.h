@@ -23,6 +23,9 @@ public:
 
     virtual void SetStatusText(const QString& text) = 0;
 
+    /// Why what is shown may be out of date, in the yellow line; empty: it is not.
+    virtual void SetNotice(const QString& text) = 0;
+
     /// Replaces all buttons of the toolbar, left to right.
     virtual void SetToolbar(QWidget& owner, const std::vector<FrameAction>& actions) = 0;
 

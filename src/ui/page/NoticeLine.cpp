@@ -3,11 +3,33 @@
 #include "look/IconRegistry.h"
 #include "look/Look.h"
 
+#include <QAccessibleWidget>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
 
+namespace {
+
+class AccessibleNotice : public QAccessibleWidget {
+public:
+    explicit AccessibleNotice(NoticeLine& line) : QAccessibleWidget(&line, QAccessible::AlertMessage) {}
+
+    /// Its tool-tip says the same as its name, in markup.
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Description ? QString() : QAccessibleWidget::text(kind);
+    }
+};
+
+QAccessibleInterface* MakeAccessible(const QString&, QObject* object) {
+    auto* line = qobject_cast<NoticeLine*>(object);
+    return line ? new AccessibleNotice(*line) : nullptr;
+}
+
+} // namespace
+
 NoticeLine::NoticeLine(QWidget* parent) : QFrame(parent), m_text(new QLabel) {
+    static const bool once = (QAccessible::installFactory(MakeAccessible), true);
+    Q_UNUSED(once)
     m_text->setTextFormat(Qt::PlainText);
     m_text->setWordWrap(true);
     m_text->setFont(Look::Font(Look::Small));
@@ -27,9 +49,14 @@ NoticeLine::NoticeLine(QWidget* parent) : QFrame(parent), m_text(new QLabel) {
 }
 
 void NoticeLine::SetText(const QString& text) {
+    if (text == m_text->text())
+        return;
     m_text->setText(text);
+    setToolTip(Look::ToolTip(text));
     setAccessibleName(text);
     setVisible(!text.isEmpty());
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 QString NoticeLine::Text() const {

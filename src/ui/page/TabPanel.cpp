@@ -31,11 +31,7 @@ bool CTabPanel::Add(const QString& title, CBrenPanel* page, int image, bool show
     page->setParent(this);
     page->hide();
     page->setAccessibleName(title);
-    m_pages.push_back(page);
-    {
-        const QSignalBlocker untilHidden(m_strip);
-        m_strip->addTab(IconRegistry::Icon(image), title);
-    }
+    m_pages.push_back({page, image});
     ShowTabs(PageCount() - 1, shown);
     return true;
 }
@@ -57,35 +53,49 @@ void CTabPanel::ShowAllTabs(int from) {
     update();
 }
 
-/// Shows or hides the tabs from `from` on. The strip moves its current tab along while they go.
+/// Gives the pages from `from` on tabs or takes them away. The strip moves its current tab along while they
+/// go.
 void CTabPanel::ShowTabs(int from, bool shown) {
     {
         const QSignalBlocker untilAll(m_strip);
-        for (int index = from; index < PageCount(); ++index) {
-            m_strip->setTabVisible(index, shown);
-            m_strip->setTabEnabled(index, shown); // keys and wheel skip disabled tabs only
+        for (int page = from; page < PageCount(); ++page) {
+            const auto& [panel, image] = m_pages[static_cast<std::size_t>(page)];
+            const int tab = TabOf(page);
+            if (shown && tab < 0)
+                m_strip->AddPage(page, IconRegistry::Icon(image), panel->accessibleName());
+            else if (!shown && tab >= 0)
+                m_strip->removeTab(tab);
         }
     }
     OnTabChanged(m_strip->currentIndex());
     LayOutPages();
 }
 
+/// The page's place in the strip; -1 when it has none.
+int CTabPanel::TabOf(int page) const {
+    int tab = m_strip->count() - 1;
+    while (tab >= 0 && m_strip->PageOf(tab) != page)
+        --tab;
+    return tab;
+}
+
 CBrenPanel* CTabPanel::CurrentPage() const {
-    return m_current < 0 ? nullptr : m_pages[static_cast<std::size_t>(m_current)];
+    return m_current < 0 ? nullptr : m_pages[static_cast<std::size_t>(m_current)].panel;
 }
 
 void CTabPanel::SelectPage(int index) {
-    m_strip->setCurrentIndex(index);
-    OnTabChanged(index);
+    m_strip->setCurrentIndex(TabOf(index));
+    OnTabChanged(m_strip->currentIndex());
 }
 
 bool CTabPanel::IsTabShown(int index) const {
-    return m_strip->isTabVisible(index);
+    return TabOf(index) >= 0;
 }
 
 void CTabPanel::SetCorner(QWidget* corner) {
     m_corner = corner;
     m_corner->setParent(this);
+    setTabOrder(m_strip, m_corner);
     m_corner->show();
     LayOutPages();
 }
@@ -107,8 +117,8 @@ void CTabPanel::Reload() {
         CurrentPage()->Reload();
 }
 
-void CTabPanel::OnTabChanged(int index) {
-    const int shown = m_strip->isTabVisible(index) ? index : -1;
+void CTabPanel::OnTabChanged(int tab) {
+    const int shown = m_strip->PageOf(tab);
     if (shown == m_current)
         return;
     if (CurrentPage())
@@ -129,8 +139,8 @@ void CTabPanel::LayOutPages() {
         m_corner->setGeometry(width() - size.width() - Look::PageMargin - 4,
                               (stripHeight - size.height()) / 2, size.width(), size.height());
     }
-    for (CBrenPanel* page : m_pages)
-        page->setGeometry(0, stripHeight + 1, width(), std::max(0, height() - stripHeight - 1));
+    for (const Page& page : m_pages)
+        page.panel->setGeometry(0, stripHeight + 1, width(), std::max(0, height() - stripHeight - 1));
 }
 
 void CTabPanel::resizeEvent(QResizeEvent* event) {

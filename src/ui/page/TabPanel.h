@@ -46,13 +46,19 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    struct Page {
+        CBrenPanel* panel;
+        int image;
+    };
+
     bool Add(const QString& title, CBrenPanel* page, int image, bool shown);
     void ShowTabs(int from, bool shown);
-    void OnTabChanged(int index);
+    int TabOf(int page) const;
+    void OnTabChanged(int tab);
     void LayOutPages();
 
     TabStrip* m_strip;
     QWidget* m_corner = nullptr;
-    std::vector<CBrenPanel*> m_pages; ///< by tab; a tab that is not shown is hidden in the strip
+    std::vector<Page> m_pages;
     int m_current = -1;
 };

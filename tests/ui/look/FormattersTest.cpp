@@ -50,6 +50,22 @@ private slots:
         QCOMPARE(FormatRemaining(u"%2"_s, FormatDuration(seconds)),
                  u"%2 ("_s + FormatDuration(seconds) + u") Remaining"_s);
     }
+
+    void isolatesNames_data() {
+        const Columns<QString, QString> row("name", "isolated");
+        row("plain", "Photos (2)", "Photos (2)");
+        row("accents", "\u00C9t\u00E9", "\u00C9t\u00E9");
+        row("a mark turns nothing", "\u200FPhotos (2)", "\u2066\u200FPhotos (2)\u2069");
+        row("nor does an override", "\u202Egpj.exe", "\u2066\u202Egpj.exe\u2069");
+        row("right to left", "\u05D2\u05D9\u05D1\u05D5\u05D9 2",
+            "\u2067\u05D2\u05D9\u05D1\u05D5\u05D9 2\u2069");
+        row("mixed", "Photos \u05D2", "\u2066Photos \u05D2\u2069");
+    }
+
+    void isolatesNames() {
+        QFETCH(QString, name);
+        QTEST(Isolated(name), "isolated");
+    }
 };
 
 BTASK_TEST(FormattersTest);

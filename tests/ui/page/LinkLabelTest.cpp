@@ -1,6 +1,7 @@
 #include "page/LinkLabel.h"
 #include "support/TestMain.h"
 
+#include <QAccessible>
 #include <QSignalSpy>
 
 using namespace Qt::Literals::StringLiterals;
@@ -40,6 +41,24 @@ private slots:
         QTest::mouseClick(&label, Qt::LeftButton, {}, {label.width() - 5, label.height() / 2});
         QCOMPARE(clicks.count(), 1);
         QCOMPARE(clicks.at(0).at(0).toInt(), 0);
+    }
+
+    void isALinkToScreenReaders() {
+        LinkLabel label(u"click <a>here</a> or <a>there</a>"_s);
+        const QSignalSpy clicks(&label, &LinkLabel::LinkClicked);
+        QAccessibleInterface* heard = QAccessible::queryAccessibleInterface(&label);
+        QCOMPARE(heard->text(QAccessible::Name), u"click here or there"_s);
+        QCOMPARE(heard->childCount(), 2);
+        QAccessibleInterface* there = heard->child(1);
+        QCOMPARE(there->role(), QAccessible::Link);
+        QCOMPARE(there->text(QAccessible::Name), u"there"_s);
+        QCOMPARE(heard->indexOfChild(there), 1);
+        there->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QCOMPARE(clicks.count(), 1);
+        QCOMPARE(clicks.at(0).at(0).toInt(), 1);
+        label.SetText(u"nothing"_s);
+        QCOMPARE(heard->childCount(), 0);
+        QVERIFY(!there->isValid());
     }
 
     void isClickedByKeyboard() {

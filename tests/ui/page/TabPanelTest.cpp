@@ -1,7 +1,11 @@
 #include "page/TabPanel.h"
+#include "look/Look.h"
 #include "page/TabStrip.h"
 #include "support/ConsoleFixture.h"
 #include "support/TestMain.h"
+
+#include <QAccessible>
+#include <QCheckBox>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -139,6 +143,39 @@ private slots:
         QVERIFY(!tabs.AddHiddenTab(u"refused"_s, refused.get(), 0));
         QCOMPARE(tabs.PageCount(), 100);
         QVERIFY(!refused->parent());
+    }
+
+    void hiddenTabsAreGoneForScreenReaders() {
+        TestTabs tabs;
+        tabs.Activate();
+        QAccessibleInterface* strip = QAccessible::queryAccessibleInterface(tabs.findChild<TabStrip*>());
+        QStringList heard;
+        for (int child = 0; child < strip->childCount(); ++child) {
+            QAccessibleInterface* tab = strip->child(child);
+            if (tab->role() != QAccessible::PageTab)
+                continue;
+            heard << tab->text(QAccessible::Name);
+            tab->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+            QVERIFY(tabs.CurrentPage() && tabs.CurrentPage()->isVisible());
+        }
+        QCOMPARE(heard, QStringList({u"A"_s, u"B"_s, u"C"_s}));
+    }
+
+    void keepsItsIconsWhereTheyFitSmaller() {
+        ConsoleFixture<> fixture;
+        CTabPanel tabs(fixture.console);
+        for (const char* title :
+             {"My Tasks", "System Activities", "Task Settings", "System Tasks", "Completed Tasks"})
+            tabs.AddTab(QLatin1String(title), new CBrenPanel(fixture.console), 316);
+        auto* corner = new QCheckBox(u"Advanced Mode"_s);
+        corner->setFont(Look::Font(Look::Small));
+        tabs.SetCorner(corner);
+        tabs.Activate();
+        const auto* strip = tabs.findChild<TabStrip*>();
+        for (const auto& [width, hasIcons] : {std::pair(1200, true), {786, true}, {400, false}}) {
+            tabs.resize(width, 400);
+            QCOMPARE(!strip->iconSize().isEmpty(), hasIcons);
+        }
     }
 
     void walksByKeyboardAndMouse() {

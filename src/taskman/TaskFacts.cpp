@@ -1,0 +1,65 @@
+#include "taskman/TaskFacts.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+
+namespace {
+
+quint32 ProcessedOf(const SubTaskCounts& counts) {
+    return std::min(counts.processed.value_or(0), counts.total.value_or(0));
+}
+
+QString Text(const char* words) {
+    return QCoreApplication::translate("TaskFacts", words);
+}
+
+} // namespace
+
+TaskFacts ReadTaskFacts(const QString& taskId, TaskFacts before, const LiveCounters& counters,
+                        std::stop_token stop) {
+    TaskFacts facts = std::move(before);
+    facts.lookup = GetTaskInfo(taskId, std::move(stop));
+    const auto changes = counters.ZEPTraceCounterGet(TraceCounter::TaskTable);
+    if (changes != facts.changes) {
+        facts.counts = counters.ZEPTraceGetSTaskInfo(taskId);
+        facts.changes = facts.counts.total ? changes : std::nullopt;
+    }
+    return facts;
+}
+
+std::optional<QString> CountText(const std::optional<quint32>& count) {
+    return count ? std::optional(QString::number(*count)) : std::nullopt;
+}
+
+std::optional<QString> PendingText(const SubTaskCounts& counts) {
+    if (!counts.total || !counts.processed)
+        return {};
+    return Text(QT_TRANSLATE_NOOP("TaskFacts", "%1 of %2 total sub-tasks"))
+        .arg(*counts.total - ProcessedOf(counts))
+        .arg(*counts.total);
+}
+
+std::optional<QString> CompletedText(const SubTaskCounts& counts) {
+    if (!counts.processed)
+        return {};
+    return QString::number(*counts.processed - std::min(counts.pendingRetry.value_or(0), *counts.processed));
+}
+
+QString ProgressText(const SubTaskCounts& counts) {
+    const quint32 total = counts.total.value_or(0);
+    const QString words =
+        Text(QT_TRANSLATE_NOOP("TaskFacts", "%1 of %2 processed, %3 running, %4 pending retry"))
+            .arg(ProcessedOf(counts))
+            .arg(total)
+            .arg(counts.running.value_or(0))
+            .arg(counts.pendingRetry.value_or(0));
+    return total == 0 ? words
+                      : QStringLiteral("#Progress:%1 %2@@%3").arg(ProcessedOf(counts)).arg(total).arg(words);
+}
+
+std::optional<int> ProgressOf(const SubTaskCounts& counts) {
+    if (!counts.total || !counts.processed)
+        return {};
+    return static_cast<int>(quint64(1000) * ProcessedOf(counts) / std::max(*counts.total, 1u));
+}

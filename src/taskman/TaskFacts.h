@@ -1,0 +1,25 @@
+#pragma once
+
+#include "stores/SchedulerStore.h"
+#include "zep/LiveCounters.h"
+
+/// What is known of one task: its row and the counts of its sub-tasks.
+struct TaskFacts {
+    TaskLookup lookup;
+    std::optional<quint32> changes; ///< of the task table, when the counts were read
+    SubTaskCounts counts;
+};
+
+/// The task's row; its counts too when the service's change counter has moved since `before`. On a lane.
+TaskFacts ReadTaskFacts(const QString& taskId, TaskFacts before, const LiveCounters& counters,
+                        std::stop_token stop);
+
+/// The counts as people read them; none where one is not known.
+std::optional<QString> CountText(const std::optional<quint32>& count);
+std::optional<QString> PendingText(const SubTaskCounts& counts);   ///< "%d of %d total sub-tasks"
+std::optional<QString> CompletedText(const SubTaskCounts& counts); ///< without those that went wrong
+
+/// "%d of %d processed, ..." behind a bar; without the bar when there is nothing to process.
+QString ProgressText(const SubTaskCounts& counts);
+/// In thousandths; none when it is not known.
+std::optional<int> ProgressOf(const SubTaskCounts& counts);

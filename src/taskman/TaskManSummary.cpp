@@ -1,0 +1,58 @@
+#include "taskman/TaskManSummary.h"
+
+#include "taskman/TaskClass.h"
+#include "taskman/TaskCommands.h"
+
+namespace {
+
+/// None for a state that leaves the row as it is.
+std::optional<QString> StatusDetail(TaskState state, const SubTaskCounts& counts) {
+    if (state == TaskState::Running && counts.total)
+        return ProgressText(counts);
+    const QString text = TaskStateText(state);
+    return text.isEmpty() ? std::nullopt : std::optional(text);
+}
+
+std::vector<SummaryRow> RowsOf(const TaskRow& task, const TaskFacts& facts) {
+    const TaskInfo& info = facts.lookup.task;
+    const bool waits = info.state != TaskState::Running && info.state != TaskState::Paused;
+    const SummaryRow gap{{}, QString()};
+    const auto known = [found = facts.lookup.found](const std::optional<QString>& detail) {
+        return found ? detail : std::nullopt;
+    };
+    return {
+        {CTaskSummary::tr("Task Type"), TaskTypeName(task.type)},
+        {CTaskSummary::tr("Status"), known(StatusDetail(info.state, facts.counts))},
+        gap,
+        {CTaskSummary::tr("Pending Subtasks"), PendingText(facts.counts)},
+        {CTaskSummary::tr("Completed Subtasks"), CompletedText(facts.counts)},
+        {CTaskSummary::tr("Pending Retry Subtasks"), CountText(facts.counts.pendingRetry)},
+        {CTaskSummary::tr("Running Subtasks"), CountText(facts.counts.running)},
+        gap,
+        {CTaskSummary::tr("Recurring"),
+         known(info.weekdays.letters.isEmpty() ? CTaskSummary::tr("Not a Recurring Task")
+                                               : info.weekdays.letters)},
+        {CTaskSummary::tr("Last Run Time"), known(info.lastRun)},
+        {CTaskSummary::tr("Next Start Time"),
+         known(waits && !info.nextRun.isEmpty() ? info.nextRun : CTaskSummary::tr("NA"))},
+    };
+}
+
+std::vector<TaskButton> ButtonsOf(TaskState state) {
+    if (TaskStateText(state).isEmpty())
+        return {};
+    std::vector<TaskButton> buttons;
+    for (const TaskAction action : MeaningOf(state).actions)
+        buttons.push_back({action, TaskActionCaption(action)});
+    buttons.push_back({{}, CTaskSummary::tr("Refresh")});
+    return buttons;
+}
+
+} // namespace
+
+TaskSummaryPlan TaskManSummary() {
+    return {
+        CTaskSummary::tr("View summary information for this task. Click on a different task to change views. "
+                         "Note the actions above (Start, Pause, Cancel, Refresh)."),
+        QStringLiteral("TaskSummary"), RowsOf, ButtonsOf};
+}

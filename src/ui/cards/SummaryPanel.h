@@ -1,0 +1,31 @@
+#pragma once
+
+#include "page/BrenPanel.h"
+
+class CBrenListCtrl;
+
+/// A row of a summary. Without a detail it keeps the one that it shows.
+struct SummaryRow {
+    QString title;
+    std::optional<QString> detail;
+};
+
+/// A look at one subject, read again every second: titles and details, fixed in their order.
+class SummaryPanel : public CBrenPanel {
+    Q_OBJECT
+
+public:
+    /// The widths of the columns are remembered under `widths`.
+    SummaryPanel(const Console& console, QString widths);
+
+protected:
+    void CreatePanel() override;
+    void SetRows(const std::vector<SummaryRow>& rows);
+    /// Details of another subject are none of the next one.
+    void ForgetRows() { m_rows.clear(); }
+
+private:
+    QString m_widths;
+    std::vector<SummaryRow> m_rows;
+    CBrenListCtrl* m_list = nullptr;
+};

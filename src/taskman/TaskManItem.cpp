@@ -1,16 +1,17 @@
 #include "taskman/TaskManItem.h"
 
+#include "list/RecordPanel.h"
 #include "look/IconRegistry.h"
 #include "page/Console.h"
 #include "page/TabPanel.h"
 #include "page/UserPrompts.h"
 #include "stores/TaskState.h"
-#include "taskman/HistoryPanel.h"
-#include "taskman/RunningPanel.h"
-#include "taskman/SubtaskPanel.h"
-#include "taskman/TaskAudit.h"
+#include "taskman/HistoryTable.h"
+#include "taskman/RunningTable.h"
+#include "taskman/SubTaskTable.h"
 #include "taskman/TaskClass.h"
 #include "taskman/TaskSummary.h"
+#include "taskman/TraceTable.h"
 
 #include <algorithm>
 
@@ -53,8 +54,8 @@ void CTaskManItem::Update(const TaskRow& task) {
     m_task = task;
     if (m_summary)
         m_summary->SetTask(task.id, task.type);
-    for (CTaskRecordPanel* view : m_views)
-        view->SetTask(task);
+    for (const View& view : m_views)
+        view.panel->Turn(view.tableOf(task));
     const bool running = task.state == static_cast<int>(TaskState::Running);
     const StateLook look = LookOf(task.state);
     SetStatusIcon(look.icon, task.state, look.text ? tr(look.text) : QString());
@@ -133,14 +134,17 @@ void CTaskManItem::MakeViews() {
     m_summary = new CTaskSummary(m_console, m_task.id, m_task.type);
     connect(m_summary, &CTaskSummary::Deleted, this, &CTaskManItem::Deleted);
     tabs->AddTab(tr("Summary"), m_summary, SummaryIcon);
-    const auto add = [&](const QString& title, CTaskRecordPanel* view, int image) {
-        m_views.push_back(view);
-        tabs->AddTab(title, view, image);
+    const auto add = [&](const QString& title, int image, std::function<ListTable(const TaskRow&)> tableOf) {
+        m_views.push_back({new CRecordPanel(m_console, tableOf(m_task)), std::move(tableOf)});
+        tabs->AddTab(title, m_views.back().panel, image);
     };
-    add(tr("Running"), new CRunningPanel(m_console, m_task), SystemActivitiesIcon);
-    add(tr("Pending"), new CSubtaskPanel(m_console, m_task, SubtaskView::Pending), TaskPendingIcon);
-    add(tr("Pending Retry"), new CSubtaskPanel(m_console, m_task, SubtaskView::PendingRetry), RefreshIcon);
-    add(tr("History"), new CHistoryPanel(m_console, m_task), FileVersionsIcon);
-    add(tr("Trace"), new CTaskAudit(m_console, m_task), TraceIcon);
+    add(tr("Running"), SystemActivitiesIcon,
+        [&counters = m_console.counters](const TaskRow& task) { return RunningTable(counters, task); });
+    add(tr("Pending"), TaskPendingIcon,
+        [](const TaskRow& task) { return SubTaskTable(task, SubtaskView::Pending); });
+    add(tr("Pending Retry"), RefreshIcon,
+        [](const TaskRow& task) { return SubTaskTable(task, SubtaskView::PendingRetry); });
+    add(tr("History"), FileVersionsIcon, HistoryTable);
+    add(tr("Trace"), TraceIcon, TraceTable);
     SetContent(tabs);
 }

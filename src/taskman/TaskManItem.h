@@ -6,8 +6,9 @@
 #include "taskman/TransferMeter.h"
 
 struct Console;
+struct ListTable;
 
-class CTaskRecordPanel;
+class CRecordPanel;
 class CTaskSummary;
 
 /// The card of a task. Its commands go to the task that it shows at the click.
@@ -30,6 +31,11 @@ signals:
     void Deleted();
 
 private:
+    struct View {
+        CRecordPanel* panel;
+        std::function<ListTable(const TaskRow&)> tableOf;
+    };
+
     void MakeViews();
     void ShowActivity();
     void StartOrPause();
@@ -43,7 +49,7 @@ private:
     TaskRow m_task;
     TransferMeter m_meter;
     CTaskSummary* m_summary = nullptr; ///< this and the other views are made when the card is first expanded
-    std::vector<CTaskRecordPanel*> m_views;
+    std::vector<View> m_views;
     int m_cancel;
     int m_startOrPause;
     bool m_pauses = false; ///< what the button does now

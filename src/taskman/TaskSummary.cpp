@@ -84,7 +84,7 @@ QString ProgressText(const SubTaskCounts& counts) {
                               .arg(total)
                               .arg(counts.running.value_or(0))
                               .arg(counts.pendingRetry.value_or(0));
-    return total == 0 ? words : QStringLiteral("#Progress:%1 %2@@%3").arg(processed).arg(total).arg(words);
+    return total == 0 ? words : Cell::Progress(processed, total, words);
 }
 
 } // namespace

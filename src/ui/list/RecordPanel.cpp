@@ -1,146 +1,69 @@
 #include "list/RecordPanel.h"
 
-#include "list/BrenListCtrl.h"
-#include "list/FindBar.h"
 #include "look/IconRegistry.h"
 #include "look/Look.h"
 #include "page/Console.h"
 #include "page/MainFrame.h"
-#include "zep/LiveCounters.h"
 
 #include <QVBoxLayout>
 
-namespace {
+CRecordPanel::CRecordPanel(const Console& console, ListTable table)
+    : CBrenPanel(console.frame), m_console(console), m_table(std::move(table)) {}
 
-constexpr std::chrono::milliseconds GlancePeriod{20};
-
-} // namespace
-
-CRecordPanel::CRecordPanel(const Console& console, RecordPage page)
-    : CBrenPanel(console.frame), m_console(console), m_page(std::move(page)),
-      m_loader(console.reader, *this) {
-    connect(&m_glance, &QTimer::timeout, this, &CRecordPanel::ShowFirstRows);
+void CRecordPanel::SetControls(QWidget* controls) {
+    m_controls = controls;
+    controls->setParent(this);
 }
 
 void CRecordPanel::CreatePanel() {
-    m_list = new CBrenListCtrl(m_console.prompts);
-    m_list->setAccessibleName(m_page.name);
-    m_list->SetTableKind(TableKind::Record);
-    m_list->SetEmptyText(m_page.empty);
-    AddColumns(*m_list);
-    m_list->RememberWidths(m_page.widths);
+    m_view = new RecordView(m_console, *std::exchange(m_table, std::nullopt));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(Look::PageMargin, Look::PageMargin, Look::PageMargin, Look::PageMargin);
-    layout->addWidget(FindBar::Above(m_list));
-    setFocusProxy(m_list);
+    if (m_controls)
+        layout->addWidget(m_controls);
+    layout->addWidget(m_view);
+    setFocusProxy(m_view);
+    connect(m_view, &RecordView::Changed, this, &CRecordPanel::ShowState);
 }
 
-std::vector<FrameAction> CRecordPanel::Toolbar() const {
-    return {{tr("Refresh"), Command::Refresh, RefreshIcon}};
+void CRecordPanel::Turn(ListTable table) {
+    if (m_view)
+        m_view->Turn(std::move(table));
+    else
+        m_table = std::move(table);
 }
 
 void CRecordPanel::Activate() {
     CBrenPanel::Activate();
-    Frame().SetToolbar(*this, Toolbar());
-    ShowStatus();
-    Refresh();
-    if (m_page.period.count() > 0)
-        m_loader.StartTimer(m_page.period, [this] { Read(m_page.gated ? m_changes : std::nullopt); });
+    std::vector<FrameAction> toolbar{{m_view->Page().reload.isEmpty() ? tr("Refresh") : m_view->Page().reload,
+                                      Command::Refresh, RefreshIcon}};
+    for (const TableAction& action : m_view->Actions())
+        toolbar.push_back({action.caption, int(toolbar.size()), action.image, m_view->IsEnabled(action)});
+    Frame().SetToolbar(*this, toolbar);
+    ShowState();
+    m_view->Read();
+    if (m_view->Page().period.count() > 0)
+        m_view->Loader().StartTimer(m_view->Page().period, [this] { m_view->ReadIfChanged(); });
 }
 
 void CRecordPanel::Deactivate() {
-    m_loader.StopTimer();
-    m_loader.Cancel();
-    m_glance.stop();
-    m_coming.reset();
+    m_view->Loader().StopTimer();
     CBrenPanel::Deactivate();
 }
 
+/// The actions are the commands from 1 on.
 void CRecordPanel::OnCommand(int command) {
     if (command == Command::Refresh)
-        Refresh();
+        m_view->Read();
+    else if (command > 0 && std::size_t(command) <= m_view->Actions().size())
+        m_view->Run(m_view->Actions()[std::size_t(command) - 1]);
 }
 
-void CRecordPanel::Refresh() {
-    if (IsActive())
-        Read({});
-}
-
-void CRecordPanel::Restart() {
-    m_loader.Cancel();
-    m_coming.reset();
-    m_shown.reset();
-    m_changes.reset();
-    m_failure.clear();
-    if (!m_list)
+void CRecordPanel::ShowState() {
+    if (!IsActive())
         return;
-    m_list->SetEmptyText(m_page.empty);
-    m_list->SetRows({});
-    Refresh();
-}
-
-void CRecordPanel::Read(std::optional<quint32> known) {
-    const Stream rows = std::make_shared<RowStream>();
-    m_loader.Load(
-        Lane::Databases,
-        [read = Reading(), rows, shown = m_shown, known,
-         counters = &m_console.counters](std::stop_token stop) {
-            Outcome outcome;
-            outcome.changes = counters->ZEPTraceCounterGet(TraceCounter::TaskTable);
-            outcome.same = known && outcome.changes == known;
-            if (!outcome.same) {
-                outcome.read = read(*rows, stop);
-                outcome.same = outcome.read && shown && rows->All() == shown->All();
-            }
-            return outcome;
-        },
-        [this, rows](const Loaded<Outcome>& loaded) {
-            if (loaded)
-                ShowEnd(*loaded, rows);
-        });
-    m_coming.reset();
-    if (m_list->Rows().TotalRows() > 0)
-        return;
-    if (!m_shown && m_failure.isEmpty())
-        m_list->SetLoading(m_page.loading.isEmpty() ? tr("Loading...") : m_page.loading);
-    m_coming = rows;
-    m_glance.start(GlancePeriod);
-}
-
-/// Each time as many as are there already, so that a million rows come in some twenty steps.
-void CRecordPanel::ShowFirstRows() {
-    const std::size_t waiting = m_coming ? m_coming->WaitingCount() : 0;
-    if (waiting == 0 || waiting < static_cast<std::size_t>(m_list->Rows().TotalRows()))
-        return;
-    m_list->AppendRows(m_coming->Take());
-    m_shown.reset();
-    if (!m_page.listing.isEmpty())
-        Frame().SetStatusText(m_page.listing);
-}
-
-void CRecordPanel::ShowEnd(const Outcome& outcome, const Stream& rows) {
-    m_glance.stop();
-    if (rows == m_coming) {
-        m_list->AppendRows(rows->Take());
-        m_shown.reset();
-    } else if (outcome.read && !outcome.same) {
-        m_list->SetRows(rows->All());
-    }
-    if (outcome.read && (!outcome.same || !m_shown))
-        m_shown = rows;
-    m_coming.reset();
-    m_changes = outcome.read ? outcome.changes : std::nullopt;
-    m_failure = outcome.read.Sentence();
-    m_list->SetEmptyText(m_failure.isEmpty()        ? m_page.empty
-                         : m_page.failure.isEmpty() ? m_failure
-                                                    : m_page.failure);
-    ShowStatus();
-    OnReadEnded();
-}
-
-void CRecordPanel::OnReadEnded() {}
-
-void CRecordPanel::ShowStatus() {
-    if (IsActive())
-        Frame().SetStatusText(m_failure.isEmpty() ? m_page.status : m_failure);
+    Frame().SetStatusText(m_view->Status());
+    int number = 0;
+    for (const TableAction& action : m_view->Actions())
+        Frame().EnableCommand(++number, m_view->IsEnabled(action));
 }

@@ -32,9 +32,8 @@ constexpr QSize PageSize(770, 500);
 class NoFrame : public MainFrame {
 public:
     void SetStatusText(const QString&) override {}
-    void SetToolbar(CBrenPanel&, const std::vector<FrameAction>&) override {}
-    void SetSideActions(CBrenPanel&, const std::vector<FrameAction>&) override {}
-    void EnableCommand(int, bool) override {}
+    void SetToolbar(QWidget&, const std::vector<FrameAction>&) override {}
+    void SetSideActions(QWidget&, const std::vector<FrameAction>&) override {}
 };
 
 /// Runs each job when told, and takes the time of both of its halves.
@@ -97,7 +96,7 @@ void MeasureCards(BenchTable& table) {
     Samples lane;
     Samples window;
     for (int round = 0; round < Rounds; ++round) {
-        panel.OnCommand(Command::Refresh);
+        panel.Reload();
         reader.RunAll();
         lane.Add(reader.lane);
         window.Add(reader.window);

@@ -11,7 +11,7 @@ namespace {
 PageEntry WebPage(const char* title, const char* icon, const char* fileName) {
     return {QString::fromLatin1(title), QString::fromLatin1(icon),
             [fileName](const Console& console) -> CBrenPanel* {
-                return new CWebPagePanel(console.frame, QString::fromLatin1(fileName));
+                return new CWebPagePanel(console, QString::fromLatin1(fileName));
             }};
 }
 
@@ -27,10 +27,8 @@ std::vector<PageEntry> PagesOf(bool serverMode, bool withGallery) {
                      [](const Console& console) -> CBrenPanel* { return new CSettingsPanel(console); }});
     pages.push_back(WebPage("Support", "support", "support.html"));
     if (withGallery) {
-        pages.push_back(
-            {QStringLiteral("Gallery"), QStringLiteral("search"), [](const Console& console) -> CBrenPanel* {
-                 return new CGalleryPanel(console.frame, console.prompts);
-             }});
+        pages.push_back({QStringLiteral("Gallery"), QStringLiteral("search"),
+                         [](const Console& console) -> CBrenPanel* { return new CGalleryPanel(console); }});
     }
     return pages;
 }

@@ -2,7 +2,6 @@
 
 #include "grid/BrenPropertyGrid.h"
 #include "look/Look.h"
-#include "page/MainFrame.h"
 #include "page/NoticeLine.h"
 
 #include <QVBoxLayout>
@@ -10,9 +9,8 @@
 #include <algorithm>
 
 CSettingsGridPage::CSettingsGridPage(const Console& console, ShownText shownText, QWidget* parent)
-    : CBrenPanel(console.frame, parent), m_service(console.service), m_shownText(shownText),
-      m_grid(new CBrenPropertyGrid(console.prompts)), m_defaultsNotice(new NoticeLine),
-      m_restartNotice(new NoticeLine), m_loader(console.reader, *this) {
+    : CBrenPanel(console, parent), m_shownText(shownText), m_grid(new CBrenPropertyGrid(console.prompts)),
+      m_defaultsNotice(new NoticeLine), m_restartNotice(new NoticeLine) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
@@ -28,6 +26,8 @@ CSettingsGridPage::CSettingsGridPage(const Console& console, ShownText shownText
 void CSettingsGridPage::CreatePanel() {
     for (const SettingGroup& group : Catalog())
         AddGroup(group);
+    SetHelp(m_entries.empty() ? tr("There are no settings to show.")
+                              : tr("Values are written to the service as soon as they are changed."));
 }
 
 void CSettingsGridPage::AddGroup(const SettingGroup& settings) {
@@ -41,32 +41,15 @@ void CSettingsGridPage::AddGroup(const SettingGroup& settings) {
     }
 }
 
-void CSettingsGridPage::Activate() {
-    CBrenPanel::Activate();
-    Frame().SetToolbar(*this, {});
-    Frame().SetStatusText(m_entries.empty()
-                              ? tr("There are no settings to show.")
-                              : tr("Values are written to the service as soon as they are changed."));
-    Read();
-}
-
-void CSettingsGridPage::Deactivate() {
-    m_loader.StopTimer();
-    CBrenPanel::Deactivate();
-}
-
-void CSettingsGridPage::OnCommand(int command) {
-    if (command == Command::Refresh)
-        Read();
-}
-
 void CSettingsGridPage::Read() {
     QStringList names;
     for (const Entry& entry : m_entries)
         names.append(entry.setting.name);
-    m_loader.Load(
+    Loader().Load(
         Lane::Service,
-        [service = m_service, names](std::stop_token stop) { return ReadSettings(service, names, stop); },
+        [service = TheConsole().service, names](std::stop_token stop) {
+            return ReadSettings(service, names, stop);
+        },
         [this](const Loaded<SettingBodies>& bodies) {
             if (bodies)
                 Apply(*bodies);
@@ -87,9 +70,9 @@ void CSettingsGridPage::Apply(const SettingBodies& bodies) {
                 : tr("The service does not answer, so values in grey are defaults. They are read "
                      "again by themselves when it is back."));
     if (allRead)
-        m_loader.StopTimer();
+        Loader().StopTimer();
     else
-        m_loader.StartTimer(RetryPeriod, [this] { Read(); });
+        Loader().StartTimer(RetryPeriod, [this] { Read(); });
 }
 
 void CSettingsGridPage::Show(Entry& entry, const std::optional<QByteArray>& body) {
@@ -100,15 +83,15 @@ void CSettingsGridPage::Show(Entry& entry, const std::optional<QByteArray>& body
 }
 
 void CSettingsGridPage::OnCommitted(int row, CPropertyGroup* group, const PropertyRow& committed) {
-    m_loader.Command(
+    Loader().Command(
         Lane::Service,
-        [service = m_service, committed](std::stop_token stop) {
+        [service = TheConsole().service, committed](std::stop_token stop) {
             return WriteSetting(service, committed.key, committed.type, committed.value, stop);
         },
         [](const Loaded<ServiceAnswer>&) {});
     // A read that began before the write may bring, or may just have brought, the old value.
     group->SetValue(row, committed.value);
-    if (m_loader.IsReading())
+    if (Loader().IsReading())
         Read();
     if (NeedsRestart(committed.key))
         m_restartNotice->SetText(tr("Settings will take effect when the application starts next time."));

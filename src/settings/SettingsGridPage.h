@@ -19,9 +19,7 @@ class CSettingsGridPage : public CBrenPanel {
 public:
     static constexpr std::chrono::milliseconds RetryPeriod{5000};
 
-    void Activate() override;
-    void Deactivate() override;
-    void OnCommand(int command) override;
+    void Reload() override { Read(); }
 
 protected:
     /// The text that a row shows of a setting's body.
@@ -48,11 +46,9 @@ private:
     void OnCommitted(int row, CPropertyGroup* group, const PropertyRow& committed);
     bool NeedsRestart(const QString& name) const;
 
-    const ServiceClient& m_service;
     ShownText m_shownText;
     CBrenPropertyGrid* m_grid;
     NoticeLine* m_defaultsNotice;
     NoticeLine* m_restartNotice;
     std::vector<Entry> m_entries;
-    PageLoader m_loader;
 };

@@ -1,44 +1,30 @@
 #include "settings/SettingsPanel.h"
 
 #include "look/IconRegistry.h"
-#include "page/MainFrame.h"
 #include "service/ServiceClient.h"
 #include "settings/ProxyPage.h"
 #include "settings/SettingsMgr.h"
 #include "settings/TaskItemSettings.h"
 
-CSettingsPanel::CSettingsPanel(const Console& console, QWidget* parent)
-    : CTabPanel(console.frame, parent), m_console(console), m_loader(console.reader, *this) {
+CSettingsPanel::CSettingsPanel(const Console& console, QWidget* parent) : CTabPanel(console, parent) {
+    SetSideActions({{tr("Proxy Setup"), ProxyIcon, [this] { EditProxy(); }}, RefreshAction()});
     AddTab(tr("Task Settings"), new CTaskItemSettings(console), TaskSettingsIcon);
     AddTab(tr("All Settings"), new CSettingsMgr(console), SettingsIcon);
-}
-
-void CSettingsPanel::Activate() {
-    CTabPanel::Activate();
-    Frame().SetSideActions(*this, {{tr("Proxy Setup"), ProxySetup, ProxyIcon},
-                                   {tr("Refresh..."), Command::Refresh, RefreshIcon}});
-}
-
-void CSettingsPanel::OnCommand(int command) {
-    if (command == ProxySetup)
-        EditProxy();
-    else
-        CTabPanel::OnCommand(command);
 }
 
 void CSettingsPanel::EditProxy() {
     if (m_proxyPage)
         return;
-    m_proxyPage = new CProxyPage(m_console.service, m_console.reader, this);
+    m_proxyPage = new CProxyPage(TheConsole().service, TheConsole().reader, this);
     m_proxyPage->setAttribute(Qt::WA_DeleteOnClose);
     connect(m_proxyPage, &QDialog::accepted, this, [this] { SaveProxy(m_proxyPage->Wanted()); });
     m_proxyPage->open();
 }
 
 void CSettingsPanel::SaveProxy(const ProxyEnv& proxy) {
-    m_loader.Command(
+    Loader().Command(
         Lane::Service,
-        [service = m_console.service, proxy](std::stop_token stop) {
+        [service = TheConsole().service, proxy](std::stop_token stop) {
             WriteProxy(service, proxy, stop);
             ZEPSetProxyEnv(proxy);
             return true;

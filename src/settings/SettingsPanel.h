@@ -14,18 +14,13 @@ class CSettingsPanel : public CTabPanel {
     Q_OBJECT
 
 public:
-    static constexpr int ProxySetup = 1147; ///< the command that opens the proxy settings
-
     explicit CSettingsPanel(const Console& console, QWidget* parent = nullptr);
 
-    void Activate() override;
-    void OnCommand(int command) override;
+    /// Opens the proxy settings.
+    void EditProxy();
 
 private:
-    void EditProxy();
     void SaveProxy(const ProxyEnv& proxy);
 
-    Console m_console;
     QPointer<CProxyPage> m_proxyPage;
-    PageLoader m_loader;
 };

@@ -3,8 +3,6 @@
 #include "list/FindBar.h"
 #include "look/IconRegistry.h"
 #include "look/Look.h"
-#include "page/Console.h"
-#include "page/MainFrame.h"
 #include "page/NoticeLine.h"
 #include "platform/Folders.h"
 #include "taskman/TaskManItem.h"
@@ -27,8 +25,11 @@ QUrl EmptyPage() {
 } // namespace
 
 CTaskListPanel::CTaskListPanel(const Console& console, TaskFilter filter)
-    : CExpandableItemList(console.frame), m_console(console), m_filter(filter),
-      m_loader(console.reader, *this) {}
+    : CExpandableItemList(console), m_filter(filter) {
+    SetHelp(tr("View tasks. Use the icons on the right to start the task now or view details."));
+    SetToolbar({RefreshAction()});
+    ReloadEvery(RefreshPeriod);
+}
 
 void CTaskListPanel::CreatePanel() {
     CExpandableItemList::CreatePanel();
@@ -63,38 +64,17 @@ void CTaskListPanel::CreatePanel() {
 
 void CTaskListPanel::ShowEmptyPage() {
     if (!m_tasks)
-        m_emptyPage->setPlainText(m_failure.isEmpty() ? tr("Loading...") : m_failure);
+        m_emptyPage->setPlainText(Failure().isEmpty() ? tr("Loading...") : Failure());
     else if (!m_find->Words().isEmpty())
         m_emptyPage->setPlainText(tr("No task's name contains \"%1\".").arg(m_find->Words()));
     else
         m_emptyPage->setSource(EmptyPage());
 }
 
-void CTaskListPanel::Activate() {
-    CExpandableItemList::Activate();
-    if (!ExpandedCard())
-        OnAllShown();
-    Refresh();
-    m_loader.StartTimer(RefreshPeriod, [this] { Refresh(); });
-}
-
-void CTaskListPanel::Deactivate() {
-    m_loader.StopTimer();
-    m_loader.Cancel();
-    CExpandableItemList::Deactivate();
-}
-
-void CTaskListPanel::OnCommand(int command) {
-    if (command != Command::Refresh)
-        return;
+void CTaskListPanel::Reload() {
     Refresh();
     if (ExpandedCard())
-        static_cast<CTaskManItem*>(ExpandedCard())->OnCommand(command);
-}
-
-void CTaskListPanel::OnAllShown() {
-    Frame().SetToolbar(*this, {{tr("Refresh..."), Command::Refresh, RefreshIcon}});
-    ShowStatus();
+        static_cast<CTaskManItem*>(ExpandedCard())->Reload();
 }
 
 void CTaskListPanel::keyPressEvent(QKeyEvent* event) {
@@ -109,17 +89,10 @@ void CTaskListPanel::focusInEvent(QFocusEvent* event) {
     FocusCard(0);
 }
 
-void CTaskListPanel::ShowStatus() {
-    Frame().SetStatusText(m_failure.isEmpty()
-                              ? tr("View tasks. Use the icons on the right to start the task now "
-                                   "or view details.")
-                              : m_failure);
-}
-
 void CTaskListPanel::Refresh() {
-    m_loader.Load(
+    Loader().Load(
         Lane::Databases,
-        [filter = m_filter, counters = &m_console.counters](std::stop_token stop) {
+        [filter = m_filter, counters = &TheConsole().counters](std::stop_token stop) {
             return std::make_shared<const TaskList>(ReadTaskList(filter, *counters, stop));
         },
         [this](const Loaded<std::shared_ptr<const TaskList>>& loaded) {
@@ -135,14 +108,6 @@ void CTaskListPanel::Refresh() {
             if (tasks->read)
                 ShowCards();
         });
-}
-
-void CTaskListPanel::TellFailure(const QString& failure) {
-    if (m_failure == failure)
-        return;
-    m_failure = failure;
-    if (IsActive() && !ExpandedCard())
-        ShowStatus();
 }
 
 void CTaskListPanel::ShowCards() {
@@ -188,7 +153,7 @@ int CTaskListPanel::ShowNewCards(const std::vector<const TaskRow*>& tasks) {
 
 void CTaskListPanel::ShowCard(const TaskRow& task) {
     auto* card = static_cast<CTaskManItem*>(Keep(task.name, [&] {
-        auto made = std::make_unique<CTaskManItem>(m_console, task);
+        auto made = std::make_unique<CTaskManItem>(TheConsole(), task);
         connect(made.get(), &CTaskManItem::Deleted, this, &CTaskListPanel::Refresh);
         return made;
     }));

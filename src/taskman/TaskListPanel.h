@@ -7,7 +7,6 @@
 class FindBar;
 class NoticeLine;
 class QTextBrowser;
-struct Console;
 
 /// The tasks of one filter as cards, read again every five seconds. The find bar above them leaves the cards
 /// of the tasks whose names hold its words, and so reaches those that the list has no room for.
@@ -17,13 +16,12 @@ class CTaskListPanel : public CExpandableItemList {
 public:
     CTaskListPanel(const Console& console, TaskFilter filter);
 
-    void Activate() override;
-    void Deactivate() override;
-    void OnCommand(int command) override;
+    /// And what the expanded card shows.
+    void Reload() override;
 
 protected:
     void CreatePanel() override;
-    void OnAllShown() override;
+    void OnPeriod() override { Refresh(); }
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
 
@@ -37,16 +35,10 @@ private:
     /// Says how many of the matching tasks have no card.
     void TellHidden(int matching, int hidden);
     void ShowEmptyPage();
-    /// Says why the last read failed, in place of the page's own status text; empty when it did not.
-    void TellFailure(const QString& failure);
-    void ShowStatus();
 
-    const Console& m_console;
     TaskFilter m_filter;
     std::shared_ptr<const TaskList> m_tasks; ///< as last read well; none before
-    QString m_failure;
     FindBar* m_find = nullptr;
     NoticeLine* m_hiddenTasks = nullptr;
     QTextBrowser* m_emptyPage = nullptr;
-    PageLoader m_loader;
 };

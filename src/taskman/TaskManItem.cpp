@@ -2,9 +2,7 @@
 
 #include "list/RecordPanel.h"
 #include "look/IconRegistry.h"
-#include "page/Console.h"
 #include "page/TabPanel.h"
-#include "page/UserPrompts.h"
 #include "stores/TaskState.h"
 #include "taskman/HistoryTable.h"
 #include "taskman/RunningTable.h"
@@ -16,6 +14,9 @@
 #include <algorithm>
 
 namespace {
+
+const QString StartOrPauseKey = QStringLiteral("start or pause");
+const QString CancelKey = QStringLiteral("cancel");
 
 struct StateLook {
     int icon;
@@ -46,7 +47,9 @@ CTaskManItem::CTaskManItem(const Console& console, const TaskRow& task)
     : CTaskItem(task.name), m_console(console), m_task(task),
       m_cancel(AddAction(tr("Cancel Task"), CancelTaskIcon, [this] { Cancel(); })),
       m_startOrPause(AddAction(tr("Start Now"), StartIcon, [this] { StartOrPause(); })),
-      m_loader(console.reader, *this) {}
+      m_commands(new CommandRunner(console, *this)) {
+    connect(m_commands, &CommandRunner::BusyChanged, this, &CTaskManItem::ShowBusy);
+}
 
 void CTaskManItem::Update(const TaskRow& task) {
     if (task.id != m_task.id)
@@ -91,31 +94,28 @@ void CTaskManItem::ShowStartAction(bool running) {
 
 void CTaskManItem::StartOrPause() {
     const bool pauses = m_pauses;
-    Send(pauses ? &ServiceClient::PauseTask : &ServiceClient::StartTaskNow, m_task.id, m_startOrPause,
-         [this, pauses](bool answered) {
-             if (answered)
-                 ShowStartAction(!pauses);
-         });
+    const TaskCommand command = pauses ? &ServiceClient::PauseTask : &ServiceClient::StartTaskNow;
+    CommandOrder order;
+    order.send = [command, id = m_task.id](const ServiceClient& service, std::stop_token stop) {
+        return (service.*command)(id, stop);
+    };
+    order.after = [this, pauses](bool done) {
+        if (done)
+            ShowStartAction(!pauses);
+    };
+    m_commands->Run(StartOrPauseKey, order);
 }
 
 void CTaskManItem::Cancel() {
-    AskToCancelTask(
-        m_console.prompts, *this, [this, id = m_task.id] { return id == m_task.id; },
-        [this, id = m_task.id] {
-            Send(&ServiceClient::DeleteTask, id, m_cancel, [this](bool) { emit Deleted(); });
-        });
+    CommandOrder order = CancelTaskOrder(m_task.id);
+    order.isStillMeant = [this, id = m_task.id] { return id == m_task.id; };
+    order.after = [this](bool) { emit Deleted(); };
+    m_commands->Run(CancelKey, order);
 }
 
-void CTaskManItem::Send(TaskCommand command, const QString& taskId, int action,
-                        std::function<void(bool answered)> done) {
-    if (taskId != m_task.id)
-        return;
-    EnableAction(action, false);
-    SendTaskCommand(m_loader, m_console.service, command, taskId,
-                    [this, action, done = std::move(done)](bool answered) {
-                        EnableAction(action, true);
-                        done(answered);
-                    });
+void CTaskManItem::ShowBusy() {
+    EnableAction(m_startOrPause, !m_commands->IsBusy(StartOrPauseKey));
+    EnableAction(m_cancel, !m_commands->IsBusy(CancelKey));
 }
 
 void CTaskManItem::OnExpanded() {
@@ -124,13 +124,13 @@ void CTaskManItem::OnExpanded() {
     CTaskItem::OnExpanded();
 }
 
-void CTaskManItem::OnCommand(int command) {
+void CTaskManItem::Reload() {
     if (Content())
-        Content()->OnCommand(command);
+        Content()->Reload();
 }
 
 void CTaskManItem::MakeViews() {
-    auto* tabs = new CTabPanel(m_console.frame);
+    auto* tabs = new CTabPanel(m_console);
     m_summary = new CTaskSummary(m_console, m_task.id, m_task.type);
     connect(m_summary, &CTaskSummary::Deleted, this, &CTaskManItem::Deleted);
     tabs->AddTab(tr("Summary"), m_summary, SummaryIcon);

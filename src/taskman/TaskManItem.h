@@ -24,7 +24,7 @@ public:
 
     void OnExpanded() override;
     /// Goes to the view that is shown in the expanded card.
-    void OnCommand(int command);
+    void Reload();
 
 signals:
     /// The deletion was sent, answered or not: what the list shows may be out of date.
@@ -40,9 +40,7 @@ private:
     void ShowActivity();
     void StartOrPause();
     void Cancel();
-    /// Sends to `taskId`, and nothing when the card has passed to another task meanwhile.
-    void Send(TaskCommand command, const QString& taskId, int action,
-              std::function<void(bool answered)> done);
+    void ShowBusy();
     void ShowStartAction(bool running);
 
     const Console& m_console;
@@ -53,5 +51,5 @@ private:
     int m_cancel;
     int m_startOrPause;
     bool m_pauses = false; ///< what the button does now
-    PageLoader m_loader;
+    CommandRunner* m_commands;
 };

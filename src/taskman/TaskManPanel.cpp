@@ -3,8 +3,6 @@
 #include "list/RecordPanel.h"
 #include "look/IconRegistry.h"
 #include "look/Look.h"
-#include "page/Console.h"
-#include "page/MainFrame.h"
 #include "service/ServiceClient.h"
 #include "settings/TaskItemSettings.h"
 #include "taskman/CompletedTable.h"
@@ -22,8 +20,8 @@ const QString ModeSetting = QStringLiteral("TaskAdvancedMode");
 } // namespace
 
 CTaskManPanel::CTaskManPanel(const Console& console)
-    : CTabPanel(console.frame), m_console(console), m_advanced(new QCheckBox(tr("Advanced Mode"))),
-      m_loader(console.reader, *this) {
+    : CTabPanel(console), m_advanced(new QCheckBox(tr("Advanced Mode"))) {
+    SetSideActions({RefreshAction()});
     AddTab(tr("My Tasks"), new CTaskListPanel(console, TaskFilter::MyTasks), TaskListIcon);
     AddTab(tr("System Activities"), new CRecordPanel(console, SystemActivityTable(console.counters)),
            SystemActivitiesIcon);
@@ -35,24 +33,17 @@ CTaskManPanel::CTaskManPanel(const Console& console)
     connect(m_advanced, &QCheckBox::toggled, this, &CTaskManPanel::WriteMode);
 }
 
-void CTaskManPanel::Activate() {
-    CTabPanel::Activate();
-    Frame().SetSideActions(*this, {{tr("Refresh..."), Command::Refresh, RefreshIcon}});
+void CTaskManPanel::Reload() {
+    CTabPanel::Reload();
     if (!m_modeKnown)
-        ReadMode();
-}
-
-void CTaskManPanel::OnCommand(int command) {
-    CTabPanel::OnCommand(command);
-    if (command == Command::Refresh && !m_modeKnown)
         ReadMode();
 }
 
 /// Keeps the simple mode while the service does not say, and asks again at the next refresh.
 void CTaskManPanel::ReadMode() {
-    m_loader.Load(
+    Loader().Load(
         Lane::Service,
-        [service = m_console.service](std::stop_token stop) -> std::optional<bool> {
+        [service = TheConsole().service](std::stop_token stop) -> std::optional<bool> {
             const ServiceAnswer answer = service.GetSetting(ModeSetting, stop);
             const bool neverSet = answer.outcome == ServiceOutcome::OtherStatus && answer.status == NotFound;
             if (!answer && !neverSet)
@@ -76,9 +67,9 @@ void CTaskManPanel::SetMode(bool advanced) {
 }
 
 void CTaskManPanel::WriteMode(bool advanced) {
-    m_loader.Command(
+    Loader().Command(
         Lane::Service,
-        [service = m_console.service, advanced](std::stop_token stop) {
+        [service = TheConsole().service, advanced](std::stop_token stop) {
             return service.SetIntSetting(ModeSetting, advanced ? 1 : 0, stop);
         },
         [](const Loaded<ServiceAnswer>&) {});

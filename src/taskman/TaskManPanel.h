@@ -14,16 +14,13 @@ class CTaskManPanel : public CTabPanel {
 public:
     explicit CTaskManPanel(const Console& console);
 
-    void Activate() override;
-    void OnCommand(int command) override;
+    void Reload() override;
 
 private:
     void ReadMode();
     void SetMode(bool advanced);
     void WriteMode(bool advanced);
 
-    const Console& m_console;
     QCheckBox* m_advanced;
     bool m_modeKnown = false; ///< read, or chosen here
-    PageLoader m_loader;
 };

@@ -2,9 +2,7 @@
 
 #include "list/BrenListCtrl.h"
 #include "look/IconRegistry.h"
-#include "page/Console.h"
-#include "page/MainFrame.h"
-#include "page/UserPrompts.h"
+#include "page/CommandRunner.h"
 #include "stores/TaskState.h"
 #include "taskman/TaskClass.h"
 
@@ -31,14 +29,6 @@ enum Row {
     LastRow,
     NextRow
 };
-
-namespace Button {
-constexpr int StartNow = 202;
-constexpr int Pause = 8024;
-constexpr int Resume = 8025;
-constexpr int Cancel = 148;
-constexpr int Refresh = 183;
-} // namespace Button
 
 std::vector<ListRow> EmptyRows() {
     const QStringList titles{CTaskSummary::tr("Task Type"),
@@ -90,11 +80,15 @@ QString ProgressText(const SubTaskCounts& counts) {
 } // namespace
 
 CTaskSummary::CTaskSummary(const Console& console, QString taskId, const QString& type)
-    : CBrenPanel(console.frame), m_console(console), m_taskId(std::move(taskId)),
-      m_typeName(TaskTypeName(type)), m_loader(console.reader, *this) {}
+    : CBrenPanel(console), m_taskId(std::move(taskId)), m_typeName(TaskTypeName(type)) {
+    SetHelp(tr("View summary information for this task. Click on a different task to change views. Note "
+               "the actions above (Start, Pause, Cancel, Refresh)."));
+    ReloadEvery(RefreshPeriod, FirstRefresh);
+    connect(&Commands(), &CommandRunner::BusyChanged, this, [this] { ShowToolbar(m_state); });
+}
 
 void CTaskSummary::CreatePanel() {
-    m_list = new CBrenListCtrl(m_console.prompts);
+    m_list = new CBrenListCtrl(TheConsole().prompts);
     m_list->setAccessibleName(tr("Summary"));
     m_list->AddColumn(tr("Info"), 170);
     m_list->AddColumn(tr("Detail"), 220);
@@ -109,7 +103,7 @@ void CTaskSummary::CreatePanel() {
 void CTaskSummary::SetTask(const QString& taskId, const QString& type) {
     if (m_taskId == taskId)
         return;
-    m_loader.Cancel();
+    Loader().Cancel();
     m_taskId = taskId;
     m_typeName = TaskTypeName(type);
     m_state = -1;
@@ -124,34 +118,16 @@ void CTaskSummary::SetTask(const QString& taskId, const QString& type) {
 }
 
 void CTaskSummary::Activate() {
-    CBrenPanel::Activate();
-    TellFailure({});
-    Frame().SetToolbar(*this, {});
     m_state = -1;
     m_changes.reset();
-    Refresh();
-    m_loader.StartTimer(
-        RefreshPeriod, [this] { Refresh(); }, FirstRefresh);
-}
-
-void CTaskSummary::TellFailure(const QString& failure) {
-    Frame().SetStatusText(
-        failure.isEmpty()
-            ? tr("View summary information for this task. Click on a different task to change views. Note "
-                 "the actions above (Start, Pause, Cancel, Refresh).")
-            : failure);
-}
-
-void CTaskSummary::Deactivate() {
-    m_loader.StopTimer();
-    m_loader.Cancel();
-    CBrenPanel::Deactivate();
+    SetToolbar({});
+    CBrenPanel::Activate();
 }
 
 void CTaskSummary::Refresh() {
-    m_loader.Load(
+    Loader().Load(
         Lane::Databases,
-        [id = m_taskId, counters = &m_console.counters, known = m_changes](std::stop_token stop) {
+        [id = m_taskId, counters = &TheConsole().counters, known = m_changes](std::stop_token stop) {
             Reading reading;
             reading.lookup = GetTaskInfo(id, stop);
             reading.changes = counters->ZEPTraceCounterGet(TraceCounter::TaskTable);
@@ -215,11 +191,16 @@ void CTaskSummary::ShowStatus() {
 }
 
 void CTaskSummary::ShowToolbar(int state) {
-    const FrameAction start{tr("Start Now"), Button::StartNow, StartNowIcon};
-    const FrameAction pause{tr("Pause"), Button::Pause, PauseIcon};
-    const FrameAction resume{tr("Resume"), Button::Resume, ResumeIcon};
-    const FrameAction cancel{tr("Cancel Task"), Button::Cancel, CancelTaskIcon};
-    const FrameAction refresh{tr("Refresh"), Button::Refresh, RefreshIcon};
+    const auto command = [this](const QString& caption, int image, TaskCommand send) {
+        const auto run = [this, caption, send] { Send(caption, send); };
+        return FrameAction{caption, image, run, !Commands().IsBusy(caption)};
+    };
+    const FrameAction start = command(tr("Start Now"), StartNowIcon, &ServiceClient::StartTaskNow);
+    const FrameAction pause = command(tr("Pause"), PauseIcon, &ServiceClient::PauseTask);
+    const FrameAction resume = command(tr("Resume"), ResumeIcon, &ServiceClient::ResumeTask);
+    const FrameAction cancel{tr("Cancel Task"), CancelTaskIcon, [this] { CancelTask(); },
+                             !Commands().IsBusy(tr("Cancel Task"))};
+    const FrameAction refresh = RefreshAction(tr("Refresh"));
     std::vector<FrameAction> actions;
     switch (static_cast<TaskState>(state)) {
     case TaskState::Pending:
@@ -238,49 +219,28 @@ void CTaskSummary::ShowToolbar(int state) {
     case TaskState::Held:
         break;
     }
-    for (FrameAction& action : actions)
-        action.enabled = !m_inFlight.contains(action.command);
-    Frame().SetToolbar(*this, actions);
+    SetToolbar(actions);
 }
 
-void CTaskSummary::OnCommand(int command) {
-    switch (command) {
-    case Button::StartNow:
-        return Send(&ServiceClient::StartTaskNow, m_taskId, command);
-    case Button::Pause:
-        return Send(&ServiceClient::PauseTask, m_taskId, command);
-    case Button::Resume:
-        return Send(&ServiceClient::ResumeTask, m_taskId, command);
-    case Button::Cancel:
-        return AskToCancel();
-    case Button::Refresh:
-    case Command::Refresh:
-        return Refresh();
-    default:
-        break;
-    }
+void CTaskSummary::Send(const QString& key, TaskCommand command) {
+    CommandOrder order;
+    order.send = [command, id = m_taskId](const ServiceClient& service, std::stop_token stop) {
+        return (service.*command)(id, stop);
+    };
+    order.failure = tr("The service did not take the command \"%1\".").arg(key);
+    order.after = [this](bool) { Refresh(); };
+    Commands().Run(key, order);
 }
 
-void CTaskSummary::AskToCancel() {
-    AskToCancelTask(
-        m_console.prompts, *this, [this, id = m_taskId] { return id == m_taskId; },
-        [this, id = m_taskId] { Send(&ServiceClient::DeleteTask, id, Button::Cancel); });
-}
-
-void CTaskSummary::Send(TaskCommand command, const QString& taskId, int number) {
-    if (taskId != m_taskId || m_inFlight.contains(number))
-        return;
-    m_inFlight.insert(number);
-    Frame().EnableCommand(number, false);
-    SendTaskCommand(m_loader, m_console.service, command, taskId, [this, number](bool) {
-        m_inFlight.remove(number);
-        if (IsActive()) {
-            Frame().EnableCommand(number, true);
+void CTaskSummary::CancelTask() {
+    CommandOrder order = CancelTaskOrder(m_taskId);
+    order.isStillMeant = [this, id = m_taskId] { return id == m_taskId; };
+    order.after = [this](bool) {
+        if (IsActive())
             Refresh();
-        }
-        if (number == Button::Cancel)
-            emit Deleted();
-    });
+        emit Deleted();
+    };
+    Commands().Run(tr("Cancel Task"), order);
 }
 
 void CTaskSummary::SetDetail(int row, const QString& text) {

@@ -20,19 +20,19 @@ namespace {
 class TestPage : public CBrenPanel {
 public:
     TestPage(const Console& console, QString name, QStringList& log)
-        : CBrenPanel(console.frame), m_name(std::move(name)), m_log(log) {}
+        : CBrenPanel(console), m_name(std::move(name)), m_log(log) {}
 
     void Activate() override {
-        CBrenPanel::Activate();
+        SetHelp(m_name + u" status"_s);
+        SetToolbar({{u"Do "_s + m_name, 0, [this] { m_log << m_name + u" does"_s; }}});
         m_log << m_name + u" shown"_s;
-        Frame().SetStatusText(m_name + u" status"_s);
-        Frame().SetToolbar(*this, {{u"Do "_s + m_name, 77}});
+        CBrenPanel::Activate();
     }
     void Deactivate() override {
         CBrenPanel::Deactivate();
         m_log << m_name + u" hidden"_s;
     }
-    void OnCommand(int command) override { m_log << m_name + u" command "_s + QString::number(command); }
+    void Reload() override { m_log << m_name + u" reload"_s; }
 
 private:
     QString m_name;
@@ -69,7 +69,7 @@ private slots:
         QFETCH(int, view);
         const auto window = MakeWindow(view);
         QFETCH(QString, shown);
-        QCOMPARE(m_log, QStringList({shown + u" shown"_s}));
+        QCOMPARE(m_log, QStringList({shown + u" shown"_s, shown + u" reload"_s}));
     }
 
     void hostsOnePageAtATime() {
@@ -77,14 +77,14 @@ private slots:
         auto* head = window->findChild<CPageHead*>();
         m_log.clear();
         window->SelectSection(1);
-        QCOMPARE(m_log, QStringList({u"A hidden"_s, u"B shown"_s}));
+        QCOMPARE(m_log, QStringList({u"A hidden"_s, u"B shown"_s, u"B reload"_s}));
         QCOMPARE(head->StatusText(), u"B status"_s);
         QCOMPARE(window->windowTitle(), u"Title"_s);
 
         m_log.clear();
         QTRY_VERIFY(ToolbarButton(*window));
         QTest::mouseClick(ToolbarButton(*window), Qt::LeftButton);
-        QCOMPARE(m_log, QStringList({u"B command 77"_s}));
+        QCOMPARE(m_log, QStringList({u"B does"_s}));
         window->SelectSection(1);
         QCOMPARE(m_log.size(), 1);
     }
@@ -111,7 +111,7 @@ private slots:
         m_bench->service->ClearFaults();
         ask();
         QVERIFY(!notice->isVisible());
-        QTRY_COMPARE(m_log, QStringList({u"A command %1"_s.arg(Command::Refresh)}));
+        QTRY_COMPARE(m_log, QStringList({u"A reload"_s}));
     }
 
     void setsBandwidthLimits() {

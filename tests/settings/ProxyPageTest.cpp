@@ -25,7 +25,7 @@ struct ProxyBench : SettingsBench {
     }
 
     CProxyPage* Open() {
-        panel->OnCommand(CSettingsPanel::ProxySetup);
+        panel->EditProxy();
         reader.StepAll();
         service->ForgetRequests();
         return Dialog();
@@ -115,7 +115,7 @@ private slots:
     void cancelWritesNothing() {
         ProxyBench bench;
         QVERIFY(bench.Open());
-        bench.panel->OnCommand(CSettingsPanel::ProxySetup);
+        bench.panel->EditProxy();
         QCOMPARE(bench.panel->findChildren<CProxyPage*>().size(), 1);
         bench.Choice()->setCurrentIndex(1);
         bench.Fill({u"host"_s});

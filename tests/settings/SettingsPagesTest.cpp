@@ -51,7 +51,7 @@ private slots:
         QCOMPARE(Value(page, u"UploadWorkerCount"_s), u"8"_s);
         QCOMPARE(Value(page, u"FailedTaskRetryTimeout"_s), u"120"_s);
         QCOMPARE(ShownNotice(page), QString());
-        QCOMPARE(bench.frame.toolbarPanel, &page);
+        QCOMPARE(bench.frame.toolbarOwner, &page);
         QVERIFY(bench.frame.toolbar.empty());
     }
 
@@ -163,7 +163,7 @@ private slots:
         bench.service->SetSetting("UploadBandwidth", "5");
         CTaskItemSettings page(bench.console);
         bench.Open(page);
-        page.OnCommand(Command::Refresh);
+        page.Reload();
         QVERIFY(bench.reader.Work(Lane::Service));
         QVERIFY(Edit(page, u"UploadBandwidth"_s, u"50"_s));
         bench.reader.Finish();

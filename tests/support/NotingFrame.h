@@ -1,28 +1,20 @@
 #pragma once
 
-#include "page/BrenPanel.h"
 #include "page/MainFrame.h"
 
 #include <QPointer>
 #include <QStringList>
+#include <QWidget>
 
 /// A main window that only notes what pages set.
 class NotingFrame : public MainFrame {
 public:
     void SetStatusText(const QString& text) override { statusTexts.append(text); }
-    void SetToolbar(CBrenPanel& panel, const std::vector<FrameAction>& actions) override {
-        toolbarPanel = &panel;
+    void SetToolbar(QWidget& owner, const std::vector<FrameAction>& actions) override {
+        toolbarOwner = &owner;
         toolbar = actions;
     }
-    void SetSideActions(CBrenPanel&, const std::vector<FrameAction>& actions) override {
-        sideActions = actions;
-    }
-    void EnableCommand(int command, bool enabled) override {
-        for (std::vector<FrameAction>* actions : {&toolbar, &sideActions})
-            for (FrameAction& action : *actions)
-                if (action.command == command)
-                    action.enabled = enabled;
-    }
+    void SetSideActions(QWidget&, const std::vector<FrameAction>& actions) override { sideActions = actions; }
 
     QString StatusText() const { return statusTexts.isEmpty() ? QString() : statusTexts.last(); }
 
@@ -38,12 +30,12 @@ public:
     /// A click on a button of the toolbar; nothing when it is not there, disabled or its panel is gone.
     void Click(const QString& caption) {
         for (const FrameAction& action : std::vector<FrameAction>(toolbar))
-            if (action.caption == caption && action.enabled && toolbarPanel)
-                toolbarPanel->OnCommand(action.command);
+            if (action.caption == caption && action.enabled && toolbarOwner)
+                action.run();
     }
 
     QStringList statusTexts;
-    QPointer<CBrenPanel> toolbarPanel;
+    QPointer<QWidget> toolbarOwner;
     std::vector<FrameAction> toolbar;
     std::vector<FrameAction> sideActions;
 };

@@ -1,30 +1,26 @@
 #pragma once
 
-#include "page/Console.h"
-#include "service/ServiceClient.h"
-#include "support/NotingFrame.h"
-#include "support/ScriptedPrompts.h"
+#include "page/BrenPanel.h"
+#include "support/ConsoleFixture.h"
 #include "support/ServiceFixture.h"
-#include "support/SteppingReader.h"
-#include "zep/LiveCounters.h"
+
+/// First of all, so that the service runs before the parts of the console are made.
+struct RunningService {
+    ServiceFixture service;
+};
 
 /// A console before a running development service, for pages that do not outlive it.
 template <typename PageReader = SteppingReader>
-struct PageBench {
-    ServiceFixture service;
-    ServiceClient client;
-    LiveCounters counters;
-    ScriptedPrompts prompts;
-    PageReader reader;
-    NotingFrame frame;
-    const Console console{client, counters, prompts, reader, frame};
+struct PageBench : RunningService, ConsoleFixture<PageReader> {
+    using ConsoleFixture<PageReader>::reader;
+    using ConsoleFixture<PageReader>::frame;
 
     void Open(CBrenPanel& page) {
         page.Activate();
         reader.StepAll();
     }
     void Refresh(CBrenPanel& page) {
-        page.OnCommand(Command::Refresh);
+        page.Reload();
         reader.StepAll();
     }
     /// A click on the toolbar and all that follows from it.

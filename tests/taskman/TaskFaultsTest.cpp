@@ -44,7 +44,7 @@ struct AllViews {
     }
     void Refresh() {
         for (CBrenPanel* view : All())
-            view->OnCommand(Command::Refresh);
+            view->Reload();
     }
 
     CTaskListPanel tasks;
@@ -133,7 +133,7 @@ struct OneCard {
     /// The service loses the task, and the list hears of it first.
     void Lose() {
         bench.service->RemoveTask("{1}");
-        list.OnCommand(Command::Refresh);
+        list.Reload();
         bench.service->ForgetRequests();
         while (bench.reader.Step(Lane::Databases)) {
         }

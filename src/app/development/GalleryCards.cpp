@@ -46,8 +46,8 @@ QString Text(const char* utf8) {
 
 class SampleCard : public CTaskItem {
 public:
-    SampleCard(MainFrame& frame, const QString& title, const Sample& sample)
-        : CTaskItem(title), m_frame(frame) {
+    SampleCard(const Console& console, const QString& title, const Sample& sample)
+        : CTaskItem(title), m_console(console) {
         SetBodyText(Text(sample.body));
         SetStatusText(Text(sample.status));
         SetStatusIcon(sample.icon, sample.icon, Text(sample.state));
@@ -73,13 +73,13 @@ private:
     }
 
     CBrenPanel* MakeContent() {
-        auto* tabs = new CTabPanel(m_frame);
+        auto* tabs = new CTabPanel(m_console);
         for (const auto& [title, icon] : {std::pair("Summary", CompletedTasksIcon),
                                           {"Running", OtherOperationIcon},
                                           {"Pending", TaskPendingIcon},
                                           {"History", FileVersionsIcon},
                                           {"Trace", TraceIcon}}) {
-            auto* page = new CBrenPanel(m_frame);
+            auto* page = new CBrenPanel(m_console);
             auto* layout = new QVBoxLayout(page);
             layout->addWidget(
                 new LinkLabel(QStringLiteral("The view <a>%1</a> of this card").arg(Text(title))), 0,
@@ -89,14 +89,14 @@ private:
         return tabs;
     }
 
-    MainFrame& m_frame;
+    const Console& m_console;
     int m_start = 0;
 };
 
 } // namespace
 
-CBrenPanel* MakeGalleryCards(MainFrame& frame, int count) {
-    auto* list = new CExpandableItemList(frame);
+CBrenPanel* MakeGalleryCards(const Console& console, int count) {
+    auto* list = new CExpandableItemList(console);
     auto* empty =
         new LinkLabel(QStringLiteral("You have not configured a cloud storage account.  Click <a>here</a> "
                                      "or the icon on the left panel to add a cloud storage account."));
@@ -109,7 +109,7 @@ CBrenPanel* MakeGalleryCards(MainFrame& frame, int count) {
         QString title = Text(sample.title);
         if (number >= static_cast<int>(std::size(Samples)))
             title += QStringLiteral(" %1").arg(number);
-        list->Keep(title, [&] { return std::make_unique<SampleCard>(frame, title, sample); });
+        list->Keep(title, [&] { return std::make_unique<SampleCard>(console, title, sample); });
     }
     list->EndRefresh();
     return list;

@@ -1,7 +1,7 @@
 #pragma once
 
 class CBrenPanel;
-class MainFrame;
+struct Console;
 
 /// A list of sample cards in all their states, long and foreign texts among them. No page owns it yet.
-CBrenPanel* MakeGalleryCards(MainFrame& frame, int count);
+CBrenPanel* MakeGalleryCards(const Console& console, int count);

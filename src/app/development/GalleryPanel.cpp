@@ -6,7 +6,6 @@
 #include "look/IconRegistry.h"
 #include "look/Look.h"
 #include "page/LinkLabel.h"
-#include "page/MainFrame.h"
 #include "page/UserPrompts.h"
 
 #include <QCheckBox>
@@ -18,28 +17,28 @@
 #include <QScrollArea>
 #include <QSpinBox>
 
-CGalleryPanel::CGalleryPanel(MainFrame& frame, UserPrompts& prompts, QWidget* parent)
-    : CTabPanel(frame, parent), m_prompts(prompts) {}
+CGalleryPanel::CGalleryPanel(const Console& console, QWidget* parent) : CTabPanel(console, parent) {
+    SetHelp(tr("Every kind of card, tab, paging state, control and icon. A text of two lines goes on "
+               "below the first one and never runs under the toolbar."));
+    SetToolbar({{tr("Pause"), PauseIcon, [] {}},
+                {tr("Cancel Task"), CancelTaskIcon, [] {}, false},
+                RefreshAction()});
+    SetSideActions({RefreshAction()});
+}
 
 void CGalleryPanel::Activate() {
     CTabPanel::Activate();
-    Frame().SetToolbar(*this, {{tr("Pause"), 8024, PauseIcon},
-                               {tr("Cancel Task"), 148, CancelTaskIcon, false},
-                               {tr("Refresh..."), Command::Refresh, RefreshIcon}});
-    Frame().SetSideActions(*this, {{tr("Refresh..."), Command::Refresh, RefreshIcon}});
-    Frame().SetStatusText(
-        tr("Every kind of card, tab, paging state, control and icon. A text of two lines goes on "
-           "below the first one and never runs under the toolbar."));
+    LeaveHead(false); // the pages have none of their own
 }
 
 void CGalleryPanel::CreatePanel() {
-    AddTab(tr("Cards"), MakeGalleryCards(Frame(), 14), TaskListIcon);
-    AddTab(tr("One Page"), MakeGalleryCards(Frame(), 2), OtherOperationIcon);
-    AddTab(tr("No Cards"), MakeGalleryCards(Frame(), 0), CompletedTasksIcon);
+    AddTab(tr("Cards"), MakeGalleryCards(TheConsole(), 14), TaskListIcon);
+    AddTab(tr("One Page"), MakeGalleryCards(TheConsole(), 2), OtherOperationIcon);
+    AddTab(tr("No Cards"), MakeGalleryCards(TheConsole(), 0), CompletedTasksIcon);
     AddTab(tr("Controls"), MakeControls(), TaskSettingsIcon);
-    AddTab(tr("Lists"), MakeScrolled(MakeListGallery(m_prompts, nullptr)), TraceIcon);
+    AddTab(tr("Lists"), MakeScrolled(MakeListGallery(TheConsole().prompts, nullptr)), TraceIcon);
     AddTab(tr("Icons"), MakeScrolled(MakeIconSheet(nullptr)), MountedIcon);
-    AddHiddenTab(tr("Hidden"), MakeGalleryCards(Frame(), 7), SystemTasksIcon);
+    AddHiddenTab(tr("Hidden"), MakeGalleryCards(TheConsole(), 7), SystemTasksIcon);
     auto* advanced = new QCheckBox(tr("Advanced Mode"));
     connect(advanced, &QCheckBox::toggled, this, [this](bool on) {
         if (on)
@@ -51,7 +50,7 @@ void CGalleryPanel::CreatePanel() {
 }
 
 CBrenPanel* CGalleryPanel::MakeControls() {
-    auto* panel = new CBrenPanel(Frame());
+    auto* panel = new CBrenPanel(TheConsole());
     auto* form = new QFormLayout(panel);
     form->setContentsMargins(Look::PageMargin, 20, Look::PageMargin, 20);
     form->setSpacing(Look::TextInset);
@@ -59,14 +58,14 @@ CBrenPanel* CGalleryPanel::MakeControls() {
     auto* result = new LinkLabel;
     auto* ask = new QPushButton(tr("Ask"));
     connect(ask, &QPushButton::clicked, panel, [this, panel, result] {
-        m_prompts.AskYesNo(
+        TheConsole().prompts.AskYesNo(
             panel, tr("Do you really want to cancel the task?"),
             [result](bool yes) { result->SetText(yes ? tr("Yes") : tr("No")); },
             tr("Details in <b>plain</b> text"));
     });
     auto* tell = new QPushButton(tr("Tell"));
     connect(tell, &QPushButton::clicked, panel,
-            [this, panel] { m_prompts.ShowMessage(panel, tr("Operation Failed\n")); });
+            [this, panel] { TheConsole().prompts.ShowMessage(panel, tr("Operation Failed\n")); });
     auto* off = new QPushButton(tr("Disabled"));
     off->setEnabled(false);
     form->addRow(ask, result);
@@ -97,7 +96,7 @@ CBrenPanel* CGalleryPanel::MakeControls() {
 }
 
 CBrenPanel* CGalleryPanel::MakeScrolled(QWidget* content) {
-    auto* panel = new CBrenPanel(Frame());
+    auto* panel = new CBrenPanel(TheConsole());
     auto* scroll = new QScrollArea;
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setWidgetResizable(true);

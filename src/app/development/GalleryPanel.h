@@ -2,15 +2,13 @@
 
 #include "page/TabPanel.h"
 
-class UserPrompts;
-
 /// Shows every kind of card, tab, paging state, control, prompt and icon, for those who work on them. Behind
 /// a development switch.
 class CGalleryPanel : public CTabPanel {
     Q_OBJECT
 
 public:
-    CGalleryPanel(MainFrame& frame, UserPrompts& prompts, QWidget* parent = nullptr);
+    explicit CGalleryPanel(const Console& console, QWidget* parent = nullptr);
 
     void Activate() override;
 
@@ -20,6 +18,4 @@ protected:
 private:
     CBrenPanel* MakeControls();
     CBrenPanel* MakeScrolled(QWidget* content);
-
-    UserPrompts& m_prompts;
 };

@@ -108,7 +108,7 @@ void CBTaskMMCDlg::BuildWindow() {
     });
     connect(m_notice, &CServiceNotice::ServiceReturned, this, [this] {
         if (CBrenPanel* page = CurrentPage())
-            page->PostCommand(Command::Refresh);
+            page->PostReload();
     });
 }
 
@@ -161,17 +161,12 @@ void CBTaskMMCDlg::SetStatusText(const QString& text) {
     m_head->SetStatusText(text);
 }
 
-void CBTaskMMCDlg::SetToolbar(CBrenPanel& panel, const std::vector<FrameAction>& actions) {
-    m_head->SetActions(panel, actions);
+void CBTaskMMCDlg::SetToolbar(QWidget& owner, const std::vector<FrameAction>& actions) {
+    m_head->SetActions(owner, actions);
 }
 
-void CBTaskMMCDlg::SetSideActions(CBrenPanel& panel, const std::vector<FrameAction>& actions) {
-    m_navigation->SetActions(panel, actions);
-}
-
-void CBTaskMMCDlg::EnableCommand(int command, bool enabled) {
-    m_head->EnableCommand(command, enabled);
-    m_navigation->EnableCommand(command, enabled);
+void CBTaskMMCDlg::SetSideActions(QWidget& owner, const std::vector<FrameAction>& actions) {
+    m_navigation->SetActions(owner, actions);
 }
 
 void CBTaskMMCDlg::closeEvent(QCloseEvent* event) {

@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <QWidget>
 
+class CBrenPanel;
 class CConsoleStatusBar;
 class CNavigationColumn;
 class CPageHead;
@@ -44,9 +45,8 @@ protected:
 
 private:
     void SetStatusText(const QString& text) override;
-    void SetToolbar(CBrenPanel& panel, const std::vector<FrameAction>& actions) override;
-    void SetSideActions(CBrenPanel& panel, const std::vector<FrameAction>& actions) override;
-    void EnableCommand(int command, bool enabled) override;
+    void SetToolbar(QWidget& owner, const std::vector<FrameAction>& actions) override;
+    void SetSideActions(QWidget& owner, const std::vector<FrameAction>& actions) override;
 
     void BuildWindow();
     void BuildPages(const std::vector<PageEntry>& pages);

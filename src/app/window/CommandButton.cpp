@@ -2,10 +2,12 @@
 
 #include "look/IconRegistry.h"
 #include "look/Look.h"
-#include "page/BrenPanel.h"
 
 #include <QBoxLayout>
 #include <QPainter>
+
+#include <algorithm>
+#include <optional>
 
 namespace {
 
@@ -16,26 +18,29 @@ constexpr int LinkInset = 8;
 
 } // namespace
 
-CCommandButton::CCommandButton(CBrenPanel& panel, const FrameAction& action, CommandButtonKind kind)
-    : m_panel(&panel), m_command(action.command), m_kind(kind) {
-    setText(action.caption);
-    setAccessibleName(action.caption);
-    SetBusy(!action.enabled);
-    setIcon(kind == CommandButtonKind::Link ? IconRegistry::Icon(action.image, Look::Accent)
-                                            : IconRegistry::Icon(action.image));
+CCommandButton::CCommandButton(QWidget& owner, const FrameAction& action, CommandButtonKind kind)
+    : m_kind(kind) {
     setFocusPolicy(Qt::StrongFocus);
     setFont(Look::Font(Look::Small));
     setSizePolicy(kind == CommandButtonKind::Link ? QSizePolicy::Expanding : QSizePolicy::Fixed,
                   QSizePolicy::Fixed);
     setAttribute(Qt::WA_Hover);
+    Set(owner, action);
     connect(this, &QAbstractButton::clicked, this, [this] {
-        if (m_panel && !m_busy)
-            m_panel->OnCommand(m_command);
+        const auto run = m_run; // which may replace this button
+        if (m_owner && !m_busy && run)
+            run();
     });
 }
 
-void CCommandButton::SetBusy(bool busy) {
-    m_busy = busy;
+void CCommandButton::Set(QWidget& owner, const FrameAction& action) {
+    m_owner = &owner;
+    m_run = action.run;
+    m_busy = !action.enabled;
+    setText(action.caption);
+    setAccessibleName(action.caption);
+    setIcon(m_kind == CommandButtonKind::Link ? IconRegistry::Icon(action.image, Look::Accent)
+                                              : IconRegistry::Icon(action.image));
     update();
 }
 
@@ -73,23 +78,40 @@ void CCommandButton::paintEvent(QPaintEvent* /*event*/) {
         Look::DrawFocusRing(painter, rect());
 }
 
-void ReplaceButtons(QBoxLayout& layout, CBrenPanel& panel, const std::vector<FrameAction>& actions,
+namespace {
+
+std::vector<CCommandButton*> ButtonsOf(const QBoxLayout& layout) {
+    std::vector<CCommandButton*> buttons;
+    for (int index = 0; index < layout.count(); ++index)
+        buttons.push_back(static_cast<CCommandButton*>(layout.itemAt(index)->widget()));
+    return buttons;
+}
+
+} // namespace
+
+void ReplaceButtons(QBoxLayout& layout, QWidget& owner, const std::vector<FrameAction>& actions,
                     CommandButtonKind kind) {
-    std::optional<int> focused;
-    std::vector<QWidget*> old;
-    while (QLayoutItem* item = layout.takeAt(0)) {
-        if (auto* button = qobject_cast<CCommandButton*>(item->widget())) {
-            if (button->hasFocus())
-                focused = button->CommandNumber();
-            old.push_back(button);
-        }
-        delete item;
+    const std::vector<CCommandButton*> old = ButtonsOf(layout);
+    const bool sameCaptions = std::equal(old.begin(), old.end(), actions.begin(), actions.end(),
+                                         [](const CCommandButton* button, const FrameAction& action) {
+                                             return button->text() == action.caption;
+                                         });
+    if (sameCaptions) {
+        for (std::size_t index = 0; index < old.size(); ++index)
+            old[index]->Set(owner, actions[index]);
+        return;
+    }
+    std::optional<QString> focused;
+    for (CCommandButton* button : old) {
+        if (button->hasFocus())
+            focused = button->text();
+        layout.removeWidget(button);
     }
     CCommandButton* next = nullptr;
     for (const FrameAction& action : actions) {
-        auto* button = new CCommandButton(panel, action, kind);
+        auto* button = new CCommandButton(owner, action, kind);
         layout.addWidget(button);
-        if (!next || action.command == focused)
+        if (!next || action.caption == focused)
             next = button;
     }
     if (focused && next) {
@@ -97,16 +119,8 @@ void ReplaceButtons(QBoxLayout& layout, CBrenPanel& panel, const std::vector<Fra
         next->setFocus();
     }
     // A button may be replaced by its own click, so it goes at the next turn of the event loop.
-    for (QWidget* button : old) {
+    for (CCommandButton* button : old) {
         button->hide();
         button->deleteLater();
-    }
-}
-
-void EnableButtons(const QBoxLayout& layout, int command, bool enabled) {
-    for (int index = 0; index < layout.count(); ++index) {
-        auto* button = qobject_cast<CCommandButton*>(layout.itemAt(index)->widget());
-        if (button && button->CommandNumber() == command)
-            button->SetBusy(!enabled);
     }
 }

@@ -17,12 +17,9 @@ class CCommandButton : public QAbstractButton {
     Q_OBJECT
 
 public:
-    CCommandButton(CBrenPanel& panel, const FrameAction& action, CommandButtonKind kind);
+    CCommandButton(QWidget& owner, const FrameAction& action, CommandButtonKind kind);
 
-    int CommandNumber() const { return m_command; }
-
-    /// While busy it looks disabled and swallows clicks, but keeps the focus.
-    void SetBusy(bool busy);
+    void Set(QWidget& owner, const FrameAction& action);
 
     QSize sizeHint() const override;
 
@@ -34,14 +31,13 @@ protected:
 private:
     int Inset() const;
 
-    QPointer<CBrenPanel> m_panel;
-    int m_command;
+    QPointer<QWidget> m_owner;
+    std::function<void()> m_run;
     CommandButtonKind m_kind;
     bool m_busy = false;
 };
 
-/// Fills the layout with buttons for the actions in place of those that it holds. The focus of one goes to
-/// the new one of its command, or to the first.
-void ReplaceButtons(QBoxLayout& layout, CBrenPanel& panel, const std::vector<FrameAction>& actions,
+/// Fills the layout with buttons for the actions in place of those that it holds; buttons of the same
+/// captions stay. The focus of one that goes goes to the new one of its caption, or to the first.
+void ReplaceButtons(QBoxLayout& layout, QWidget& owner, const std::vector<FrameAction>& actions,
                     CommandButtonKind kind);
-void EnableButtons(const QBoxLayout& layout, int command, bool enabled);

@@ -132,13 +132,9 @@ void CNavigationColumn::SelectSection(int index) {
     m_sections->setCurrentRow(index);
 }
 
-void CNavigationColumn::SetActions(CBrenPanel& panel, const std::vector<FrameAction>& actions) {
-    ReplaceButtons(*m_actions, panel, actions, CommandButtonKind::Link);
+void CNavigationColumn::SetActions(QWidget& owner, const std::vector<FrameAction>& actions) {
+    ReplaceButtons(*m_actions, owner, actions, CommandButtonKind::Link);
     m_actionArea->setVisible(!actions.empty());
-}
-
-void CNavigationColumn::EnableCommand(int command, bool enabled) {
-    EnableButtons(*m_actions, command, enabled);
 }
 
 void CNavigationColumn::paintEvent(QPaintEvent* /*event*/) {

@@ -5,7 +5,6 @@
 #include <QFrame>
 #include <QPointer>
 
-class CBrenPanel;
 class QListWidget;
 class QVBoxLayout;
 
@@ -22,8 +21,7 @@ public:
     int CurrentSection() const; ///< -1 when none is chosen
     void SelectSection(int index);
 
-    void SetActions(CBrenPanel& panel, const std::vector<FrameAction>& actions);
-    void EnableCommand(int command, bool enabled);
+    void SetActions(QWidget& owner, const std::vector<FrameAction>& actions);
 
 signals:
     void SectionChosen(int index);

@@ -50,10 +50,6 @@ QString CPageHead::StatusText() const {
     return m_status->text();
 }
 
-void CPageHead::SetActions(CBrenPanel& panel, const std::vector<FrameAction>& actions) {
-    ReplaceButtons(*m_toolbar, panel, actions, CommandButtonKind::Toolbar);
-}
-
-void CPageHead::EnableCommand(int command, bool enabled) {
-    EnableButtons(*m_toolbar, command, enabled);
+void CPageHead::SetActions(QWidget& owner, const std::vector<FrameAction>& actions) {
+    ReplaceButtons(*m_toolbar, owner, actions, CommandButtonKind::Toolbar);
 }

@@ -4,7 +4,6 @@
 
 #include <QWidget>
 
-class CBrenPanel;
 class QHBoxLayout;
 class QLabel;
 
@@ -18,8 +17,7 @@ public:
     void SetTitle(const QString& title);
     void SetStatusText(const QString& text);
     QString StatusText() const;
-    void SetActions(CBrenPanel& panel, const std::vector<FrameAction>& actions);
-    void EnableCommand(int command, bool enabled);
+    void SetActions(QWidget& owner, const std::vector<FrameAction>& actions);
 
 private:
     QLabel* m_title;

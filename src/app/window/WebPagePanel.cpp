@@ -6,8 +6,8 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
-CWebPagePanel::CWebPagePanel(MainFrame& frame, QString fileName)
-    : CBrenPanel(frame), m_fileName(std::move(fileName)) {}
+CWebPagePanel::CWebPagePanel(const Console& console, QString fileName)
+    : CBrenPanel(console), m_fileName(std::move(fileName)) {}
 
 void CWebPagePanel::Activate() {
     CBrenPanel::Activate();

@@ -8,7 +8,7 @@ class CWebPagePanel : public CBrenPanel {
 
 public:
     /// `fileName` is looked for beside the executable.
-    CWebPagePanel(MainFrame& frame, QString fileName);
+    CWebPagePanel(const Console& console, QString fileName);
 
     void Activate() override;
 

@@ -4,7 +4,6 @@
 #include "cards/ExpandableItem.h"
 #include "look/Look.h"
 #include "page/LinkLabel.h"
-#include "page/MainFrame.h"
 
 #include <QDeadlineTimer>
 #include <QKeyEvent>
@@ -31,8 +30,8 @@ void Place(LinkLabel& link, QRect rect, bool shown) {
 
 } // namespace
 
-CExpandableItemList::CExpandableItemList(MainFrame& frame, QWidget* parent)
-    : CBrenPanel(frame, parent), m_hiddenLink(new LinkLabel({}, this)),
+CExpandableItemList::CExpandableItemList(const Console& console, QWidget* parent)
+    : CBrenPanel(console, parent), m_hiddenLink(new LinkLabel({}, this)),
       m_previousLink(new LinkLabel(tr("<a>Previous Page</a>"), this)),
       m_pageLabel(new LinkLabel(QStringLiteral(" 0 of 1 "), this)),
       m_nextLink(new LinkLabel(tr("<a>Next Page</a>"), this)) {
@@ -230,6 +229,7 @@ void CExpandableItemList::ShowAll() {
 
 void CExpandableItemList::Expand(CExpandableItem& card) {
     m_expanded = &card;
+    LeaveHead(true);
     card.SetExpanded(true);
     card.setFocus();
     RecalcLayout();
@@ -250,18 +250,13 @@ void CExpandableItemList::OrderTabs(const CExpandableItem& card) {
 void CExpandableItemList::Collapse() {
     CExpandableItem* card = std::exchange(m_expanded, nullptr);
     const bool hadFocus = card->isAncestorOf(focusWidget());
-    if (IsActive())
-        Frame().SetStatusText({});
     card->SetExpanded(false);
     RecalcLayout();
     card->OnCollapsed();
     if (hadFocus)
         card->setFocus();
-    if (IsActive())
-        OnAllShown();
+    LeaveHead(false);
 }
-
-void CExpandableItemList::OnAllShown() {}
 
 void CExpandableItemList::Activate() {
     CBrenPanel::Activate();

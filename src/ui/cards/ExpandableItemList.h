@@ -19,7 +19,7 @@ class CExpandableItemList : public CBrenPanel {
 public:
     static constexpr int MaxCards = 100;
 
-    explicit CExpandableItemList(MainFrame& frame, QWidget* parent = nullptr);
+    explicit CExpandableItemList(const Console& console, QWidget* parent = nullptr);
     ~CExpandableItemList() override;
 
     /// Adds a card at the end without laying out. Refuses it, which deletes it, when the list is full: null.
@@ -69,9 +69,6 @@ public:
     bool OnCardKey(CExpandableItem& card, int key);
 
 protected:
-    /// The expanded card of the active list was collapsed: the toolbar is the list's again.
-    virtual void OnAllShown();
-
     /// Gives the card the focus, and turns to its page where needed. Nothing for an index beyond the cards.
     void FocusCard(int index);
 

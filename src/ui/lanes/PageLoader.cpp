@@ -1,9 +1,12 @@
 #include "lanes/PageLoader.h"
 
+#include <QEvent>
+
 PageLoader::PageLoader(Reader& reader, QWidget& page)
     : m_reader(reader), m_page(&page), m_state(std::make_shared<State>()) {
     m_state->loader = this;
     m_timer.setSingleShot(true);
+    page.installEventFilter(this);
     connect(&m_timer, &QTimer::timeout, this, &PageLoader::Refresh);
 }
 
@@ -19,6 +22,29 @@ void PageLoader::StartTimer(std::chrono::milliseconds period, std::function<void
     m_first = first;
     if (!IsReading())
         m_timer.start(std::exchange(m_first, std::nullopt).value_or(period));
+}
+
+void PageLoader::BeginRead() {
+    Cancel();
+    m_timer.stop();
+    m_read = std::stop_source();
+    ++m_state->reads;
+}
+
+void PageLoader::EndRead(const State& state) {
+    if (state.loader)
+        state.loader->RestartTimer();
+}
+
+void PageLoader::Rest() {
+    StopTimer();
+    Cancel();
+}
+
+bool PageLoader::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Hide && !event->spontaneous())
+        Rest();
+    return QObject::eventFilter(watched, event);
 }
 
 void PageLoader::StopTimer() {

@@ -2,13 +2,11 @@
 
 #include "look/IconRegistry.h"
 #include "look/Look.h"
-#include "page/Console.h"
-#include "page/MainFrame.h"
 
 #include <QVBoxLayout>
 
 CRecordPanel::CRecordPanel(const Console& console, ListTable table)
-    : CBrenPanel(console.frame), m_console(console), m_table(std::move(table)) {}
+    : CBrenPanel(console), m_table(std::move(table)) {}
 
 void CRecordPanel::SetControls(QWidget* controls) {
     m_controls = controls;
@@ -16,7 +14,7 @@ void CRecordPanel::SetControls(QWidget* controls) {
 }
 
 void CRecordPanel::CreatePanel() {
-    m_view = new RecordView(m_console, *std::exchange(m_table, std::nullopt));
+    m_view = new RecordView(TheConsole(), *std::exchange(m_table, std::nullopt));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(Look::PageMargin, Look::PageMargin, Look::PageMargin, Look::PageMargin);
     if (m_controls)
@@ -24,6 +22,8 @@ void CRecordPanel::CreatePanel() {
     layout->addWidget(m_view);
     setFocusProxy(m_view);
     connect(m_view, &RecordView::Changed, this, &CRecordPanel::ShowState);
+    ShowState();
+    ReloadEvery(m_view->Page().period);
 }
 
 void CRecordPanel::Turn(ListTable table) {
@@ -33,37 +33,26 @@ void CRecordPanel::Turn(ListTable table) {
         m_table = std::move(table);
 }
 
-void CRecordPanel::Activate() {
-    CBrenPanel::Activate();
-    std::vector<FrameAction> toolbar{{m_view->Page().reload.isEmpty() ? tr("Refresh") : m_view->Page().reload,
-                                      Command::Refresh, RefreshIcon}};
-    for (const TableAction& action : m_view->Actions())
-        toolbar.push_back({action.caption, int(toolbar.size()), action.image, m_view->IsEnabled(action)});
-    Frame().SetToolbar(*this, toolbar);
-    ShowState();
-    m_view->Read();
-    if (m_view->Page().period.count() > 0)
-        m_view->Loader().StartTimer(m_view->Page().period, [this] { m_view->ReadIfChanged(); });
-}
-
-void CRecordPanel::Deactivate() {
-    m_view->Loader().StopTimer();
-    CBrenPanel::Deactivate();
-}
-
-/// The actions are the commands from 1 on.
-void CRecordPanel::OnCommand(int command) {
-    if (command == Command::Refresh)
+void CRecordPanel::Reload() {
+    if (m_view)
         m_view->Read();
-    else if (command > 0 && std::size_t(command) <= m_view->Actions().size())
-        m_view->Run(m_view->Actions()[std::size_t(command) - 1]);
+}
+
+/// A read that takes longer than the period is left to end.
+void CRecordPanel::OnPeriod() {
+    if (!m_view->IsReading())
+        m_view->ReadIfChanged();
 }
 
 void CRecordPanel::ShowState() {
-    if (!IsActive())
-        return;
-    Frame().SetStatusText(m_view->Status());
-    int number = 0;
-    for (const TableAction& action : m_view->Actions())
-        Frame().EnableCommand(++number, m_view->IsEnabled(action));
+    SetHelp(m_view->Help());
+    TellFailure(m_view->Failure());
+    const RecordPage& page = m_view->Page();
+    std::vector<FrameAction> toolbar{RefreshAction(page.reload.isEmpty() ? tr("Refresh") : page.reload)};
+    for (std::size_t number = 0; number < m_view->Actions().size(); ++number) {
+        const TableAction& action = m_view->Actions()[number];
+        toolbar.push_back({action.caption, action.image, [this, number] { m_view->Run(number); },
+                           m_view->IsEnabled(action)});
+    }
+    SetToolbar(std::move(toolbar));
 }

@@ -13,22 +13,21 @@ public:
 
     /// Turns to a table of the same columns; before the panel is made too.
     void Turn(ListTable table);
-    /// Stands above the table. The panel owns it.
+    /// Stands above the table; given before the panel is made, which owns it.
     void SetControls(QWidget* controls);
 
-    void Activate() override;
-    void Deactivate() override;
-    void OnCommand(int command) override;
+    void Reload() override;
 
-    RecordView& View() { return *m_view; }
+    /// Null until the panel is made.
+    RecordView* View() const { return m_view; }
 
 protected:
     void CreatePanel() override;
+    void OnPeriod() override;
 
 private:
     void ShowState();
 
-    const Console& m_console;
     std::optional<ListTable> m_table; ///< until the view is made
     QWidget* m_controls = nullptr;
     RecordView* m_view = nullptr;

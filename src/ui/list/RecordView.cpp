@@ -83,7 +83,8 @@ bool RecordView::IsEnabled(const TableAction& action) const {
     return m_list->Rows().TotalRows() > 0 && ready && !m_busy.contains(action.caption);
 }
 
-void RecordView::Run(const TableAction& action) {
+void RecordView::Run(std::size_t number) {
+    const TableAction action = m_table.actions[number];
     if (!IsEnabled(action))
         return;
     m_busy.insert(action.caption);
@@ -204,11 +205,9 @@ void RecordView::ShowEnd(const Outcome& outcome, const Stream& rows) {
     emit Changed();
 }
 
-QString RecordView::Status() const {
+QString RecordView::Help() const {
     if (m_listing && !m_table.page.listing.isEmpty())
         return m_table.page.listing;
-    if (!m_failure.isEmpty())
-        return m_failure;
     if (!m_table.page.tellsAge || !m_readAt.isValid())
         return m_table.page.status;
     return tr("%1 Read at %2, new ones by \"Refresh\".")

@@ -35,10 +35,12 @@ public:
     const RecordPage& Page() const { return m_table.page; }
     const std::vector<TableAction>& Actions() const { return m_table.actions; }
     bool IsEnabled(const TableAction& action) const;
-    void Run(const TableAction& action);
+    void Run(std::size_t action);
 
-    /// What a page says of it: its status, or why the last read failed.
-    QString Status() const;
+    /// What a page says of it while all is well.
+    QString Help() const;
+    /// Why the last read failed; empty when it did not.
+    const QString& Failure() const { return m_failure; }
 
     CBrenListCtrl& List() const { return *m_list; }
     const Console& TheConsole() const { return m_console; }
@@ -46,7 +48,7 @@ public:
     void OpenFindBar();
 
 signals:
-    /// What Status and IsEnabled say.
+    /// What Help, Failure and IsEnabled say.
     void Changed();
 
 protected:

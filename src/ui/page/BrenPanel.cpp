@@ -1,11 +1,13 @@
 #include "page/BrenPanel.h"
 
+#include "look/IconRegistry.h"
 #include "look/Look.h"
-#include "page/MainFrame.h"
+#include "page/CommandRunner.h"
 
 #include <QMouseEvent>
 
-CBrenPanel::CBrenPanel(MainFrame& frame, QWidget* parent) : QWidget(parent), m_frame(frame) {
+CBrenPanel::CBrenPanel(const Console& console, QWidget* parent)
+    : QWidget(parent), m_console(console), m_loader(console.reader, *this) {
     QPalette colours = palette();
     colours.setColor(QPalette::Window, Look::Paper);
     colours.setColor(QPalette::WindowText, Look::Ink);
@@ -14,23 +16,31 @@ CBrenPanel::CBrenPanel(MainFrame& frame, QWidget* parent) : QWidget(parent), m_f
     hide();
 }
 
+CBrenPanel::~CBrenPanel() = default;
+
 void CBrenPanel::Activate() {
     EnsureCreated();
     m_active = true;
     show();
-    m_frame.SetStatusText({});
+    ShowStatus();
+    ShowToolbar();
+    if (!m_sideActions.empty())
+        Frame().SetSideActions(*this, m_sideActions);
+    Reload();
+    StartPeriod();
 }
 
 void CBrenPanel::Deactivate() {
     m_active = false;
+    m_loader.Rest();
     hide();
 }
 
-void CBrenPanel::OnCommand(int) {}
+void CBrenPanel::Reload() {}
 
-void CBrenPanel::PostCommand(int command) {
+void CBrenPanel::PostReload() {
     QMetaObject::invokeMethod(
-        this, [this, command] { OnCommand(command); }, Qt::QueuedConnection);
+        this, [this] { Reload(); }, Qt::QueuedConnection);
 }
 
 void CBrenPanel::EnsureCreated() {
@@ -43,6 +53,80 @@ void CBrenPanel::EnsureCreated() {
 void CBrenPanel::CreatePanel() {}
 
 void CBrenPanel::OnPanelClick(const QPoint&) {}
+
+void CBrenPanel::OnPeriod() {
+    Reload();
+}
+
+void CBrenPanel::ReloadEvery(std::chrono::milliseconds period,
+                             std::optional<std::chrono::milliseconds> first) {
+    m_period = period;
+    m_firstPeriod = first;
+    if (m_active)
+        StartPeriod();
+}
+
+void CBrenPanel::StartPeriod() {
+    if (m_period.count() > 0)
+        m_loader.StartTimer(
+            m_period, [this] { OnPeriod(); }, m_firstPeriod);
+}
+
+void CBrenPanel::SetHelp(const QString& text) {
+    m_help = text;
+    ShowStatus();
+}
+
+void CBrenPanel::TellFailure(const QString& sentence) {
+    m_failure = sentence;
+    ShowStatus();
+}
+
+void CBrenPanel::SetToolbar(std::vector<FrameAction> actions) {
+    m_toolbar = std::move(actions);
+    ShowToolbar();
+}
+
+void CBrenPanel::SetSideActions(std::vector<FrameAction> actions) {
+    m_sideActions = std::move(actions);
+    if (m_active)
+        Frame().SetSideActions(*this, m_sideActions);
+}
+
+FrameAction CBrenPanel::RefreshAction(const QString& caption) {
+    return {caption, RefreshIcon, [this] { Reload(); }};
+}
+
+void CBrenPanel::LeaveHead(bool left) {
+    m_headLeft = left;
+    ShowStatus();
+    ShowToolbar();
+}
+
+CommandRunner& CBrenPanel::Commands() {
+    if (!m_commands) {
+        m_commands = new CommandRunner(m_console, *this);
+        const auto tell = [this](const QString& sentence) {
+            m_commandFailure = sentence;
+            ShowStatus();
+        };
+        connect(m_commands, &CommandRunner::Failed, this, tell);
+        connect(m_commands, &CommandRunner::Succeeded, this, [tell] { tell({}); });
+    }
+    return *m_commands;
+}
+
+void CBrenPanel::ShowStatus() {
+    if (m_active && !m_headLeft)
+        Frame().SetStatusText(!m_commandFailure.isEmpty() ? m_commandFailure
+                              : !m_failure.isEmpty()      ? m_failure
+                                                          : m_help);
+}
+
+void CBrenPanel::ShowToolbar() {
+    if (m_active && !m_headLeft)
+        Frame().SetToolbar(*this, m_toolbar);
+}
 
 void CBrenPanel::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton)

@@ -2,24 +2,21 @@
 
 #include <QString>
 
+#include <functional>
 #include <vector>
 
-class CBrenPanel;
+class QWidget;
 
-/// Commands that panels answer in `OnCommand`.
-namespace Command {
-constexpr int Refresh = 1146; ///< reload what the page shows
-}
-
+/// A button that a page sets in the main window.
 struct FrameAction {
     QString caption;
-    int command = 0;
-    int image = 0; ///< a number of the icon registry; 0 for none
-    bool enabled = true;
+    int image = 0;                  ///< a number of the icon registry; 0 for none
+    std::function<void()> run = {}; ///< at each click, as long as the page is there
+    bool enabled = true;            ///< disabled, it swallows clicks but keeps the focus
 };
 
-/// What a page may set outside itself, in the main window. A click on an action calls `OnCommand` of the
-/// panel that set it, and its button does nothing once that panel is gone.
+/// What a page may set outside itself, in the main window. A button does nothing once `owner` is gone.
+/// Actions with the captions of those before change the buttons where they stand.
 class MainFrame {
 public:
     virtual ~MainFrame() = default;
@@ -27,11 +24,8 @@ public:
     virtual void SetStatusText(const QString& text) = 0;
 
     /// Replaces all buttons of the toolbar, left to right.
-    virtual void SetToolbar(CBrenPanel& panel, const std::vector<FrameAction>& actions) = 0;
+    virtual void SetToolbar(QWidget& owner, const std::vector<FrameAction>& actions) = 0;
 
     /// Replaces the actions below the sections.
-    virtual void SetSideActions(CBrenPanel& panel, const std::vector<FrameAction>& actions) = 0;
-
-    /// As while a command is under way; of no effect when neither toolbar nor side has that command now.
-    virtual void EnableCommand(int command, bool enabled) = 0;
+    virtual void SetSideActions(QWidget& owner, const std::vector<FrameAction>& actions) = 0;
 };

@@ -2,7 +2,6 @@
 
 #include "look/IconRegistry.h"
 #include "look/Look.h"
-#include "page/MainFrame.h"
 #include "page/TabStrip.h"
 
 #include <QPainter>
@@ -13,8 +12,8 @@ constexpr int StripLeft = 8;
 
 } // namespace
 
-CTabPanel::CTabPanel(MainFrame& frame, QWidget* parent)
-    : CBrenPanel(frame, parent), m_strip(new TabStrip(this)) {
+CTabPanel::CTabPanel(const Console& console, QWidget* parent)
+    : CBrenPanel(console, parent), m_strip(new TabStrip(this)) {
     connect(m_strip, &TabStrip::currentChanged, this, &CTabPanel::OnTabChanged);
 }
 
@@ -45,7 +44,7 @@ void CTabPanel::ShowFirstTabs(int count) {
     if (m_current >= count)
         SelectPage(0);
     else if (CurrentPage())
-        CurrentPage()->PostCommand(Command::Refresh);
+        CurrentPage()->PostReload();
     ShowTabs(count, false);
 }
 
@@ -54,7 +53,7 @@ void CTabPanel::ShowAllTabs(int from) {
     if (m_current < 0)
         SelectPage(0);
     if (CurrentPage())
-        CurrentPage()->PostCommand(Command::Refresh);
+        CurrentPage()->PostReload();
     update();
 }
 
@@ -103,9 +102,9 @@ void CTabPanel::Deactivate() {
     CBrenPanel::Deactivate();
 }
 
-void CTabPanel::OnCommand(int command) {
-    if (CurrentPage())
-        CurrentPage()->OnCommand(command);
+void CTabPanel::Reload() {
+    if (CurrentPage() && CurrentPage()->IsActive())
+        CurrentPage()->Reload();
 }
 
 void CTabPanel::OnTabChanged(int index) {

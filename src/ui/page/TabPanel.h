@@ -13,7 +13,7 @@ class CTabPanel : public CBrenPanel {
 public:
     static constexpr int MaxPages = 100;
 
-    explicit CTabPanel(MainFrame& frame, QWidget* parent = nullptr);
+    explicit CTabPanel(const Console& console, QWidget* parent = nullptr);
 
     /// Adds a page at the end; `image` is a number of the icon registry. The panel owns the page. False, and
     /// the page is the caller's, when there are 100.
@@ -22,7 +22,7 @@ public:
     bool AddHiddenTab(const QString& title, CBrenPanel* page, int image);
 
     /// Takes the tabs from `count` on away. When the current page loses its tab, the first page is selected,
-    /// otherwise the current page is told to refresh.
+    /// otherwise the current page is told to reload.
     void ShowFirstTabs(int count);
     /// Gives the pages from `from` on their tabs again, and tells the current page to refresh.
     void ShowAllTabs(int from);
@@ -39,7 +39,7 @@ public:
     void Activate() override;
     void Deactivate() override;
     /// Goes to the current page.
-    void OnCommand(int command) override;
+    void Reload() override;
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

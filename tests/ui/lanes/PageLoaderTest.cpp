@@ -143,13 +143,67 @@ private slots:
             return [&order, name](const Loaded<bool>&) { order.append(QLatin1String(name)); };
         };
         const auto fetch = [](std::stop_token) { return true; };
+        hidden.hide();
         hidden.loader.Load(Lane::Service, fetch, note("hidden"));
         front.loader.Load(Lane::Service, fetch, note("front"));
         hidden.loader.Command(Lane::Service, fetch, note("first command"));
         front.loader.Command(Lane::Service, fetch, note("second command"));
-        hidden.hide();
         reader.StepAll();
         QCOMPARE(order.join(u','), u"first command,second command,front,hidden"_s);
+    }
+
+    void readsEach_data() {
+        const Columns<QStringList, int, QString> row("items", "failsAt", "brought");
+        row("none", {}, -1, "command");
+        row("all", {u"a"_s, u"b"_s, u"c"_s}, -1, "a command b c");
+        row("the first fails", {u"a"_s, u"b"_s}, 0, "command");
+        row("a later one fails", {u"a"_s, u"b"_s, u"c"_s}, 1, "a command");
+    }
+
+    /// Commands come between two items, and none is asked for after a failure.
+    void readsEach() {
+        const auto [items, failsAt] = Fetched<QStringList, int>();
+        SteppingReader reader;
+        NotingPage page(reader);
+        QStringList brought;
+        page.loader.LoadEach(
+            Lane::Service, std::vector<QString>(items.begin(), items.end()),
+            [failing = items.value(failsAt), &brought](const QString& item, std::stop_token) {
+                if (item == failing && !failing.isEmpty())
+                    return std::optional<QString>();
+                brought.append(item);
+                return std::optional(item);
+            },
+            [&](const Loaded<std::vector<QString>>& loaded) {
+                page.applied.append(loaded ? QString::number(loaded->size()) : u"none"_s);
+            });
+        QVERIFY(reader.Work(Lane::Service));
+        page.loader.Command(
+            Lane::Service,
+            [&brought](std::stop_token) {
+                brought.append(u"command"_s);
+                return true;
+            },
+            [](const Loaded<bool>&) {});
+        reader.Finish();
+        reader.StepAll();
+        QTEST(brought.join(u' '), "brought");
+        QCOMPARE(page.applied, QStringList{QString::number(failsAt < 0 ? items.size() : failsAt)});
+        QVERIFY(!page.loader.IsReading());
+    }
+
+    void aCancelledBatchEndsOnce() {
+        SteppingReader reader;
+        NotingPage page(reader);
+        page.loader.LoadEach(
+            Lane::Service, std::vector{1, 2, 3}, [](int item, std::stop_token) { return item; },
+            [&page](const Loaded<std::vector<int>>& loaded) {
+                page.applied.append(loaded ? u"values"_s : u"cancelled"_s);
+            });
+        reader.Step(Lane::Service);
+        page.Load(4);
+        reader.StepAll();
+        QCOMPARE(page.applied, (QStringList{u"cancelled"_s, u"4"_s}));
     }
 
     void commandsAreNotCancelled() {
@@ -187,14 +241,14 @@ private slots:
         QVERIFY(!page.loader.IsTimerRunning());
     }
 
-    void theTimerNeverRestartsOnAHiddenPage() {
+    void restsWhenThePageIsHidden() {
         SteppingReader reader;
         NotingPage page(reader);
         page.loader.StartTimer(1h, [] {});
         page.Load(1);
         page.hide();
         reader.StepAll();
-        QCOMPARE(page.applied, QStringList{u"1"_s});
+        QCOMPARE(page.applied, QStringList{u"cancelled"_s});
         QVERIFY(!page.loader.IsTimerRunning());
 
         int refreshes = 0;

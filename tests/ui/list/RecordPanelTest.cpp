@@ -119,7 +119,7 @@ private slots:
         QVERIFY(ReadToItsEnd());
         QCOMPARE(m_panel->TextWithoutRows(), u"Empty."_s);
         m_tap->LetCome(0);
-        m_panel->OnCommand(Command::Refresh);
+        m_panel->Reload();
         QCOMPARE(m_panel->TextWithoutRows(), u"Empty."_s); // it is known to be, until rows come
         m_tap->SetRows(u"b"_s, 2);
         QVERIFY(ReadToItsEnd());
@@ -131,8 +131,8 @@ private slots:
         m_panel->Table().selectRow(3);
         m_tap->SetRows(u"b"_s, 5);
         m_tap->LetCome(2);
-        m_panel->OnCommand(Command::Refresh);
-        m_panel->OnCommand(Command::Refresh); // in place of the first
+        m_panel->Reload();
+        m_panel->Reload(); // in place of the first
         QTest::qWait(0);
         QCOMPARE(m_panel->FirstRow(), u"a0"_s);
         QVERIFY(ReadToItsEnd());
@@ -186,13 +186,13 @@ private slots:
         QCOMPARE(m_panel->RowCount(), 10);
         QCOMPARE(m_bench->frame.StatusText(), u"The file is damaged or no database: x.db"_s);
         m_tap->SetRows(u"b"_s, 3, damaged); // a refresh that fails shows nothing of what it brought
-        m_panel->OnCommand(Command::Refresh);
+        m_panel->Reload();
         QVERIFY(ReadToItsEnd());
         QCOMPARE(m_panel->RowCount(), 10);
         QCOMPARE(m_panel->FirstRow(), u"a0"_s);
 
         m_tap->SetRows(u"b"_s, 3);
-        m_panel->OnCommand(Command::Refresh);
+        m_panel->Reload();
         QVERIFY(ReadToItsEnd());
         QCOMPARE(m_panel->RowCount(), 3);
         QCOMPARE(m_bench->frame.StatusText(), u"Shown."_s);

@@ -1,6 +1,6 @@
 #include "page/TabPanel.h"
 #include "page/TabStrip.h"
-#include "support/NotingFrame.h"
+#include "support/ConsoleFixture.h"
 #include "support/TestMain.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -10,18 +10,19 @@ namespace {
 /// A page that writes into a common log what it is told.
 class LoggingPage : public CBrenPanel {
 public:
-    LoggingPage(MainFrame& frame, QString name, QStringList& log)
-        : CBrenPanel(frame), m_name(std::move(name)), m_log(log) {}
+    LoggingPage(const Console& console, QString name, QStringList& log)
+        : CBrenPanel(console), m_name(std::move(name)), m_log(log) {}
 
     void Activate() override {
-        CBrenPanel::Activate();
+        EnsureCreated();
         m_log.append(u'+' + m_name);
+        CBrenPanel::Activate();
     }
     void Deactivate() override {
         CBrenPanel::Deactivate();
         m_log.append(u'-' + m_name);
     }
-    void OnCommand(int command) override { m_log.append(m_name + QString::number(command)); }
+    void Reload() override { m_log.append(m_name + u'!'); }
 
 protected:
     void CreatePanel() override { m_log.append(u"create "_s + m_name); }
@@ -32,9 +33,9 @@ private:
 };
 
 /// Pages A, B, C with tabs and D, E without.
-class TestTabs : public CTabPanel {
+class TestTabs : public ConsoleFixture<>, public CTabPanel {
 public:
-    TestTabs() : CTabPanel(frame) {
+    TestTabs() : CTabPanel(console) {
         resize(800, 400);
         for (const char* name : {"A", "B", "C"})
             AddTab(QLatin1String(name), Page(name), 316);
@@ -42,7 +43,7 @@ public:
             AddHiddenTab(QLatin1String(name), Page(name), 316);
     }
 
-    LoggingPage* Page(const char* name) { return new LoggingPage(frame, QLatin1String(name), log); }
+    LoggingPage* Page(const char* name) { return new LoggingPage(console, QLatin1String(name), log); }
 
     /// What was logged since the last call, posted commands included.
     QString Log() {
@@ -57,7 +58,6 @@ public:
         return shown;
     }
 
-    NotingFrame frame;
     QStringList log;
 };
 
@@ -71,17 +71,17 @@ private slots:
         TestTabs tabs;
         QCOMPARE(tabs.Log(), QString());
         tabs.Activate();
-        QCOMPARE(tabs.Log(), u"create A +A"_s);
+        QCOMPARE(tabs.Log(), u"create A +A A!"_s);
         tabs.SelectPage(1);
-        QCOMPARE(tabs.Log(), u"-A create B +B"_s);
+        QCOMPARE(tabs.Log(), u"-A create B +B B!"_s);
         QVERIFY(!tabs.findChildren<LoggingPage*>().at(0)->isVisible());
         QVERIFY(tabs.CurrentPage()->isVisible());
         QCOMPARE(tabs.CurrentPage()->geometry(), QRect(0, 37, 800, 363));
-        tabs.OnCommand(7);
+        tabs.Reload();
         tabs.Deactivate();
         tabs.SelectPage(0);
         tabs.Activate();
-        QCOMPARE(tabs.Log(), u"B7 -B -B +A"_s);
+        QCOMPARE(tabs.Log(), u"B! -B -B +A A!"_s);
     }
 
     void showsFirstTabs() {
@@ -91,14 +91,14 @@ private slots:
         tabs.Log();
         tabs.ShowFirstTabs(2);
         QCOMPARE(tabs.Tabs(), u"11000"_s);
-        QCOMPARE(tabs.Log(), u"B1146"_s);
+        QCOMPARE(tabs.Log(), u"B!"_s);
         tabs.ShowAllTabs(2);
         QCOMPARE(tabs.Tabs(), u"11111"_s);
-        QCOMPARE(tabs.Log(), u"B1146"_s);
+        QCOMPARE(tabs.Log(), u"B!"_s);
         tabs.SelectPage(3);
         tabs.Log();
         tabs.ShowFirstTabs(2);
-        QCOMPARE(tabs.Log(), u"-D +A"_s);
+        QCOMPARE(tabs.Log(), u"-D +A A!"_s);
         QCOMPARE(tabs.CurrentIndex(), 0);
     }
 
@@ -108,7 +108,7 @@ private slots:
         tabs.Log();
         tabs.ShowAllTabs(4);
         QCOMPARE(tabs.Tabs(), u"11101"_s);
-        QCOMPARE(tabs.Log(), u"A1146"_s);
+        QCOMPARE(tabs.Log(), u"A!"_s);
         tabs.ShowFirstTabs(0);
         tabs.ShowAllTabs(0);
         QCOMPARE(tabs.Tabs(), u"11111"_s);
@@ -117,17 +117,17 @@ private slots:
     }
 
     void beginsWithHiddenTabs() {
-        NotingFrame frame;
+        ConsoleFixture<> parts;
         QStringList log;
-        CTabPanel tabs(frame);
+        CTabPanel tabs(parts.console);
         tabs.Activate();
         for (const char* name : {"A", "B"})
-            QVERIFY(tabs.AddHiddenTab(QLatin1String(name), new LoggingPage(frame, QLatin1String(name), log),
-                                      316));
+            QVERIFY(tabs.AddHiddenTab(QLatin1String(name),
+                                      new LoggingPage(parts.console, QLatin1String(name), log), 316));
         QVERIFY(!tabs.CurrentPage());
         tabs.ShowAllTabs(0);
         QCoreApplication::sendPostedEvents();
-        QCOMPARE(log.join(u' '), u"create A +A A1146"_s);
+        QCOMPARE(log.join(u' '), u"create A +A A! A!"_s);
     }
 
     void refusesTheHundredAndFirst() {
@@ -153,11 +153,11 @@ private slots:
         QCOMPARE(tabs.CurrentIndex(), 2);
     }
 
-    void aPostedCommandToADeadPageIsLost() {
-        NotingFrame frame;
+    void aPostedReloadOfADeadPageIsLost() {
+        ConsoleFixture<> parts;
         QStringList log;
-        auto page = std::make_unique<LoggingPage>(frame, u"A"_s, log);
-        page->PostCommand(1);
+        auto page = std::make_unique<LoggingPage>(parts.console, u"A"_s, log);
+        page->PostReload();
         page.reset();
         QCoreApplication::sendPostedEvents();
         QVERIFY(log.isEmpty());

@@ -1,0 +1,57 @@
+#include "page/CommandRunner.h"
+
+#include "page/Console.h"
+#include "page/UserPrompts.h"
+
+CommandRunner::CommandRunner(const Console& console, QWidget& page)
+    : QObject(&page), m_service(console.service), m_prompts(console.prompts), m_page(page),
+      m_loader(console.reader, page) {}
+
+void CommandRunner::Run(const QString& key, CommandOrder order) {
+    if (m_asking.contains(key) || m_inFlight.contains(key))
+        return;
+    if (order.question.isEmpty())
+        Send(key, order);
+    else
+        Ask(key, order);
+}
+
+/// Over the window, so that the answer finds someone to tell that the subject has gone with its card.
+void CommandRunner::Ask(const QString& key, const CommandOrder& order) {
+    m_asking.insert(key);
+    const QPointer<QWidget> window(m_page.window());
+    const auto onAnswer = [runner = QPointer(this), &prompts = m_prompts, window, key, order](bool yes) {
+        if (runner)
+            runner->m_asking.remove(key);
+        if (!yes)
+            return;
+        if (runner && (!order.isStillMeant || order.isStillMeant()))
+            runner->Send(key, order);
+        else if (!order.gone.isEmpty())
+            prompts.ShowMessage(window, order.gone);
+    };
+    m_prompts.AskYesNo(window, order.question, onAnswer, order.details);
+}
+
+void CommandRunner::Send(const QString& key, const CommandOrder& order) {
+    m_inFlight.insert(key);
+    emit BusyChanged();
+    m_loader.Command(
+        Lane::Service,
+        [service = m_service, send = order.send](std::stop_token stop) { return send(service, stop); },
+        [this, key, order](const Loaded<ServiceAnswer>& loaded) { End(key, order, loaded && *loaded); });
+}
+
+void CommandRunner::End(const QString& key, const CommandOrder& order, bool done) {
+    const QPointer<CommandRunner> alive(this);
+    m_inFlight.remove(key);
+    emit BusyChanged();
+    if (done)
+        emit Succeeded();
+    else if (!order.failure.isEmpty())
+        emit Failed(order.failure);
+    if (!done && order.failureInBox)
+        m_prompts.ShowMessage(&m_page, order.failure);
+    if (alive && order.after)
+        order.after(done);
+}

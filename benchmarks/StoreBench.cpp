@@ -73,7 +73,7 @@ void MeasureTaskWalk(BenchTable& table) {
                .unit = "ms",
                .ours = samples.ours.Median(),
                .reference = samples.reference.Median(),
-               .maxRatio = 1.3});
+               .maxRatio = 1.1});
 }
 
 const BenchRegistration TaskWalk("store tasks", MeasureTaskWalk);

@@ -3,15 +3,16 @@
 #include "development/Tour.h"
 #include "lanes/ThreadReader.h"
 #include "list/BrenListCtrl.h"
+#include "list/RecordPanel.h"
 #include "look/Formatters.h"
 #include "page/Console.h"
 #include "page/MainFrame.h"
 #include "page/WindowPrompts.h"
 #include "service/ServiceClient.h"
+#include "taskman/SubTaskTable.h"
 #include "taskman/SubTaskText.h"
-#include "taskman/SubtaskPanel.h"
-#include "taskman/TaskAudit.h"
 #include "taskman/TaskListPanel.h"
+#include "taskman/TraceTable.h"
 #include "zep/LiveCounters.h"
 
 #include <QApplication>
@@ -184,7 +185,7 @@ void MeasureSubTasks(BenchTable& table) {
     ThreadReader reader; // the click comes in a console that has run for a while
     const Console console = bench.On(reader);
     for (int round = 0; round < Rounds; ++round) {
-        CSubtaskPanel panel(console, task, SubtaskView::Pending);
+        CRecordPanel panel(console, SubTaskTable(task, SubtaskView::Pending));
         const Filling filling = Fill(panel, SubTasks);
         first.Add(filling.first);
         all.Add(filling.all);
@@ -198,7 +199,7 @@ void MeasureSubTasks(BenchTable& table) {
                .unit = "ms",
                .ours = all.Median(),
                .reference = bare.Median(),
-               .maxRatio = 1.5});
+               .maxRatio = 1.3});
 }
 
 void MeasureTraces(BenchTable& table) {
@@ -223,7 +224,7 @@ void MeasureTraces(BenchTable& table) {
         ThreadReader threads;
         IdleWatch reader(threads);
         const Console console = bench.On(reader);
-        CTaskAudit panel(console, task);
+        CRecordPanel panel(console, TraceTable(task));
         panel.resize(PageSize);
         QElapsedTimer clock;
         clock.start();

@@ -430,9 +430,9 @@ void CBrenListCtrl::keyPressEvent(QKeyEvent* event) {
         CopySelected();
     else if (event->matches(QKeySequence::Find) && m_kind == TableKind::Record)
         emit FindRequested();
-    else if (enter && !currentIndex().isValid() && m_model.rowCount() > 0)
-        Select(0);
-    else if (enter && currentIndex().column() > 0 && !event->isAutoRepeat())
+    else if (enter && currentIndex().column() < 1 && m_model.rowCount() > 0)
+        Select(std::max(currentIndex().row(), 0)); // a fresh list's first row has the focus only
+    else if (enter && !event->isAutoRepeat())
         Post(&CBrenListCtrl::LeftClicked, currentIndex());
     else
         QTableView::keyPressEvent(event);

@@ -68,6 +68,8 @@ public:
     /// Of a fixed table of texts. False when there is no such cell. An equal text is no change.
     bool SetCellText(int row, int column, const QString& text);
     const BrenListModel& Rows() const { return m_model; }
+    /// Whether other rows, a sort or a filter are still on their way.
+    bool IsWorking() const { return m_underWay; }
 
     /// The selected rows as displayed from top to bottom.
     std::vector<TakenRow> SelectedRows() const;

@@ -19,20 +19,21 @@ constexpr std::chrono::milliseconds GlancePeriod{20};
 
 RecordView::RecordView(const Console& console, ListTable table, QWidget* parent)
     : QWidget(parent), m_console(console), m_table(std::move(table)),
-      m_list(new CBrenListCtrl(console.prompts)), m_find(FindBar::For(m_list)),
-      m_deletion(new RowDeletion(console, *m_list)), m_loader(console.reader, *this) {
+      m_list(new CBrenListCtrl(console.prompts)), m_deletion(new RowDeletion(console, *m_list)),
+      m_loader(console.reader, *this) {
     m_list->setAccessibleName(m_table.page.name);
     m_list->SetTableKind(TableKind::Record);
     m_list->SetEmptyText(m_table.page.empty);
     m_list->WorkOn(console.reader);
     for (const ListColumn& column : m_table.columns)
         m_list->AddColumn(column.title, column.width, column.alignment, column.name);
-    m_list->RememberWidths(m_table.page.widths);
+    if (!m_table.page.widths.isEmpty())
+        m_list->RememberWidths(m_table.page.widths);
     AddCommands();
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(m_find);
+    layout->addWidget(FindBar::For(m_list));
     layout->addWidget(m_list);
     layout->addWidget(m_deletion);
     setFocusProxy(m_list);
@@ -118,10 +119,6 @@ void RecordView::hideEvent(QHideEvent* event) {
     m_glance.stop();
     m_coming.reset();
     m_listing = false;
-}
-
-void RecordView::OpenFindBar() {
-    m_find->Open();
 }
 
 void RecordView::Turn(ListTable table) {

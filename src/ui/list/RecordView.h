@@ -7,7 +7,6 @@
 #include <QTime>
 
 class CBrenListCtrl;
-class FindBar;
 class RowDeletion;
 struct Console;
 
@@ -45,7 +44,6 @@ public:
     CBrenListCtrl& List() const { return *m_list; }
     const Console& TheConsole() const { return m_console; }
     PageLoader& Loader() { return m_loader; }
-    void OpenFindBar();
 
 signals:
     /// What Help, Failure and IsEnabled say.
@@ -71,7 +69,6 @@ private:
     const Console& m_console;
     ListTable m_table;
     CBrenListCtrl* m_list;
-    FindBar* m_find;
     RowDeletion* m_deletion;
     Stream m_coming; ///< of the read under way that fills an empty list
     Stream m_shown;  ///< all of it is in the list

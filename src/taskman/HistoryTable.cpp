@@ -14,12 +14,13 @@ ListTable HistoryTable(const TaskRow& task) {
                  .empty = CRecordPanel::tr("No History Record Found"),
                  .period = std::chrono::seconds(5),
                  .subject = task.id},
-        .columns = {{CRecordPanel::tr("Start Time"), 150, &Run::startTime},
-                    {CRecordPanel::tr("Stop Time"), 150, &Run::stopTime},
-                    {CRecordPanel::tr("Stop Reason"), 250, &Run::stopReason},
-                    {CRecordPanel::tr("Total Subtasks"), 200, &Run::totalSubTasks},
-                    {CRecordPanel::tr("Failed Subtasks"), 200, &Run::failedSubTasks},
-                    {CRecordPanel::tr("Processed Subtasks"), 200, &Run::processedSubTasks}},
+        .columns =
+            {{.title = CRecordPanel::tr("Start Time"), .width = 150, .cell = &Run::startTime, .least = 126},
+             {.title = CRecordPanel::tr("Stop Time"), .width = 150, .cell = &Run::stopTime, .least = 126},
+             {CRecordPanel::tr("Stop Reason"), 250, &Run::stopReason},
+             {CRecordPanel::tr("Total Subtasks"), 200, &Run::totalSubTasks},
+             {CRecordPanel::tr("Failed Subtasks"), 200, &Run::failedSubTasks},
+             {CRecordPanel::tr("Processed Subtasks"), 200, &Run::processedSubTasks}},
         .id = {&Run::startTime, &Run::stopTime},
         .read = [id = task.id](RecordStream<Run>& rows, std::stop_token stop) {
             std::vector<Run> runs;

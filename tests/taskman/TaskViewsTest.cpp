@@ -7,6 +7,8 @@
 #include "taskman/RunningTable.h"
 #include "taskman/TaskList.h"
 
+#include <QHeaderView>
+
 using namespace Qt::Literals::StringLiterals;
 using devservice::MakeSubTask;
 using devservice::MakeTask;
@@ -55,6 +57,13 @@ private slots:
         QCOMPARE(table->Rows().rowCount(), 2);
         QCOMPARE(table.Cells(1), QStringList({u"2025-03-02 21:00:00"_s, u"2025-03-02 21:01:00"_s,
                                               u"Paused by the user"_s, u"10"_s, u"2"_s, u"4"_s}));
+        // At the window's first size all columns are seen, with their times and titles whole.
+        history.resize(762, 400);
+        QCoreApplication::sendPostedEvents();
+        const QHeaderView* header = table->horizontalHeader();
+        QVERIFY(header->length() <= table->viewport()->width());
+        QVERIFY(header->sectionSize(1) >= table->fontMetrics().horizontalAdvance(table.Cells(1).at(1)) + 14);
+        QVERIFY(header->sectionSize(5) >= 142);
         table->SortByNext(3);
         QCOMPARE(table.Column(3), QStringList({u"9"_s, u"10"_s})); // as numbers
     }

@@ -65,9 +65,10 @@ void CBrenListCtrl::WorkOn(Reader& reader) {
     m_work = std::make_unique<Work>(reader, *this);
 }
 
-int CBrenListCtrl::AddColumn(const QString& title, int width, Qt::Alignment alignment, const QString& name) {
+int CBrenListCtrl::AddColumn(const QString& title, int width, Qt::Alignment alignment, const QString& name,
+                             int least) {
     const int column = m_model.AddColumn(title, alignment, name);
-    m_widths.Add(width);
+    m_widths.Add(width, least);
     return column;
 }
 

@@ -37,9 +37,10 @@ public:
     void WorkOn(Reader& reader);
 
     /// Pixels. The last column with a title fills what is left; where room lacks, columns that the user has
-    /// not drawn wider shrink to their titles. `name` is heard for a column without a title.
+    /// not drawn wider shrink to their titles, and to `least` at most. `name` is heard for a column without a
+    /// title.
     int AddColumn(const QString& title, int width, Qt::Alignment alignment = Qt::AlignLeft,
-                  const QString& name = {});
+                  const QString& name = {}, int least = 0);
     /// Takes the widths that the user gave this list last time, now that it has its columns, and keeps new
     /// ones.
     void RememberWidths(const QString& listName);

@@ -71,8 +71,9 @@ ColumnWidths::ColumnWidths(CHeaderCtrlCl& header, const QWidget& room) : m_heade
                      [this](int column, int, int width) { OnResized(column, width); });
 }
 
-void ColumnWidths::Add(int width) {
+void ColumnWidths::Add(int width, int least) {
     m_widths.push_back(width);
+    m_least.push_back(least);
     Fit();
 }
 
@@ -112,7 +113,8 @@ void ColumnWidths::Fit() {
     for (int column = 0; column < int(m_widths.size()); ++column) {
         const int wanted = m_widths[std::size_t(column)];
         const int title = m_header.TitleWidth(column);
-        columns.push_back({wanted, m_chosen || title == 0 ? wanted : std::min(wanted, title)});
+        const int least = std::max(title, m_least[std::size_t(column)]);
+        columns.push_back({wanted, m_chosen || title == 0 ? wanted : std::min(wanted, least)});
     }
     const std::vector<int> widths = FittedWidths(columns, FilledColumn(), m_room.width());
     for (std::size_t column = 0; column < widths.size(); ++column)

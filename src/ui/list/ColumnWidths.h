@@ -15,8 +15,8 @@ public:
     /// Of the columns below the header in `room`; both outlive this.
     ColumnWidths(CHeaderCtrlCl& header, const QWidget& room);
 
-    /// Of the header's next column, in pixels.
-    void Add(int width);
+    /// Of the header's next column, in pixels; `least` is what it keeps where room lacks.
+    void Add(int width, int least);
     /// Takes the widths that the user gave the list of this name last time.
     void Remember(const QString& listName);
     /// Keeps those of now for the next time.
@@ -31,6 +31,7 @@ private:
     CHeaderCtrlCl& m_header;
     const QWidget& m_room;
     std::vector<int> m_widths; ///< as asked for or chosen
+    std::vector<int> m_least;
     QString m_name;
     bool m_chosen = false;
     bool m_fitting = false;

@@ -42,6 +42,7 @@ struct ListColumn {
     int width = 0;
     Qt::Alignment alignment = Qt::AlignLeft;
     QString name = {};
+    int least = 0;
 };
 
 struct RowDeletionTexts {

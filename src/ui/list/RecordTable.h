@@ -39,6 +39,7 @@ struct RecordColumn {
     CellWriter<Record> cell;
     Qt::Alignment alignment = Qt::AlignLeft;
     QString name = {}; ///< for screen readers, of a column without a title
+    int least = 0;     ///< pixels that its cells need where room lacks; its title's are kept in any case
 };
 
 /// The members or functions of a record that make it this row, also after a refresh.
@@ -174,7 +175,7 @@ ListTable::ListTable(RecordTable<Record> table)
                  .name = command.caption});
     }
     for (const RecordColumn<Record>& column : table.columns)
-        columns.push_back({column.title, column.width, column.alignment, column.name});
+        columns.push_back({column.title, column.width, column.alignment, column.name, column.least});
     auto shape = std::make_shared<const RecordShape<Record>>(
         RecordShape<Record>{std::move(table.columns), std::move(table.id)});
     makeStream = [shape] { return std::make_shared<RecordStream<Record>>(shape); };

@@ -26,7 +26,7 @@ RecordView::RecordView(const Console& console, ListTable table, QWidget* parent)
     m_list->SetEmptyText(m_table.page.empty);
     m_list->WorkOn(console.reader);
     for (const ListColumn& column : m_table.columns)
-        m_list->AddColumn(column.title, column.width, column.alignment, column.name);
+        m_list->AddColumn(column.title, column.width, column.alignment, column.name, column.least);
     if (!m_table.page.widths.isEmpty())
         m_list->RememberWidths(m_table.page.widths);
     AddCommands();

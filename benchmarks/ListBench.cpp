@@ -1,9 +1,11 @@
 #include "benchmarks/BenchTable.h"
+#include "lanes/ThreadReader.h"
 #include "list/BrenListCtrl.h"
 #include "look/Look.h"
 #include "page/WindowPrompts.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QPaintEvent>
 #include <QScrollBar>
 #include <QTableWidget>
@@ -11,6 +13,7 @@
 #include <memory>
 #include <random>
 #include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -253,9 +256,71 @@ void MeasureRefresh(BenchTable& table) {
     table.Add({.name = "Refresh of 1,000 rows that changes nothing", .unit = "ms", .ours = samples.Median()});
 }
 
+/// Takes note of the clipboard.
+class NotedPrompts : public WindowPrompts {
+public:
+    void SetClipboardText(const QString& text) override { copied = text.size(); }
+
+    qsizetype copied = 0;
+};
+
+/// The longest time that the window stands still from a wish on until `holds`.
+template <typename Wish, typename Condition>
+double LongestStall(Wish wish, Condition holds) {
+    double longest = MillisecondsOf(wish);
+    QElapsedTimer clock;
+    clock.start();
+    while (!holds()) {
+        if (clock.hasExpired(60'000))
+            throw std::runtime_error("a wish of a list was never fulfilled");
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        longest = std::max(longest, MillisecondsOf([] { QCoreApplication::processEvents(); }));
+    }
+    return std::max(longest, MillisecondsOf([] { QCoreApplication::processEvents(); }));
+}
+
+void MeasureStalls(BenchTable& table) {
+    ApplyLook(*qApp);
+    ThreadReader reader;
+    NotedPrompts prompts;
+    CBrenListCtrl list(prompts);
+    list.WorkOn(reader);
+    list.SetTableKind(TableKind::Record);
+    list.SetMultiSelection(true);
+    for (int column = 0; column < Columns; ++column)
+        list.AddColumn(QStringLiteral("Column"), 140);
+    const RowSet rows = TextRows(MakeRows(Rows));
+    const RowSet equal = TextRows(MakeRows(Rows));
+    list.AppendRows(rows);
+    ShowAndPaint(list);
+    const auto rests = [&list] { return !list.IsWorking(); };
+    const auto add = [&table](const char* wish, double stall) {
+        table.Add({.name = std::string("Longest stall of 1,000,000 rows: ") + wish,
+                   .unit = "ms",
+                   .ours = stall,
+                   .maxOurs = 50.0});
+    };
+    add("a key in the find bar", LongestStall([&] { list.SetFilter(QStringLiteral("99")); }, rests));
+    add("the find bar is cleared", LongestStall([&] { list.SetFilter({}); }, rests));
+    add("a sort", LongestStall([&] { list.SortByNext(1); }, rests));
+    add("the other order", LongestStall([&] { list.SortByNext(1); }, rests));
+    add("the order as it was", LongestStall([&] { list.SortByNext(1); }, rests));
+    add("an equal refresh", LongestStall([&] { list.SetRows(equal); }, rests));
+    const QString last = QStringLiteral("/home/Photos/2026/11/IMG_%1").arg(Rows - 1);
+    add("type-ahead to the last row", LongestStall([&] { list.keyboardSearch(last); },
+                                                   [&] { return list.currentIndex().row() == Rows - 1; }));
+    add("a copy of all", LongestStall(
+                             [&] {
+                                 list.selectAll();
+                                 list.CopySelected();
+                             },
+                             [&] { return prompts.copied > 0; }));
+}
+
 // The memory first: a child process starts with all that its parent holds.
 const BenchRegistration Memory("list memory", MeasureMemory);
 const BenchRegistration FirstPaint("list paint", MeasureFirstPaint);
+const BenchRegistration Stalls("list stalls", MeasureStalls);
 const BenchRegistration Refresh("list refresh", MeasureRefresh);
 
 } // namespace

@@ -3,11 +3,12 @@
 #include "development/WatchedReader.h"
 #include "lanes/ThreadReader.h"
 #include "list/BrenListCtrl.h"
+#include "list/RecordPanel.h"
 #include "look/Formatters.h"
+#include "taskman/SubTaskTable.h"
 #include "taskman/SubTaskText.h"
-#include "taskman/SubtaskPanel.h"
-#include "taskman/TaskAudit.h"
 #include "taskman/TaskListPanel.h"
+#include "taskman/TraceTable.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -159,7 +160,7 @@ void MeasureSubTasks(BenchTable& table) {
     ThreadReader reader; // the click comes in a console that has run for a while
     const Console console = bench.On(reader);
     for (int round = 0; round < Rounds; ++round) {
-        CSubtaskPanel panel(console, task, SubtaskView::Pending);
+        CRecordPanel panel(console, SubTaskTable(task, SubtaskView::Pending));
         const Filling filling = Fill(panel, SubTasks);
         first.Add(filling.first);
         all.Add(filling.all);
@@ -198,7 +199,7 @@ void MeasureTraces(BenchTable& table) {
         ThreadReader threads;
         WatchedReader reader(threads);
         const Console console = bench.On(reader);
-        CTaskAudit panel(console, task);
+        CRecordPanel panel(console, TraceTable(task));
         panel.resize(PageSize);
         QElapsedTimer clock;
         clock.start();

@@ -13,6 +13,8 @@ struct ProcessLogRecord {
     int totalSubTasks = 0;
     int failedSubTasks = 0;
     int processedSubTasks = 0;
+
+    friend bool operator==(const ProcessLogRecord&, const ProcessLogRecord&) = default;
 };
 
 /// The service's log of the runs of its tasks. One object a read, one thread at a time.

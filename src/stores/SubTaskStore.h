@@ -15,6 +15,8 @@ struct SubTaskRecord {
     qint64 number5 = 0;
     qint64 number6 = 0;
     int subTaskNumber = 0; ///< what DeleteSubTask takes
+
+    friend bool operator==(const SubTaskRecord&, const SubTaskRecord&) = default;
 };
 
 /// Called for each row, on the reading thread; false ends the walk. It copies what it needs and returns at

@@ -1,9 +1,7 @@
 #include "taskman/RunningText.h"
 
+#include "list/CellMarkup.h"
 #include "look/IconRegistry.h"
-
-#include <algorithm>
-#include <limits>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -17,7 +15,7 @@ QString OperationCell(const QString& operation) {
     const int icon = operation == "Upload"_L1     ? UploadIcon
                      : operation == "Download"_L1 ? DownloadIcon
                                                   : OtherOperationIcon;
-    return u"#ICON:%1#@@%2..."_s.arg(icon).arg(OperationWords(operation));
+    return Cell::ActivityIcon(icon, OperationWords(operation));
 }
 
 QString ShownFileName(const QString& fileName) {
@@ -27,21 +25,6 @@ QString ShownFileName(const QString& fileName) {
         return QString(fileName).replace(part, mark.size(), u"    "_s);
     const qsizetype end = fileName.indexOf(mark);
     return end >= 0 ? fileName.left(end) : fileName;
-}
-
-QString ProgressCell(quint64 done, quint64 total) {
-    if (total == 0)
-        return {};
-    done = std::min(done, total);
-    while (total > quint64(std::numeric_limits<qint32>::max())) {
-        done >>= 1;
-        total >>= 1;
-    }
-    return u"#Progress:%1 %2"_s.arg(done).arg(total);
-}
-
-QString CountCell(quint64 count) {
-    return QString::number(static_cast<qint32>(static_cast<quint32>(count)));
 }
 
 bool IsSyncWatcher(const RunningSubTask& running) {

@@ -11,12 +11,5 @@ QString OperationCell(const QString& operation);
 /// The name of a file that runs: parts of it keep their number, not the mark before it.
 QString ShownFileName(const QString& fileName);
 
-/// The bar of octets done and in all; empty when there is nothing to move. Counts beyond 32 bits are shown in
-/// coarser steps.
-QString ProgressCell(quint64 done, quint64 total);
-
-/// A count as lists print it: its low 32 bits, signed.
-QString CountCell(quint64 count);
-
 /// A watcher waits for changes of a sync folder and moves nothing by itself.
 bool IsSyncWatcher(const RunningSubTask& running);

@@ -55,7 +55,7 @@ QString ProgressText(const SubTaskCounts& counts) {
             .arg(counts.running.value_or(0))
             .arg(counts.pendingRetry.value_or(0));
     return total == 0 ? words
-                      : QStringLiteral("#Progress:%1 %2@@%3").arg(ProcessedOf(counts)).arg(total).arg(words);
+                      : Cell::Progress(ProcessedOf(counts), total, words);
 }
 
 std::optional<int> ProgressOf(const SubTaskCounts& counts) {

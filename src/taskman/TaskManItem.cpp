@@ -1,14 +1,15 @@
 #include "taskman/TaskManItem.h"
 
+#include "list/RecordPanel.h"
 #include "look/IconRegistry.h"
 #include "page/TabPanel.h"
-#include "taskman/HistoryPanel.h"
-#include "taskman/RunningPanel.h"
-#include "taskman/SubtaskPanel.h"
-#include "taskman/TaskAudit.h"
+#include "taskman/HistoryTable.h"
+#include "taskman/RunningTable.h"
+#include "taskman/SubTaskTable.h"
 #include "taskman/TaskClass.h"
 #include "taskman/TaskFacts.h"
 #include "taskman/TaskManSummary.h"
+#include "taskman/TraceTable.h"
 
 CTaskManItem::CTaskManItem(const Console& console, CommandRunner& commands, const TaskRow& task)
     : CTaskItem(task.title), m_console(console), m_commands(commands), m_task(task),
@@ -32,8 +33,8 @@ void CTaskManItem::Update(const TaskRow& task) {
     m_task = task;
     if (m_summary)
         m_summary->SetTask(task);
-    for (CTaskRecordPanel* view : m_views)
-        view->SetTask(task);
+    for (const View& view : m_views)
+        view.panel->Turn(view.tableOf(task));
     ShowStatus();
     SetBodyText(task.lastRun.isEmpty()
                     ? TaskTypeName(task.type)
@@ -95,14 +96,17 @@ void CTaskManItem::MakeViews() {
     m_summary = new CTaskSummary(m_console, m_task, TaskManSummary());
     connect(m_summary, &CTaskSummary::Commanded, this, &CTaskManItem::EndCommand);
     tabs->AddTab(tr("Summary"), m_summary, SummaryIcon);
-    const auto add = [&](const QString& title, CTaskRecordPanel* view, int image) {
-        m_views.push_back(view);
-        tabs->AddTab(title, view, image);
+    const auto add = [&](const QString& title, int image, std::function<ListTable(const TaskRow&)> tableOf) {
+        m_views.push_back({new CRecordPanel(m_console, tableOf(m_task)), std::move(tableOf)});
+        tabs->AddTab(title, m_views.back().panel, image);
     };
-    add(tr("Running"), new CRunningPanel(m_console, m_task), SystemActivitiesIcon);
-    add(tr("Pending"), new CSubtaskPanel(m_console, m_task, SubtaskView::Pending), TaskPendingIcon);
-    add(tr("Pending Retry"), new CSubtaskPanel(m_console, m_task, SubtaskView::PendingRetry), RefreshIcon);
-    add(tr("History"), new CHistoryPanel(m_console, m_task), FileVersionsIcon);
-    add(tr("Trace"), new CTaskAudit(m_console, m_task), TraceIcon);
+    add(tr("Running"), SystemActivitiesIcon,
+        [&counters = m_console.counters](const TaskRow& task) { return RunningTable(counters, task); });
+    add(tr("Pending"), TaskPendingIcon,
+        [](const TaskRow& task) { return SubTaskTable(task, SubtaskView::Pending); });
+    add(tr("Pending Retry"), RefreshIcon,
+        [](const TaskRow& task) { return SubTaskTable(task, SubtaskView::PendingRetry); });
+    add(tr("History"), FileVersionsIcon, HistoryTable);
+    add(tr("Trace"), TraceIcon, TraceTable);
     SetContent(tabs);
 }

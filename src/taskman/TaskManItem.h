@@ -5,7 +5,9 @@
 #include "taskman/TaskList.h"
 #include "taskman/TransferMeter.h"
 
-class CTaskRecordPanel;
+struct ListTable;
+
+class CRecordPanel;
 class CTaskSummary;
 
 /// The card of a task. Its commands go to the task that it shows at the click.
@@ -27,6 +29,11 @@ signals:
     void Commanded();
 
 private:
+    struct View {
+        CRecordPanel* panel;
+        std::function<ListTable(const TaskRow&)> tableOf;
+    };
+
     void MakeViews();
     void ShowStatus();
     QString ActivityText();
@@ -41,7 +48,7 @@ private:
     QString m_failure; ///< of the last command; empty when it did not fail
     TransferMeter m_meter;
     CTaskSummary* m_summary = nullptr; ///< this and the other views are made when the card is first expanded
-    std::vector<CTaskRecordPanel*> m_views;
+    std::vector<View> m_views;
     int m_cancel;
     int m_startOrPause;
     TaskAction m_offered = TaskAction::StartNow; ///< by the button for both

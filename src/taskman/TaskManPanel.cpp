@@ -1,11 +1,12 @@
 #include "taskman/TaskManPanel.h"
 
+#include "list/RecordPanel.h"
 #include "look/IconRegistry.h"
 #include "look/Look.h"
 #include "service/KnownSettings.h"
 #include "settings/TaskItemSettings.h"
-#include "taskman/CompletedTasks.h"
-#include "taskman/RunningPanel.h"
+#include "taskman/CompletedTable.h"
+#include "taskman/RunningTable.h"
 #include "taskman/TaskListPanel.h"
 
 #include <QCheckBox>
@@ -20,10 +21,11 @@ CTaskManPanel::CTaskManPanel(const Console& console)
     : CTabPanel(console), m_advanced(new QCheckBox(tr("Advanced Mode"))) {
     SetSideActions({RefreshAction()});
     AddTab(tr("My Tasks"), new CTaskListPanel(console, TaskFilter::MyTasks), TaskListIcon);
-    AddTab(tr("System Activities"), new CSysRunningPanel(console), SystemActivitiesIcon);
+    AddTab(tr("System Activities"), new CRecordPanel(console, SystemActivityTable(console.counters)),
+           SystemActivitiesIcon);
     AddHiddenTab(tr("Task Settings"), new CTaskItemSettings(console), TaskSettingsIcon);
     AddHiddenTab(tr("System Tasks"), new CTaskListPanel(console, TaskFilter::SystemTasks), SystemTasksIcon);
-    AddHiddenTab(tr("Completed Tasks"), new CCompletedTasks(console), CompletedTasksIcon);
+    AddHiddenTab(tr("Completed Tasks"), new CRecordPanel(console, CompletedTable()), CompletedTasksIcon);
     m_advanced->setFont(Look::Font(Look::Small));
     SetCorner(m_advanced);
     connect(m_advanced, &QCheckBox::toggled, this, &CTaskManPanel::WriteMode);

@@ -28,6 +28,8 @@ struct RunningSubTask {
     quint64 bytesDone = 0;
     quint64 bytesTotal = 0;
     QString description; ///< as the service words it; that of a part of a file contains "Chunk"
+
+    friend bool operator==(const RunningSubTask&, const RunningSubTask&) = default;
 };
 
 struct NetIoSize {

@@ -1,6 +1,11 @@
-#include "taskman/SubtaskPanel.h"
 #include "TaskBench.h"
+#include "list/RecordPanel.h"
 #include "support/TestMain.h"
+#include "taskman/SubTaskTable.h"
+#include "taskman/TaskList.h"
+
+#include <QLabel>
+#include <QPushButton>
 
 using namespace Qt::Literals::StringLiterals;
 using devservice::MakeSubTask;
@@ -8,7 +13,7 @@ using devservice::MakeTask;
 
 namespace {
 
-enum Column { NameColumn = 3, ParameterColumn = 4, NumberColumn = 6, DeleteColumn = 9 };
+enum Column { NameColumn = 1, ParameterColumn = 2, DeleteColumn = 5 };
 
 const QString AskOne = u"Do you really want to remove this sub-task?"_s;
 const QString AskSeveral = u"Do you really want to remove selected sub-tasks?"_s;
@@ -30,11 +35,17 @@ QStringList Deletions(const QList<int>& numbers) {
     return lines;
 }
 
-QStringList Words(const QList<int>& numbers) {
-    QStringList words;
+QStringList Files(const QList<int>& numbers) {
+    QStringList files;
     for (const int number : numbers)
-        words.append(QString::number(number));
-    return words;
+        files.append(u"file%1"_s.arg(number));
+    return files;
+}
+
+/// The question, and of what.
+QString Asked(const QList<int>& numbers) {
+    return numbers.size() == 1 ? AskOne + u"\nUpload, file%1"_s.arg(numbers.front())
+                               : AskSeveral + u"\n%1 rows"_s.arg(numbers.size());
 }
 
 } // namespace
@@ -55,11 +66,11 @@ private slots:
         // rows: without the ends that all of them have
         const Columns<SubtaskView, QStringList> row("view", "rows");
         row("pending", SubtaskView::Pending,
-            {u"#ICON:209#@@Uploading...|Upload|2024/a.jpg|/target|1| 2.000 KB|"_s,
-             u"#ICON:210#@@Downloading...|Receive Change Notification|/ChangeLog/7||2| 0.000 KB|"_s});
+            {u"#ICON:209#@@Uploading...|Upload|2024/a.jpg| 2.000 KB|"_s,
+             u"#ICON:210#@@Downloading...|Receive Change Notification|/ChangeLog/7| 0.000 KB|"_s});
         row("pending retry", SubtaskView::PendingRetry,
-            {u"#ICON:209#@@Uploading...|Upload File Snapshot|b.jpg|/target|3| 1.000 KB|no connection"_s,
-             u"|Odd|Change(c.txt)|/target|14| 0.000 KB|odd"_s});
+            {u"#ICON:209#@@Uploading...|Upload File Snapshot|b.jpg| 1.000 KB|no connection"_s,
+             u"|Odd|Change(c.txt)| 0.000 KB|odd"_s});
     }
 
     void listsWhatWaits() {
@@ -76,16 +87,15 @@ private slots:
         const TableHand table(*panel);
         QCOMPARE(table->Rows().rowCount(), rows.size());
         for (int row = 0; row < rows.size(); ++row)
-            QCOMPARE(table.Cells(row).join(u'|'), u"{1}|#ICON:8022@@Click to see related trace|"_s +
-                                                      rows[row] +
-                                                      u"|#ICON:208@@Click to delete the failed sub-task"_s);
+            QCOMPARE(table.Cells(row).join(u'|'),
+                     rows[row] + u"|#ICON:208@@Click to delete the failed sub-task"_s);
         QCOMPARE(m_bench->frame.StatusText(), u"View the pending subtasks. They'll be processed later."_s);
         QCOMPARE(m_bench->frame.Captions(), QStringList{u"Refresh"_s});
     }
 
     void saysWhyItIsEmpty() {
         PutFiles({});
-        CSubtaskPanel panel(m_bench->console, Photos, SubtaskView::Pending);
+        CRecordPanel panel(m_bench->console, SubTaskTable(Photos, SubtaskView::Pending));
         panel.Activate();
         const TableHand table(panel);
         QCOMPARE(table->TextWithoutRows(), u"Loading..."_s);
@@ -109,25 +119,24 @@ private slots:
     }
 
     void deletesAfterOneQuestion_data() {
-        // Rows are selected and clicked, -1 for the Delete key; numbers are deleted.
-        const Columns<QList<int>, QList<int>, int, QString, bool> row("deleted", "selected", "clicked",
-                                                                      "question", "yes");
-        row("one, no", {}, {}, 1, AskOne, false);
-        row("one, yes", {2}, {}, 1, AskOne, true);
-        row("one selected, by key", {4}, {3}, -1, AskOne, true);
-        row("several, no", {}, {0, 2}, 0, AskSeveral, false);
-        row("several, yes", {1, 3, 5}, {4, 0, 2}, 2, AskSeveral, true);
-        row("several, by key", {3, 5}, {4, 2}, -1, AskSeveral, true);
-        row("another one than the selected", {2}, {0, 2}, 1, AskOne, true);
+        // Rows are selected and clicked, -1 for the Delete key; numbers are asked about.
+        const Columns<QList<int>, QList<int>, int, bool> row("asked", "selected", "clicked", "yes");
+        row("one, no", {2}, {}, 1, false);
+        row("one, yes", {2}, {}, 1, true);
+        row("one selected, by key", {4}, {3}, -1, true);
+        row("several, no", {1, 3}, {0, 2}, 0, false);
+        row("several, yes", {1, 3, 5}, {4, 0, 2}, 2, true);
+        row("several, by key", {3, 5}, {4, 2}, -1, true);
+        row("another one than the selected", {2}, {0, 2}, 1, true);
     }
 
     void deletesAfterOneQuestion() {
-        const auto [deleted, selected, clicked, question, yes] =
-            Fetched<QList<int>, QList<int>, int, QString, bool>();
+        const auto [asked, selected, clicked, yes] = Fetched<QList<int>, QList<int>, int, bool>();
+        const QList<int> deleted = yes ? asked : QList<int>();
         const auto panel = Open();
         const TableHand table(*panel);
         table.Select(selected, NameColumn);
-        m_bench->prompts.ExpectQuestion(question, yes);
+        m_bench->prompts.ExpectQuestion(Asked(asked), yes);
         if (clicked >= 0)
             table.Click(clicked, DeleteColumn);
         else
@@ -137,8 +146,8 @@ private slots:
         QVERIFY(m_bench->prompts.IsPlayed());
         QCOMPARE(m_bench->service.RequestLines(), Deletions(deleted));
         QList<int> left{1, 2, 3, 4, 5};
-        left.removeIf([&deleted = deleted](int number) { return deleted.contains(number); });
-        QCOMPARE(table.Column(NumberColumn), Words(left));
+        left.removeIf([&deleted](int number) { return deleted.contains(number); });
+        QCOMPARE(table.Column(ParameterColumn), Files(left));
     }
 
     void tellsOnceOfThoseThatFailed_data() {
@@ -162,26 +171,23 @@ private slots:
             m_bench->service->SetFault(fault);
         if (fault == devservice::HttpFault::WrongStatus)
             m_bench->service->SetAnswer("/schedule/delsub", devservice::Answer{200, {}});
-        m_bench->prompts.ExpectQuestion(AskSeveral, true);
+        m_bench->prompts.ExpectQuestion(Asked({1, 2, 3}), true);
         m_bench->prompts.ExpectMessage(Failed);
         table.Click(1, DeleteColumn);
         QCoreApplication::sendPostedEvents();
         m_bench->reader.StepAll();
         QVERIFY(m_bench->prompts.IsPlayed());
         QCOMPARE(m_bench->service.RequestLines(), Deletions(requested));
-        QStringList selected;
-        for (const QString& id : table->SelectedIds())
-            selected.append(table->Rows().CellText(table->Rows().RowOf(id), NumberColumn).toString());
-        QCOMPARE(selected, Words(failed));
+        QCOMPARE(table.Selected(ParameterColumn), Files(failed));
     }
 
     void aDoubleClickSendsOneRequest() {
         const auto panel = Open();
         const TableHand table(*panel);
-        m_bench->prompts.ExpectQuestion(AskOne, false);
+        m_bench->prompts.ExpectQuestion(Asked({1}), false);
         table.DoubleClick(0, DeleteColumn);
         QCoreApplication::sendPostedEvents();
-        m_bench->prompts.ExpectQuestion(AskOne, true);
+        m_bench->prompts.ExpectQuestion(Asked({2}), true);
         table.DoubleClick(1, DeleteColumn);
         QCoreApplication::sendPostedEvents();
         table.Click(1, DeleteColumn); // a slow one: the first is under way
@@ -206,7 +212,7 @@ private slots:
         const auto panel = Open();
         const TableHand table(*panel);
         if (before.contains(2)) // there is nothing to ask about a row that has gone
-            m_bench->prompts.ExpectQuestion(AskOne, true);
+            m_bench->prompts.ExpectQuestion(Asked({2}), true);
         m_bench->prompts.Hold();
         table.Click(1, DeleteColumn);
         PutFiles(before);
@@ -221,9 +227,45 @@ private slots:
         QCOMPARE(m_bench->service.RequestLines(), Deletions(deleted));
     }
 
+    void letsOthersInBetweenAndStops() {
+        const auto panel = Open();
+        const TableHand table(*panel);
+        table.Select({0, 1, 2, 3, 4}, NameColumn);
+        m_bench->prompts.ExpectQuestion(Asked({1, 2, 3, 4, 5}), true);
+        QTest::keyClick(panel->findChild<CBrenListCtrl*>(), Qt::Key_Delete);
+        QCoreApplication::sendPostedEvents();
+        auto* stop = panel->findChild<QPushButton*>();
+        const auto says = [&stop](const QString& words) {
+            return stop->isVisible() && stop->parentWidget()->findChild<QLabel*>()->text() == words;
+        };
+        QVERIFY(says(u"Deleting 1 of 5..."_s));
+        QVERIFY(m_bench->reader.Step(Lane::Service));
+        QVERIFY(says(u"Deleting 2 of 5..."_s));
+
+        // Another page's read has its turn after the row that is being deleted, a command before it.
+        QStringList order;
+        for (const ReadPriority priority : {ReadPriority::Front, ReadPriority::Command})
+            m_bench->reader.Submit({Lane::Service, [priority] { return priority; }, std::stop_source(),
+                                    [&, priority](std::stop_token) {
+                                        order.append(priority == ReadPriority::Front ? u"read"_s
+                                                                                     : u"command"_s);
+                                        order.append(m_bench->service.RequestLines().last().right(2));
+                                    },
+                                    [] {}});
+        for (int step = 0; step < 3; ++step)
+            QVERIFY(m_bench->reader.Step(Lane::Service));
+        QCOMPARE(order, QStringList({u"command"_s, u":1"_s, u"read"_s, u":2"_s}));
+
+        QTest::mouseClick(stop, Qt::LeftButton);
+        m_bench->reader.StepAll(); // the third row was on its way
+        QCOMPARE(m_bench->service.RequestLines(), Deletions({1, 2, 3}));
+        QCOMPARE(table.Selected(ParameterColumn), Files({4, 5}));
+        QVERIFY(!stop->isVisible());
+    }
+
 private:
-    std::unique_ptr<CSubtaskPanel> Open(SubtaskView view = SubtaskView::Pending) {
-        auto panel = std::make_unique<CSubtaskPanel>(m_bench->console, Photos, view);
+    std::unique_ptr<CRecordPanel> Open(SubtaskView view = SubtaskView::Pending) {
+        auto panel = std::make_unique<CRecordPanel>(m_bench->console, SubTaskTable(Photos, view));
         panel->resize(820, 400);
         m_bench->Open(*panel);
         m_bench->service->ForgetRequests();

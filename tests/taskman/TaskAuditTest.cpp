@@ -1,7 +1,10 @@
-#include "taskman/TaskAudit.h"
 #include "TaskBench.h"
+#include "list/RecordPanel.h"
 #include "stores/AuditTraceStore.h"
+#include "stores/TaskState.h"
 #include "support/TestMain.h"
+#include "taskman/TaskList.h"
+#include "taskman/TraceTable.h"
 
 using namespace Qt::Literals::StringLiterals;
 using devservice::MakeTime;
@@ -43,7 +46,7 @@ private slots:
     void cleanup() { m_bench.reset(); }
 
     void listsTheTraceNewestFirst() {
-        CTaskAudit audit(m_bench->console, TaskOf(u"{1}"_s));
+        CRecordPanel audit(m_bench->console, TraceTable(TaskOf(u"{1}"_s)));
         audit.Activate();
         const TableHand table(audit);
         QCOMPARE(table->TextWithoutRows(), u"Querying, please wait..."_s);
@@ -61,16 +64,33 @@ private slots:
         QCOMPARE(TableHand(*Open(u"{3}"_s))->TextWithoutRows(), u"No Record Found."_s);
     }
 
+    void aRunningTasksTraceSaysSinceWhenItStands() {
+        TaskRow task = TaskOf(u"{1}"_s);
+        task.state = int(TaskState::Running);
+        CRecordPanel audit(m_bench->console, TraceTable(task));
+        m_bench->Open(audit);
+        QVERIFY(m_bench->frame.StatusText().contains("Read at "_L1));
+        m_bench->service->AddAuditRows({{0, TaskTrace("{1}", "newest"), MakeTime(2025, 3, 4, 9, 8)}});
+        audit.Turn(TraceTable(task)); // nothing has changed but what is being done
+        m_bench->reader.StepAll();
+        QCOMPARE(TableHand(audit)->Rows().rowCount(), 5);
+        task.state = int(TaskState::Pending);
+        audit.Turn(TraceTable(task));
+        m_bench->reader.StepAll();
+        QCOMPARE(TableHand(audit)->Rows().rowCount(), 6);
+        QVERIFY(!m_bench->frame.StatusText().contains("Read at "_L1));
+    }
+
     void copiesAllRows() {
         const auto audit = Open();
         m_bench->prompts.ExpectMessage(u"All trace items have been copied to clipboard"_s);
         m_bench->frame.Click(u"Copy All"_s);
         m_bench->Click(u"Copy All"_s);
         QCOMPARE(m_bench->prompts.clipboardText, u"    2025-03-04 09:05:00    \r\n"
-                                                 "red    2025-03-04 09:04:00    went wrong\r\n"
-                                                 "red    2025-03-04 09:03:00    about {1}\r\n"
-                                                 "yellow    2025-03-04 09:02:00    a $ sign\r\n"
-                                                 "green    2025-03-04 09:01:00    oldest"_s);
+                                                 "Error    2025-03-04 09:04:00    went wrong\r\n"
+                                                 "Error    2025-03-04 09:03:00    about {1}\r\n"
+                                                 "Warning    2025-03-04 09:02:00    a $ sign\r\n"
+                                                 "Information    2025-03-04 09:01:00    oldest"_s);
         QVERIFY(m_bench->frame.Captions().contains("Copy All"_L1));
     }
 
@@ -136,7 +156,7 @@ private slots:
         m_bench->prompts.ExpectQuestion(AskAll, true);
         m_bench->prompts.Hold();
         m_bench->frame.Click(u"Delete All"_s);
-        audit->SetTask(TaskOf(u"{2}"_s));
+        audit->Turn(TraceTable(TaskOf(u"{2}"_s)));
         m_bench->prompts.ExpectMessage(u"The task is no longer there."_s);
         m_bench->prompts.Release();
         m_bench->reader.StepAll();
@@ -146,8 +166,8 @@ private slots:
     }
 
 private:
-    std::unique_ptr<CTaskAudit> Open(const QString& id = u"{1}"_s) {
-        auto audit = std::make_unique<CTaskAudit>(m_bench->console, TaskOf(id));
+    std::unique_ptr<CRecordPanel> Open(const QString& id = u"{1}"_s) {
+        auto audit = std::make_unique<CRecordPanel>(m_bench->console, TraceTable(TaskOf(id)));
         m_bench->Open(*audit);
         return audit;
     }

@@ -16,13 +16,21 @@ public:
     QStringList Cells(int row) const {
         QStringList cells;
         for (int column = 0; column < m_list->Rows().columnCount(); ++column)
-            cells.append(m_list->Rows().CellText(row, column).toString());
+            cells.append(m_list->Rows().CellText(row, column));
         return cells;
     }
     QStringList Column(int column) const {
         QStringList cells;
         for (int row = 0; row < m_list->Rows().rowCount(); ++row)
-            cells.append(m_list->Rows().CellText(row, column).toString());
+            cells.append(m_list->Rows().CellText(row, column));
+        return cells;
+    }
+
+    /// What stands in a column of the selected rows.
+    QStringList Selected(int column) const {
+        QStringList cells;
+        for (const TakenRow& row : m_list->SelectedRows())
+            cells.append(row.Cell(column));
         return cells;
     }
 

@@ -1,15 +1,16 @@
 // Labels: threads painting
 #include "TaskBench.h"
 #include "lanes/ThreadReader.h"
+#include "list/RecordPanel.h"
 #include "support/TestMain.h"
-#include "taskman/CompletedTasks.h"
-#include "taskman/HistoryPanel.h"
-#include "taskman/RunningPanel.h"
-#include "taskman/SubtaskPanel.h"
-#include "taskman/TaskAudit.h"
+#include "taskman/CompletedTable.h"
+#include "taskman/HistoryTable.h"
+#include "taskman/RunningTable.h"
+#include "taskman/SubTaskTable.h"
 #include "taskman/TaskListPanel.h"
 #include "taskman/TaskManItem.h"
 #include "taskman/TaskManSummary.h"
+#include "taskman/TraceTable.h"
 
 #include <QTestEventLoop>
 
@@ -34,9 +35,11 @@ TaskRow Photos() {
 struct AllViews {
     explicit AllViews(const Console& console)
         : tasks(console, TaskFilter::MyTasks), summary(console, Photos(), TaskManSummary()),
-          running(console, Photos()), pending(console, Photos(), SubtaskView::Pending),
-          retry(console, Photos(), SubtaskView::PendingRetry), history(console, Photos()),
-          audit(console, Photos()), system(console), completed(console) {
+          running(console, RunningTable(console.counters, Photos())),
+          pending(console, SubTaskTable(Photos(), SubtaskView::Pending)),
+          retry(console, SubTaskTable(Photos(), SubtaskView::PendingRetry)),
+          history(console, HistoryTable(Photos())), audit(console, TraceTable(Photos())),
+          system(console, SystemActivityTable(console.counters)), completed(console, CompletedTable()) {
         for (CBrenPanel* view : All())
             view->Activate();
     }
@@ -51,13 +54,13 @@ struct AllViews {
 
     CTaskListPanel tasks;
     CTaskSummary summary;
-    CRunningPanel running;
-    CSubtaskPanel pending;
-    CSubtaskPanel retry;
-    CHistoryPanel history;
-    CTaskAudit audit;
-    CSysRunningPanel system;
-    CCompletedTasks completed;
+    CRecordPanel running;
+    CRecordPanel pending;
+    CRecordPanel retry;
+    CRecordPanel history;
+    CRecordPanel audit;
+    CRecordPanel system;
+    CRecordPanel completed;
 };
 
 /// True once all reads that were asked for before have been shown.
@@ -102,13 +105,13 @@ void CompareViews(AllViews& views, int round) {
              int(round % 2 == 0 ? TaskState::Running : TaskState::Paused));
     QCOMPARE(TableHand(views.summary).Column(1).at(3),
              u"%1 of %2 total sub-tasks"_s.arg(waiting + 1).arg(waiting + 2));
-    QCOMPARE(ColumnOf(views.running, 2), u"run"_s + number);
-    QCOMPARE(ColumnOf(views.system, 3), u"Photos: run"_s + number);
-    QCOMPARE(ColumnOf(views.retry, 4), u"retry"_s + number);
-    QCOMPARE(TableHand(views.pending).Column(4), QStringList(waiting, u"wait"_s + number));
+    QCOMPARE(ColumnOf(views.running, 1), u"run"_s + number);
+    QCOMPARE(ColumnOf(views.system, 0), u"Photos: run"_s + number);
+    QCOMPARE(ColumnOf(views.retry, 2), u"retry"_s + number);
+    QCOMPARE(TableHand(views.pending).Column(2), QStringList(waiting, u"wait"_s + number));
     QCOMPARE(RowsOf(views.history), round + 1);
     QCOMPARE(RowsOf(views.audit), round + 1);
-    QCOMPARE(ColumnOf(views.completed, 1), u"Old"_s + number);
+    QCOMPARE(ColumnOf(views.completed, 0), u"Old"_s + number);
 }
 
 /// Puts another file in the database's place, as a restored backup of it would be.
@@ -164,7 +167,7 @@ private slots:
                 QVERIFY(WaitForReads(bench.reader));
                 QCOMPARE(TableHand(views.running)->TextWithoutRows(), u"No subtask is being processed."_s);
                 QCOMPARE(TableHand(views.system)->TextWithoutRows(), u"System is idle."_s);
-                QCOMPARE(ColumnOf(views.completed, 1), u"Old"_s + QString::number(round - 1));
+                QCOMPARE(ColumnOf(views.completed, 0), u"Old"_s + QString::number(round - 1));
             }
             service.Start();
             Change(service, round);
@@ -198,8 +201,8 @@ private slots:
         bench.reader.StepAll();
         QVERIFY(views.tasks.FindCard(u"Pictures"_s));
         QCOMPARE(views.tasks.CardCount(), 1);
-        QCOMPARE(ColumnOf(views.pending, 4), u"replaced"_s);
-        QCOMPARE(ColumnOf(views.retry, 4), u"replaced"_s);
+        QCOMPARE(ColumnOf(views.pending, 2), u"replaced"_s);
+        QCOMPARE(ColumnOf(views.retry, 2), u"replaced"_s);
         QCOMPARE(TableHand(views.history)->TextWithoutRows(), u"No History Record Found"_s);
         QCOMPARE(TableHand(views.audit)->TextWithoutRows(), u"No Record Found."_s);
         QCOMPARE(TableHand(views.completed)->TextWithoutRows(), u"No task found."_s);
@@ -254,13 +257,13 @@ private slots:
         PageBench<> bench;
         bench.service->PutTask(MakeTask("{1}", "Photos"));
         bench.service->PutSubTasks("{1}", {MakeSubTask(1, "PUT", "a"), MakeSubTask(2, "PUT", "b")});
-        CSubtaskPanel panel(bench.console, Photos(), SubtaskView::Pending);
+        CRecordPanel panel(bench.console, SubTaskTable(Photos(), SubtaskView::Pending));
         panel.resize(820, 400);
         bench.Open(panel);
-        bench.prompts.ExpectQuestion(u"Do you really want to remove selected sub-tasks?"_s, true);
+        bench.prompts.ExpectQuestion(u"Do you really want to remove selected sub-tasks?\n2 rows"_s, true);
         bench.prompts.ExpectMessage(u"Failed to delete the subtask"_s);
-        TableHand(panel).Select({0, 1}, 3);
-        TableHand(panel).Click(1, 9);
+        TableHand(panel).Select({0, 1}, 1);
+        TableHand(panel).Click(1, 5);
         QCoreApplication::sendPostedEvents();
         bench.service->RemoveTask("{1}");
         bench.Refresh(panel);

@@ -101,7 +101,7 @@ private:
         const auto& rows = summary.findChild<CBrenListCtrl*>()->Rows();
         for (int row = 0; row < rows.rowCount(); ++row)
             if (rows.CellText(row, 0) == info)
-                return rows.CellText(row, 1).toString();
+                return rows.CellText(row, 1);
         return u"no such row"_s;
     }
 

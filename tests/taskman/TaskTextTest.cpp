@@ -99,25 +99,6 @@ private slots:
             QCOMPARE(ShownFileName(name), shown);
     }
 
-    void showsProgress_data() {
-        // count: of the total
-        const Columns<quint64, quint64, QString, QString> row("done", "total", "progress", "count");
-        const quint64 gib = quint64(1) << 30;
-        row("nothing to move", 3, 0, {}, "0");
-        row("half", 5, 10, "#Progress:5 10", "10");
-        row("more done than there is", 12, 10, "#Progress:10 10", "10");
-        row("the largest plain one", gib, 2 * gib - 1, "#Progress:1073741824 2147483647", "2147483647");
-        row("beyond 31 bits", gib, 2 * gib, "#Progress:536870912 1073741824", "-2147483648");
-        row("beyond 32 bits", 2 * gib, 8 * gib + 8, "#Progress:268435456 1073741825", "8");
-        row("the largest of all", ~quint64(0), ~quint64(0), "#Progress:2147483647 2147483647", "-1");
-    }
-
-    void showsProgress() {
-        const auto [done, total] = Fetched<quint64, quint64>();
-        QTEST(ProgressCell(done, total), "progress");
-        QTEST(CountCell(total), "count");
-    }
-
     void saysWhatAnOperationDoes() {
         QCOMPARE(OperationCell(u"Upload"_s), u"#ICON:209#@@Uploading..."_s);
         QCOMPARE(OperationCell(u"Download"_s), u"#ICON:210#@@Downloading..."_s);

@@ -39,7 +39,7 @@ void FillCellGallery(CBrenListCtrl& list) {
     list.AddColumn(QStringLiteral("Size"), 90, Qt::AlignRight);
     list.AddColumn(QStringLiteral("Note"), 100);
     list.AddColumn({}, 32);
-    list.AddColumn(QStringLiteral("Hidden"), 0);
+    
     const QString arabic = QStringLiteral("\u202B\u0645\u0644\u0641\u202C a\u200Bb");
     const std::vector<std::pair<QString, QString>> shown{
         {QStringLiteral("Plain"), QStringLiteral("/home/Photos/2026/11/IMG_2043.dng")},

@@ -3,7 +3,7 @@
 #include <functional>
 #include <stop_token>
 
-enum class Lane { Service, Databases };
+enum class Lane { Service, Databases, Computing };
 enum class ReadPriority { Command, Front, Hidden };
 
 /// Runs work off the UI thread, one at a time a lane. In a lane commands overtake reads, and the page in

@@ -1,29 +1,38 @@
 #include "list/BrenListCtrl.h"
 
+#include "lanes/PageLoader.h"
 #include "list/CellMarkup.h"
-#include "list/ColumnWidths.h"
-#include "list/ListText.h"
-#include "list/VirtualKey.h"
 #include "look/Look.h"
 #include "page/UserPrompts.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QFileInfo>
 #include <QMenu>
 #include <QPainter>
-#include <QSaveFile>
 #include <QScrollBar>
 
 #include <algorithm>
+#include <numeric>
 
 namespace {
 
 constexpr int RowHeight = 24;
+/// So many rows are sorted, searched and written within a few milliseconds.
+constexpr int MostAtOnce = 5000;
 
 } // namespace
 
+struct CBrenListCtrl::Work {
+    Work(Reader& reader, QWidget& list) : update(reader, list), search(reader, list) {}
+
+    PageLoader update;
+    PageLoader search;
+};
+
 CBrenListCtrl::CBrenListCtrl(UserPrompts& prompts, QWidget* parent)
-    : QTableView(parent), m_prompts(prompts), m_delegate(m_model), m_header(new CHeaderCtrlCl(this)) {
+    : QTableView(parent), m_prompts(prompts), m_delegate(m_model), m_header(new CHeaderCtrlCl(this)),
+      m_widths(*m_header, *viewport()) {
     setModel(&m_model);
     setItemDelegate(&m_delegate);
     setHorizontalHeader(m_header);
@@ -44,70 +53,39 @@ CBrenListCtrl::CBrenListCtrl(UserPrompts& prompts, QWidget* parent)
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     connect(&m_model, &BrenListModel::CountsChanged, this, &CBrenListCtrl::CountsChanged);
     connect(m_header, &QHeaderView::sectionClicked, this, &CBrenListCtrl::SortByNext);
-    connect(m_header, &CHeaderCtrlCl::DividerReleased, this, &CBrenListCtrl::KeepWidths);
-    connect(m_header, &QHeaderView::sectionResized, this, [this](int column, int, int width) {
-        if (!m_filling && width > 0)
-            m_widths[size_t(column)] = width;
+    connect(m_header, &CHeaderCtrlCl::DividerReleased, this, [this] {
+        m_widths.Keep();
+        updateGeometries();
     });
 }
 
-int CBrenListCtrl::AddColumn(const QString& title, int width, Qt::Alignment alignment) {
-    m_widths.push_back(width);
-    const int column = m_model.AddColumn(title, alignment);
-    SetColumnWidth(column, width);
-    return column;
+CBrenListCtrl::~CBrenListCtrl() = default;
+
+void CBrenListCtrl::WorkOn(Reader& reader) {
+    m_work = std::make_unique<Work>(reader, *this);
 }
 
-void CBrenListCtrl::SetColumnWidth(int column, int width) {
-    setColumnHidden(column, width == 0);
-    m_widths[size_t(column)] = width;
-    FillWidth();
+int CBrenListCtrl::AddColumn(const QString& title, int width, Qt::Alignment alignment, const QString& name,
+                             int least) {
+    const int column = m_model.AddColumn(title, alignment, name);
+    m_widths.Add(width, least);
+    return column;
 }
 
 void CBrenListCtrl::RememberWidths(const QString& listName) {
     m_name = listName;
-    const std::vector<int> widths = ReadColumnWidths(listName, m_widths.size());
-    for (size_t column = 0; column < widths.size(); ++column) {
-        if (widths[column] > 0 && m_widths[column] > 0)
-            m_widths[column] = widths[column];
-    }
-    FillWidth();
+    m_widths.Remember(listName);
 }
 
-void CBrenListCtrl::KeepWidths() {
-    FillWidth();
-    updateGeometries();
-    if (!m_name.isEmpty())
-        WriteColumnWidths(m_name, m_widths);
-}
-
-void CBrenListCtrl::FillWidth() {
-    if (std::exchange(m_filling, true))
-        return;
-    const std::vector<int> columns = VisibleColumns();
-    int left = viewport()->width();
-    for (const int column : columns)
-        left -= m_widths[size_t(column)];
-    const int filled = FilledColumn(columns);
-    for (const int column : columns)
-        setColumnWidth(column, m_widths[size_t(column)] + (column == filled ? std::max(left, 0) : 0));
-    m_filling = false;
-}
-
-/// The last one with a title: icons look lost in the middle of a wide column.
-int CBrenListCtrl::FilledColumn(const std::vector<int>& columns) const {
-    const auto titled = std::find_if(columns.rbegin(), columns.rend(), [this](int column) {
-        return !m_model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString().isEmpty();
-    });
-    return titled == columns.rend() ? -1 : *titled;
+QString CBrenListCtrl::Title(int column) const {
+    return m_model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
 }
 
 void CBrenListCtrl::SetTableKind(TableKind kind) {
     m_kind = kind;
     m_header->setSectionsClickable(kind == TableKind::Record);
     if (kind == TableKind::Fixed) {
-        m_model.SetFilter({}, {});
-        SortBy(-1, {});
+        Arrange({});
     }
 }
 
@@ -150,7 +128,7 @@ QString CBrenListCtrl::TextWithoutRows() const {
     if (!m_loadingText.isNull())
         return m_loadingText;
     const bool filteredOut = m_model.TotalRows() > 0;
-    return filteredOut ? tr("No row contains \"%1\"").arg(m_model.Filter()) : m_emptyText;
+    return filteredOut ? tr("No row contains \"%1\"").arg(m_model.Arranged().words) : m_emptyText;
 }
 
 void CBrenListCtrl::EndLoading() {
@@ -158,16 +136,67 @@ void CBrenListCtrl::EndLoading() {
         viewport()->update();
 }
 
-void CBrenListCtrl::AppendRows(std::vector<ListRow> rows) {
-    m_model.AppendRows(std::move(rows));
+void CBrenListCtrl::SetRows(RowSet rows) {
+    m_wanted = std::move(rows);
+    Update();
     EndLoading();
 }
 
-void CBrenListCtrl::SetRows(std::vector<ListRow> rows) {
-    const std::vector<Anchor> anchors = VisibleRows();
-    m_model.SetRows(std::move(rows));
-    ScrollBackTo(anchors);
+void CBrenListCtrl::AppendRows(const RowSet& rows) {
+    m_wanted = rows;
+    if (m_underWay || !m_wantedOrder.IsPlain())
+        Update();
+    else
+        m_model.AppendRows(rows);
     EndLoading();
+}
+
+bool CBrenListCtrl::SetCellText(int row, int column, const QString& text) {
+    if (row < 0 || row >= m_model.rowCount() || column < 0 || column >= m_model.columnCount())
+        return false;
+    const int place = m_model.Displayed()[size_t(row)];
+    if (m_model.CellText(row, column) != text)
+        SetRows(WithCell(m_wanted, place, column, text));
+    return true;
+}
+
+void CBrenListCtrl::Arrange(const Arrangement& arrangement) {
+    m_wantedOrder = arrangement;
+    m_header->setSortIndicatorShown(arrangement.order.has_value());
+    m_header->setSortIndicator(arrangement.sortColumn, arrangement.order.value_or(Qt::AscendingOrder));
+    m_header->viewport()->update();
+    if (m_underWay || !(arrangement == m_model.Arranged()))
+        Update();
+}
+
+bool CBrenListCtrl::WorksAtOnce(int rows) const {
+    return !m_work || rows <= MostAtOnce;
+}
+
+void CBrenListCtrl::Update() {
+    if (m_work)
+        m_work->update.Cancel();
+    m_underWay = !WorksAtOnce(m_wanted.Count() + m_model.TotalRows());
+    if (!m_underWay)
+        return Apply(MakeUpdate(m_model.AllRows(), m_wanted, m_wantedOrder));
+    using Made = std::shared_ptr<const ListUpdate>;
+    m_work->update.Load(
+        Lane::Computing,
+        [old = m_model.AllRows(), rows = m_wanted, order = m_wantedOrder](const std::stop_token& stop)
+            -> Made { return std::make_shared<const ListUpdate>(MakeUpdate(old, rows, order, stop)); },
+        [this](const Loaded<Made>& made) {
+            if (made)
+                Apply(**made);
+        });
+}
+
+void CBrenListCtrl::Apply(const ListUpdate& update) {
+    m_underWay = false;
+    const bool atTop = verticalScrollBar()->value() == verticalScrollBar()->minimum();
+    const std::vector<Anchor> anchors = atTop ? std::vector<Anchor>() : VisibleRows();
+    ++m_moves;
+    m_model.Apply(update);
+    ScrollBackTo(anchors);
 }
 
 std::vector<CBrenListCtrl::Anchor> CBrenListCtrl::VisibleRows() const {
@@ -192,19 +221,15 @@ void CBrenListCtrl::ScrollBackTo(const std::vector<Anchor>& anchors) {
     bar->setValue(bar->value() + rowViewportPosition(anchor->cell.row()) - anchor->offset);
 }
 
-QStringList CBrenListCtrl::SelectedIds() const {
-    QStringList ids;
-    for (const int row : SelectedRows())
-        ids.append(m_model.RowId(row));
-    return ids;
+std::vector<TakenRow> CBrenListCtrl::SelectedRows() const {
+    std::vector<TakenRow> rows;
+    for (const int row : SelectedNumbers())
+        rows.push_back(m_model.RowAt(row));
+    return rows;
 }
 
-QString CBrenListCtrl::CurrentId() const {
-    return m_model.RowId(currentIndex().row());
-}
-
-std::vector<int> CBrenListCtrl::SelectedRows() const {
-    std::vector<int> rows;
+Places CBrenListCtrl::SelectedNumbers() const {
+    Places rows;
     for (const QItemSelectionRange& range : selectionModel()->selection()) {
         for (int row = range.top(); row <= range.bottom(); ++row)
             rows.push_back(row);
@@ -214,93 +239,121 @@ std::vector<int> CBrenListCtrl::SelectedRows() const {
     return rows;
 }
 
-std::vector<int> CBrenListCtrl::VisibleColumns() const {
-    std::vector<int> columns;
-    for (int column = 0; column < m_model.columnCount(); ++column) {
-        if (!isColumnHidden(column))
-            columns.push_back(column);
-    }
+std::vector<int> CBrenListCtrl::AllColumns() const {
+    std::vector<int> columns(size_t(m_model.columnCount()));
+    std::iota(columns.begin(), columns.end(), 0);
     return columns;
 }
 
 void CBrenListCtrl::SetFilter(const QString& words) {
-    if (m_kind == TableKind::Record)
-        m_model.SetFilter(words, VisibleColumns());
+    if (m_kind != TableKind::Record)
+        return;
+    Arrangement arrangement = m_wantedOrder;
+    arrangement.words = words;
+    arrangement.columns = AllColumns();
+    Arrange(arrangement);
 }
 
 void CBrenListCtrl::SortByNext(int column) {
     if (m_kind != TableKind::Record)
         return;
-    if (m_model.SortColumn() != column)
-        SortBy(column, Qt::AscendingOrder);
-    else if (m_model.SortOrder() == Qt::AscendingOrder)
-        SortBy(column, Qt::DescendingOrder);
+    Arrangement arrangement = m_wantedOrder;
+    const bool same = arrangement.sortColumn == column;
+    if (same && arrangement.order == Qt::DescendingOrder)
+        arrangement.order.reset();
     else
-        SortBy(-1, {});
-}
-
-void CBrenListCtrl::SortBy(int column, std::optional<Qt::SortOrder> order) {
-    m_model.SortBy(column, order);
-    m_header->setSortIndicatorShown(order.has_value());
-    m_header->setSortIndicator(order ? column : -1, order.value_or(Qt::AscendingOrder));
-    m_header->viewport()->update();
+        arrangement.order = same ? Qt::DescendingOrder : Qt::AscendingOrder;
+    arrangement.sortColumn = arrangement.order ? column : -1;
+    Arrange(arrangement);
 }
 
 void CBrenListCtrl::keyboardSearch(const QString& search) {
     const int rows = m_model.rowCount();
-    const std::vector<int> columns = VisibleColumns();
-    if (rows == 0 || columns.empty() || search.isEmpty())
+    if (rows == 0 || search.isEmpty())
         return;
     if (!m_sinceTyped.isValid() || m_sinceTyped.hasExpired(QApplication::keyboardInputInterval()))
         m_typed.clear();
     m_sinceTyped.start();
     m_typed += search;
     const bool sameAgain = m_typed.count(m_typed.front()) == m_typed.size();
-    const QString wanted = sameAgain ? m_typed.left(1) : m_typed;
+    const QString start = sameAgain ? m_typed.left(1) : m_typed;
     const int from = std::max(currentIndex().row(), 0) + (sameAgain && currentIndex().isValid() ? 1 : 0);
-    for (int step = 0; step < rows; ++step) {
-        const int row = (from + step) % rows;
-        const bool starts = std::any_of(columns.begin(), columns.end(), [&](int column) {
-            const QString words = CellMarkup::Parse(m_model.CellText(row, column)).Words();
-            return words.startsWith(wanted, Qt::CaseInsensitive);
+    const auto find = [all = m_model.AllRows(), displayed = m_model.Displayed(), columns = AllColumns(),
+                       start, from](const std::stop_token& stop) {
+        return FindRow(all, displayed, columns, start, from, stop);
+    };
+    if (WorksAtOnce(rows))
+        return Select(find({}));
+    m_work->search.Load(Lane::Computing, find, [this, moves = m_moves](const Loaded<int>& row) {
+        if (row && moves == m_moves)
+            Select(*row);
+    });
+}
+
+void CBrenListCtrl::Select(int row) {
+    if (row >= 0)
+        setCurrentIndex(m_model.index(row, std::max(currentIndex().column(), 0)));
+}
+
+ListExcerpt CBrenListCtrl::Excerpt(Places displayed) const {
+    for (int& row : displayed)
+        row = m_model.Displayed()[size_t(row)];
+    return {m_model.AllRows(), std::move(displayed), AllColumns()};
+}
+
+/// Calls `done` with what `text` makes, off the UI thread for many rows.
+template <typename Text, typename Done>
+void CBrenListCtrl::WithText(int rows, Text text, Done done) {
+    if (WorksAtOnce(rows))
+        return done(text());
+    m_work->update.Command(
+        Lane::Computing, [text](std::stop_token) { return text(); },
+        [done](const Loaded<QString>& made) {
+            if (made)
+                done(*made);
         });
-        if (starts) {
-            setCurrentIndex(m_model.index(row, std::max(currentIndex().column(), columns.front())));
-            return;
-        }
-    }
 }
 
 void CBrenListCtrl::CopySelected() {
-    std::vector<int> rows = SelectedRows();
+    Places rows = SelectedNumbers();
     if (rows.empty() && currentIndex().isValid())
         rows.push_back(currentIndex().row());
-    if (!rows.empty())
-        m_prompts.SetClipboardText(RowsAsLines(m_model, rows, VisibleColumns()));
+    if (rows.empty())
+        return;
+    const int count = int(rows.size());
+    WithText(
+        count, [excerpt = Excerpt(std::move(rows))] { return RowsAsLines(excerpt); },
+        [this](const QString& text) { m_prompts.SetClipboardText(text); });
 }
 
 void CBrenListCtrl::ExportRows() {
+    const QString suffix = QStringLiteral(".csv");
     const PickRequest request{PickKind::FileToSave, tr("Export"),
-                              (m_name.isEmpty() ? tr("List") : m_name) + QStringLiteral(".csv"),
+                              (m_name.isEmpty() ? tr("List") : m_name) + suffix,
                               tr("CSV files (*.csv);;All files (*)")};
-    m_prompts.PickPath(this, request, [this](const std::optional<QString>& path) {
+    m_prompts.PickPath(this, request, [this, suffix](const std::optional<QString>& path) {
         if (!path)
             return;
-        QSaveFile file(*path);
-        // The mark tells spreadsheets that the text is UTF-8.
-        const QByteArray octets =
-            (QChar(QChar::ByteOrderMark) + RowsAsCsv(m_model, VisibleColumns())).toUtf8();
-        if (!file.open(QIODevice::WriteOnly) || file.write(octets) != octets.size() || !file.commit())
-            m_prompts.ShowMessage(this, tr("The file could not be written."), {},
-                                  *path + u'\n' + file.errorString());
+        const QString file = QFileInfo(*path).suffix().isEmpty() ? *path + suffix : *path;
+        const ListExcerpt excerpt{m_model.AllRows(), m_model.Displayed(), AllColumns()};
+        QStringList titles;
+        for (const int column : excerpt.columns)
+            titles.append(m_model.headerData(column, Qt::Horizontal, Qt::AccessibleTextRole).toString());
+        const auto write = [excerpt, titles, file] { return WriteCsv(excerpt, titles, file); };
+        WithText(m_model.rowCount(), write, [this](const QString& failure) {
+            if (!failure.isEmpty())
+                m_prompts.ShowMessage(this, tr("The file could not be written."), {}, failure);
+        });
     });
 }
 
 void CBrenListCtrl::paintEvent(QPaintEvent* event) {
     QTableView::paintEvent(event);
+    QPainter painter(viewport());
+    if (hasFocus() && !currentIndex().isValid())
+        Look::DrawFocusRing(painter, viewport()->rect());
     if (m_model.rowCount() > 0)
         return;
-    QPainter painter(viewport());
     painter.setPen(Look::Muted);
     painter.drawText(viewport()->rect().adjusted(Look::TextInset, 0, -Look::TextInset, 0),
                      Qt::AlignCenter | Qt::TextWordWrap, TextWithoutRows());
@@ -308,7 +361,14 @@ void CBrenListCtrl::paintEvent(QPaintEvent* event) {
 
 void CBrenListCtrl::resizeEvent(QResizeEvent* event) {
     QTableView::resizeEvent(event);
-    FillWidth();
+    m_widths.Fit();
+}
+
+/// What was under way when the page was left is begun again.
+void CBrenListCtrl::showEvent(QShowEvent* event) {
+    QTableView::showEvent(event);
+    if (m_underWay && !m_work->update.IsReading())
+        Update();
 }
 
 void CBrenListCtrl::mousePressEvent(QMouseEvent* event) {
@@ -332,9 +392,8 @@ QItemSelectionModel::SelectionFlags CBrenListCtrl::selectionCommand(const QModel
     const bool click =
         event && (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonRelease);
     const auto* mouse = click ? static_cast<const QMouseEvent*>(event) : nullptr;
-    const bool onIcon =
-        index.isValid() &&
-        CellMarkup::Parse(m_model.CellText(index.row(), index.column())).kind == CellKind::Icon;
+    const QString text = m_model.CellText(index.row(), index.column());
+    const bool onIcon = CellMarkup::Parse(text).kind == CellKind::Icon;
     if (mouse && mouse->modifiers() == Qt::NoModifier && onIcon && selectionModel()->isSelected(index))
         return QItemSelectionModel::NoUpdate;
     return QTableView::selectionCommand(index, event);
@@ -350,10 +409,20 @@ void CBrenListCtrl::Post(CellSignal signal, const QModelIndex& cell) {
         return;
     QMetaObject::invokeMethod(
         this,
-        [this, signal, row = cell.row(), column = cell.column(), id = m_model.RowId(cell.row())] {
-            emit(this->*signal)(row, column, id);
+        [this, signal, row = cell.row(), column = cell.column(), record = m_model.RowAt(cell.row())] {
+            emit(this->*signal)(row, column, record);
         },
         Qt::QueuedConnection);
+}
+
+/// The list's find key is its own also where the page has one too.
+bool CBrenListCtrl::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride && m_kind == TableKind::Record &&
+        static_cast<QKeyEvent*>(event)->matches(QKeySequence::Find)) {
+        event->accept();
+        return true;
+    }
+    return QTableView::event(event);
 }
 
 void CBrenListCtrl::keyPressEvent(QKeyEvent* event) {
@@ -362,7 +431,9 @@ void CBrenListCtrl::keyPressEvent(QKeyEvent* event) {
         CopySelected();
     else if (event->matches(QKeySequence::Find) && m_kind == TableKind::Record)
         emit FindRequested();
-    else if (enter && currentIndex().column() > 0 && !event->isAutoRepeat())
+    else if (enter && currentIndex().column() < 1 && m_model.rowCount() > 0)
+        Select(std::max(currentIndex().row(), 0)); // a fresh list's first row has the focus only
+    else if (enter && !event->isAutoRepeat())
         Post(&CBrenListCtrl::LeftClicked, currentIndex());
     else
         QTableView::keyPressEvent(event);
@@ -370,14 +441,17 @@ void CBrenListCtrl::keyPressEvent(QKeyEvent* event) {
 
 void CBrenListCtrl::keyReleaseEvent(QKeyEvent* event) {
     QTableView::keyReleaseEvent(event);
-    if (event->isAutoRepeat())
-        return;
-    QMetaObject::invokeMethod(
-        this,
-        [this, key = VirtualKeyOf(*event), flags = ReleasedKeyFlags(*event)] {
-            emit KeyReleased(key, flags);
-        },
-        Qt::QueuedConnection);
+    if (!event->isAutoRepeat())
+        QMetaObject::invokeMethod(
+            this, [this, key = event->key()] { emit KeyReleased(key); }, Qt::QueuedConnection);
+}
+
+/// Home and End go by row: what is beside the screen is seldom looked for.
+QModelIndex CBrenListCtrl::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    if (action != MoveHome && action != MoveEnd)
+        return QTableView::moveCursor(action, modifiers);
+    const int row = action == MoveHome ? 0 : m_model.rowCount() - 1;
+    return m_model.index(row, std::max(currentIndex().column(), 0));
 }
 
 void CBrenListCtrl::contextMenuEvent(QContextMenuEvent* event) {
@@ -403,8 +477,8 @@ void CBrenListCtrl::contextMenuEvent(QContextMenuEvent* event) {
 
 void CBrenListCtrl::AddSortMenu(QMenu& menu) {
     QMenu* sorts = menu.addMenu(tr("Sort By"));
-    for (const int column : VisibleColumns()) {
-        const QString title = m_model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+    for (const int column : AllColumns()) {
+        const QString title = Title(column);
         if (!title.isEmpty())
             sorts->addAction(title, this, [this, column] { SortByNext(column); });
     }

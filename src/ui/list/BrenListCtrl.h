@@ -2,14 +2,20 @@
 
 #include "list/BrenListModel.h"
 #include "list/CellDelegate.h"
+#include "list/ColumnWidths.h"
 #include "list/HeaderCtrlCl.h"
+#include "list/ListRow.h"
+#include "list/ListText.h"
 
 #include <QElapsedTimer>
 #include <QPersistentModelIndex>
 #include <QTableView>
 
+#include <memory>
+
 class QMenu;
 
+class Reader;
 class UserPrompts;
 
 /// Fixed tables keep the producer's order and all of their rows. The rows of record tables can be sorted
@@ -24,11 +30,17 @@ class CBrenListCtrl : public QTableView {
 public:
     /// The prompts take what is copied and ask for the file of an export; they outlive the list.
     explicit CBrenListCtrl(UserPrompts& prompts, QWidget* parent = nullptr);
+    ~CBrenListCtrl() override;
 
-    /// Pixels; a column of width 0 is hidden. The last visible one with a title fills what is
-    /// left.
-    int AddColumn(const QString& title, int width, Qt::Alignment alignment = Qt::AlignLeft);
-    void SetColumnWidth(int column, int width);
+    /// What takes long with many rows is done on the reader's computing lane from now on, and shown when it
+    /// is done, the newest wish alone. Without a reader all is done at once.
+    void WorkOn(Reader& reader);
+
+    /// Pixels. The last column with a title fills what is left; where room lacks, columns that the user has
+    /// not drawn wider shrink to their titles, and to `least` at most. `name` is heard for a column without a
+    /// title.
+    int AddColumn(const QString& title, int width, Qt::Alignment alignment = Qt::AlignLeft,
+                  const QString& name = {}, int least = 0);
     /// Takes the widths that the user gave this list last time, now that it has its columns, and keeps new
     /// ones.
     void RememberWidths(const QString& listName);
@@ -48,22 +60,22 @@ public:
     /// What stands in the list while it shows no row.
     QString TextWithoutRows() const;
 
-    /// Replaces all rows. Selection, focus and scroll stay with the rows that are found again by their ids.
-    void SetRows(std::vector<ListRow> rows);
-    /// Adds rows at the end, with ids that no row has yet.
-    void AppendRows(std::vector<ListRow> rows);
-    /// False when there is no such cell. An equal text is no change.
-    bool SetCellText(int row, int column, const QString& text) {
-        return m_model.SetCellText(row, column, text);
-    }
+    /// Replaces all rows. Selection, focus and scroll stay with the rows that are found again by their ids; a
+    /// list at its top stays there.
+    void SetRows(RowSet rows);
+    void SetRows(std::vector<ListRow> rows) { SetRows(TextRows(std::move(rows))); }
+    /// The rows there are, and more after them with ids that no row has yet.
+    void AppendRows(const RowSet& rows);
+    /// Of a fixed table of texts. False when there is no such cell. An equal text is no change.
+    bool SetCellText(int row, int column, const QString& text);
     const BrenListModel& Rows() const { return m_model; }
+    /// Whether other rows, a sort or a filter are still on their way.
+    bool IsWorking() const { return m_underWay; }
 
-    /// The selected rows' ids as displayed from top to bottom.
-    QStringList SelectedIds() const;
-    /// The id of the row that has the keyboard's focus; empty when none has.
-    QString CurrentId() const;
+    /// The selected rows as displayed from top to bottom.
+    std::vector<TakenRow> SelectedRows() const;
 
-    /// Leaves the rows with the words in a visible column; of no effect on fixed tables.
+    /// Leaves the rows with the words in a column; of no effect on fixed tables.
     void SetFilter(const QString& words);
     /// A column's next click: ascending, descending, as the producer gave them. Not for fixed tables.
     void SortByNext(int column);
@@ -72,9 +84,10 @@ public:
 
 signals:
     // Queued, with what was true at the click or key. Clicks on column 0 and beside the rows tell nothing.
-    void LeftClicked(int row, int column, const QString& rowId);  ///< notification 2026; by the Enter key too
-    void RightClicked(int row, int column, const QString& rowId); ///< notification 2031
-    void KeyReleased(int virtualKey, unsigned flags);             ///< notification 2032; Windows key codes
+    void LeftClicked(int row, int column,
+                     const TakenRow& record); ///< notification 2026; by the Enter key too
+    void RightClicked(int row, int column, const TakenRow& record); ///< notification 2031
+    void KeyReleased(int key);                                      ///< notification 2032; a Qt::Key
 
     /// How many rows there are or are displayed has changed.
     void CountsChanged();
@@ -88,14 +101,17 @@ public slots:
     void ExportRows();
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                          const QEvent* event) const override;
 
@@ -103,35 +119,45 @@ protected slots:
     void rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) override;
 
 private:
-    using CellSignal = void (CBrenListCtrl::*)(int, int, const QString&);
+    using CellSignal = void (CBrenListCtrl::*)(int, int, const TakenRow&);
     struct Anchor {
         QPersistentModelIndex cell;
         int offset;
     };
+    struct Work;
 
     void EndLoading();
     void Post(CellSignal signal, const QModelIndex& cell);
+    void Arrange(const Arrangement& arrangement);
+    void Update();
+    void Apply(const ListUpdate& update);
+    bool WorksAtOnce(int rows) const;
+    void Select(int row);
     std::vector<Anchor> VisibleRows() const;
     void ScrollBackTo(const std::vector<Anchor>& anchors);
-    void FillWidth();
-    int FilledColumn(const std::vector<int>& columns) const;
-    void KeepWidths();
-    std::vector<int> VisibleColumns() const;
-    std::vector<int> SelectedRows() const;
-    void SortBy(int column, std::optional<Qt::SortOrder> order);
+    QString Title(int column) const;
+    std::vector<int> AllColumns() const;
+    Places SelectedNumbers() const;
+    ListExcerpt Excerpt(Places displayed) const;
+    template <typename Text, typename Done>
+    void WithText(int rows, Text text, Done done);
     void AddSortMenu(QMenu& menu);
 
     UserPrompts& m_prompts;
     BrenListModel m_model;
+    RowSet m_wanted; ///< the rows and their arrangement that the model has or is on its way to
+    Arrangement m_wantedOrder;
+    bool m_underWay = false;
+    unsigned m_moves = 0; ///< of displayed rows
     CellDelegate m_delegate;
     CHeaderCtrlCl* m_header;
+    ColumnWidths m_widths;
     TableKind m_kind = TableKind::Fixed;
-    std::vector<int> m_widths; ///< as asked for, before the last column fills the rest
-    bool m_filling = false;
     QString m_name;
     QString m_emptyText;
     QString m_loadingText; ///< null while nothing is awaited
     QPersistentModelIndex m_pressed;
     QString m_typed;
     QElapsedTimer m_sinceTyped;
+    std::unique_ptr<Work> m_work; ///< null while all is done at once
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "list/ListRow.h"
+#include "list/ListUpdate.h"
 
 #include <QAbstractTableModel>
 
@@ -14,39 +14,31 @@ class BrenListModel : public QAbstractTableModel {
     Q_OBJECT
 
 public:
-    enum Role { RowIdRole = Qt::UserRole };
-
     explicit BrenListModel(QObject* parent = nullptr) : QAbstractTableModel(parent) {}
 
-    /// Returns the new column's number, by which it is known from then on.
-    int AddColumn(const QString& title, Qt::Alignment alignment = Qt::AlignLeft);
+    /// Returns the new column's number, by which it is known from then on. `name` is what screen readers call
+    /// a column without a title.
+    int AddColumn(const QString& title, Qt::Alignment alignment = Qt::AlignLeft, const QString& name = {});
 
-    /// Replaces all rows; given in the producer's order, with ids that differ from each other.
-    void SetRows(std::vector<ListRow> rows);
-    void AppendRows(std::vector<ListRow> rows);
-    /// False when there is no such row or column. The cell's sort key stays.
-    bool SetCellText(int row, int column, const QString& text);
+    /// Takes an update that was made from AllRows().
+    void Apply(const ListUpdate& update);
+    /// The rows there are, and more after them. Nothing is sorted or filtered now.
+    void AppendRows(const RowSet& rows);
 
     Qt::Alignment ColumnAlignment(int column) const { return m_columns[size_t(column)].alignment; }
 
-    const ListRow& Row(int row) const { return m_rows[size_t(m_shown[size_t(row)])]; }
+    /// The displayed row.
+    TakenRow RowAt(int row) const { return m_rows.At(m_shown[size_t(row)]); }
     /// Empty outside of the table.
-    QStringView CellText(int row, int column) const;
-    QString RowId(int row) const;
-    /// -1 when no displayed row has the id.
-    int RowOf(QStringView id) const;
+    QString CellText(int row, int column) const;
+    /// -1 when no displayed row has the id of this one.
+    int FindId(const TakenRow& row) const;
     /// Filtered-out rows included, in the producer's order.
-    const std::vector<ListRow>& AllRows() const { return m_rows; }
-    int TotalRows() const { return int(m_rows.size()); }
-
-    /// Without an order: the producer's.
-    void SortBy(int column, std::optional<Qt::SortOrder> order);
-    int SortColumn() const { return m_sortColumn; }
-    std::optional<Qt::SortOrder> SortOrder() const { return m_sortOrder; }
-
-    /// Leaves the rows in which one of `columns` contains the words, ignoring case.
-    void SetFilter(const QString& words, const std::vector<int>& columns);
-    QString Filter() const { return m_filter; }
+    const RowSet& AllRows() const { return m_rows; }
+    int TotalRows() const { return m_rows.Count(); }
+    /// Of the displayed rows in AllRows().
+    const Places& Displayed() const { return m_shown; }
+    const Arrangement& Arranged() const { return m_arrangement; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -61,24 +53,18 @@ private:
     struct Column {
         QString title;
         Qt::Alignment alignment;
+        QString name;
     };
-    /// Displayed rows, by their place in m_rows.
-    using Places = std::vector<int>;
 
-    bool Matches(const ListRow& row) const;
-    Places WantedPlaces() const;
-    void ShowWanted();
+    QString WordsOfRow(int row) const;
+    void Show(const Places& wanted);
     void RemoveShown(const std::vector<bool>& leaves);
     void Reorder(Places places);
     void InsertShown(const Places& wanted, const std::vector<bool>& shown);
-    bool TellChangedRows(const std::vector<ListRow>& old, const Places& oldPlaces);
-    void TellChangedCells(int row, const ListRow& old);
+    void TellChanged(const ListUpdate& update, const RowSet& old);
 
     std::vector<Column> m_columns;
-    std::vector<ListRow> m_rows; ///< in the producer's order
+    RowSet m_rows;
     Places m_shown;
-    int m_sortColumn = -1;
-    std::optional<Qt::SortOrder> m_sortOrder;
-    QString m_filter;
-    std::vector<int> m_filterColumns;
+    Arrangement m_arrangement;
 };

@@ -32,7 +32,8 @@ void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
 }
 
 QSize CellDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
-    const CellMarkup cell = CellMarkup::Parse(m_model.CellText(index.row(), index.column()));
+    const QString text = m_model.CellText(index.row(), index.column());
+    const CellMarkup cell = CellMarkup::Parse(text);
     int width = CellGeometry::IconSize;
     if (cell.kind == CellKind::Progress)
         width = option.fontMetrics.horizontalAdvance(cell.Caption());

@@ -2,6 +2,8 @@
 
 #include "look/IconRegistry.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <array>
 #include <limits>
@@ -17,12 +19,12 @@ constexpr QStringView CaptionMarker = u"@@";
 struct NamedSwatch {
     QStringView marker;
     SwatchColour colour;
-    QStringView words;
+    const char* words;
 };
 constexpr std::array<NamedSwatch, 3> Swatches{{
-    {u"#COLOR:GREEN", SwatchColour::Green, u"green"},
-    {u"#COLOR:RED", SwatchColour::Red, u"red"},
-    {u"#COLOR:YELLOW", SwatchColour::Yellow, u"yellow"},
+    {u"#COLOR:GREEN", SwatchColour::Green, QT_TRANSLATE_NOOP("CellMarkup", "Information")},
+    {u"#COLOR:RED", SwatchColour::Red, QT_TRANSLATE_NOOP("CellMarkup", "Error")},
+    {u"#COLOR:YELLOW", SwatchColour::Yellow, QT_TRANSLATE_NOOP("CellMarkup", "Warning")},
 }};
 
 bool IsDigit(QChar c) {
@@ -145,10 +147,34 @@ QString CellMarkup::Words() const {
     case CellKind::Progress:
         return WordsOfProgress(*this);
     case CellKind::Swatch:
-        return Swatches[size_t(swatch)].words.toString();
+        return QCoreApplication::translate("CellMarkup", Swatches[size_t(swatch)].words);
     case CellKind::Plain:
     case CellKind::Struck:
         break;
     }
     return text.toString();
+}
+
+QString Cell::Icon(int icon, const QString& words) {
+    return QStringLiteral("#ICON:%1@@").arg(icon) + words;
+}
+
+QString Cell::ActivityIcon(int icon, const QString& activity) {
+    return QStringLiteral("#ICON:%1#@@").arg(icon) + activity + QStringLiteral("...");
+}
+
+QString Cell::Progress(quint64 done, quint64 total, const QString& caption) {
+    if (total == 0)
+        return {};
+    done = std::min(done, total);
+    while (total > quint64(std::numeric_limits<qint32>::max())) {
+        done >>= 1;
+        total >>= 1;
+    }
+    const QString bar = QStringLiteral("#Progress:%1 %2").arg(done).arg(total);
+    return caption.isEmpty() ? bar : bar + QStringLiteral("@@") + caption;
+}
+
+QString Cell::Swatch(SwatchColour colour) {
+    return Swatches[size_t(colour)].marker.toString();
 }

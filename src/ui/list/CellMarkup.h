@@ -19,6 +19,7 @@ struct CellMarkup {
     SwatchColour swatch = SwatchColour::Green;
 
     static CellMarkup Parse(QStringView text);
+    static CellMarkup Parse(QString&& gone) = delete;
 
     /// What stands in a progress bar.
     QString Caption() const;
@@ -26,3 +27,21 @@ struct CellMarkup {
     /// What the cell says without its markup, for screen readers, search, copies and exports.
     QString Words() const;
 };
+
+/// The words of a cell's text.
+inline QString WordsOfCell(QStringView text) {
+    return CellMarkup::Parse(text).Words();
+}
+
+/// Writers of cells.
+namespace Cell {
+
+/// An icon of the registry; the words are heard and copied in its place, without a "Click to " before them.
+QString Icon(int icon, const QString& words);
+/// The icon of what is being done: "Uploading" is heard as "Uploading...".
+QString ActivityIcon(int icon, const QString& activity);
+/// A bar; empty when there is nothing to do. Numbers beyond 31 bits are shown in coarser steps.
+QString Progress(quint64 done, quint64 total, const QString& caption = {});
+QString Swatch(SwatchColour colour);
+
+} // namespace Cell

@@ -64,6 +64,18 @@ void PaintStruck(QPainter& painter, const CellMarkup& cell, const CellLook& look
     DrawLine(painter, CellGeometry::StruckText(look.rect), Qt::AlignLeft, cell.text, StruckGrey);
 }
 
+/// A sign stands in the colour, for those who do not tell colours apart.
+void PaintSwatch(QPainter& painter, SwatchColour swatch, const CellLook& look) {
+    const QRect bar = CellGeometry::Bar(look.rect);
+    painter.fillRect(bar, QColor(ColourOf(swatch)));
+    QFont font = painter.font();
+    font.setBold(true);
+    painter.setFont(font);
+    const QChar sign = swatch == SwatchColour::Green ? u'i' : swatch == SwatchColour::Red ? u'\u00D7' : u'!';
+    DrawLine(painter, bar, Qt::AlignHCenter, QStringView(&sign, 1),
+             swatch == SwatchColour::Yellow ? Black : White);
+}
+
 void PaintFocus(QPainter& painter, const CellLook& look, CellKind kind) {
     const bool onHighlight = look.selected && kind == CellKind::Plain;
     painter.setPen(QPen(onHighlight ? Look::Paper : Look::Accent, 1));
@@ -93,7 +105,7 @@ void CellPainter::Paint(QPainter& painter, QStringView text, const CellLook& loo
         PaintStruck(painter, cell, look);
         break;
     case CellKind::Swatch:
-        painter.fillRect(CellGeometry::Bar(look.rect), QColor(ColourOf(cell.swatch)));
+        PaintSwatch(painter, cell.swatch, look);
         break;
     }
     if (look.focused)

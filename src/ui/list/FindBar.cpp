@@ -36,18 +36,22 @@ FindBar::FindBar(QWidget* target, QWidget* parent)
     hide();
 }
 
+FindBar* FindBar::For(CBrenListCtrl* list) {
+    auto* bar = new FindBar(list);
+    connect(bar, &FindBar::WordsChanged, list, &CBrenListCtrl::SetFilter);
+    connect(list, &CBrenListCtrl::CountsChanged, bar,
+            [bar, list] { bar->SetCounts(list->Rows().rowCount(), list->Rows().TotalRows()); });
+    connect(list, &CBrenListCtrl::FindRequested, bar, &FindBar::Open);
+    return bar;
+}
+
 QWidget* FindBar::Above(CBrenListCtrl* list, QWidget* parent) {
     auto* both = new QWidget(parent);
     auto* column = new QVBoxLayout(both);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    auto* bar = new FindBar(list);
-    column->addWidget(bar);
+    column->addWidget(For(list));
     column->addWidget(list);
-    connect(bar, &FindBar::WordsChanged, list, &CBrenListCtrl::SetFilter);
-    connect(list, &CBrenListCtrl::CountsChanged, bar,
-            [bar, list] { bar->SetCounts(list->Rows().rowCount(), list->Rows().TotalRows()); });
-    connect(list, &CBrenListCtrl::FindRequested, bar, &FindBar::Open);
     both->setFocusProxy(list);
     return both;
 }

@@ -14,8 +14,10 @@ public:
     /// Gives the focus back to `target`, which outlives it.
     explicit FindBar(QWidget* target, QWidget* parent = nullptr);
 
-    /// A widget that holds a record table with its bar above it, and owns both: the bar opens by the table's
-    /// find key, and the table shows the rows with the words.
+    /// The bar of a record table: it opens by the table's find key, and the table shows the rows with the
+    /// words.
+    static FindBar* For(CBrenListCtrl* list);
+    /// A widget that holds a record table with its bar above it, and owns both.
     static QWidget* Above(CBrenListCtrl* list, QWidget* parent = nullptr);
 
     void Open();

@@ -18,6 +18,14 @@ constexpr int CornerRadius = 12;
 constexpr int CaptionSize = 14;
 constexpr int DecorationSize = 16;
 constexpr int ArrowRoom = 16;
+constexpr int LeftInset = 8;
+constexpr int RightInset = 6;
+
+QFont CaptionFont() {
+    QFont font = Look::Font(Look::Body);
+    font.setPixelSize(CaptionSize);
+    return font;
+}
 
 QPainterPath Rounded(const QRectF& rect, qreal radius) {
     QPainterPath path;
@@ -67,6 +75,12 @@ void CHeaderCtrlCl::SetCustom(bool custom) {
     viewport()->update();
 }
 
+int CHeaderCtrlCl::TitleWidth(int section) const {
+    const QString title = model()->headerData(section, Qt::Horizontal, Qt::DisplayRole).toString();
+    return title.isEmpty() ? 0
+                           : QFontMetrics(CaptionFont()).horizontalAdvance(title) + LeftInset + RightInset;
+}
+
 QSize CHeaderCtrlCl::sizeHint() const {
     const QSize size = QHeaderView::sizeHint();
     return m_custom ? QSize(size.width(), CustomHeight) : size;
@@ -80,9 +94,7 @@ void CHeaderCtrlCl::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
     painter.fillRect(event->rect(), Look::Paper);
     PaintBand(painter, viewport()->rect());
-    QFont font = Look::Font(Look::Body);
-    font.setPixelSize(CaptionSize);
-    painter.setFont(font);
+    painter.setFont(CaptionFont());
     for (int section = 0; section < count(); ++section) {
         if (!isSectionHidden(section))
             PaintSection(painter, section);
@@ -98,7 +110,7 @@ void CHeaderCtrlCl::PaintSection(QPainter& painter, int section) const {
         Qt::TextSingleLine;
     const QString caption = model()->headerData(section, Qt::Horizontal, Qt::DisplayRole).toString();
     const bool sorted = isSortIndicatorShown() && sortIndicatorSection() == section;
-    const QRect room = cell.adjusted(8, 0, sorted ? -ArrowRoom : -6, 0);
+    const QRect room = cell.adjusted(LeftInset, 0, sorted ? -ArrowRoom : -RightInset, 0);
     const QString text = painter.fontMetrics().elidedText(caption, Qt::ElideRight, room.width());
     painter.setPen(QColor(CaptionColour));
     const QRect drawn = painter.boundingRect(room, flags, text);

@@ -15,6 +15,9 @@ public:
     void SetCustom(bool custom);
     bool IsCustom() const { return m_custom; }
 
+    /// Pixels that a column needs to show its whole title.
+    int TitleWidth(int section) const;
+
     QSize sizeHint() const override;
 
 signals:

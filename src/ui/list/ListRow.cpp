@@ -9,6 +9,27 @@ namespace {
 constexpr qsizetype CountUnits = 2;
 constexpr qsizetype UnitsPerEnd = 2;
 
+class TextBlock : public RowBlock {
+public:
+    explicit TextBlock(std::vector<ListRow> rows) : m_rows(std::move(rows)) {}
+
+    int Count() const override { return int(m_rows.size()); }
+    QString Cell(int row, int column) const override { return At(row).Cell(column).toString(); }
+    SortKey KeyOf(int row, int column) const override { return {0, At(row).SortKey(column)}; }
+    std::size_t IdHash(int row) const override { return qHash(At(row).Id()); }
+    bool HasIdOf(int row, const RowBlock& other, int otherRow) const override {
+        return At(row).Id() == static_cast<const TextBlock&>(other).At(otherRow).Id();
+    }
+    bool Equals(int row, const RowBlock& other, int otherRow) const override {
+        return At(row) == static_cast<const TextBlock&>(other).At(otherRow);
+    }
+
+    const ListRow& At(int row) const { return m_rows[std::size_t(row)]; }
+
+private:
+    std::vector<ListRow> m_rows;
+};
+
 } // namespace
 
 ListRow::ListRow(const QString& id, const QStringList& cells, const QStringList& sortKeys) {
@@ -21,7 +42,7 @@ QStringView ListRow::Cell(int column) const {
 
 QString ListRow::SortKey(int column) const {
     const QStringView key = Piece(CellCount() + 1 + column);
-    return key.isEmpty() ? CellMarkup::Parse(Cell(column)).Words().toCaseFolded() : key.toString();
+    return key.isEmpty() ? WordsOfCell(Cell(column)).toCaseFolded() : key.toString();
 }
 
 void ListRow::SetCell(int column, const QString& text) {
@@ -80,4 +101,18 @@ QString NumberSortKey(qint64 number) {
     for (int unit = 0; unit < 4; ++unit)
         key[unit] = QChar(char16_t(ordered >> (48 - 16 * unit)));
     return key;
+}
+
+RowSet TextRows(std::vector<ListRow> rows) {
+    return RowSet(std::make_shared<TextBlock>(std::move(rows)));
+}
+
+RowSet WithCell(const RowSet& rows, int row, int column, const QString& text) {
+    std::vector<ListRow> changed;
+    for (int place = 0; place < rows.Count(); ++place) {
+        const TakenRow taken = rows.At(place);
+        changed.push_back(static_cast<const TextBlock&>(*taken.block).At(taken.at));
+    }
+    changed[std::size_t(row)].SetCell(column, text);
+    return TextRows(std::move(changed));
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "list/RowSet.h"
+
 #include <QString>
 #include <QStringList>
 #include <QStringView>
@@ -39,3 +41,8 @@ private:
 
 /// A sort key that orders like the number.
 QString NumberSortKey(qint64 number);
+
+/// Rows of texts as the rows of a list.
+RowSet TextRows(std::vector<ListRow> rows);
+/// The same rows with another text in a cell. They came from TextRows.
+RowSet WithCell(const RowSet& rows, int row, int column, const QString& text);

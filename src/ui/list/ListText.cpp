@@ -1,15 +1,19 @@
 #include "list/ListText.h"
 
-#include "list/BrenListModel.h"
 #include "list/CellMarkup.h"
 #include "look/Look.h"
+
+#include <QSaveFile>
 
 #include <algorithm>
 
 namespace {
 
-QString Words(const BrenListModel& model, int row, int column) {
-    return CellMarkup::Parse(model.CellText(row, column)).Words();
+QString OnOneLine(QString words) {
+    std::replace_if(
+        words.begin(), words.end(), [](QChar c) { return c == u'\t' || c == u'\n' || c == u'\r'; },
+        QChar(u' '));
+    return words;
 }
 
 QString Quoted(const QString& words) {
@@ -21,39 +25,54 @@ QString Quoted(const QString& words) {
     return u'"' + QString(words).replace(u'"', QLatin1String("\"\"")) + u'"';
 }
 
+/// Appends the row's words, each by `write`.
+template <typename Write>
+void AddRow(QString& text, const ListExcerpt& excerpt, int place, const QString& separator, Write write) {
+    for (size_t at = 0; at < excerpt.columns.size(); ++at) {
+        if (at > 0)
+            text += separator;
+        text += write(WordsOfCell(excerpt.rows.Cell(place, excerpt.columns[at])));
+    }
+}
+
+template <typename Write>
+QString Joined(const ListExcerpt& excerpt, const QString& separator, const QString& lineEnd, Write write) {
+    QString text;
+    for (size_t row = 0; row < excerpt.places.size(); ++row) {
+        if (row > 0)
+            text += lineEnd;
+        AddRow(text, excerpt, excerpt.places[row], separator, write);
+    }
+    return text;
+}
+
+QString RowsAsCsv(const ListExcerpt& excerpt, const QStringList& titles) {
+    QStringList head;
+    for (const QString& title : titles)
+        head.append(Quoted(title));
+    QString text = head.join(u',') + QStringLiteral("\r\n");
+    for (const int place : excerpt.places) {
+        AddRow(text, excerpt, place, QStringLiteral(","), Quoted);
+        text += QStringLiteral("\r\n");
+    }
+    return text;
+}
+
 } // namespace
 
-QStringList WordsOfRow(const ListRow& row) {
-    QStringList words;
-    for (int column = 0; column < row.CellCount(); ++column)
-        words.append(CellMarkup::Parse(row.Cell(column)).Words());
-    return words;
+QString JoinedWords(const ListExcerpt& excerpt, const QString& separator, const QString& lineEnd) {
+    return Joined(excerpt, separator, lineEnd, [](QString words) { return words; });
 }
 
-QString RowsAsLines(const BrenListModel& model, const std::vector<int>& rows,
-                    const std::vector<int>& columns) {
-    QStringList lines;
-    for (const int row : rows) {
-        QStringList cells;
-        for (const int column : columns)
-            cells.append(Look::OneLine(Words(model, row, column)));
-        lines.append(cells.join(u'\t'));
-    }
-    return lines.join(u'\n');
+QString RowsAsLines(const ListExcerpt& excerpt) {
+    return Joined(excerpt, QStringLiteral("\t"), QStringLiteral("\n"), OnOneLine);
 }
 
-QString RowsAsCsv(const BrenListModel& model, const std::vector<int>& columns) {
-    QString text;
-    const auto add = [&](const auto& wordsOf) {
-        for (size_t at = 0; at < columns.size(); ++at) {
-            if (at > 0)
-                text += u',';
-            text += Quoted(wordsOf(columns[at]));
-        }
-        text += QLatin1String("\r\n");
-    };
-    add([&](int column) { return model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString(); });
-    for (int row = 0; row < model.rowCount(); ++row)
-        add([&](int column) { return Words(model, row, column); });
-    return text;
+QString WriteCsv(const ListExcerpt& excerpt, const QStringList& titles, const QString& file) {
+    // The mark tells spreadsheets that the text is UTF-8.
+    const QByteArray octets = (QChar(QChar::ByteOrderMark) + RowsAsCsv(excerpt, titles)).toUtf8();
+    QSaveFile saved(file);
+    const bool written =
+        saved.open(QIODevice::WriteOnly) && saved.write(octets) == octets.size() && saved.commit();
+    return written ? QString() : file + u'\n' + saved.errorString();
 }

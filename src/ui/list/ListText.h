@@ -1,18 +1,22 @@
 #pragma once
 
+#include "list/ListUpdate.h"
+
 #include <QStringList>
 
-#include <vector>
+/// Rows of a list and columns of them, to be written as text on any thread.
+struct ListExcerpt {
+    RowSet rows;
+    Places places; ///< of the rows, from top to bottom
+    std::vector<int> columns;
+};
 
-class BrenListModel;
-class ListRow;
+/// The words of the rows' cells between `separator`, the rows between `lineEnd`.
+QString JoinedWords(const ListExcerpt& excerpt, const QString& separator, const QString& lineEnd);
 
-/// The words of a row's cells.
-QStringList WordsOfRow(const ListRow& row);
+/// The words between tabs, a row a line; tabs and line ends in words become blanks.
+QString RowsAsLines(const ListExcerpt& excerpt);
 
-/// The words of the rows' cells between tabs, a row a line; tabs and line ends in words become blanks.
-QString RowsAsLines(const BrenListModel& model, const std::vector<int>& rows,
-                    const std::vector<int>& columns);
-
-/// All displayed rows below the columns' titles, as CSV with lines that end in CR LF.
-QString RowsAsCsv(const BrenListModel& model, const std::vector<int>& columns);
+/// Writes the rows below the columns' titles to a file, as CSV in UTF-8 with lines that end in CR LF. Returns
+/// what went wrong, for people; empty when nothing did.
+QString WriteCsv(const ListExcerpt& excerpt, const QStringList& titles, const QString& file);

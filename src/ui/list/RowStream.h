@@ -1,37 +1,33 @@
 #pragma once
 
-#include "list/ListRow.h"
+#include "list/RowSet.h"
 
-#include <cstddef>
 #include <mutex>
-#include <vector>
 
-/// Rows on their way from a lane to a list: the lane puts them in, the UI thread takes what has come so far.
+/// Rows on their way from a lane to a list: the lane puts them in, the UI thread looks at what has come so
+/// far.
 class RowStream {
 public:
-    void Put(ListRow row) {
+    virtual ~RowStream() = default;
+
+    int Count() const {
         const std::lock_guard lock(m_mutex);
-        m_rows.push_back(std::move(row));
+        return m_sealed.Count() + OpenCount();
     }
 
-    std::size_t WaitingCount() const {
+    /// All rows that have come so far, the first ones as they were given before.
+    RowSet Rows() {
         const std::lock_guard lock(m_mutex);
-        return m_rows.size() - m_taken;
+        if (OpenCount() > 0)
+            m_sealed.Append(Seal());
+        return m_sealed;
     }
 
-    /// The rows that were not taken yet.
-    std::vector<ListRow> Take() {
-        const std::lock_guard lock(m_mutex);
-        const auto first = m_rows.begin() + static_cast<std::ptrdiff_t>(m_taken);
-        m_taken = m_rows.size();
-        return {first, m_rows.end()};
-    }
+protected:
+    // Under the mutex: of the records that stand in no block yet.
+    virtual int OpenCount() const = 0;
+    virtual std::shared_ptr<const RowBlock> Seal() = 0;
 
-    /// All rows, once none comes any more.
-    const std::vector<ListRow>& All() const { return m_rows; }
-
-private:
     mutable std::mutex m_mutex;
-    std::vector<ListRow> m_rows;
-    std::size_t m_taken = 0;
+    RowSet m_sealed;
 };

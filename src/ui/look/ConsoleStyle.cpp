@@ -164,6 +164,24 @@ void DrawRadio(QPainter& painter, const QStyleOption& option) {
     painter.restore();
 }
 
+/// A grip that is seen at rest, darker below the pointer.
+void DrawScrollBar(QPainter& painter, const QStyleOptionSlider& bar, const QRect& grip) {
+    painter.fillRect(bar.rect, Look::Side);
+    if (bar.maximum == bar.minimum)
+        return;
+    const bool held =
+        bar.activeSubControls & QStyle::SC_ScrollBarSlider && bar.state & QStyle::State_MouseOver;
+    const qreal thickness = bar.orientation == Qt::Horizontal ? grip.height() : grip.width();
+    const qreal inset = thickness / 4;
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(held ? Look::Secondary : Look::ScrollGrip);
+    painter.drawRoundedRect(QRectF(grip).adjusted(inset, inset, -inset, -inset), thickness / 4,
+                            thickness / 4);
+    painter.restore();
+}
+
 void DrawFieldFrame(QPainter& painter, const QStyleOption& option) {
     const bool focused = option.state & QStyle::State_HasFocus && option.state & QStyle::State_Enabled;
     DrawBox(painter, option.rect, focused ? Look::Accent : Look::Line, Qt::transparent, focused ? 2 : 1);
@@ -231,6 +249,9 @@ void ConsoleStyle::drawControl(ControlElement element, const QStyleOption* optio
 
 void ConsoleStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                                       QPainter* painter, const QWidget* widget) const {
+    if (const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+        control == CC_ScrollBar && bar)
+        return DrawScrollBar(*painter, *bar, subControlRect(control, bar, SC_ScrollBarSlider, widget));
     const auto* spin = qstyleoption_cast<const QStyleOptionSpinBox*>(option);
     if (control != CC_SpinBox || !spin || !spin->frame) {
         QProxyStyle::drawComplexControl(control, option, painter, widget);

@@ -65,7 +65,9 @@ private slots:
         row("#ICON:209", "", "upload");
         row("#ICON:0#@@Uploading...", "", "");
         row("##gone", "", "gone");
-        row("#COLOR:red", "", "red");
+        row("#COLOR:red", "", "Error");
+        row("#COLOR:yellow", "", "Warning");
+        row("#COLOR:green", "", "Information");
         row("plain", "", "plain");
     }
 
@@ -74,6 +76,22 @@ private slots:
         const CellMarkup read = CellMarkup::Parse(cell);
         QTEST(read.Caption(), "caption");
         QTEST(read.Words(), "words");
+    }
+
+    void WritesProgress_data() {
+        const Columns<quint64, quint64, QString> row("done", "total", "cell");
+        const quint64 gib = quint64(1) << 30;
+        row("nothing to do", 3, 0, {});
+        row("half", 5, 10, "#Progress:5 10");
+        row("more done than there is", 12, 10, "#Progress:10 10");
+        row("the largest plain one", gib, 2 * gib - 1, "#Progress:1073741824 2147483647");
+        row("beyond 31 bits", gib, 2 * gib, "#Progress:536870912 1073741824");
+        row("the largest of all", ~quint64(0), ~quint64(0), "#Progress:2147483647 2147483647");
+    }
+
+    void WritesProgress() {
+        const auto [done, total] = Fetched<quint64, quint64>();
+        QTEST(Cell::Progress(done, total), "cell");
     }
 };
 

@@ -14,7 +14,7 @@ namespace {
 constexpr QRgb Untouched = 0xFFFF00FF;
 constexpr QRgb White = 0xFFFFFFFF;
 constexpr QRgb Highlight = 0xFF0000AA;
-const QRect Cell(7, 5, 108, 24);
+const QRect CellRect(7, 5, 108, 24);
 
 QImage Blank(QSize size = {130, 40}) {
     QImage image(size, QImage::Format_RGB32);
@@ -24,7 +24,7 @@ QImage Blank(QSize size = {130, 40}) {
 
 QImage Painted(const QString& text, CellLook look = {}) {
     QImage image = Blank();
-    look.rect = Cell;
+    look.rect = CellRect;
     look.highlight = QColor(Highlight);
     QPainter painter(&image);
     // So that letters are made of their pure colour.
@@ -100,7 +100,7 @@ private slots:
         for (const char* text :
              {"plain", "Uploading...", "#ICON:209", "#ICON:0", "#Progress:1 2@@long caption that is cut",
               "#Progress:1 0", "##struck", "#COLOR:RED", ""})
-            QVERIFY2(Other(Painted(QString::fromLatin1(text)), Untouched) == Cell, text);
+            QVERIFY2(Other(Painted(QString::fromLatin1(text)), Untouched) == CellRect, text);
     }
 
     void DrawsText_data() {
@@ -124,7 +124,8 @@ private slots:
     void DrawsText() {
         const auto [text, look, back, ink] = Fetched<QString, CellLook, QRgb, QRgb>();
         const QImage image = Painted(text, look);
-        for (const QPoint corner : {Cell.topLeft(), Cell.topRight(), Cell.bottomLeft(), Cell.bottomRight()})
+        for (const QPoint corner :
+             {CellRect.topLeft(), CellRect.topRight(), CellRect.bottomLeft(), CellRect.bottomRight()})
             QCOMPARE(image.pixel(corner), back);
         QVERIFY(HasInk(image, ink));
     }
@@ -134,9 +135,9 @@ private slots:
         selected.selected = selected.grey = true;
         const QImage image = Painted(u"#Progress:1 3"_s, selected);
         // 108 wide: a frame of 100 from 4, filled for 33; 24 high: bars of 20 from 2.
-        const QRect frame(Cell.x() + 4, Cell.y() + 2, 100, 20);
+        const QRect frame(CellRect.x() + 4, CellRect.y() + 2, 100, 20);
         const int filledEnd = frame.x() + 33;
-        QCOMPARE(Other(image.copy(Cell), White), frame.translated(-Cell.topLeft()));
+        QCOMPARE(Other(image.copy(CellRect), White), frame.translated(-CellRect.topLeft()));
         // Glossy over 20 lines: the start is 2 * (20 / 3) = 12, the turn 40 / 3 = 13.
         QCOMPARE(image.pixel(frame.x(), frame.y()), qRgb(0, 255 - 191 * 12 / 20, 0));
         QCOMPARE(image.pixel(frame.x(), frame.y() + 1), qRgb(0, 64 + 191 * 13 / 20, 0));
@@ -145,23 +146,25 @@ private slots:
         QCOMPARE(image.pixel(frame.x(), frame.y() + 8), qRgb(0, 255, 0));
         QCOMPARE(image.pixel(frame.right(), frame.y() + 8), qRgb(0xE3, 0xE3, 0xE3));
         QVERIFY(HasInk(Painted(u"#Progress:1 3@@HHHH"_s), 0xFF000000));
-        QCOMPARE(Other(Painted(u"#Progress:5 0@@HHHH"_s).copy(Cell), White), QRect());
+        QCOMPARE(Other(Painted(u"#Progress:5 0@@HHHH"_s).copy(CellRect), White), QRect());
     }
 
     void DrawsIconsAndSwatches() {
         const QRect square(46, 4, 16, 16);
-        const QRect icon = Other(Painted(u"#ICON:%1#@@HHHHHHHHHH"_s.arg(UploadIcon)).copy(Cell), White);
+        const QRect icon = Other(Painted(u"#ICON:%1#@@HHHHHHHHHH"_s.arg(UploadIcon)).copy(CellRect), White);
         QVERIFY(!icon.isEmpty() && square.contains(icon));
         for (const char* none :
              {"#ICON:0#@@Uploading...", "#ICON:77777777", "#ICON:-5", "#ICON:123456789012345678901234"})
-            QCOMPARE(Other(Painted(QString::fromUtf8(none)).copy(Cell), White), QRect());
+            QCOMPARE(Other(Painted(QString::fromUtf8(none)).copy(CellRect), White), QRect());
 
-        const std::pair<const char*, QRgb> swatches[] = {
-            {"#COLOR:GREEN", 0xFF008000}, {"#color:red", 0xFFF00000}, {"#COLOR:YELLOW", 0xFFF0F000}};
-        for (const auto& [text, colour] : swatches) {
-            const QImage image = Painted(QString::fromUtf8(text)).copy(Cell);
+        const std::tuple<const char*, QRgb, QRgb> swatches[] = {{"#COLOR:GREEN", 0xFF008000, White},
+                                                                {"#color:red", 0xFFF00000, White},
+                                                                {"#COLOR:YELLOW", 0xFFF0F000, 0xFF000000}};
+        for (const auto& [text, colour, sign] : swatches) {
+            const QImage image = Painted(QString::fromUtf8(text)).copy(CellRect);
             QCOMPARE(Other(image, White), QRect(4, 2, 100, 20));
-            QCOMPARE(Other(image.copy(4, 2, 100, 20), colour), QRect());
+            const QRect drawn = Other(image.copy(4, 2, 100, 20), colour);
+            QVERIFY(QRect(40, 0, 20, 20).contains(drawn) && HasInk(image.copy(4, 2, 100, 20), sign));
         }
     }
 

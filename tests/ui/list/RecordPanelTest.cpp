@@ -2,6 +2,7 @@
 #include "list/RecordPanel.h"
 #include "lanes/ThreadReader.h"
 #include "list/BrenListCtrl.h"
+#include "list/RecordTable.h"
 #include "support/PageBench.h"
 #include "support/TestMain.h"
 
@@ -29,7 +30,7 @@ public:
         m_end = end;
     }
 
-    ReadResult Read(RowStream& rows, std::stop_token stop) {
+    ReadResult Read(RecordStream<QString>& rows, std::stop_token stop) {
         std::unique_lock lock(m_mutex);
         for (int row = 0;; ++row) {
             if (!m_changed.wait(lock, stop, [&] { return m_let > row; }))
@@ -38,8 +39,7 @@ public:
                 throw std::runtime_error("thrown");
             if (row == m_count)
                 return m_end;
-            const QString text = m_name + QString::number(row);
-            rows.Put({text, {text}});
+            rows.Put(m_name + QString::number(row));
         }
     }
 
@@ -54,36 +54,38 @@ private:
 
 constexpr int Everything = 1000;
 
-RecordPage Page() {
-    RecordPage page;
-    page.status = u"Shown."_s;
-    page.empty = u"Empty."_s;
-    page.loading = u"Loading."_s;
-    page.listing = u"Listing."_s;
-    return page;
+ListTable TableOf(const std::shared_ptr<Tap>& tap, const QString& subject) {
+    const auto text = [](const QString& record) { return record; };
+    return RecordTable<QString>{.page = {.name = {},
+                                         .widths = {},
+                                         .status = u"Shown."_s,
+                                         .empty = u"Empty."_s,
+                                         .loading = u"Loading."_s,
+                                         .listing = u"Listing."_s,
+                                         .subject = subject},
+                                .columns = {{u"Name"_s, 200, text}},
+                                .id = {text},
+                                .read = [tap](RecordStream<QString>& rows, std::stop_token stop) {
+                                    return tap->Read(rows, std::move(stop));
+                                }};
 }
 
 class TapPanel : public CRecordPanel {
 public:
     TapPanel(const Console& console, std::shared_ptr<Tap> tap)
-        : CRecordPanel(console, Page()), m_tap(std::move(tap)) {}
+        : CRecordPanel(console, TableOf(tap, {})), m_tap(std::move(tap)) {}
 
-    using CRecordPanel::Restart;
+    void Restart() { Turn(TableOf(m_tap, QString::number(++m_subject))); }
 
-    int RowCount() const { return List().Rows().rowCount(); }
-    QString FirstRow() const { return List().Rows().CellText(0, 0).toString(); }
-    QString TextWithoutRows() const { return List().TextWithoutRows(); }
-    bool IsReading() { return Loader().IsReading(); }
-    CBrenListCtrl& Table() const { return List(); }
-
-protected:
-    void AddColumns(CBrenListCtrl& list) override { list.AddColumn(u"Name"_s, 200); }
-    RowReader Reading() const override {
-        return [tap = m_tap](RowStream& rows, std::stop_token stop) { return tap->Read(rows, stop); };
-    }
+    int RowCount() const { return Table().Rows().rowCount(); }
+    QString FirstRow() const { return Table().Rows().CellText(0, 0); }
+    QString TextWithoutRows() const { return Table().TextWithoutRows(); }
+    bool IsReading() const { return View()->IsReading(); }
+    CBrenListCtrl& Table() const { return View()->List(); }
 
 private:
     std::shared_ptr<Tap> m_tap;
+    int m_subject = 0;
 };
 
 } // namespace
@@ -142,7 +144,7 @@ private slots:
         QVERIFY(ReadToItsEnd());
         QCOMPARE(m_panel->RowCount(), 5);
         QCOMPARE(m_panel->FirstRow(), u"b0"_s);
-        QCOMPARE(m_panel->Table().SelectedIds(), QStringList());
+        QVERIFY(m_panel->Table().SelectedRows().empty());
     }
 
     void restartsWithoutTheOldRows() {

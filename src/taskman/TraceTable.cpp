@@ -1,0 +1,120 @@
+#include "taskman/TraceTable.h"
+
+#include "list/BrenListCtrl.h"
+#include "list/RecordPanel.h"
+#include "list/RecordTable.h"
+#include "look/IconRegistry.h"
+#include "page/Console.h"
+#include "page/UserPrompts.h"
+#include "stores/AuditTraceStore.h"
+#include "stores/TaskState.h"
+#include "taskman/TaskList.h"
+
+namespace {
+
+struct Trace {
+    std::optional<SwatchColour> level;
+    QString time;
+    QString message;
+
+    QString LevelCell() const { return level ? Cell::Swatch(*level) : QString(); }
+    friend bool operator==(const Trace&, const Trace&) = default;
+};
+
+/// Makes the rows of a walk, newest first.
+class Traces {
+public:
+    Trace Next(const AuditRecord& record) {
+        // An unknown level keeps the colour of the row before, on purpose.
+        constexpr std::array levels{SwatchColour::Green, SwatchColour::Yellow, SwatchColour::Red};
+        if (record.level >= 0 && std::size_t(record.level) < levels.size())
+            m_level = levels.at(std::size_t(record.level));
+        return {m_level, record.time, AuditMessage(record.trace)};
+    }
+
+private:
+    std::optional<SwatchColour> m_level;
+};
+
+RecordPage PageOf(const TaskRow& task) {
+    return {.name = CRecordPanel::tr("Trace"),
+            .widths = QStringLiteral("TaskAudit"),
+            .status = CRecordPanel::tr("View audit trace of activities related to this task."),
+            .empty = CRecordPanel::tr("No Record Found."),
+            .loading = CRecordPanel::tr("Querying, please wait..."),
+            .listing = CRecordPanel::tr("Listing, please wait..."),
+            .subject = task.id,
+            .edition = QString::number(task.state) + task.lastRun,
+            .tellsAge = task.state == static_cast<int>(TaskState::Running)};
+}
+
+/// Off the window's thread, since a million rows take a while.
+void CopyAll(RecordView& view, const std::function<void()>& done) {
+    const BrenListModel& rows = view.List().Rows();
+    ListExcerpt excerpt{rows.AllRows(), Places(std::size_t(rows.TotalRows())), {0, 1, 2}};
+    std::iota(excerpt.places.begin(), excerpt.places.end(), 0);
+    view.Loader().Command(
+        Lane::Computing,
+        [excerpt](std::stop_token) {
+            return JoinedWords(excerpt, QStringLiteral("    "), QStringLiteral("\r\n"));
+        },
+        [&view, done](const Loaded<QString>& text) {
+            done();
+            if (!text)
+                return;
+            UserPrompts& prompts = view.TheConsole().prompts;
+            prompts.SetClipboardText(*text);
+            prompts.ShowMessage(&view, CRecordPanel::tr("All trace items have been copied to clipboard"));
+        });
+}
+
+void DeleteAll(RecordView& view, const QString& taskId, const std::function<void()>& done) {
+    view.CancelRead();
+    view.Loader().Command(
+        Lane::Databases, [taskId](std::stop_token stop) { return DeleteTaskTraces(taskId, std::move(stop)); },
+        [&view, done](const Loaded<ReadResult>& deleted) {
+            done();
+            if (!deleted || !*deleted)
+                view.TheConsole().prompts.ShowMessage(&view,
+                                                      CRecordPanel::tr("Failed to delete the trace items"),
+                                                      {}, deleted ? deleted->Sentence() : QString());
+            view.Read();
+        });
+}
+
+void AskToDeleteAll(RecordView& view, const QString& taskId, const std::function<void()>& done) {
+    UserPrompts& prompts = view.TheConsole().prompts;
+    prompts.AskYesNo(&view, CRecordPanel::tr("Do you really want to delete all trace items of this task?"),
+                     [&view, &prompts, taskId, done](bool yes) {
+                         const bool same = view.Page().subject == taskId;
+                         if (yes && same)
+                             return DeleteAll(view, taskId, done);
+                         if (yes)
+                             prompts.ShowMessage(&view, CRecordPanel::tr("The task is no longer there."));
+                         done();
+                     });
+}
+
+} // namespace
+
+ListTable TraceTable(const TaskRow& task) {
+    return RecordTable<Trace>{
+        .page = PageOf(task),
+        .columns = {{CRecordPanel::tr("Type"), 50, &Trace::LevelCell},
+                    {CRecordPanel::tr("Time"), 140, &Trace::time},
+                    {CRecordPanel::tr("Trace"), 400, &Trace::message}},
+        .id = {&Trace::time, &Trace::message},
+        .read =
+            [id = task.id](RecordStream<Trace>& rows, std::stop_token stop) {
+                Traces made;
+                return AuditTraceStore(std::move(stop)).EnumTaskTraces(id, [&](const AuditRecord& record) {
+                    rows.Put(made.Next(record));
+                    return true;
+                });
+            },
+        .actions = {{CRecordPanel::tr("Copy All"), CopyIcon, TableAction::AllRows, CopyAll},
+                    {CRecordPanel::tr("Delete All"), DeleteAllIcon, TableAction::Rows,
+                     [id = task.id](RecordView& view, const std::function<void()>& done) {
+                         AskToDeleteAll(view, id, done);
+                     }}}};
+}

@@ -1,4 +1,6 @@
 #include "platform/Registry.h"
+
+#include "platform/Environment.h"
 #include "platform/Folders.h"
 #include "platform/posix/Process.h"
 #include "platform/posix/UserFiles.h"

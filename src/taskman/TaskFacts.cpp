@@ -1,5 +1,7 @@
 #include "taskman/TaskFacts.h"
 
+#include "list/CellMarkup.h"
+
 #include <QCoreApplication>
 
 #include <algorithm>

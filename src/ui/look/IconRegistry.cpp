@@ -44,6 +44,7 @@ constexpr NumberedIcon NumberedIcons[] = {
     {CancelTaskIcon, "cancel"},
     {SystemActivitiesIcon, "activity"},
     {ResumeIcon, "resume"},
+    {FolderIcon, "folder"},
     {FileVersionsIcon, "history"},
     {TaskPendingIcon, "pending"},
     {TaskRunningIcon, "running"},
@@ -51,12 +52,16 @@ constexpr NumberedIcon NumberedIcons[] = {
     {TaskFailedIcon, "failed"},
     {TaskCompletedIcon, "completed"},
     {TraceIcon, "trace"},
+    {BackupIcon, "backup"},
     {CopyIcon, "copy"},
     {DeleteAllIcon, "delete-all"},
+    {EditIcon, "edit"},
     {InformationIcon, "information"},
     {ProxyIcon, "proxy"},
+    {SearchIcon, "search"},
     {SettingsIcon, "settings"},
     {SummaryIcon, "summary"},
+    {TargetIcon, "target"},
 };
 
 /// One drawing: a path in a box of 16 units, filled or drawn with a round pen, in one colour.

@@ -26,6 +26,7 @@ enum IconNumber : int {
     CancelTaskIcon = 332,
     SystemActivitiesIcon = 334,
     ResumeIcon = 347,
+    FolderIcon = 349,
     FileVersionsIcon = 350,
     TaskPendingIcon = 360,
     TaskRunningIcon = 361,
@@ -33,12 +34,16 @@ enum IconNumber : int {
     TaskFailedIcon = 363,
     TaskCompletedIcon = 364,
     TraceIcon = 8022,
+    BackupIcon = 9003,
     CopyIcon = 9013,
     DeleteAllIcon = 9014,
+    EditIcon = 9015,
     InformationIcon = 9026,
     ProxyIcon = 9032,
+    SearchIcon = 9035,
     SettingsIcon = 9036,
     SummaryIcon = 9039,
+    TargetIcon = 9042,
 };
 
 /// The console's icons, by name (the drawing's file name) or by number. Each drawing has one colour, which

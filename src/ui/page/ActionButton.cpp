@@ -2,6 +2,7 @@
 
 #include "look/Look.h"
 
+#include <QAccessible>
 #include <QKeyEvent>
 #include <QPainter>
 
@@ -42,6 +43,10 @@ void ActionButton::SetBusy(bool busy) {
         return;
     m_busy = busy;
     setAccessibleDescription(busy ? tr("Not available now") : QString());
+    QAccessible::State changed;
+    changed.busy = true;
+    QAccessibleStateChangeEvent told(this, changed);
+    QAccessible::updateAccessibility(&told);
     update();
 }
 

@@ -234,6 +234,8 @@ Places CBrenListCtrl::SelectedNumbers() const {
         for (int row = range.top(); row <= range.bottom(); ++row)
             rows.push_back(row);
     }
+    if (selectionModel()->selection().size() < 2)
+        return rows;
     std::sort(rows.begin(), rows.end());
     rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
     return rows;

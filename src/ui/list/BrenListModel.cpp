@@ -12,6 +12,16 @@ constexpr size_t MostRuns = 32;
 /// More changed rows than a screen holds are told at once.
 constexpr size_t MostChangedRows = 256;
 
+bool HasManyRuns(const std::vector<bool>& places) {
+    size_t runs = 0;
+    bool before = false;
+    for (size_t place = 0; place < places.size() && runs <= MostRuns; ++place) {
+        runs += places[place] && !before;
+        before = places[place];
+    }
+    return runs > MostRuns;
+}
+
 bool StaysInPlace(const ListUpdate& update) {
     const Places& matches = update.matches;
     for (size_t place = 0; place < matches.size(); ++place) {
@@ -123,6 +133,9 @@ QString BrenListModel::WordsOfRow(int row) const {
 }
 
 void BrenListModel::Show(const Places& wanted) {
+    const size_t all = size_t(m_rows.Count());
+    if (wanted.size() == all && m_shown.size() == all)
+        return Reorder(wanted);
     std::vector<bool> stays(size_t(m_rows.Count()));
     for (const int place : wanted)
         stays[size_t(place)] = true;
@@ -143,10 +156,13 @@ void BrenListModel::Show(const Places& wanted) {
 }
 
 void BrenListModel::RemoveShown(const std::vector<bool>& leaves) {
-    std::vector<NumberRun> runs = RunsOf(leaves);
-    if (runs.size() > MostRuns) {
+    std::vector<NumberRun> runs;
+    if (!HasManyRuns(leaves)) {
+        runs = RunsOf(leaves);
+    } else {
         Places staying;
         Places leaving;
+        staying.reserve(m_shown.size());
         for (size_t row = 0; row < m_shown.size(); ++row) {
             Places& side = leaves[row] ? leaving : staying;
             side.push_back(m_shown[row]);
@@ -167,8 +183,7 @@ void BrenListModel::InsertShown(const Places& wanted, const std::vector<bool>& s
     std::vector<bool> enters(wanted.size());
     for (size_t row = 0; row < wanted.size(); ++row)
         enters[row] = !shown[size_t(wanted[row])];
-    const std::vector<NumberRun> runs = RunsOf(enters);
-    if (runs.size() > MostRuns) {
+    if (HasManyRuns(enters)) {
         beginInsertRows({}, rowCount(), int(wanted.size()) - 1);
         for (size_t row = 0; row < wanted.size(); ++row) {
             if (enters[row])
@@ -178,7 +193,7 @@ void BrenListModel::InsertShown(const Places& wanted, const std::vector<bool>& s
         Reorder(wanted);
         return;
     }
-    for (const NumberRun& run : runs) {
+    for (const NumberRun& run : RunsOf(enters)) {
         beginInsertRows({}, run.first, run.last);
         m_shown.insert(m_shown.begin() + run.first, wanted.begin() + run.first,
                        wanted.begin() + run.last + 1);

@@ -210,8 +210,10 @@ void CPropertyGroup::ShowRemark() {
 }
 
 void CPropertyGroup::ShowNote(const QString& text) {
-    if (!m_note && !text.isEmpty())
+    if (!m_note && !text.isEmpty()) {
         m_note = new NoticeLine(parentWidget());
+        m_note->setAttribute(Qt::WA_TransparentForMouseEvents); // a click is for the row below it
+    }
     if (!m_note)
         return;
     m_note->SetText(text);

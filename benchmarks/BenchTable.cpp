@@ -9,6 +9,8 @@
 #include <chrono>
 #include <cstdio>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QJsonValue JsonNumber(const std::optional<double>& number) {
@@ -16,14 +18,14 @@ QJsonValue JsonNumber(const std::optional<double>& number) {
 }
 
 QJsonObject JsonObjectOf(const BenchFigure& figure) {
-    return {{QStringLiteral("name"), QString::fromStdString(figure.name)},
-            {QStringLiteral("unit"), QString::fromStdString(figure.unit)},
-            {QStringLiteral("ours"), figure.ours},
-            {QStringLiteral("reference"), JsonNumber(figure.reference)},
-            {QStringLiteral("ratio"), JsonNumber(figure.Ratio())},
-            {QStringLiteral("maxRatio"), JsonNumber(figure.maxRatio)},
-            {QStringLiteral("maxOurs"), JsonNumber(figure.maxOurs)},
-            {QStringLiteral("holds"), figure.Holds()}};
+    return {{u"name"_s, QString::fromStdString(figure.name)},
+            {u"unit"_s, QString::fromStdString(figure.unit)},
+            {u"ours"_s, figure.ours},
+            {u"reference"_s, JsonNumber(figure.reference)},
+            {u"ratio"_s, JsonNumber(figure.Ratio())},
+            {u"maxRatio"_s, JsonNumber(figure.maxRatio)},
+            {u"maxOurs"_s, JsonNumber(figure.maxOurs)},
+            {u"holds"_s, figure.Holds()}};
 }
 
 std::string Number(double number, const std::string& unit) {

@@ -8,6 +8,8 @@
 #include <memory>
 #include <stdexcept>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int Rounds = 2000;
@@ -32,7 +34,7 @@ void FetchBare(const std::string& url, std::string& body) {
 
 void Ask(const QString& path) {
     const ServiceAnswer answer =
-        ServiceClient().SendRequest(path, QStringLiteral("GET"), 200, {}, {}, ServiceClient::MaxListing);
+        ServiceClient().SendRequest(path, u"GET"_s, 200, {}, {}, ServiceClient::MaxListing);
     if (!answer)
         throw std::runtime_error("the client got no answer");
     benchmark::DoNotOptimize(answer.body.constData());
@@ -47,7 +49,7 @@ void MeasureSmallAnswer(BenchTable& table) {
     home.Service().SetAnswer("/settings/Kilobyte", devservice::Answer{200, std::string(1024, 'x')});
     const std::string url = UrlOf(home, "/settings/Kilobyte");
     const PairSamples samples = MeasurePair(
-        Rounds, [] { Ask(QStringLiteral("/settings/Kilobyte")); },
+        Rounds, [] { Ask(u"/settings/Kilobyte"_s); },
         [&] {
             std::string body;
             FetchBare(url, body);
@@ -67,7 +69,7 @@ void MeasureBigAnswer(BenchTable& table) {
     BenchHome home("empty");
     home.Service().SetAnswer("/settings/Big", devservice::Answer{200, std::string(BigBody, 'x')});
     const std::string url = UrlOf(home, "/settings/Big");
-    const auto ours = [] { Ask(QStringLiteral("/settings/Big")); };
+    const auto ours = [] { Ask(u"/settings/Big"_s); };
     const auto bare = [&] {
         std::string body;
         FetchBare(url, body);

@@ -15,6 +15,8 @@
 #include <stdexcept>
 #include <thread>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int Rows = 1'000'000;
@@ -25,13 +27,11 @@ constexpr QSize Window(770, 500);
 /// Every kind of cell, each row another text.
 QStringList CellsOf(int row) {
     const QString number = QString::number(row);
-    const QString kinds[] = {QStringLiteral("##/home/Photos/2026/11/deleted-") + number,
-                             QStringLiteral("#COLOR:YELLOW"), QStringLiteral("Uploading..."),
-                             QStringLiteral("refused: quota of user ") + number};
-    return {QStringLiteral("#ICON:%1#@@Uploading...").arg(209 + row % 2),
-            QStringLiteral("/home/Photos/2026/11/IMG_%1.dng").arg(number),
-            QStringLiteral("#Progress:%1 1000000@@%1 of 1000000 processed, 4 running").arg(number),
-            QStringLiteral("%1.%2 MB").arg(row % 4096).arg(row % 1000, 3, 10, QChar(u'0')), kinds[row % 4]};
+    const QString kinds[] = {u"##/home/Photos/2026/11/deleted-"_s + number, u"#COLOR:YELLOW"_s,
+                             u"Uploading..."_s, u"refused: quota of user "_s + number};
+    return {u"#ICON:%1#@@Uploading..."_s.arg(209 + row % 2), u"/home/Photos/2026/11/IMG_%1.dng"_s.arg(number),
+            u"#Progress:%1 1000000@@%1 of 1000000 processed, 4 running"_s.arg(number),
+            u"%1.%2 MB"_s.arg(row % 4096).arg(row % 1000, 3, 10, QChar(u'0')), kinds[row % 4]};
 }
 
 std::vector<ListRow> MakeRows(int count) {
@@ -64,7 +64,7 @@ std::unique_ptr<CBrenListCtrl> MakeList() {
     auto list = std::make_unique<CBrenListCtrl>(prompts);
     list->SetTableKind(TableKind::Record);
     for (int column = 0; column < Columns; ++column)
-        list->AddColumn(QStringLiteral("Column"), 140);
+        list->AddColumn(u"Column"_s, 140);
     return list;
 }
 
@@ -238,7 +238,7 @@ void MeasureRefresh(BenchTable& table) {
                .ours = PixelsOf(refresh(MakeRows(RefreshedRows))),
                .maxOurs = 0.0});
     std::vector<ListRow> rows = MakeRows(RefreshedRows);
-    rows[3].SetCell(1, QStringLiteral("another"));
+    rows[3].SetCell(1, u"another"_s);
     const QRegion painted = refresh(rows);
     const QRect cell = list->visualRect(list->model()->index(3, 1));
     if (!painted.contains(cell))
@@ -288,7 +288,7 @@ void MeasureStalls(BenchTable& table) {
     list.SetTableKind(TableKind::Record);
     list.SetMultiSelection(true);
     for (int column = 0; column < Columns; ++column)
-        list.AddColumn(QStringLiteral("Column"), 140);
+        list.AddColumn(u"Column"_s, 140);
     const RowSet rows = TextRows(MakeRows(Rows));
     const RowSet equal = TextRows(MakeRows(Rows));
     list.AppendRows(rows);
@@ -300,13 +300,13 @@ void MeasureStalls(BenchTable& table) {
                    .ours = stall,
                    .maxOurs = 50.0});
     };
-    add("a key in the find bar", LongestStall([&] { list.SetFilter(QStringLiteral("99")); }, rests));
+    add("a key in the find bar", LongestStall([&] { list.SetFilter(u"99"_s); }, rests));
     add("the find bar is cleared", LongestStall([&] { list.SetFilter({}); }, rests));
     add("a sort", LongestStall([&] { list.SortByNext(1); }, rests));
     add("the other order", LongestStall([&] { list.SortByNext(1); }, rests));
     add("the order as it was", LongestStall([&] { list.SortByNext(1); }, rests));
     add("an equal refresh", LongestStall([&] { list.SetRows(equal); }, rests));
-    const QString last = QStringLiteral("/home/Photos/2026/11/IMG_%1").arg(Rows - 1);
+    const QString last = u"/home/Photos/2026/11/IMG_%1"_s.arg(Rows - 1);
     add("type-ahead to the last row", LongestStall([&] { list.keyboardSearch(last); },
                                                    [&] { return list.currentIndex().row() == Rows - 1; }));
     add("a copy of all", LongestStall(

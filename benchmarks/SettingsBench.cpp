@@ -8,6 +8,8 @@
 
 #include <stdexcept>
 
+using namespace Qt::Literals::StringLiterals;
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -48,9 +50,7 @@ void MeasureCommand(BenchTable& table) {
         answered.Add(MillisecondsOf([&] {
             loader.Command(
                 Lane::Service,
-                [service = bench.client](std::stop_token stop) {
-                    return service.StartTaskNow(QStringLiteral("T"), stop);
-                },
+                [service = bench.client](std::stop_token stop) { return service.StartTaskNow(u"T"_s, stop); },
                 [&done](const Loaded<ServiceAnswer>&) { done = true; });
             RunUntil([&done] { return done; });
         }));

@@ -9,6 +9,8 @@
 
 #include <stdexcept>
 
+using namespace Qt::Literals::StringLiterals;
+
 using devservice::Database;
 
 namespace {
@@ -44,7 +46,7 @@ void Run(const QString& program, const QStringList& arguments) {
     process.setStandardOutputFile(QProcess::nullDevice());
     process.start(program, arguments);
     if (!process.waitForFinished(60'000) || process.exitCode() != 0)
-        throw std::runtime_error((program + QStringLiteral(" went wrong: ")).toStdString() +
+        throw std::runtime_error((program + u" went wrong: "_s).toStdString() +
                                  process.readAllStandardError().toStdString());
 }
 
@@ -64,20 +66,20 @@ void MeasureTasks(BenchTable& table) {
     AddTasks(home.Service(), Tasks);
     const QString file = QString::fromStdString(home.Service().DatabaseFile(Database::Scheduler).string());
     const QString sql =
-        QStringLiteral("SELECT TaskId AS id, TaskType AS type, TaskName AS name, Description AS description, "
-                       "length(Schedule) AS scheduleType, TaskState AS state, CASE TaskState WHEN 0 THEN "
-                       "'Pending' WHEN 1 THEN "
-                       "'Running' WHEN 2 THEN 'Paused' WHEN 3 THEN 'Failed' WHEN 5 THEN 'Completed' END AS "
-                       "stateText, LastRun "
-                       "AS lastRun, NextRun AS nextRun FROM Scheduler ORDER BY StartTime DESC");
-    const QString program = QCoreApplication::applicationDirPath() + QStringLiteral("/btaskctl");
+        u"SELECT TaskId AS id, TaskType AS type, TaskName AS name, Description AS description, "
+        "length(Schedule) AS scheduleType, TaskState AS state, CASE TaskState WHEN 0 THEN "
+        "'Pending' WHEN 1 THEN "
+        "'Running' WHEN 2 THEN 'Paused' WHEN 3 THEN 'Failed' WHEN 5 THEN 'Completed' END AS "
+        "stateText, LastRun "
+        "AS lastRun, NextRun AS nextRun FROM Scheduler ORDER BY StartTime DESC"_s;
+    const QString program = QCoreApplication::applicationDirPath() + u"/btaskctl"_s;
     const PairSamples samples = MeasurePair(
         9,
         [&] {
-            Run(program, {QStringLiteral("tasks"), QStringLiteral("--json")});
+            Run(program, {u"tasks"_s, u"--json"_s});
         },
         [&] {
-            Run(QStringLiteral("sqlite3"), {QStringLiteral("-json"), file, sql});
+            Run(u"sqlite3"_s, {u"-json"_s, file, sql});
         });
     table.Add({.name = "btaskctl tasks --json, 100,000, beside sqlite3 -json",
                .unit = "ms",
@@ -99,11 +101,10 @@ void MeasureMemory(BenchTable& table, const char* name, const QStringList& argum
 }
 
 void MeasurePeaks(BenchTable& table) {
-    MeasureMemory(table, "btaskctl tasks --json, peak of 100,000 beside 10,000",
-                  {QStringLiteral("tasks"), QStringLiteral("--json")}, Tasks, FewTasks, AddTasks);
+    MeasureMemory(table, "btaskctl tasks --json, peak of 100,000 beside 10,000", {u"tasks"_s, u"--json"_s},
+                  Tasks, FewTasks, AddTasks);
     MeasureMemory(table, "btaskctl audit --max 0, peak of 1,000,000 / 100,000",
-                  {QStringLiteral("audit"), QStringLiteral("--max"), QStringLiteral("0")}, Traces, FewTraces,
-                  AddTraces);
+                  {u"audit"_s, u"--max"_s, u"0"_s}, Traces, FewTraces, AddTraces);
 }
 
 const BenchRegistration TaskList("shell tasks", MeasureTasks);

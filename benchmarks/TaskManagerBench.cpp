@@ -17,6 +17,8 @@
 
 #include <stdexcept>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int Tasks = 10'000;
@@ -108,12 +110,12 @@ std::vector<QStringList> BareSubTasks(const std::string& file, const QString& id
          [&](sqlite3_stmt* row) {
              const QString type = TextOf(row, 1);
              const QString parameter = TextOf(row, 2);
-             rows.push_back({id, QStringLiteral("#ICON:8022@@Click to see related trace"),
-                             QStringLiteral("#ICON:%1#@@Uploading...").arg(209), SubTaskName(type, parameter),
+             rows.push_back({id, u"#ICON:8022@@Click to see related trace"_s,
+                             u"#ICON:%1#@@Uploading..."_s.arg(209), SubTaskName(type, parameter),
                              ShownParameter(parameter, {}), TextOf(row, 3),
                              QString::number(sqlite3_column_int(row, 8)),
                              FormatSize(static_cast<quint64>(sqlite3_column_int64(row, 5))), TextOf(row, 4),
-                             QStringLiteral("#ICON:208@@Click to delete the failed sub-task")});
+                             u"#ICON:208@@Click to delete the failed sub-task"_s});
              return true;
          });
     if (rows.size() != SubTasks)
@@ -160,7 +162,7 @@ void MeasureSubTasks(BenchTable& table) {
     ThreadReader reader; // the click comes in a console that has run for a while
     const Console console = bench.On(reader);
     for (int round = 0; round < Rounds; ++round) {
-        CRecordPanel panel(console, SubTaskTable(task, SubtaskView::Pending));
+        RecordPanel panel(console, SubTaskTable(task, SubtaskView::Pending));
         const Filling filling = Fill(panel, SubTasks);
         first.Add(filling.first);
         all.Add(filling.all);
@@ -199,7 +201,7 @@ void MeasureTraces(BenchTable& table) {
         ThreadReader threads;
         WatchedReader reader(threads);
         const Console console = bench.On(reader);
-        CRecordPanel panel(console, TraceTable(task));
+        RecordPanel panel(console, TraceTable(task));
         panel.resize(PageSize);
         QElapsedTimer clock;
         clock.start();

@@ -11,6 +11,8 @@
 #include <memory>
 #include <stdexcept>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int KnownNodes = 100'000;
@@ -38,7 +40,7 @@ private:
 TreeLevel MakeLevel(int count) {
     TreeLevel level;
     for (int row = 0; row < count; ++row) {
-        const QString name = QStringLiteral("folder %1").arg(row);
+        const QString name = u"folder %1"_s.arg(row);
         level.entries.push_back({name, name});
     }
     return level;
@@ -48,7 +50,7 @@ TreeLevel MakeLevel(int count) {
 struct KnownTree {
     KnownTree() : model(reader, page, Lane::Service, nullptr), view(model, &page) {
         model.SetLevel({}, MakeLevel(1));
-        Fill({QStringLiteral("folder 0")}, 2);
+        Fill({u"folder 0"_s}, 2);
         view.resize(540, 400);
         page.resize(560, 420);
         page.show();
@@ -65,7 +67,7 @@ struct KnownTree {
         model.SetLevel(path, MakeLevel(LevelOf));
         nodes += LevelOf;
         for (int row = 0; depth > 0 && row < LevelOf; ++row)
-            Fill(path + QStringList(QStringLiteral("folder %1").arg(row)), depth - 1);
+            Fill(path + QStringList(u"folder %1"_s.arg(row)), depth - 1);
     }
 
     HeldReader reader;
@@ -92,7 +94,7 @@ public:
 void MeasureKnownTree(BenchTable& table) {
     ApplyLook(*qApp);
     KnownTree tree;
-    const QStringList root{QStringLiteral("folder 0")};
+    const QStringList root{u"folder 0"_s};
     // The worst for both: every other node of the last levels has a mark of its own.
     std::vector<QStringList> marked;
     int row = 0;
@@ -130,8 +132,8 @@ void MeasureKnownTree(BenchTable& table) {
                .ours = walks.Median(),
                .maxOurs = 20.0});
 
-    TreeFindField find(tree.view, QStringLiteral("Find"), &tree.page);
-    find.findChild<QLineEdit*>()->setText(QStringLiteral("folder 99"));
+    TreeFindField find(tree.view, u"Find"_s, &tree.page);
+    find.findChild<QLineEdit*>()->setText(u"folder 99"_s);
     StallWatch watch;
     watch.Handle([&] { return find.IsLooking(); });
     table.Add({.name = "Longest stall of a find over 100,000 known nodes",

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <exception>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 struct Benchmark {
@@ -35,8 +37,8 @@ int main(int argc, char** argv) {
     std::string json;
     QString only;
     for (qsizetype i = 0; i < words.size(); i += 2) {
-        const bool isJson = words[i] == QLatin1String("--json");
-        if ((!isJson && words[i] != QLatin1String("--only")) || i + 1 == words.size()) {
+        const bool isJson = words[i] == "--json"_L1;
+        if ((!isJson && words[i] != "--only"_L1) || i + 1 == words.size()) {
             std::fputs(Usage, stderr);
             return 2;
         }

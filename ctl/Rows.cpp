@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <charconv>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr qsizetype PieceSize = 256 << 10;
@@ -200,6 +202,6 @@ CtlExit WriteRows(const Invocation& invocation, const std::vector<Column>& colum
     const CtlExit exit = read(writer);
     const bool taken = writer.Finish(exit == CtlExit::Done);
     if (!output.Finish() || !taken)
-        return invocation.End(CtlExit::Refused, QStringLiteral("The output could not be written."));
+        return invocation.End(CtlExit::Refused, u"The output could not be written."_s);
     return exit;
 }

@@ -2,6 +2,8 @@
 
 #include "devservice/WorkPlan.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace devservice {
 
 namespace {
@@ -26,7 +28,7 @@ void AddWatcher(LiveTraceSnapshot& view, const Task& task) {
     RunningSubTask watcher;
     watcher.taskId = QString::fromStdString(task.id);
     watcher.taskName = QString::fromStdString(task.name);
-    watcher.operation = QStringLiteral("Watch");
+    watcher.operation = u"Watch"_s;
     const std::string& folders = task.description;
     watcher.target = QString::fromStdString(folders.substr(0, folders.find_first_of("\t\n")));
     view.running.push_back(std::move(watcher));

@@ -7,6 +7,8 @@
 #include <QPainter>
 #include <QStringList>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr QRgb Untouched = 0xFFFF00FF;
@@ -14,18 +16,29 @@ const QRect Cell(4, 4, 60, 20);
 
 /// A cell of the pieces that the octets choose: random octets hardly ever make a marker.
 QString Compose(QByteArrayView choices) {
-    static const QStringList pieces{QStringLiteral("#ICON:"), QStringLiteral("#Progress:"),
-                                    QStringLiteral("##"),     QStringLiteral("#COLOR:RED"),
-                                    QStringLiteral("@@"),     QStringLiteral("..."),
-                                    QStringLiteral(" "),      QStringLiteral("-"),
-                                    QStringLiteral("+"),      QStringLiteral("4294967296"),
-                                    QStringLiteral("0"),      QStringLiteral("2147483648"),
-                                    QStringLiteral("7"),      QStringLiteral("%1"),
-                                    QStringLiteral("\n"),     QString(QChar(0)),
-                                    QString(QChar(0x202E)),   QString(QChar(0x200B)),
-                                    QString(QChar(0xD800)),   QString(QChar(0x0645)),
-                                    QString(300, u'W'),       QStringLiteral("#icon:209"),
-                                    QStringLiteral("text")};
+    static const QStringList pieces{u"#ICON:"_s,
+                                    u"#Progress:"_s,
+                                    u"##"_s,
+                                    u"#COLOR:RED"_s,
+                                    u"@@"_s,
+                                    u"..."_s,
+                                    u" "_s,
+                                    u"-"_s,
+                                    u"+"_s,
+                                    u"4294967296"_s,
+                                    u"0"_s,
+                                    u"2147483648"_s,
+                                    u"7"_s,
+                                    u"%1"_s,
+                                    u"\n"_s,
+                                    QString(QChar(0)),
+                                    QString(QChar(0x202E)),
+                                    QString(QChar(0x200B)),
+                                    QString(QChar(0xD800)),
+                                    QString(QChar(0x0645)),
+                                    QString(300, u'W'),
+                                    u"#icon:209"_s,
+                                    u"text"_s};
     QString text;
     for (const char choice : choices)
         text += pieces.at(uchar(choice) % pieces.size());

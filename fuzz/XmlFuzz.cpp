@@ -4,13 +4,15 @@
 
 #include <QStringList>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 /// Walks all elements without a stack of its own depth: down the first children, along each one's siblings.
 void Walk(XmlNode node) {
     for (; node; node = node.FirstChild()) {
         node.Text();
-        node.Attribute(QStringLiteral("Name"));
+        node.Attribute(u"Name"_s);
         int siblings = 0;
         for (XmlNode sibling = node; sibling; sibling = sibling.NextSibling()) {
             Require(!sibling.Name().isEmpty());
@@ -23,35 +25,35 @@ void Walk(XmlNode node) {
 
 /// A document of the pieces that the octets choose, mostly well-formed: random octets hardly ever are.
 QString Compose(QByteArrayView choices) {
-    static const QStringList pieces{QStringLiteral("text"),
-                                    QStringLiteral("&lt;"),
-                                    QStringLiteral("&#65;"),
-                                    QStringLiteral(" "),
-                                    QStringLiteral("&x;"),
-                                    QStringLiteral("<![CDATA[]]]]>"),
-                                    QStringLiteral("<!---->"),
-                                    QStringLiteral("<?p q?>"),
-                                    QStringLiteral("<b c='&amp;' c=\"\n\"/>"),
-                                    QStringLiteral("<"),
-                                    QStringLiteral("]]>"),
-                                    QStringLiteral("&"),
-                                    QStringLiteral("<!DOCTYPE a [<!ENTITY x 'y'>]>")};
+    static const QStringList pieces{u"text"_s,
+                                    u"&lt;"_s,
+                                    u"&#65;"_s,
+                                    u" "_s,
+                                    u"&x;"_s,
+                                    u"<![CDATA[]]]]>"_s,
+                                    u"<!---->"_s,
+                                    u"<?p q?>"_s,
+                                    u"<b c='&amp;' c=\"\n\"/>"_s,
+                                    u"<"_s,
+                                    u"]]>"_s,
+                                    u"&"_s,
+                                    u"<!DOCTYPE a [<!ENTITY x 'y'>]>"_s};
     QString text;
     QString open;
     for (const char choice : choices) {
         const auto number = uchar(choice);
         if (number < 96) {
             open += QChar(u'a' + number % 4);
-            text += QStringLiteral("<%1 Name='%2'>").arg(open.back()).arg(number);
+            text += u"<%1 Name='%2'>"_s.arg(open.back()).arg(number);
         } else if (number < 192 && !open.isEmpty()) {
-            text += QStringLiteral("</%1>").arg(open.back());
+            text += u"</%1>"_s.arg(open.back());
             open.chop(1);
         } else {
             text += pieces.at(number % pieces.size());
         }
     }
     while (!open.isEmpty()) {
-        text += QStringLiteral("</%1>").arg(open.back());
+        text += u"</%1>"_s.arg(open.back());
         open.chop(1);
     }
     return text;

@@ -51,7 +51,7 @@ CommandLine::CommandLine(const QStringList& arguments) {
 }
 
 int CommandLine::InitialView() const {
-    const QString name = QStringLiteral("/view:");
+    const QString name = u"/view:"_s;
     const qsizetype at = m_text.indexOf(name);
     return at < 0 ? 0 : LeadingNumber(m_text.mid(at + name.size()).toUtf8());
 }

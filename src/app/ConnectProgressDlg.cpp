@@ -7,8 +7,8 @@
 
 CConnectProgressDlg::CConnectProgressDlg(ServiceWait& wait, QString consoleTitle,
                                          std::chrono::milliseconds tick)
-    : CWaitDlg(tr("Connecting to ") + ZEPMuiGetBrandingStringW(Branding::ProductLine) + tr(" Server...."),
-               tr("Waiting for the background service to answer. This takes a few seconds.")),
+    : WaitDlg(tr("Connecting to ") + ZEPMuiGetBrandingStringW(Branding::ProductLine) + tr(" Server...."),
+              tr("Waiting for the background service to answer. This takes a few seconds.")),
       m_wait(wait), m_consoleTitle(std::move(consoleTitle)) {
     Bar()->setRange(0, ServiceWait::Tries);
     Bar()->setAccessibleName(windowTitle());

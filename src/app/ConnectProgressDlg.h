@@ -9,7 +9,7 @@
 
 /// "Connecting to ... Server....": watches a ServiceWait for at most 30 ticks. A box of its own keeps it
 /// open, but changes nothing about how it ends.
-class CConnectProgressDlg : public CWaitDlg {
+class CConnectProgressDlg : public WaitDlg {
     Q_OBJECT
 
 public:

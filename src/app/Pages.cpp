@@ -14,6 +14,8 @@
 
 #include <QCoreApplication>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QString Title(const char* text) {
@@ -22,7 +24,7 @@ QString Title(const char* text) {
 
 PageEntry WebPage(const char* title, const char* icon, const char* fileName) {
     return {Title(title), QString::fromLatin1(icon), [fileName](const Console& console) -> CBrenPanel* {
-                return new CWebPagePanel(console, QString::fromLatin1(fileName));
+                return new WebPagePanel(console, QString::fromLatin1(fileName));
             }};
 }
 
@@ -32,32 +34,31 @@ std::vector<PageEntry> PagesOf(bool serverMode, bool withGallery) {
     std::vector<PageEntry> pages;
     if (!serverMode)
         pages.push_back(WebPage(QT_TRANSLATE_NOOP("Pages", "Welcome"), "home", "welcome.html"));
-    pages.push_back({Title(QT_TRANSLATE_NOOP("Pages", "Task Manager")), QStringLiteral("tasks"),
+    pages.push_back({Title(QT_TRANSLATE_NOOP("Pages", "Task Manager")), u"tasks"_s,
                      [](const Console& console) -> CBrenPanel* { return new CTaskManPanel(console); }});
-    pages.push_back({Title(QT_TRANSLATE_NOOP("Pages", "Settings")), QStringLiteral("settings"),
+    pages.push_back({Title(QT_TRANSLATE_NOOP("Pages", "Settings")), u"settings"_s,
                      [](const Console& console) -> CBrenPanel* { return new CSettingsPanel(console); }});
     pages.push_back(WebPage(QT_TRANSLATE_NOOP("Pages", "Support"), "support", "support.html"));
     if (withGallery) {
-        pages.push_back({QStringLiteral("Gallery"), QStringLiteral("search"),
-                         [](const Console& console) -> CBrenPanel* { return new CGalleryPanel(console); }});
+        pages.push_back({u"Gallery"_s, u"search"_s,
+                         [](const Console& console) -> CBrenPanel* { return new GalleryPanel(console); }});
     }
     return pages;
 }
 
 std::vector<DialogEntry> DialogsOf(bool serverMode) {
-    const auto bar = [](CBTaskMMCDlg& window) { return window.findChild<CConsoleStatusBar*>(); };
+    const auto bar = [](CBTaskMMCDlg& window) { return window.findChild<ConsoleStatusBar*>(); };
     const auto proxy = [](CBTaskMMCDlg& window) {
         auto* settings = window.findChild<CSettingsPanel*>();
         settings->EditProxy();
     };
     std::vector<DialogEntry> dialogs{
-        {QStringLiteral("Bandwidth"), [bar](CBTaskMMCDlg& window) { emit bar(window)->BandwidthClicked(); }},
-        {QStringLiteral("Cloud space"),
-         [bar](CBTaskMMCDlg& window) { emit bar(window)->CloudSpaceClicked(); }},
-        {QStringLiteral("Proxy"), proxy},
+        {u"Bandwidth"_s, [bar](CBTaskMMCDlg& window) { emit bar(window)->BandwidthClicked(); }},
+        {u"Cloud space"_s, [bar](CBTaskMMCDlg& window) { emit bar(window)->CloudSpaceClicked(); }},
+        {u"Proxy"_s, proxy},
     };
     if (serverMode) {
-        dialogs.push_back({QStringLiteral("Set-up wizard"), [](CBTaskMMCDlg& window) {
+        dialogs.push_back({u"Set-up wizard"_s, [](CBTaskMMCDlg& window) {
                                const Console& parts = window.Parts();
                                auto* wizard = new CBackupSvrConfigWizard(parts.service, parts.reader,
                                                                          parts.prompts, &window);

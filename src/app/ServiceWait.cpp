@@ -5,12 +5,14 @@
 #include "service/ServiceClient.h"
 #include "zep/TracePrintf.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 const char ServiceName[] = "brengroupsvc";
 
 bool ProbeService(const std::stop_token& stop) {
-    const QString probe = QStringLiteral("Dummy");
+    const QString probe = u"Dummy"_s;
     const ServiceClient client;
     return client.SetBoolSetting(probe, true, stop) && client.GetBoolSetting(probe, false, stop);
 }
@@ -22,19 +24,19 @@ ServiceCheck CheckService(const std::stop_token& stop) {
     const auto trace = [](const QString& line) { TracePrintf(TraceLevel::Info, line); };
     switch (query.failedAt) {
     case platform::ServiceQueryStep::OpenManager:
-        trace(QStringLiteral("OpenSCManager failed (%1)\n").arg(query.errorCode));
+        trace(u"OpenSCManager failed (%1)\n"_s.arg(query.errorCode));
         return {};
     case platform::ServiceQueryStep::OpenService:
         return {.openFailed = true};
     case platform::ServiceQueryStep::QueryStatus:
-        trace(QStringLiteral("QueryServiceStatusEx failed (%1)\n").arg(query.errorCode));
+        trace(u"QueryServiceStatusEx failed (%1)\n"_s.arg(query.errorCode));
         break;
     case platform::ServiceQueryStep::Done:
         if (query.state == platform::ServiceState::Running)
             return {.running = true};
         break;
     }
-    trace(QStringLiteral("Finish Cleanup.\n"));
+    trace(u"Finish Cleanup.\n"_s);
     return {.stopping = query.state == platform::ServiceState::StopPending};
 }
 
@@ -43,7 +45,7 @@ ServiceWait::Steps ServiceWait::RealSteps() {
         const platform::ServiceStart started = platform::StartService(ServiceName, true, stop);
         if (!started)
             TracePrintf(TraceLevel::Error,
-                        QStringLiteral("[Service]Not started. ") + QString::fromStdString(started.refusal));
+                        u"[Service]Not started. "_s + QString::fromStdString(started.refusal));
         return started.accepted;
     };
     return {CheckService, start, ProbeService};

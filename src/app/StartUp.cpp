@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int NoShell = 1;
@@ -12,19 +14,19 @@ constexpr int EnvironmentUnusable = 2;
 } // namespace
 
 bool IsQbsServerMode(const QString& serverMode) {
-    return serverMode.compare(QLatin1String("QBS"), Qt::CaseInsensitive) == 0;
+    return serverMode.compare("QBS"_L1, Qt::CaseInsensitive) == 0;
 }
 
 QString ConsoleTitle(bool serverMode, bool qbsServerMode) {
     if (!serverMode)
         return ZEPMuiGetBrandingStringW(Branding::DesktopConsole);
     return qbsServerMode ? ZEPMuiGetBrandingStringW(Branding::BackupServerConsole)
-                         : QStringLiteral("Brenvia Mesafile Console");
+                         : u"Brenvia Mesafile Console"_s;
 }
 
 const VDirRecord* FindHome(const std::vector<VDirRecord>& records) {
     const auto home = std::find_if(records.begin(), records.end(), [](const VDirRecord& record) {
-        return record.name.compare(QLatin1String("Home"), Qt::CaseInsensitive) == 0;
+        return record.name.compare("Home"_L1, Qt::CaseInsensitive) == 0;
     });
     return home == records.end() ? nullptr : &*home;
 }
@@ -101,7 +103,7 @@ bool CBTaskMMCApp::MayReadScheduler() {
 bool CBTaskMMCApp::ReachDesktopShell() {
     if (m_operations.IsShellRunning())
         return true;
-    m_operations.Trace(QStringLiteral("[ShellFolder]GUIShell is not up, exit....\n"));
+    m_operations.Trace(u"[ShellFolder]GUIShell is not up, exit....\n"_s);
     ShowError(tr("Brenvia Orbitdesk is not running, please start Brenvia Orbitdesk then try this again"),
               m_operations.ShellPlace());
     m_exitCode = NoShell;

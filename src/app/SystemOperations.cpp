@@ -30,6 +30,8 @@
 #include <semaphore>
 #include <thread>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 const platform::RegistryKey MachineKey{platform::RegistryRoot::LocalMachine, "SOFTWARE\\Brenvia"};
@@ -46,14 +48,13 @@ auto SystemOperations::Await(const QString& what, Fetch fetch)
     -> std::optional<std::invoke_result_t<Fetch&, std::stop_token>> {
     using Value = std::invoke_result_t<Fetch&, std::stop_token>;
     std::optional<Value> result;
-    CWaitDlg window(m_title, what);
+    WaitDlg window(m_title, what);
     std::binary_semaphore fetched(0);
     std::jthread thread([&](std::stop_token stop) {
         try {
             result = fetch(std::move(stop));
         } catch (const std::exception& error) {
-            TracePrintf(TraceLevel::Error,
-                        QStringLiteral("[StartUp]%1").arg(QString::fromUtf8(error.what())));
+            TracePrintf(TraceLevel::Error, u"[StartUp]%1"_s.arg(QString::fromUtf8(error.what())));
             result = Value();
         }
         fetched.release();

@@ -4,7 +4,7 @@
 #include <QProgressBar>
 #include <QVBoxLayout>
 
-CWaitDlg::CWaitDlg(const QString& title, const QString& text) : m_bar(new QProgressBar) {
+WaitDlg::WaitDlg(const QString& title, const QString& text) : m_bar(new QProgressBar) {
     setWindowTitle(title);
     m_bar->setRange(0, 0);
     m_bar->setTextVisible(false);

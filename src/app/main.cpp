@@ -6,6 +6,8 @@
 
 #include <QApplication>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 /// The words as they are known before there is an application, which needs a display.
@@ -23,7 +25,7 @@ int main(int argc, char** argv) {
     if (!text.isEmpty() && platform::PrintText(text.toStdString()))
         return 0;
     QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("BTaskMMC"));
+    QApplication::setApplicationName(u"BTaskMMC"_s);
     ApplyLook(application);
     const CommandLine commandLine(QApplication::arguments());
     commandLine.ApplySurroundings();

@@ -3,7 +3,7 @@
 #include "page/SettingsDialog.h"
 
 /// Shows whether this computer is published to the cloud space, and publishes or withdraws it.
-class CloudSvcPage : public CSettingsDialog {
+class CloudSvcPage : public SettingsDialog {
     Q_OBJECT
 
 public:

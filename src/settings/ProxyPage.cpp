@@ -16,7 +16,7 @@ enum Choice { NothingChosen = -1, DisableProxy, CustomProxy };
 } // namespace
 
 CProxyPage::CProxyPage(const ServiceClient& service, Reader& reader, QWidget* parent)
-    : CSettingsDialog(service, reader, tr("Proxy Settings"), parent), m_choice(new QComboBox) {
+    : SettingsDialog(service, reader, tr("Proxy Settings"), parent), m_choice(new QComboBox) {
     setMinimumWidth(480);
     m_choice->addItems({tr("Disable Proxy"), tr("Custom Proxy Settings")});
     m_choice->setAccessibleName(tr("Proxy"));
@@ -65,7 +65,7 @@ ProxyEnv CProxyPage::Wanted() const {
 }
 
 QString CProxyPage::Refusal() const {
-    return m_type == ProxyEnv::Custom ? CSettingsDialog::Refusal() : QString();
+    return m_type == ProxyEnv::Custom ? SettingsDialog::Refusal() : QString();
 }
 
 CBrenDialog::Write CProxyPage::Changes() const {

@@ -7,7 +7,7 @@ class QComboBox;
 class QLabel;
 
 /// Asks for the proxy that the service uses.
-class CProxyPage : public CSettingsDialog {
+class CProxyPage : public SettingsDialog {
     Q_OBJECT
 
 public:

@@ -12,7 +12,7 @@ constexpr int RiseAboveMouse = 140;
 } // namespace
 
 CSetBandWidthLimitDlg::CSetBandWidthLimitDlg(const ServiceClient& service, Reader& reader, QWidget* parent)
-    : CSettingsDialog(service, reader, tr("Bandwidth Limit"), parent) {
+    : SettingsDialog(service, reader, tr("Bandwidth Limit"), parent) {
     AddNumber(Settings::UploadBandwidth, tr("&Upload limit (KB/S)"));
     AddNumber(Settings::DownloadBandwidth, tr("&Download limit (KB/S)"));
     AddNote(tr("0 means that there is no limit."));

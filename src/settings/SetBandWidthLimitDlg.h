@@ -3,7 +3,7 @@
 #include "page/SettingsDialog.h"
 
 /// Asks for the limits of upload and download, in KB/S; 0 is without limit.
-class CSetBandWidthLimitDlg : public CSettingsDialog {
+class CSetBandWidthLimitDlg : public SettingsDialog {
     Q_OBJECT
 
 public:

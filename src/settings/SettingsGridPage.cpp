@@ -32,7 +32,7 @@ QString EditorRemark(const PropertyRow& row, const QString& text) {
 
 } // namespace
 
-CSettingsGridPage::CSettingsGridPage(const Console& console, ShownText shownText, QWidget* parent)
+SettingsGridPage::SettingsGridPage(const Console& console, ShownText shownText, QWidget* parent)
     : CBrenPanel(console, parent), m_shownText(shownText), m_grid(new CBrenPropertyGrid(console.prompts)),
       m_stateNotice(new NoticeLine), m_restartNotice(new NoticeLine) {
     auto* layout = new QVBoxLayout(this);
@@ -44,11 +44,11 @@ CSettingsGridPage::CSettingsGridPage(const Console& console, ShownText shownText
     }
     layout->addWidget(m_grid, 1);
     m_grid->SetEditorNote(EditorRemark);
-    connect(m_grid, &CBrenPropertyGrid::ValueCommitted, this, &CSettingsGridPage::OnCommitted);
-    connect(&console.settingNews, &SettingNews::Written, this, &CSettingsGridPage::OnWrittenElsewhere);
+    connect(m_grid, &CBrenPropertyGrid::ValueCommitted, this, &SettingsGridPage::OnCommitted);
+    connect(&console.settingNews, &SettingNews::Written, this, &SettingsGridPage::OnWrittenElsewhere);
 }
 
-void CSettingsGridPage::CreatePanel() {
+void SettingsGridPage::CreatePanel() {
     QString failure;
     for (const SettingGroup& group : Catalog(failure))
         AddGroup(group);
@@ -57,7 +57,7 @@ void CSettingsGridPage::CreatePanel() {
                               : tr("Values are written to the service as soon as they are changed."));
 }
 
-void CSettingsGridPage::AddGroup(const SettingGroup& group) {
+void SettingsGridPage::AddGroup(const SettingGroup& group) {
     CPropertyGroup* rows = m_grid->AddGroup(group.title);
     for (const CatalogSetting& setting : group.settings) {
         const QString hint = setting.needsRestart
@@ -68,7 +68,7 @@ void CSettingsGridPage::AddGroup(const SettingGroup& group) {
     }
 }
 
-void CSettingsGridPage::Reload() {
+void SettingsGridPage::Reload() {
     if (m_entries.empty())
         return;
     std::vector<TextSetting> settings(m_entries.size());
@@ -86,7 +86,7 @@ void CSettingsGridPage::Reload() {
         });
 }
 
-void CSettingsGridPage::Apply(const Values& values) {
+void SettingsGridPage::Apply(const Values& values) {
     for (std::size_t index = 0; index < m_entries.size(); ++index)
         Show(m_entries[index], index < values.size() ? values[index] : SettingValue<QString>());
     const bool silent = values.size() < m_entries.size();
@@ -104,7 +104,7 @@ void CSettingsGridPage::Apply(const Values& values) {
         Loader().StartTimer(RetryPeriod, [this] { Reload(); });
 }
 
-void CSettingsGridPage::Show(Entry& entry, const SettingValue<QString>& read) {
+void SettingsGridPage::Show(Entry& entry, const SettingValue<QString>& read) {
     entry.group->SetReadOnly(entry.row, false);
     if (entry.unsaved || (!read.WasRead() && !entry.isDefault))
         return;
@@ -115,14 +115,14 @@ void CSettingsGridPage::Show(Entry& entry, const SettingValue<QString>& read) {
     entry.group->SetMark(entry.row, entry.isDefault ? PropertyMark::NotRead : PropertyMark::None);
 }
 
-void CSettingsGridPage::OnCommitted(int row, const CPropertyGroup* group, const PropertyRow& committed) {
+void SettingsGridPage::OnCommitted(int row, const CPropertyGroup* group, const PropertyRow& committed) {
     for (std::size_t index = 0; index < m_entries.size(); ++index) {
         if (m_entries[index].group == group && m_entries[index].row == row)
             Write(index, committed.value);
     }
 }
 
-void CSettingsGridPage::Write(std::size_t index, const QString& value) {
+void SettingsGridPage::Write(std::size_t index, const QString& value) {
     Entry& entry = m_entries[index];
     entry.isDefault = false;
     entry.group->SetValue(entry.row, value);
@@ -145,7 +145,7 @@ void CSettingsGridPage::Write(std::size_t index, const QString& value) {
         Reload();
 }
 
-void CSettingsGridPage::EndWrite(std::size_t index, bool done) {
+void SettingsGridPage::EndWrite(std::size_t index, bool done) {
     Entry& entry = m_entries[index];
     entry.unsaved = !done;
     entry.group->SetMark(entry.row, done ? PropertyMark::None : PropertyMark::NotSaved);
@@ -156,7 +156,7 @@ void CSettingsGridPage::EndWrite(std::size_t index, bool done) {
         m_restartNotice->SetText(tr("Settings will take effect when the application starts next time."));
 }
 
-void CSettingsGridPage::OnWrittenElsewhere(const QString& name, const QObject* writer) {
+void SettingsGridPage::OnWrittenElsewhere(const QString& name, const QObject* writer) {
     const bool isShown = std::any_of(m_entries.begin(), m_entries.end(),
                                      [&name](const Entry& entry) { return entry.setting.name == name; });
     if (isShown && writer != this && IsActive())

@@ -10,7 +10,7 @@ class NoticeLine;
 
 /// A page of settings of the service in a property grid. It reads them when it is shown and when they were
 /// written elsewhere, and writes each as soon as it is changed. One that was never read shows its default.
-class CSettingsGridPage : public CBrenPanel {
+class SettingsGridPage : public CBrenPanel {
     Q_OBJECT
 
 public:
@@ -22,7 +22,7 @@ protected:
     /// The text that a row shows of a setting's value.
     using ShownText = QString (*)(const QString& value, ServiceClient::ValueType type);
 
-    CSettingsGridPage(const Console& console, ShownText shownText, QWidget* parent);
+    SettingsGridPage(const Console& console, ShownText shownText, QWidget* parent);
 
     void CreatePanel() override;
     /// `failure` says why the catalog is empty.

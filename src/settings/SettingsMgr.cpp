@@ -9,7 +9,7 @@ QString TextAsRead(const QString& text, ServiceClient::ValueType) {
 } // namespace
 
 CSettingsMgr::CSettingsMgr(const Console& console, std::filesystem::path catalog, QWidget* parent)
-    : CSettingsGridPage(console, &TextAsRead, parent), m_catalog(std::move(catalog)) {}
+    : SettingsGridPage(console, &TextAsRead, parent), m_catalog(std::move(catalog)) {}
 
 SettingsCatalog CSettingsMgr::Catalog(QString& failure) const {
     return LoadSettingsCatalog(m_catalog, &failure);

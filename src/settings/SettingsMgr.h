@@ -5,7 +5,7 @@
 #include <filesystem>
 
 /// All settings that the shipped catalog names.
-class CSettingsMgr : public CSettingsGridPage {
+class CSettingsMgr : public SettingsGridPage {
     Q_OBJECT
 
 public:

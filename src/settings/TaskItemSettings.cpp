@@ -12,7 +12,7 @@ CatalogSetting Described(const Setting<Value>& setting, const QString& descripti
 } // namespace
 
 CTaskItemSettings::CTaskItemSettings(const Console& console, QWidget* parent)
-    : CSettingsGridPage(console, &TypedText, parent) {}
+    : SettingsGridPage(console, &TypedText, parent) {}
 
 SettingsCatalog CTaskItemSettings::Catalog(QString&) const {
     using namespace Settings;

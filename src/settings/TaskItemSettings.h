@@ -3,7 +3,7 @@
 #include "settings/SettingsGridPage.h"
 
 /// The settings of tasks, transfers and bandwidth. Stands in the settings and as a tab of the task manager.
-class CTaskItemSettings : public CSettingsGridPage {
+class CTaskItemSettings : public SettingsGridPage {
     Q_OBJECT
 
 public:

@@ -7,6 +7,8 @@
 #include <map>
 #include <mutex>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using Causes = std::map<QString, QString>; ///< of the steps that fail, by their names
@@ -44,12 +46,10 @@ void NoteStep(const std::filesystem::path& file, const QString& step, const Read
               const QString& words) {
     if (result.outcome == ReadOutcome::Stopped)
         return;
-    const QString cause =
-        words.isEmpty() && !result ? QStringLiteral("[Database]") + result.Sentence() : words;
+    const QString cause = words.isEmpty() && !result ? u"[Database]"_s + result.Sentence() : words;
     const Change change = Note(file, step, cause);
     if (change == Change::Begun)
         TracePrintf(LevelOf(result.outcome), cause);
     else if (change == Change::Over)
-        TracePrintf(TraceLevel::Info,
-                    QStringLiteral("[Database]The database is readable again: ") + FromPath(file));
+        TracePrintf(TraceLevel::Info, u"[Database]The database is readable again: "_s + FromPath(file));
 }

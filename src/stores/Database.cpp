@@ -9,6 +9,8 @@
 
 #include <sqlite3.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr qsizetype LongestPath = 520;
@@ -32,7 +34,7 @@ void Harden(sqlite3* connection, OpenMode mode) {
 Database::Database(const std::filesystem::path& file, const OpenRule& rule, std::stop_token stop,
                    OpenMode mode)
     : m_file(file), m_stop(std::move(stop)), m_result(Open(rule, mode)) {
-    NoteStep(m_file, QStringLiteral("open"), m_result);
+    NoteStep(m_file, u"open"_s, m_result);
 }
 
 Database::~Database() {
@@ -44,7 +46,7 @@ ReadResult Database::Open(const OpenRule& rule, OpenMode mode) {
         return {ReadOutcome::Stopped, {}};
     const QString shown = FromPath(m_file);
     if (shown.isEmpty() || shown.size() > LongestPath)
-        return {ReadOutcome::Failed, QStringLiteral("no usable file name: %1").arg(shown)};
+        return {ReadOutcome::Failed, u"no usable file name: %1"_s.arg(shown)};
     if (ReadResult place = PlaceResult(m_file); !place)
         return place;
     const std::string name = platform::Utf8FromPath(m_file);
@@ -83,10 +85,10 @@ Statement Database::Prepare(const QString& sql, int columns, const QString& fail
     const QString words = isStatement ? QString() : failureTrace + LastErrorText(m_connection);
     // Statements that a user's own words are part of may fail for these.
     const QString step = failureTrace.isEmpty() ? QString() : sql;
-    Statement statement(prepared, m_file, QStringLiteral("walk ") + step);
+    Statement statement(prepared, m_file, u"walk "_s + step);
     if (isStatement && sqlite3_column_count(prepared) < columns)
         result = {ReadOutcome::OtherSchema, FromPath(m_file)};
     if (!step.isEmpty())
-        NoteStep(m_file, QStringLiteral("prepare ") + step, result, words);
+        NoteStep(m_file, u"prepare "_s + step, result, words);
     return result ? std::move(statement) : Statement(result);
 }

@@ -3,6 +3,8 @@
 #include "platform/Folders.h"
 #include "platform/Registry.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int Columns = 1;
@@ -10,7 +12,7 @@ constexpr size_t LongestLocation = 260;
 constexpr const char* IndexName = "JounralDB"; // the spelling is the file monitor's
 
 // People search the log for this line: its odd words stay.
-const QString PrepareFailed = QStringLiteral("[FileDB]Create FileDB Index2:");
+const QString PrepareFailed = u"[FileDB]Create FileDB Index2:"_s;
 
 /// Relative folders would be another one for each program that asks; an empty one is no place.
 std::filesystem::path IndexFolder() {
@@ -45,8 +47,8 @@ std::filesystem::path FileIndexFolder() {
 
 FileIndexStore::FileIndexStore(std::stop_token stop, const OpenRule& rule)
     : m_database(FileIndexFile(), rule, std::move(stop)),
-      m_rows(m_database.Prepare(QStringLiteral("SELECT * FROM FileDB WHERE Ext=? ORDER BY FullPath ASC"),
-                                Columns, PrepareFailed)) {}
+      m_rows(m_database.Prepare(u"SELECT * FROM FileDB WHERE Ext=? ORDER BY FullPath ASC"_s, Columns,
+                                PrepareFailed)) {}
 
 ReadResult FileIndexStore::EnumFilesByExt(const QString& extension, const FilePathCallback& callback) {
     if (!m_rows || !m_rows.Reset() || !m_rows.Bind(1, extension))

@@ -2,21 +2,23 @@
 
 #include "zep/SysInfo.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int Columns = 4;
 
 // People search the log for this line: its odd words stay.
-const QString PrepareFailed = QStringLiteral("[History]Create Insert statement failed:");
+const QString PrepareFailed = u"[History]Create Insert statement failed:"_s;
 
 std::filesystem::path HistoryFile() {
-    return ZEPGetHomePath(QStringLiteral("syncfolder")) / "v10_history.db";
+    return ZEPGetHomePath(u"syncfolder"_s) / "v10_history.db";
 }
 
 QString StatementText(HistoryView view) {
     return view == HistoryView::ChangeList
-               ? QStringLiteral("SELECT * FROM History WHERE VDir=? ORDER BY Stamp DESC LIMIT  200;")
-               : QStringLiteral("SELECT * FROM History WHERE VDir=? ORDER BY Stamp DESC, Uri ASC LIMIT  50;");
+               ? u"SELECT * FROM History WHERE VDir=? ORDER BY Stamp DESC LIMIT  200;"_s
+               : u"SELECT * FROM History WHERE VDir=? ORDER BY Stamp DESC, Uri ASC LIMIT  50;"_s;
 }
 
 } // namespace

@@ -2,25 +2,26 @@
 
 #include "zep/SysInfo.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int Columns = 8;
 
 // People search the log for these lines: their odd words stay.
-const QString PrepareFailed = QStringLiteral("[TaskProcessLog]Create enum statement failed:");
-const QString ResetFailed = QStringLiteral("[SubTaskDBWorker]Reste statement failed:");
-const QString BindFailed = QStringLiteral("[SubTaskDBWorker]Bind text statement failed:");
+const QString PrepareFailed = u"[TaskProcessLog]Create enum statement failed:"_s;
+const QString ResetFailed = u"[SubTaskDBWorker]Reste statement failed:"_s;
+const QString BindFailed = u"[SubTaskDBWorker]Bind text statement failed:"_s;
 
 std::filesystem::path ProcessLogFile() {
-    return ZEPGetHomePath(QStringLiteral("scheduler")) / "ProcessLog.db";
+    return ZEPGetHomePath(u"scheduler"_s) / "ProcessLog.db";
 }
 
 } // namespace
 
 ProcessLogStore::ProcessLogStore(std::stop_token stop, const OpenRule& rule)
     : m_database(ProcessLogFile(), rule, std::move(stop)),
-      m_rows(m_database.Prepare(QStringLiteral("SELECT * FROM TaskProcessLog WHERE TaskId=?"), Columns,
-                                PrepareFailed)) {}
+      m_rows(m_database.Prepare(u"SELECT * FROM TaskProcessLog WHERE TaskId=?"_s, Columns, PrepareFailed)) {}
 
 ReadResult ProcessLogStore::FillProcessLog(const QString& taskId, std::vector<ProcessLogRecord>& list) {
     if (!m_rows || !m_rows.Reset(ResetFailed) || !m_rows.Bind(1, taskId, BindFailed))

@@ -8,7 +8,7 @@ QString ReadResult::Sentence() const {
     case ReadOutcome::Done:
     case ReadOutcome::Stopped:
         return {};
-    case ReadOutcome::Untold:
+    case ReadOutcome::Unavailable:
         return QCoreApplication::translate("ReadResult", "The service does not tell what it is doing now.");
     case ReadOutcome::Missing:
         text = QT_TRANSLATE_NOOP("ReadResult", "The database does not exist: %1");

@@ -12,7 +12,7 @@ enum class ReadOutcome {
     Damaged,     ///< not a database, or a broken one
     OtherSchema, ///< a table or column that we read is not there
     NoRight,     ///< the system does not let us read or change it; the detail names the missing right
-    Untold,      ///< the service's live counters are missing or torn
+    Unavailable, ///< the service's live counters are missing or torn
     Failed       ///< anything else; the detail says what
 };
 

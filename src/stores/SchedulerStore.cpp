@@ -3,18 +3,20 @@
 #include "zep/SysInfo.h"
 #include "zep/TracePrintf.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int Columns = 11;
 
 // People search the log for these lines: their odd words stay.
-const QString PrepareFailed = QStringLiteral("[Scheduler]Create delete statement failed:");
-const QString ResetFailed = QStringLiteral("[Scheduler]Reset statement failed:");
-const QString BindFailed = QStringLiteral("[Scheduler]Bind text statement failed:");
-const QString ExecuteFailed = QStringLiteral("[Scheduler]execute statement failed:");
+const QString PrepareFailed = u"[Scheduler]Create delete statement failed:"_s;
+const QString ResetFailed = u"[Scheduler]Reset statement failed:"_s;
+const QString BindFailed = u"[Scheduler]Bind text statement failed:"_s;
+const QString ExecuteFailed = u"[Scheduler]execute statement failed:"_s;
 
 std::filesystem::path SchedulerFile() {
-    return ZEPGetHomePath(QStringLiteral("scheduler"), HomePath::Created) / "v10_schduler.db";
+    return ZEPGetHomePath(u"scheduler"_s, HomePath::Created) / "v10_schduler.db";
 }
 
 void FillTexts(TaskRecord& task, const Statement& row) {
@@ -35,7 +37,7 @@ TaskInfo InfoOf(const Statement& row) {
     info.state = TaskState(row.Integer(7));
     info.lastRun = row.Text(8);
     if (info.lastRun.isNull())
-        info.lastRun = QStringLiteral("N/A");
+        info.lastRun = u"N/A"_s;
     info.number = row.Integer(10);
     return info;
 }
@@ -44,10 +46,9 @@ TaskInfo InfoOf(const Statement& row) {
 
 SchedulerStore::SchedulerStore(std::stop_token stop, const OpenRule& rule)
     : m_database(SchedulerFile(), rule, std::move(stop)),
-      m_list(m_database.Prepare(QStringLiteral("SELECT * FROM Scheduler ORDER BY  StartTime DESC"), Columns,
-                                PrepareFailed)),
-      m_lookup(m_database.Prepare(QStringLiteral("SELECT * FROM Scheduler WHERE TaskId=?"), Columns,
-                                  PrepareFailed)) {}
+      m_list(
+          m_database.Prepare(u"SELECT * FROM Scheduler ORDER BY  StartTime DESC"_s, Columns, PrepareFailed)),
+      m_lookup(m_database.Prepare(u"SELECT * FROM Scheduler WHERE TaskId=?"_s, Columns, PrepareFailed)) {}
 
 ReadResult SchedulerStore::EnumTasks(const TaskCallback& callback) {
     if (!m_list)

@@ -7,14 +7,16 @@
 
 #include <sqlite3.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace fs = std::filesystem;
 
 namespace {
 
 ReadOutcome OutcomeOfError(sqlite3* connection) {
     // A user's filter text can make a statement that is none; only a missing name is another schema.
-    return LastErrorText(connection).startsWith(QLatin1String("no such ")) ? ReadOutcome::OtherSchema
-                                                                           : ReadOutcome::Failed;
+    return LastErrorText(connection).startsWith("no such "_L1) ? ReadOutcome::OtherSchema
+                                                               : ReadOutcome::Failed;
 }
 
 ReadOutcome OutcomeOf(sqlite3* connection) {
@@ -66,18 +68,18 @@ fs::path Beside(const fs::path& file, const char* suffix) {
 QString MissingRight(const fs::path& file, OpenMode mode) {
     using enum platform::FileRight;
     if (IsDenied(file, Read))
-        return QStringLiteral("read %1").arg(FromPath(file));
+        return u"read %1"_s.arg(FromPath(file));
     if (mode == OpenMode::ReadWrite && IsDenied(file, Write))
-        return QStringLiteral("write %1").arg(FromPath(file));
+        return u"write %1"_s.arg(FromPath(file));
     for (const char* suffix : {"-shm", "-wal", "-journal"}) {
         const fs::path side = Beside(file, suffix);
         if (IsDenied(side, Read))
-            return QStringLiteral("read %1").arg(FromPath(side));
+            return u"read %1"_s.arg(FromPath(side));
         if (IsDenied(side, Write))
-            return QStringLiteral("write %1").arg(FromPath(side));
+            return u"write %1"_s.arg(FromPath(side));
     }
     if (IsDenied(file.parent_path(), MakeFilesIn))
-        return QStringLiteral("create files in %1").arg(FromPath(file.parent_path()));
+        return u"create files in %1"_s.arg(FromPath(file.parent_path()));
     return {};
 }
 
@@ -95,7 +97,7 @@ ReadResult ResultOf(sqlite3* connection, const fs::path& file, OpenMode mode) {
             return {outcome, right};
         outcome = ReadOutcome::Failed;
     }
-    return {outcome, QStringLiteral("%1 (%2)").arg(FromPath(file), LastErrorText(connection))};
+    return {outcome, u"%1 (%2)"_s.arg(FromPath(file), LastErrorText(connection))};
 }
 
 } // namespace

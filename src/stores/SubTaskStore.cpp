@@ -5,24 +5,26 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int Columns = 9;
 
 // People search the log for these lines: their odd words stay.
-const QString PrepareFailed = QStringLiteral("[SubTaskDBWorker]Create delete statement failed:");
-const QString BindFailed = QStringLiteral("[SubTaskDBWorker]Bind text statement failed:");
-const QString ResetFailed = QStringLiteral("[Scheduler]Reset statement failed:");
+const QString PrepareFailed = u"[SubTaskDBWorker]Create delete statement failed:"_s;
+const QString BindFailed = u"[SubTaskDBWorker]Bind text statement failed:"_s;
+const QString ResetFailed = u"[Scheduler]Reset statement failed:"_s;
 
 /// All of them are prepared at once, in this order: a database that lacks them is traced once for each.
 enum StatementIndex : size_t { CountA, CountB, All, ByStateInOrder, ByState, ByTwoStates };
 const std::array<QString, 6> Texts{
-    QStringLiteral("SELECT COUNT(*) FROM SubTaskDBWorker WHERE TaskState=? "),
-    QStringLiteral("SELECT COUNT(*) FROM SubTaskDBWorker WHERE TaskState=? "),
-    QStringLiteral("SELECT * FROM SubTaskDBWorker ORDER BY  TaskIndex ASC"),
-    QStringLiteral("SELECT * FROM SubTaskDBWorker WHERE TaskState=?  ORDER BY  TaskIndex ASC"),
-    QStringLiteral("SELECT * FROM SubTaskDBWorker WHERE TaskState=? "),
-    QStringLiteral("SELECT * FROM SubTaskDBWorker WHERE (TaskState=? OR TaskState=?) ORDER BY TaskIndex ASC"),
+    u"SELECT COUNT(*) FROM SubTaskDBWorker WHERE TaskState=? "_s,
+    u"SELECT COUNT(*) FROM SubTaskDBWorker WHERE TaskState=? "_s,
+    u"SELECT * FROM SubTaskDBWorker ORDER BY  TaskIndex ASC"_s,
+    u"SELECT * FROM SubTaskDBWorker WHERE TaskState=?  ORDER BY  TaskIndex ASC"_s,
+    u"SELECT * FROM SubTaskDBWorker WHERE TaskState=? "_s,
+    u"SELECT * FROM SubTaskDBWorker WHERE (TaskState=? OR TaskState=?) ORDER BY TaskIndex ASC"_s,
 };
 
 /// An identifier comes from a database and becomes a file name: it must stay in its folder.
@@ -30,15 +32,15 @@ bool IsPlainName(const QString& taskId) {
     const auto isForbidden = [](QChar c) {
         return c == QLatin1Char('/') || c == QLatin1Char('\\') || c == QLatin1Char(':') || c.isNull();
     };
-    return !taskId.isEmpty() && std::none_of(taskId.begin(), taskId.end(), isForbidden) &&
-           taskId != QLatin1String(".") && taskId != QLatin1String("..");
+    return !taskId.isEmpty() && std::none_of(taskId.begin(), taskId.end(), isForbidden) && taskId != "."_L1 &&
+           taskId != ".."_L1;
 }
 
 std::filesystem::path SubTaskFile(const QString& taskId) {
     if (!IsPlainName(taskId))
         return {};
-    const QString name = taskId + QLatin1String(".db");
-    return ZEPGetHomePath(QStringLiteral("scheduler"), HomePath::Created) / ToPath(name);
+    const QString name = taskId + ".db"_L1;
+    return ZEPGetHomePath(u"scheduler"_s, HomePath::Created) / ToPath(name);
 }
 
 SubTaskRecord RecordOf(const Statement& row) {

@@ -6,6 +6,8 @@
 #include "stores/SchedulerStore.h"
 #include "stores/TaskState.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 struct CompletedTask {
@@ -18,12 +20,12 @@ struct CompletedTask {
 
 RowCommand Deletion() {
     return DeleteCommand<CompletedTask>(
-        {.caption = CRecordPanel::tr("Delete"),
+        {.caption = RecordPanel::tr("Delete"),
          .icon = DeleteIcon,
-         .words = CRecordPanel::tr("Click to delete the task")},
-        {.one = CRecordPanel::tr("Do you really want to delete the task?"),
-         .several = CRecordPanel::tr("Do you really want to remove the selected tasks?"),
-         .failed = CRecordPanel::tr("Failed to delete the task")},
+         .words = RecordPanel::tr("Click to delete the task")},
+        {.one = RecordPanel::tr("Do you really want to delete the task?"),
+         .several = RecordPanel::tr("Do you really want to remove the selected tasks?"),
+         .failed = RecordPanel::tr("Failed to delete the task")},
         [](const ServiceClient& service, const CompletedTask& task, const std::stop_token& stop) {
             return service.DeleteTask(task.id, stop);
         });
@@ -33,14 +35,14 @@ RowCommand Deletion() {
 
 ListTable CompletedTable() {
     return RecordTable<CompletedTask>{
-        .page = {.name = CRecordPanel::tr("Completed Tasks"),
-                 .widths = QStringLiteral("CompletedTasks"),
-                 .status = CRecordPanel::tr("Manage completed tasks."),
-                 .empty = CRecordPanel::tr("No task found."),
+        .page = {.name = RecordPanel::tr("Completed Tasks"),
+                 .widths = u"CompletedTasks"_s,
+                 .status = RecordPanel::tr("Manage completed tasks."),
+                 .empty = RecordPanel::tr("No task found."),
                  .period = std::chrono::seconds(5),
-                 .reload = CRecordPanel::tr("Refresh...")},
-        .columns = {{CRecordPanel::tr("Task Name"), 340, &CompletedTask::name},
-                    {CRecordPanel::tr("Last Run Time"), 160, &CompletedTask::lastRun}},
+                 .reload = RecordPanel::tr("Refresh...")},
+        .columns = {{RecordPanel::tr("Task Name"), 340, &CompletedTask::name},
+                    {RecordPanel::tr("Last Run Time"), 160, &CompletedTask::lastRun}},
         .id = {&CompletedTask::id},
         .read =
             [](RecordStream<CompletedTask>& rows, std::stop_token stop) {

@@ -5,6 +5,8 @@
 #include "taskman/RunningText.h"
 #include "taskman/TaskList.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using Running = RunningSubTask;
@@ -22,13 +24,13 @@ QString FileCell(const Running& running) {
 
 QString TaskCell(const Running& running) {
     const QString file = FileCell(running);
-    return file.isEmpty() ? running.taskName : running.taskName + QStringLiteral(": ") + file;
+    return file.isEmpty() ? running.taskName : running.taskName + u": "_s + file;
 }
 
 QString StatusCell(const Running& running) {
     if (IsSyncWatcher(running))
-        return CRecordPanel::tr("Monitoring changes");
-    const QString words = OperationWords(running.operation) + QStringLiteral("...");
+        return RecordPanel::tr("Monitoring changes");
+    const QString words = OperationWords(running.operation) + u"..."_s;
     return running.status.isEmpty() ? words : words + u' ' + running.status;
 }
 
@@ -43,7 +45,7 @@ RecordColumn<Running> CompletionColumn(int width) {
     const auto bar = [](const Running& running) {
         return Cell::Progress(running.bytesDone, running.bytesTotal);
     };
-    return {CRecordPanel::tr("Completion"), width, {bar, DoneOf}};
+    return {RecordPanel::tr("Completion"), width, {bar, DoneOf}};
 }
 
 RowId<Running> Id() {
@@ -57,26 +59,25 @@ ReadResult Read(const LiveCounters& counters, const QString& taskId, RecordStrea
             rows.Put(running);
         return true;
     });
-    return told ? ReadResult() : ReadResult{ReadOutcome::Untold, {}};
+    return told ? ReadResult() : ReadResult{ReadOutcome::Unavailable, {}};
 }
 
 } // namespace
 
 ListTable RunningTable(const LiveCounters& counters, const TaskRow& task) {
     return RecordTable<Running>{
-        .page =
-            LivePage(counters,
-                     {.name = CRecordPanel::tr("Running"),
-                      .widths = QStringLiteral("RunningSubtasks"),
-                      .status = CRecordPanel::tr("Check the progress of your currently processing sub-tasks"),
-                      .empty = CRecordPanel::tr("No subtask is being processed."),
-                      .subject = task.id}),
+        .page = LivePage(
+            counters, {.name = RecordPanel::tr("Running"),
+                       .widths = u"RunningSubtasks"_s,
+                       .status = RecordPanel::tr("Check the progress of your currently processing sub-tasks"),
+                       .empty = RecordPanel::tr("No subtask is being processed."),
+                       .subject = task.id}),
         .columns = {{.title = {},
                      .width = 24,
                      .cell = [](const Running& running) { return OperationCell(running.operation); },
-                     .name = CRecordPanel::tr("Direction")},
-                    {CRecordPanel::tr("File Name"), 200, FileCell},
-                    {CRecordPanel::tr("Target"), 250, &Running::target},
+                     .name = RecordPanel::tr("Direction")},
+                    {RecordPanel::tr("File Name"), 200, FileCell},
+                    {RecordPanel::tr("Target"), 250, &Running::target},
                     CompletionColumn(170)},
         .id = Id(),
         .read = [id = task.id, &counters](RecordStream<Running>& rows, const std::stop_token&) {
@@ -86,13 +87,13 @@ ListTable RunningTable(const LiveCounters& counters, const TaskRow& task) {
 
 ListTable SystemActivityTable(const LiveCounters& counters) {
     return RecordTable<Running>{
-        .page = LivePage(counters, {.name = CRecordPanel::tr("System Activities"),
-                                    .widths = QStringLiteral("SystemActivities"),
-                                    .status = CRecordPanel::tr("View current system activities."),
-                                    .empty = CRecordPanel::tr("System is idle.")}),
-        .columns = {{CRecordPanel::tr("Task"), 230, TaskCell},
-                    {CRecordPanel::tr("Target"), 200, &Running::target},
-                    {CRecordPanel::tr("Status"), 130, StatusCell},
+        .page = LivePage(counters, {.name = RecordPanel::tr("System Activities"),
+                                    .widths = u"SystemActivities"_s,
+                                    .status = RecordPanel::tr("View current system activities."),
+                                    .empty = RecordPanel::tr("System is idle.")}),
+        .columns = {{RecordPanel::tr("Task"), 230, TaskCell},
+                    {RecordPanel::tr("Target"), 200, &Running::target},
+                    {RecordPanel::tr("Status"), 130, StatusCell},
                     CompletionColumn(150)},
         .id = Id(),
         .read = [&counters](RecordStream<Running>& rows, const std::stop_token&) {

@@ -9,16 +9,18 @@
 #include "taskman/SubTaskText.h"
 #include "taskman/TaskList.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using SubTask = SubTaskRecord;
 
 RecordPage PageOf(const TaskRow& task, bool retry) {
-    return {.name = retry ? CRecordPanel::tr("Pending Retry") : CRecordPanel::tr("Pending"),
-            .widths = QStringLiteral("Subtasks"),
-            .status = CRecordPanel::tr("View the pending subtasks. They'll be processed later."),
-            .empty = CRecordPanel::tr("No Subtask found."),
-            .failure = CRecordPanel::tr("Failed to get subtask list, refresh later"),
+    return {.name = retry ? RecordPanel::tr("Pending Retry") : RecordPanel::tr("Pending"),
+            .widths = u"Subtasks"_s,
+            .status = RecordPanel::tr("View the pending subtasks. They'll be processed later."),
+            .empty = RecordPanel::tr("No Subtask found."),
+            .failure = RecordPanel::tr("Failed to get subtask list, refresh later"),
             .period = std::chrono::seconds(5),
             .subject = task.id};
 }
@@ -26,9 +28,9 @@ RecordPage PageOf(const TaskRow& task, bool retry) {
 QString DirectionCell(const SubTask& record) {
     switch (DirectionOfSubTask(record.text1)) {
     case TransferDirection::Upload:
-        return Cell::ActivityIcon(UploadIcon, QStringLiteral("Uploading"));
+        return Cell::ActivityIcon(UploadIcon, u"Uploading"_s);
     case TransferDirection::Download:
-        return Cell::ActivityIcon(DownloadIcon, QStringLiteral("Downloading"));
+        return Cell::ActivityIcon(DownloadIcon, u"Downloading"_s);
     case TransferDirection::None:
         break;
     }
@@ -41,12 +43,12 @@ QString SizeCell(const SubTask& record) {
 
 RowCommand Deletion(const QString& taskId) {
     return DeleteCommand<SubTask>(
-        {.caption = CRecordPanel::tr("Delete"),
+        {.caption = RecordPanel::tr("Delete"),
          .icon = DeleteIcon,
-         .words = CRecordPanel::tr("Click to delete the failed sub-task")},
-        {.one = CRecordPanel::tr("Do you really want to remove this sub-task?"),
-         .several = CRecordPanel::tr("Do you really want to remove selected sub-tasks?"),
-         .failed = CRecordPanel::tr("Failed to delete the subtask")},
+         .words = RecordPanel::tr("Click to delete the failed sub-task")},
+        {.one = RecordPanel::tr("Do you really want to remove this sub-task?"),
+         .several = RecordPanel::tr("Do you really want to remove selected sub-tasks?"),
+         .failed = RecordPanel::tr("Failed to delete the subtask")},
         [taskId](const ServiceClient& service, const SubTask& record, const std::stop_token& stop) {
             return service.DeleteSubTask(taskId, record.subTaskNumber, stop);
         });
@@ -63,12 +65,12 @@ ListTable SubTaskTable(const TaskRow& task, SubtaskView view) {
     };
     return RecordTable<SubTask>{
         .page = PageOf(task, retry),
-        .columns = {{.title = {}, .width = 24, .cell = DirectionCell, .name = CRecordPanel::tr("Direction")},
-                    {CRecordPanel::tr("Task Name"), 190,
+        .columns = {{.title = {}, .width = 24, .cell = DirectionCell, .name = RecordPanel::tr("Direction")},
+                    {RecordPanel::tr("Task Name"), 190,
                      [](const SubTask& record) { return SubTaskName(record.text1, record.text2); }},
-                    {CRecordPanel::tr("Parameter 1"), 250, parameter},
-                    {CRecordPanel::tr("Size"), 80, {SizeCell, &SubTask::number5}, Qt::AlignRight},
-                    {CRecordPanel::tr("Note"), 120, &SubTask::text4}},
+                    {RecordPanel::tr("Parameter 1"), 250, parameter},
+                    {RecordPanel::tr("Size"), 80, {SizeCell, &SubTask::number5}, Qt::AlignRight},
+                    {RecordPanel::tr("Note"), 120, &SubTask::text4}},
         // The service gives the numbers of one run to other sub-tasks in the next.
         .id = {&SubTask::subTaskNumber, &SubTask::text1, &SubTask::text2},
         .read =

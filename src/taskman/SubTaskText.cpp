@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 enum class Condition { None, ChangeLog, SyncMarker };
@@ -47,9 +49,9 @@ bool Is(const QString& type, const char* code) {
 bool Holds(Condition condition, const QString& parameter) {
     switch (condition) {
     case Condition::ChangeLog:
-        return parameter.startsWith(QLatin1String("/ChangeLog"));
+        return parameter.startsWith("/ChangeLog"_L1);
     case Condition::SyncMarker:
-        return parameter.contains(QLatin1String("43811DCD-8C5A-4EF9-B903-2EEA9CE88487"));
+        return parameter.contains("43811DCD-8C5A-4EF9-B903-2EEA9CE88487"_L1);
     case Condition::None:
         break;
     }

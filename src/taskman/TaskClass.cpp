@@ -4,6 +4,8 @@
 
 #include <array>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 bool Equal(const QString& text, QLatin1String wanted) {
@@ -35,12 +37,11 @@ constexpr std::array<TypeName, 8> TypeNames{{
 
 TaskClass ClassifyTask(const QString& type, const QString& name, bool backupFlag) {
     // Tasks named "Drop Folder Sync ..." sync too, but are the user's, on purpose.
-    const bool system = name.contains(QLatin1String("Prefetch Task")) ||
-                        type.contains(QLatin1String("#MESFTASK")) ||
-                        name.startsWith(QLatin1String("Default Task For"), Qt::CaseInsensitive) ||
-                        name.startsWith(QLatin1String("Cloud Sync Folder Task For"), Qt::CaseInsensitive);
-    const bool backup = backupFlag || Equal(type, QLatin1String("backup")) ||
-                        Equal(type, QLatin1String("ccbackup")) || Equal(type, QLatin1String("advbackup"));
+    const bool system = name.contains("Prefetch Task"_L1) || type.contains("#MESFTASK"_L1) ||
+                        name.startsWith("Default Task For"_L1, Qt::CaseInsensitive) ||
+                        name.startsWith("Cloud Sync Folder Task For"_L1, Qt::CaseInsensitive);
+    const bool backup =
+        backupFlag || Equal(type, "backup"_L1) || Equal(type, "ccbackup"_L1) || Equal(type, "advbackup"_L1);
     return {system, backup};
 }
 

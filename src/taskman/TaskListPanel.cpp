@@ -5,6 +5,8 @@
 
 #include <QTextBrowser>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QWidget* MakeEmptyPage() {
@@ -12,7 +14,7 @@ QWidget* MakeEmptyPage() {
     auto* page = new QTextBrowser;
     page->setFrameShape(QFrame::NoFrame);
     page->setAccessibleName(CTaskListPanel::tr("No tasks"));
-    page->setSource(QUrl::fromLocalFile(QString::fromStdString(folder) + QStringLiteral("/task_list.html")));
+    page->setSource(QUrl::fromLocalFile(QString::fromStdString(folder) + u"/task_list.html"_s));
     return page;
 }
 

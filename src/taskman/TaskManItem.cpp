@@ -97,7 +97,7 @@ void CTaskManItem::MakeViews() {
     connect(m_summary, &CTaskSummary::Commanded, this, &CTaskManItem::EndCommand);
     tabs->AddTab(tr("Summary"), m_summary, SummaryIcon);
     const auto add = [&](const QString& title, int image, std::function<ListTable(const TaskRow&)> tableOf) {
-        m_views.push_back({new CRecordPanel(m_console, tableOf(m_task)), std::move(tableOf)});
+        m_views.push_back({new RecordPanel(m_console, tableOf(m_task)), std::move(tableOf)});
         tabs->AddTab(title, m_views.back().panel, image);
     };
     add(tr("Running"), SystemActivitiesIcon,

@@ -7,7 +7,7 @@
 
 struct ListTable;
 
-class CRecordPanel;
+class RecordPanel;
 class CTaskSummary;
 
 /// The card of a task. Its commands go to the task that it shows at the click.
@@ -30,7 +30,7 @@ signals:
 
 private:
     struct View {
-        CRecordPanel* panel;
+        RecordPanel* panel;
         std::function<ListTable(const TaskRow&)> tableOf;
     };
 

@@ -21,11 +21,11 @@ CTaskManPanel::CTaskManPanel(const Console& console)
     : CTabPanel(console), m_advanced(new QCheckBox(tr("Advanced Mode"))) {
     SetSideActions({RefreshAction()});
     AddTab(tr("My Tasks"), new CTaskListPanel(console, TaskFilter::MyTasks), TaskListIcon);
-    AddTab(tr("System Activities"), new CRecordPanel(console, SystemActivityTable(console.counters)),
+    AddTab(tr("System Activities"), new RecordPanel(console, SystemActivityTable(console.counters)),
            SystemActivitiesIcon);
     AddHiddenTab(tr("Task Settings"), new CTaskItemSettings(console), TaskSettingsIcon);
     AddHiddenTab(tr("System Tasks"), new CTaskListPanel(console, TaskFilter::SystemTasks), SystemTasksIcon);
-    AddHiddenTab(tr("Completed Tasks"), new CRecordPanel(console, CompletedTable()), CompletedTasksIcon);
+    AddHiddenTab(tr("Completed Tasks"), new RecordPanel(console, CompletedTable()), CompletedTasksIcon);
     m_advanced->setFont(Look::Font(Look::Small));
     SetCorner(m_advanced);
     connect(m_advanced, &QCheckBox::toggled, this, &CTaskManPanel::WriteMode);

@@ -3,6 +3,8 @@
 #include "taskman/TaskClass.h"
 #include "taskman/TaskCommands.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 /// None for a state that leaves the row as it is.
@@ -54,5 +56,5 @@ TaskSummaryPlan TaskManSummary() {
     return {
         CTaskSummary::tr("View summary information for this task. Click on a different task to change views. "
                          "Note the actions above (Start, Pause, Cancel, Refresh)."),
-        QStringLiteral("TaskSummary"), RowsOf, ButtonsOf};
+        u"TaskSummary"_s, RowsOf, ButtonsOf};
 }

@@ -10,6 +10,8 @@
 #include "stores/TaskState.h"
 #include "taskman/TaskList.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 struct Trace {
@@ -37,12 +39,12 @@ private:
 };
 
 RecordPage PageOf(const TaskRow& task) {
-    return {.name = CRecordPanel::tr("Trace"),
-            .widths = QStringLiteral("TaskAudit"),
-            .status = CRecordPanel::tr("View audit trace of activities related to this task."),
-            .empty = CRecordPanel::tr("No Record Found."),
-            .loading = CRecordPanel::tr("Querying, please wait..."),
-            .listing = CRecordPanel::tr("Listing, please wait..."),
+    return {.name = RecordPanel::tr("Trace"),
+            .widths = u"TaskAudit"_s,
+            .status = RecordPanel::tr("View audit trace of activities related to this task."),
+            .empty = RecordPanel::tr("No Record Found."),
+            .loading = RecordPanel::tr("Querying, please wait..."),
+            .listing = RecordPanel::tr("Listing, please wait..."),
             .subject = task.id,
             .edition = QString::number(task.state) + task.lastRun,
             .tellsAge = task.state == static_cast<int>(TaskState::Running)};
@@ -54,17 +56,14 @@ void CopyAll(RecordView& view, const std::function<void()>& done) {
     ListExcerpt excerpt{rows.AllRows(), Places(std::size_t(rows.TotalRows())), {0, 1, 2}};
     std::iota(excerpt.places.begin(), excerpt.places.end(), 0);
     view.Loader().Command(
-        Lane::Computing,
-        [excerpt](std::stop_token) {
-            return JoinedWords(excerpt, QStringLiteral("    "), QStringLiteral("\r\n"));
-        },
+        Lane::Computing, [excerpt](std::stop_token) { return JoinedWords(excerpt, u"    "_s, u"\r\n"_s); },
         [&view, done](const Loaded<QString>& text) {
             done();
             if (!text)
                 return;
             UserPrompts& prompts = view.TheConsole().prompts;
             prompts.SetClipboardText(*text);
-            prompts.ShowMessage(&view, CRecordPanel::tr("All trace items have been copied to clipboard"));
+            prompts.ShowMessage(&view, RecordPanel::tr("All trace items have been copied to clipboard"));
         });
 }
 
@@ -76,21 +75,21 @@ void DeleteAll(RecordView& view, const QString& taskId, const std::function<void
             done();
             if (!deleted || !*deleted)
                 view.TheConsole().prompts.ShowMessage(&view,
-                                                      CRecordPanel::tr("Failed to delete the trace items"),
-                                                      {}, deleted ? deleted->Sentence() : QString());
+                                                      RecordPanel::tr("Failed to delete the trace items"), {},
+                                                      deleted ? deleted->Sentence() : QString());
             view.Read();
         });
 }
 
 void AskToDeleteAll(RecordView& view, const QString& taskId, const std::function<void()>& done) {
     UserPrompts& prompts = view.TheConsole().prompts;
-    prompts.AskYesNo(&view, CRecordPanel::tr("Do you really want to delete all trace items of this task?"),
+    prompts.AskYesNo(&view, RecordPanel::tr("Do you really want to delete all trace items of this task?"),
                      [&view, &prompts, taskId, done](bool yes) {
                          const bool same = view.Page().subject == taskId;
                          if (yes && same)
                              return DeleteAll(view, taskId, done);
                          if (yes)
-                             prompts.ShowMessage(&view, CRecordPanel::tr("The task is no longer there."));
+                             prompts.ShowMessage(&view, RecordPanel::tr("The task is no longer there."));
                          done();
                      });
 }
@@ -100,9 +99,9 @@ void AskToDeleteAll(RecordView& view, const QString& taskId, const std::function
 ListTable TraceTable(const TaskRow& task) {
     return RecordTable<Trace>{
         .page = PageOf(task),
-        .columns = {{CRecordPanel::tr("Type"), 50, &Trace::LevelCell},
-                    {CRecordPanel::tr("Time"), 140, &Trace::time},
-                    {CRecordPanel::tr("Trace"), 400, &Trace::message}},
+        .columns = {{RecordPanel::tr("Type"), 50, &Trace::LevelCell},
+                    {RecordPanel::tr("Time"), 140, &Trace::time},
+                    {RecordPanel::tr("Trace"), 400, &Trace::message}},
         .id = {&Trace::time, &Trace::message},
         .read =
             [id = task.id](RecordStream<Trace>& rows, std::stop_token stop) {
@@ -112,8 +111,8 @@ ListTable TraceTable(const TaskRow& task) {
                     return true;
                 });
             },
-        .actions = {{CRecordPanel::tr("Copy All"), CopyIcon, TableAction::AllRows, CopyAll},
-                    {CRecordPanel::tr("Delete All"), DeleteAllIcon, TableAction::Rows,
+        .actions = {{RecordPanel::tr("Copy All"), CopyIcon, TableAction::AllRows, CopyAll},
+                    {RecordPanel::tr("Delete All"), DeleteAllIcon, TableAction::Rows,
                      [id = task.id](RecordView& view, const std::function<void()>& done) {
                          AskToDeleteAll(view, id, done);
                      }}}};

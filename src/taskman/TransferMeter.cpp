@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <limits>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 quint32 SecondsFor(quint64 octets, double speed) {
@@ -46,6 +48,6 @@ QString TransferText(const TransferProgress& progress) {
     const QString done = FormatSize(progress.done).trimmed();
     if (!progress.secondsLeft)
         return QCoreApplication::translate("TransferText", "%1 transferred").arg(done);
-    return QStringLiteral("%1, %2").arg(
+    return u"%1, %2"_s.arg(
         done, FormatRemaining(FormatSize(progress.left).trimmed(), FormatDuration(*progress.secondsLeft)));
 }

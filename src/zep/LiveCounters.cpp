@@ -14,6 +14,8 @@
 #include <utility>
 #include <vector>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 /// The file's words, which the service may be writing.
@@ -117,7 +119,7 @@ void LiveCounters::State::DecodeConsistent(const SharedWords& words) {
     m_sequence = before && *before % 2 == 1 ? before : std::nullopt;
 }
 
-LiveCounters::LiveCounters() : LiveCounters(ZEPGetHomePath(QStringLiteral("trace")) / "livetrace.map") {}
+LiveCounters::LiveCounters() : LiveCounters(ZEPGetHomePath(u"trace"_s) / "livetrace.map") {}
 
 LiveCounters::LiveCounters(std::filesystem::path file) : m_state(std::make_unique<State>()) {
     m_state->file = std::move(file);

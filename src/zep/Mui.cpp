@@ -8,6 +8,8 @@
 #include <map>
 #include <system_error>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr qsizetype longestText = 4095;
@@ -17,30 +19,30 @@ using Table = std::map<int, QString>;
 struct Texts {
     Table messages{
         {Message::VirtualDirectoriesUnavailable,
-         QStringLiteral("The list of virtual directories could not be read. Please check that the service is "
-                        "running, then try again.")},
+         u"The list of virtual directories could not be read. Please check that the service is "
+         "running, then try again."_s},
         {Message::HomeDirectoryMissing,
-         QStringLiteral("There is no virtual directory named \"Home\" whose login information could be "
-                        "edited.")},
+         u"There is no virtual directory named \"Home\" whose login information could be "
+         "edited."_s},
         {Message::FileMonitorCannotBeOpened,
-         QStringLiteral("The file monitor service could not be opened. The file index is not available.")},
+         u"The file monitor service could not be opened. The file index is not available."_s},
         {Message::AskBuildFileIndex,
-         QStringLiteral("The file index has not been built yet. It is needed to find files by their type. Do "
-                        "you want to build it now? This may take a few minutes.")},
+         u"The file index has not been built yet. It is needed to find files by their type. Do "
+         "you want to build it now? This may take a few minutes."_s},
         {Message::FileMonitorNotRunning,
-         QStringLiteral("The file monitor service is not running. Please start it, then try again.")},
-        {Message::SelectFolderFirst, QStringLiteral("Please select a folder first.")},
-        {Message::NewFolderTitle, QStringLiteral("Name of the New Folder")},
+         u"The file monitor service is not running. Please start it, then try again."_s},
+        {Message::SelectFolderFirst, u"Please select a folder first."_s},
+        {Message::NewFolderTitle, u"Name of the New Folder"_s},
         {Message::FolderNotCreated,
-         QStringLiteral("The folder could not be created. Please check its name and your rights, then try "
-                        "again.")},
+         u"The folder could not be created. Please check its name and your rights, then try "
+         "again."_s},
     };
     Table branding{
-        {Branding::ProductLine, QStringLiteral("Brenvia")},
-        {Branding::HomeFolderOnly, QStringLiteral("no")},
-        {Branding::SettingsCatalogFile, QStringLiteral("settings.xml")},
-        {Branding::DesktopConsole, QStringLiteral("Brenvia Orbitdesk")},
-        {Branding::BackupServerConsole, QStringLiteral("Brenvia Backup Server Console")},
+        {Branding::ProductLine, u"Brenvia"_s},
+        {Branding::HomeFolderOnly, u"no"_s},
+        {Branding::SettingsCatalogFile, u"settings.xml"_s},
+        {Branding::DesktopConsole, u"Brenvia Orbitdesk"_s},
+        {Branding::BackupServerConsole, u"Brenvia Backup Server Console"_s},
         {Branding::HiddenCardField, QString()},
     };
 };
@@ -51,23 +53,23 @@ Texts& Current() {
 }
 
 void Reject(const QString& reason) {
-    TracePrintf(TraceLevel::Warning, QStringLiteral("[Mui]Branding file: ") + reason);
+    TracePrintf(TraceLevel::Warning, u"[Mui]Branding file: "_s + reason);
 }
 
 /// Takes one element of the branding file into the table that it names.
 void Override(Texts& texts, const XmlNode& entry) {
-    const bool isMessage = entry.Name() == QLatin1String("Message");
-    if (!isMessage && entry.Name() != QLatin1String("Branding"))
-        return Reject(QStringLiteral("unknown element \"%1\" ignored").arg(entry.Name()));
+    const bool isMessage = entry.Name() == "Message"_L1;
+    if (!isMessage && entry.Name() != "Branding"_L1)
+        return Reject(u"unknown element \"%1\" ignored"_s.arg(entry.Name()));
     Table& table = isMessage ? texts.messages : texts.branding;
-    const QString number = entry.Attribute(QStringLiteral("Number")).value_or(QString());
+    const QString number = entry.Attribute(u"Number"_s).value_or(QString());
     bool isNumber = false;
     const auto row = table.find(number.toInt(&isNumber));
     if (!isNumber || row == table.end())
-        return Reject(QStringLiteral("unknown %1 number \"%2\" ignored").arg(entry.Name(), number));
+        return Reject(u"unknown %1 number \"%2\" ignored"_s.arg(entry.Name(), number));
     const QString text = entry.Text();
     if (text.size() > longestText)
-        return Reject(QStringLiteral("%1 %2 is too long and ignored").arg(entry.Name(), number));
+        return Reject(u"%1 %2 is too long and ignored"_s.arg(entry.Name(), number));
     row->second = text;
 }
 
@@ -88,10 +90,9 @@ void ZEPMuiInitialize(const std::filesystem::path& brandingFile) {
     if (!std::filesystem::exists(brandingFile, error))
         return;
     const auto document = XmlDocument::Load(brandingFile);
-    const XmlNode root = document ? document->NodeByPath(QStringLiteral("BrandingTexts")) : XmlNode();
+    const XmlNode root = document ? document->NodeByPath(u"BrandingTexts"_s) : XmlNode();
     if (!root)
-        return Reject(
-            QStringLiteral("\"%1\" is not a branding document and is ignored").arg(FromPath(brandingFile)));
+        return Reject(u"\"%1\" is not a branding document and is ignored"_s.arg(FromPath(brandingFile)));
     for (XmlNode entry = root.FirstChild(); entry; entry = entry.NextSibling())
         Override(Current(), entry);
 }

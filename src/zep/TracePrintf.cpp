@@ -12,6 +12,8 @@
 #include <string_view>
 #include <system_error>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr std::uint64_t rotationSize = 4 * 1024 * 1024;
@@ -20,15 +22,15 @@ constexpr int oldFiles = 3;
 QLatin1String LevelName(TraceLevel level) {
     switch (level) {
     case TraceLevel::Error:
-        return QLatin1String("ERROR");
+        return "ERROR"_L1;
     case TraceLevel::Warning:
-        return QLatin1String("WARNING");
+        return "WARNING"_L1;
     case TraceLevel::Info:
-        return QLatin1String("INFO");
+        return "INFO"_L1;
     case TraceLevel::Verbose:
         break;
     }
-    return QLatin1String("VERBOSE");
+    return "VERBOSE"_L1;
 }
 
 /// One line of the log: whatever the text holds, it neither ends the line early nor forges another.
@@ -36,11 +38,11 @@ QByteArray Line(TraceLevel level, QStringView text) {
     while (text.endsWith(u'\n') || text.endsWith(u'\r'))
         text.chop(1);
     QString line = QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs);
-    line += QStringLiteral(" [%1] ").arg(QCoreApplication::applicationPid());
+    line += u" [%1] "_s.arg(QCoreApplication::applicationPid());
     line += LevelName(level).toString().leftJustified(8);
     for (const QChar c : text) {
         if (c == u'\n')
-            line += QLatin1String("\\n");
+            line += "\\n"_L1;
         else
             line +=
                 c.category() == QChar::Other_Control && c != u'\t' ? QChar(QChar::ReplacementCharacter) : c;
@@ -73,7 +75,7 @@ void Rotate(const std::filesystem::path& log) {
 
 void TracePrintf(TraceLevel level, const QString& text) noexcept {
     try {
-        const auto log = ZEPGetHomePath(QStringLiteral("logging"), HomePath::Created) / "BTaskMMC.log";
+        const auto log = ZEPGetHomePath(u"logging"_s, HomePath::Created) / "BTaskMMC.log";
         const QByteArray line = Line(level, text);
         const auto size = platform::AppendToFile(log, std::string_view(line.data(), size_t(line.size())));
         if (size && *size >= rotationSize)

@@ -10,6 +10,8 @@
 #include <fstream>
 #include <sstream>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 bool IsText(const pugi::xml_node& node) {
@@ -104,7 +106,7 @@ std::optional<XmlDocument> XmlDocument::Load(const std::filesystem::path& file, 
     if (input.is_open())
         return Parse(QByteArray::fromStdString(octets.str()), pugi::encoding_auto, failure);
     if (failure)
-        *failure = {0, QStringLiteral("it cannot be opened.")};
+        *failure = {0, u"it cannot be opened."_s};
     return std::nullopt;
 }
 

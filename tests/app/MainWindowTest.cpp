@@ -1,7 +1,7 @@
 #include "app/BackupSvrConfigWizard.h"
 #include "app/Pages.h"
 #include "page/BrenDialog.h"
-#include "support/PageBench.h"
+#include "support/PageFixture.h"
 #include "support/TestMain.h"
 #include "window/BTaskMMCDlg.h"
 #include "window/ConsoleStatusBar.h"
@@ -49,12 +49,12 @@ private slots:
     void init() {
         qputenv("XDG_CONFIG_HOME", m_config.path().toUtf8());
         qputenv("XDG_RUNTIME_DIR", m_config.path().toUtf8());
-        m_bench = std::make_unique<PageBench<>>();
+        m_fixture = std::make_unique<PageFixture<>>();
         m_log.clear();
         StoreWindowGeometry(QRect(0, 0, 0, 0));
     }
 
-    void cleanup() { m_bench.reset(); }
+    void cleanup() { m_fixture.reset(); }
 
     void selectsTheInitialSection_data() {
         const Columns<int, QString> row("view", "shown");
@@ -75,7 +75,7 @@ private slots:
 
     void hostsOnePageAtATime() {
         const auto window = MakeWindow();
-        auto* head = window->findChild<CPageHead*>();
+        auto* head = window->findChild<PageHead*>();
         m_log.clear();
         window->SelectSection(1);
         QCOMPARE(m_log, QStringList({u"A hidden"_s, u"B shown"_s, u"B reload"_s}));
@@ -98,18 +98,18 @@ private slots:
 
     void tellsThatTheServiceIsSilent() {
         const auto window = MakeWindow();
-        auto* notice = window->findChild<CServiceNotice*>();
+        auto* notice = window->findChild<ServiceNotice*>();
         const auto ask = [&] {
             notice->Start();
-            m_bench->reader.StepAll();
+            m_fixture->reader.StepAll();
         };
-        m_bench->reader.StepAll();
+        m_fixture->reader.StepAll();
         QVERIFY(!notice->isVisible());
 
         m_log.clear();
         const QWidget* page = window->CurrentPage();
         const QPoint place = page->mapTo(window.get(), QPoint());
-        m_bench->service->SetFault(devservice::HttpFault::Refuse);
+        m_fixture->service->SetFault(devservice::HttpFault::Refuse);
         ask();
         QVERIFY(notice->isVisible());
         QCOMPARE(page->mapTo(window.get(), QPoint()), place); // nothing moves under the mouse
@@ -119,7 +119,7 @@ private slots:
         ask();
         QCOMPARE(notice->Text(), said);
 
-        m_bench->service->ClearFaults();
+        m_fixture->service->ClearFaults();
         ask();
         QVERIFY(!notice->isVisible());
         QTRY_COMPARE(m_log, QStringList({u"A reload"_s}));
@@ -134,24 +134,24 @@ private slots:
 
     void theStatusBarOpensDialogs() {
         const auto [x, keys, setting, after] = Fetched<int, QString, QString, QString>();
-        m_bench->service->SetSetting("UploadBandwidth", "120");
+        m_fixture->service->SetSetting("UploadBandwidth", "120");
         const auto window = MakeWindow();
-        m_bench->reader.StepAll();
-        auto* bar = window->findChild<CConsoleStatusBar*>();
-        QCOMPARE(bar->PartText(CConsoleStatusBar::Version), u"Version: 1.2"_s);
-        QCOMPARE(bar->PartText(CConsoleStatusBar::CloudSpace), u"Not In Cloud Space"_s);
+        m_fixture->reader.StepAll();
+        auto* bar = window->findChild<ConsoleStatusBar*>();
+        QCOMPARE(bar->PartText(ConsoleStatusBar::Version), u"Version: 1.2"_s);
+        QCOMPARE(bar->PartText(ConsoleStatusBar::CloudSpace), u"Not In Cloud Space"_s);
         QTest::mouseClick(bar->childAt(x, 12), Qt::LeftButton);
         auto* dialog = window->findChild<CBrenDialog*>();
         QVERIFY(dialog);
-        m_bench->reader.StepAll();
-        m_bench->service->ForgetRequests();
+        m_fixture->reader.StepAll();
+        m_fixture->service->ForgetRequests();
         QTest::keyClicks(dialog->focusWidget(), keys);
         QTest::keyClick(dialog->focusWidget(), Qt::Key_Return);
-        m_bench->reader.StepAll();
+        m_fixture->reader.StepAll();
         QVERIFY(!dialog->isVisible());
-        QCOMPARE(m_bench->service.RequestLines().filter(u"PUT"_s).size(), 1);
-        QCOMPARE(m_bench->service->Setting(setting.toStdString()).value_or(""), after.toStdString());
-        QCOMPARE(bar->PartText(CConsoleStatusBar::CloudSpace),
+        QCOMPARE(m_fixture->service.RequestLines().filter(u"PUT"_s).size(), 1);
+        QCOMPARE(m_fixture->service->Setting(setting.toStdString()).value_or(""), after.toStdString());
+        QCOMPARE(bar->PartText(ConsoleStatusBar::CloudSpace),
                  x == 300 ? u"In Cloud Space"_s : u"Not In Cloud Space"_s);
     }
 
@@ -179,25 +179,25 @@ private slots:
     }
 
     void wizardClosesOnlyWhenTheServiceTookIt() {
-        CBackupSvrConfigWizard wizard(m_bench->client, m_bench->reader, m_bench->prompts);
+        CBackupSvrConfigWizard wizard(m_fixture->client, m_fixture->reader, m_fixture->prompts);
         wizard.open();
         wizard.next();
-        m_bench->service->SetFault(devservice::HttpFault::Refuse);
-        m_bench->prompts.ExpectMessage(
+        m_fixture->service->SetFault(devservice::HttpFault::Refuse);
+        m_fixture->prompts.ExpectMessage(
             u"The service did not take the configuration. Check that it is running, then choose "
             u"Finish again."_s);
         QTest::mouseClick(wizard.button(QWizard::FinishButton), Qt::LeftButton);
-        m_bench->reader.StepAll();
+        m_fixture->reader.StepAll();
         QVERIFY(wizard.isVisible());
-        m_bench->service->ClearFaults();
+        m_fixture->service->ClearFaults();
         QVERIFY(wizard.focusWidget() == wizard.button(QWizard::FinishButton));
         for (int press = 0; press < 2; ++press)
             QTest::keyClick(wizard.focusWidget(), Qt::Key_Space);
         QVERIFY2(wizard.isVisible(), "the second press is not one of Cancel");
-        m_bench->reader.StepAll();
+        m_fixture->reader.StepAll();
         QCOMPARE(wizard.result(), int(QDialog::Accepted));
         QVERIFY(!wizard.isVisible());
-        QCOMPARE(m_bench->service->Setting("BSInitConfig").value_or(""), std::string("True"));
+        QCOMPARE(m_fixture->service->Setting("BSInitConfig").value_or(""), std::string("True"));
     }
 
 private:
@@ -209,8 +209,8 @@ private:
             };
             pages.push_back({name, u"tasks"_s, make});
         }
-        auto window = std::make_unique<CBTaskMMCDlg>(m_bench->client, m_bench->counters, m_bench->prompts,
-                                                     m_bench->reader,
+        auto window = std::make_unique<CBTaskMMCDlg>(m_fixture->client, m_fixture->counters,
+                                                     m_fixture->prompts, m_fixture->reader,
                                                      CBTaskMMCDlg::Options{.title = u"Title"_s,
                                                                            .version = u"1.2"_s,
                                                                            .initialView = initialView,
@@ -221,13 +221,13 @@ private:
         return window;
     }
     QAbstractButton* ToolbarButton(const CBTaskMMCDlg& window) {
-        for (QAbstractButton* button : window.findChild<CPageHead*>()->findChildren<QAbstractButton*>())
+        for (QAbstractButton* button : window.findChild<PageHead*>()->findChildren<QAbstractButton*>())
             if (button->isVisible())
                 return button;
         return nullptr;
     }
 
-    std::unique_ptr<PageBench<>> m_bench;
+    std::unique_ptr<PageFixture<>> m_fixture;
     QTemporaryDir m_config;
     QStringList m_log;
 };

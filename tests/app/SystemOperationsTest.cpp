@@ -34,7 +34,7 @@ private slots:
         operations.SetServerMode(true);
         operations.SetTitle(u"Console"_s);
         QElapsedTimer answered;
-        OnWindow<CWaitDlg>([&](CWaitDlg& window) {
+        OnWindow<WaitDlg>([&](WaitDlg& window) {
             QCOMPARE(window.windowTitle(), u"Console"_s);
             answered.start();
             if (closes)
@@ -56,7 +56,7 @@ private slots:
         operations.SetServerMode(true);
         QCOMPARE(operations.IsServerConfigured(), std::optional(true));
         service->SetFault(devservice::HttpFault::Hang);
-        OnWindow<CWaitDlg>([](CWaitDlg& window) { QTest::keyClick(&window, Qt::Key_Escape); });
+        OnWindow<WaitDlg>([](WaitDlg& window) { QTest::keyClick(&window, Qt::Key_Escape); });
         QCOMPARE(operations.IsServerConfigured(), std::nullopt);
     }
 

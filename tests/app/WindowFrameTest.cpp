@@ -143,9 +143,9 @@ private slots:
 
     void tabGoesByPlace() {
         const auto window = Open({Section<BusyPage>(u"Busy"_s), Section<PlainPage>(u"Plain"_s)});
-        auto* find = window->findChild<CPageHead*>()->findChildren<ActionButton*>().first();
+        auto* find = window->findChild<PageHead*>()->findChildren<ActionButton*>().first();
         QTRY_VERIFY(find->isVisible());
-        window->findChild<CNavigationColumn*>()->Sections()->setFocus();
+        window->findChild<NavigationColumn*>()->Sections()->setFocus();
         const QStringList order{u"Sections"_s,
                                 u"Delete"_s,
                                 u"Refresh..."_s,
@@ -174,8 +174,8 @@ private slots:
 
     void findsFromTheSectionList() {
         const auto window = Open({Section<BusyPage>(u"Busy"_s), Section<PlainPage>(u"Plain"_s)});
-        auto* sections = window->findChild<CNavigationColumn*>()->Sections();
-        auto* button = window->findChild<CPageHead*>()->findChildren<ActionButton*>().first();
+        auto* sections = window->findChild<NavigationColumn*>()->Sections();
+        auto* button = window->findChild<PageHead*>()->findChildren<ActionButton*>().first();
         auto* bar = window->findChild<FindBar*>();
         QTRY_VERIFY(button->isVisible());
         sections->setFocus();
@@ -229,7 +229,7 @@ private slots:
     }
 
     void showsTheFootInANarrowWindow() {
-        CConsoleStatusBar bar;
+        ConsoleStatusBar bar;
         bar.show();
         for (const int width : {960, 800, 640}) {
             bar.resize(width, bar.height());
@@ -241,7 +241,7 @@ private slots:
 
     void namesStatusTextsForScreenReaders() {
         const auto window = Open({Section<PlainPage>(u"Plain"_s)});
-        auto* head = window->findChild<CPageHead*>();
+        auto* head = window->findChild<PageHead*>();
         head->SetStatusText(u"The service does not answer."_s);
         QLabel* label = head->findChildren<QLabel*>().last();
         QCOMPARE(QAccessible::queryAccessibleInterface(label)->text(QAccessible::Name),

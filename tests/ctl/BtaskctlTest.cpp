@@ -94,7 +94,7 @@ class BtaskctlTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void EndsWithItsCode_data() {
+    void endsWithItsCode_data() {
         // The line's words stand between bars; no output: anything.
         const Columns<QString, CtlExit, QByteArray> row("line", "exit", "out");
         using enum CtlExit;
@@ -155,7 +155,7 @@ private slots:
         row("help|nothing", Usage, none);
     }
 
-    void EndsWithItsCode() {
+    void endsWithItsCode() {
         const auto [line, exit, out] = Fetched<QString, CtlExit, QByteArray>();
         ServiceFixture service;
         Fill(service);
@@ -165,7 +165,7 @@ private slots:
         QCOMPARE(run.error.isEmpty(), exit == CtlExit::Done);
     }
 
-    void TasksAsObjects() {
+    void tasksAsObjects() {
         ServiceFixture service;
         std::vector<devservice::Task> tasks;
         for (int state = 0; state <= 6; ++state) {
@@ -205,7 +205,7 @@ private slots:
         QCOMPARE(chosen, (QStringList{u"T2"_s, u"T3"_s}));
     }
 
-    void SubTasksAsObjectsAndTable() {
+    void subTasksAsObjectsAndTable() {
         ServiceFixture service;
         Fill(service);
         const auto numbers = [](const QStringList& more) {
@@ -237,7 +237,7 @@ private slots:
                      QByteArray(50, 'd') + "                    30    0\n");
     }
 
-    void LogsByFilter_data() {
+    void logsByFilter_data() {
         // The key is that of the value that stands for its row.
         const Columns<QString, QString, QStringList> row("arguments", "key", "values");
         row(u"history "_s + TaskIdText, "stopReason", {u"first"_s, u"second"_s});
@@ -252,7 +252,7 @@ private slots:
         row("running", "file", {u"moving.txt"_s});
     }
 
-    void LogsByFilter() {
+    void logsByFilter() {
         const auto [arguments, key] = Fetched<QString, QString>();
         ServiceFixture service;
         devservice::Task task = MakeTask(TaskId, "Nightly");
@@ -275,7 +275,7 @@ private slots:
         QTEST(values, "values");
     }
 
-    void CommandsReachTheService() {
+    void commandsReachTheService() {
         ServiceFixture service;
         Fill(service);
         const auto state = [&service] { return service->FindTask(TaskId)->state; };
@@ -302,7 +302,7 @@ private slots:
         QCOMPARE(QByteArray::fromStdString(service->Requests()[7].body), QByteArray("\xC3\xA4\0", 3));
     }
 
-    void FaultsHaveTheirCodes_data() {
+    void faultsHaveTheirCodes_data() {
         const Columns<QString, CtlExit, CtlExit> row("fault", "request", "tasks");
         using enum CtlExit;
         row("down", "refuse", Unreachable, Done);
@@ -314,7 +314,7 @@ private slots:
         row("damaged", "db-garbage", Done, NoDatabase);
     }
 
-    void FaultsHaveTheirCodes() {
+    void faultsHaveTheirCodes() {
         QFETCH(const QString, fault);
         ServiceFixture service;
         Fill(service);
@@ -328,13 +328,13 @@ private slots:
         QCOMPARE(tasks.out == "[]\n", tasks.exit != CtlExit::Done);
     }
 
-    void AStopEndsACommand_data() {
+    void aStopEndsACommand_data() {
         const Columns<QStringList, CtlExit> row("arguments", "exit");
         row("request", {u"request"_s, u"GET"_s, u"/"_s}, CtlExit::Unreachable);
         row("watch", {u"watch"_s}, CtlExit::Done);
     }
 
-    void AStopEndsACommand() {
+    void aStopEndsACommand() {
         QFETCH(const QStringList, arguments);
         ServiceFixture service;
         service->SetFault(devservice::HttpFault::Hang);
@@ -346,7 +346,7 @@ private slots:
         QTEST(run.get().exit, "exit");
     }
 
-    void AStartWaitsForTheOutcome_data() {
+    void aStartWaitsForTheOutcome_data() {
         // What happens while it waits, and what it ends with.
         const Columns<QString, QString, CtlExit, QByteArray, QByteArray> row("meanwhile", "file", "exit",
                                                                              "out", "error");
@@ -358,7 +358,7 @@ private slots:
         row("stop", "a.txt", Unreachable, "", "The service stopped before the run ended.\n");
     }
 
-    void AStartWaitsForTheOutcome() {
+    void aStartWaitsForTheOutcome() {
         QFETCH(const QString, meanwhile);
         QFETCH(const QString, file);
         ServiceFixture service;
@@ -388,7 +388,7 @@ private slots:
         QTEST(ended.error, "error");
     }
 
-    void SettingsComeFromFiles_data() {
+    void settingsComeFromFiles_data() {
         const Columns<QString, QByteArray, CtlExit, QByteArray> row("name", "input", "exit", "kept");
         row("line end", "ProxyPwd", "a b#c+d\n", CtlExit::Done, "a b#c+d");
         row("line end of the other system", "Text", "\ntwo\n\r\n", CtlExit::Done, "\ntwo\n");
@@ -398,7 +398,7 @@ private slots:
         row("no UTF-8", "Text", "\xFF", CtlExit::Usage, "before");
     }
 
-    void SettingsComeFromFiles() {
+    void settingsComeFromFiles() {
         const auto [name, input] = Fetched<QString, QByteArray>();
         ServiceFixture service;
         service->SetSetting(name.toStdString(), "before");
@@ -408,7 +408,7 @@ private slots:
         QVERIFY2(!run.error.contains("pass"), run.error.constData());
     }
 
-    void SettingsOfTheCatalog() {
+    void settingsOfTheCatalog() {
         ServiceFixture service;
         service->SetSetting("UploadWorkerCount", "7");
         const QStringList list{u"settings"_s, u"list"_s};
@@ -433,7 +433,7 @@ private slots:
         QVERIFY(read > 0 && read < rows.size());
     }
 
-    void RowsAreWrittenAsTheyAreRead() {
+    void rowsAreWrittenAsTheyAreRead() {
         ServiceFixture service;
         constexpr int Rows = 120'000; // more than waits in memory
         const auto addRows = [&service](int count) {
@@ -470,7 +470,7 @@ private slots:
         QCOMPARE(RunOn(full, arguments), CtlExit::Refused);
     }
 
-    void TheProgramKeepsOctetsAndCodes() {
+    void theProgramKeepsOctetsAndCodes() {
         ServiceFixture service;
         Fill(service);
         const auto run = [](const QStringList& arguments) {

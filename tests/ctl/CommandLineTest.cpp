@@ -29,7 +29,7 @@ class CommandLineTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void TakesWordsApart_data() {
+    void takesWordsApart_data() {
         // What is taken: operands, options in the order of their names; what is wrong begins with "!".
         const Columns<QString, QString> row("line", "taken");
         row("red a --to x", "red a|--to=x");
@@ -54,7 +54,7 @@ private slots:
         row("red a --to x --other", "!--other is no option");
     }
 
-    void TakesWordsApart() {
+    void takesWordsApart() {
         const auto [line, taken] = Fetched<QString, QString>();
         QBuffer none;
         Invocation invocation{{}, {}, none, none, none, {}};
@@ -70,7 +70,7 @@ private slots:
         QCOMPARE(found.join(u'|'), taken);
     }
 
-    void UsageShowsWhatMayBeLeftOut() {
+    void usageShowsWhatMayBeLeftOut() {
         QCOMPARE(UsageOf(Everything),
                  u"card make red|blue NAME... [--field NAME=VALUE]... [--secret NAME=FILE]... "
                  "[--from FILE] --to TARGET [--box on|off] [--daily | --weekly DAYS]"_s);
@@ -78,7 +78,7 @@ private slots:
                  u"settings set NAME (VALUE | --from FILE) [--type int|string|bool]"_s);
     }
 
-    void HelpAndManPageHoldEverything() {
+    void helpAndManPageHoldEverything() {
         const QString help = HelpText();
         QString page = ManPage();
         page.replace(u"\\-"_s, u"-"_s).replace(u"\\(aq"_s, u"'"_s);

@@ -16,14 +16,14 @@ class ProgramTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void RunsUntilItIsToldToEnd_data() {
+    void runsUntilItIsToldToEnd_data() {
         const Columns<bool> row("byInput");
         row("its input ends", true);
         if (QSysInfo::kernelType() != "winnt"_L1) // no signal asks a console program there
             row("a signal", false);
     }
 
-    void RunsUntilItIsToldToEnd() {
+    void runsUntilItIsToldToEnd() {
         QFETCH(const bool, byInput);
         QTemporaryDir home;
         QProcess program;
@@ -57,14 +57,14 @@ private slots:
         QVERIFY(HasEnded(again));
     }
 
-    void MendsAfterAKillWhatAFaultDamaged_data() {
+    void mendsAfterAKillWhatAFaultDamaged_data() {
         const Columns<QString> row("fault");
         row("db-garbage");
         row("db-missing");
         row("db-truncated@audit");
     }
 
-    void MendsAfterAKillWhatAFaultDamaged() {
+    void mendsAfterAKillWhatAFaultDamaged() {
         QFETCH(const QString, fault);
         QTemporaryDir home;
         const QStringList options{u"--home"_s, home.path(), u"--port"_s, u"0"_s, u"--speed"_s, u"0"_s};
@@ -94,7 +94,7 @@ private slots:
         QVERIFY(HasEnded(again));
     }
 
-    void HomeAloneSaysWhereItsLocksAre() {
+    void homeAloneSaysWhereItsLocksAre() {
         QTemporaryDir home;
         QTemporaryDir elsewhere;
         QProcess program;
@@ -114,7 +114,7 @@ private slots:
         QVERIFY(HasEnded(program));
     }
 
-    void RefusesWhatItDoesNotKnow_data() {
+    void refusesWhatItDoesNotKnow_data() {
         const Columns<QStringList> row("arguments");
         row("option", {u"--what"_s});
         row("port", {u"--port"_s, u"70000"_s});
@@ -123,7 +123,7 @@ private slots:
         row("fault", {u"--fault"_s, u"drip"_s});
     }
 
-    void RefusesWhatItDoesNotKnow() {
+    void refusesWhatItDoesNotKnow() {
         QFETCH(QStringList, arguments);
         QTemporaryDir home;
         arguments = QStringList{u"--home"_s, home.path(), u"--port"_s, u"0"_s} + arguments;

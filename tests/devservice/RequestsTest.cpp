@@ -15,7 +15,7 @@ class RequestsTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void KeepsWhatCameOverTheWire() {
+    void keepsWhatCameOverTheWire() {
         ServiceFixture service;
         const QByteArray body("na\xC3\xAFve\0", 7);
         Send(service->Port(), Request("PROPFIND", "/resources/a%20b?x=%d&y", body));
@@ -27,7 +27,7 @@ private slots:
         QCOMPARE(QByteArray::fromStdString(requests[0].Header("host")), QByteArray("127.0.0.1"));
     }
 
-    void AnswersByState_data() {
+    void answersByState_data() {
         const Columns<QByteArray, int, QByteArray> row("request", "status", "body");
         const QByteArray id = "%7B" + QByteArray(TaskId).mid(1, 36) + "%7D";
         const QByteArray list =
@@ -49,7 +49,7 @@ private slots:
         row("nothing", Request("GET", "/"), 404, {});
     }
 
-    void AnswersByState() {
+    void answersByState() {
         const auto [request, status, body] = Fetched<QByteArray, int, QByteArray>();
         ServiceFixture service;
         service->PutTask(MakeTask(TaskId, "Task"));
@@ -61,7 +61,7 @@ private slots:
             QCOMPARE(exchange.Body(), body);
     }
 
-    void SettingsSurviveTheService_data() {
+    void settingsSurviveTheService_data() {
         const Columns<QByteArray, QByteArray> row("sent", "kept");
         row("escapes", "a%0Ab%09c%20d%C3%A4", "a\nb\tc d\xC3\xA4");
         row("plus and lone percent", "a+b%zz%", "a+b%zz%");
@@ -69,7 +69,7 @@ private slots:
         row("64 KB", QByteArray(65536, 'x'), QByteArray(65536, 'x'));
     }
 
-    void SettingsSurviveTheService() {
+    void settingsSurviveTheService() {
         const auto [sent, kept] = Fetched<QByteArray, QByteArray>();
         ServiceFixture service;
         QCOMPARE(
@@ -82,7 +82,7 @@ private slots:
         QCOMPARE(exchange.Body(), kept);
     }
 
-    void FaultsEndByThemselvesOrByRequest() {
+    void faultsEndByThemselvesOrByRequest() {
         ServiceFixture service;
         HttpFaultSwitch twice;
         twice.fault = HttpFault::WrongStatus;
@@ -115,7 +115,7 @@ private slots:
         QVERIFY(!service.RequestLines().join(u'\n').contains("/dev/"_L1));
     }
 
-    void StopsWhileRequestsHang() {
+    void stopsWhileRequestsHang() {
         ServiceFixture service;
         service->SetFault(HttpFault::Hang);
         QTcpSocket hanging;
@@ -133,7 +133,7 @@ private slots:
         QCOMPARE(Send(port, Request("GET", "/")).Status(), 404);
     }
 
-    void NamesAPortThatIsTaken() {
+    void namesAPortThatIsTaken() {
         QTcpServer other;
         QVERIFY(other.listen(QHostAddress::LocalHost));
         QTemporaryDir home;

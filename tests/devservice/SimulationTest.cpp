@@ -73,7 +73,7 @@ class SimulationTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void ATaskRunsToItsEnd_data() {
+    void aTaskRunsToItsEnd_data() {
         const Columns<int, QString, QString, QString, QString> row("kind", "file", "row", "subTasks", "log");
         row("scheduled again", int(ScheduleKind::Backup), "a.txt",
             "0|2025-03-04 21:00:00|2025-03-04 09:00:00", "2,2", "Completed successfully|2|0|2");
@@ -83,7 +83,7 @@ private slots:
             "1 sub-task failed|2|1|2");
     }
 
-    void ATaskRunsToItsEnd() {
+    void aTaskRunsToItsEnd() {
         const auto [kind, file, row, subTasks, log] = Fetched<int, QString, QString, QString, QString>();
         ServiceFixture service;
         service->PutTask(OneTask(ScheduleKind(kind), {MakeSubTask(1, "MKCOL", "x"),
@@ -104,7 +104,7 @@ private slots:
         QCOMPARE(levels, QString::fromStdString((file.endsWith("qdb"_L1) ? "2|$$" : "0|$$") + Id + "$ "));
     }
 
-    void CommandsMoveATaskBetweenItsStates() {
+    void commandsMoveATaskBetweenItsStates() {
         ServiceFixture service;
         service->PutTask(OneTask(ScheduleKind::Backup,
                                  {MakeSubTask(1, "PUT", "a", 4'000'000), MakeSubTask(2, "PUT", "b", 5),
@@ -128,7 +128,7 @@ private slots:
         QCOMPARE(Command(service, "deletetask?"), 404);
     }
 
-    void LiveCountersFollow() {
+    void liveCountersFollow() {
         ServiceFixture service;
         LiveCounters counters;
         const auto before = counters.ZEPTraceCounterGet(TraceCounter::TaskTable);
@@ -156,7 +156,7 @@ private slots:
         QVERIFY(!counters.ZEPTraceCounterGet(TraceCounter::TaskTable));
     }
 
-    void GoesOnFromTheFilesAfterARestart() {
+    void goesOnFromTheFilesAfterARestart() {
         ServiceFixture service("desktop");
         service->Advance(30s);
         QStringList before = EverythingOf(service.Service());
@@ -170,7 +170,7 @@ private slots:
         QVERIFY2(runs.size() > 10, qPrintable(QString::number(runs.size())));
     }
 
-    void TheSameSeedGivesTheSameDay() {
+    void theSameSeedGivesTheSameDay() {
         QList<QStringList> days;
         for (int run = 0; run < 2; ++run) {
             ServiceFixture service("desktop");
@@ -180,13 +180,13 @@ private slots:
         QCOMPARE(days[0], days[1]);
     }
 
-    void ScenariosFillTheFiles_data() {
+    void scenariosFillTheFiles_data() {
         const Columns<QString, QString> row("scenario", "counts");
         row("empty", "empty", "0 0 0 0");
         row("huge", "huge", "10000 10000 1000000 100000");
     }
 
-    void ScenariosFillTheFiles() {
+    void scenariosFillTheFiles() {
         const auto [scenario, counts] = Fetched<QString, QString>();
         ServiceFixture service(scenario.toUtf8().constData());
         QStringList found = Rows(service->DatabaseFile(File::Scheduler),
@@ -199,13 +199,13 @@ private slots:
         QCOMPARE(found.join(u' ') + u' ' + QString::number(most), counts);
     }
 
-    void LifelikeDataAgreesWithItself_data() {
+    void lifelikeDataAgreesWithItself_data() {
         const Columns<QString> row("scenario");
         row("desktop", "desktop");
         row("server", "server");
     }
 
-    void LifelikeDataAgreesWithItself() {
+    void lifelikeDataAgreesWithItself() {
         QFETCH(const QString, scenario);
         ServiceFixture service(scenario.toUtf8().constData());
         for (const Task& task : service->Tasks()) {
@@ -231,7 +231,7 @@ private slots:
         }
     }
 
-    void DatabaseFaultsShowAndPass_data() {
+    void databaseFaultsShowAndPass_data() {
         const Columns<QString, QString> row("fault", "shown");
         row("locked", "db-locked", "error: database is locked");
         row("locked for a while", "db-locked:1", "1");
@@ -242,7 +242,7 @@ private slots:
         row("writer", "db-writer:20@scheduler", "1");
     }
 
-    void DatabaseFaultsShowAndPass() {
+    void databaseFaultsShowAndPass() {
         QFETCH(const QString, fault);
         QFETCH(const QString, shown);
         for (const JournalMode journal : {JournalMode::Rollback, JournalMode::Wal}) {

@@ -69,7 +69,7 @@ class ServiceClientTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void SendsTheseOctets_data() {
+    void sendsTheseOctets_data() {
         // Without a length the request has no such header.
         const Columns<QByteArray, QByteArray, QByteArray, Call> row("line", "length", "body", "call");
         const QByteArray none;
@@ -107,7 +107,7 @@ private slots:
         });
     }
 
-    void SendsTheseOctets() {
+    void sendsTheseOctets() {
         const auto [line, length, body, call] = Fetched<QByteArray, QByteArray, QByteArray, Call>();
         const Wire wire = OnTheWire(call);
         QByteArrayList headers{"Cache-Control: no-cache", "Depth: 1", "Pragma: no-cache",
@@ -123,7 +123,7 @@ private slots:
         QCOMPARE(wire.body, body);
     }
 
-    void PortFollowsModeAndEnvironment_data() {
+    void portFollowsModeAndEnvironment_data() {
         const Columns<QByteArray, bool, int> row("variable", "server", "port");
         row("desktop", {}, false, 9678);
         row("server", {}, true, 9898);
@@ -135,7 +135,7 @@ private slots:
             row("set to nothing", QByteArray(""), false, 0);
     }
 
-    void PortFollowsModeAndEnvironment() {
+    void portFollowsModeAndEnvironment() {
         const auto [variable, server] = Fetched<QByteArray, bool>();
         if (!variable.isNull())
             qputenv("BREN_SERVICE_PORT", variable);
@@ -151,7 +151,7 @@ private slots:
         qunsetenv("BREN_SERVICE_PORT");
     }
 
-    void WaitsLongForWritersOnly() {
+    void waitsLongForWritersOnly() {
         const platform::HttpTimeouts usual;
         const platform::HttpTimeouts writers = TimeoutsOf(u"/backupsvr/writers"_s);
         QCOMPARE(writers.resolve, 120s);
@@ -163,7 +163,7 @@ private slots:
             QCOMPARE(TimeoutsOf(path).receive, usual.receive);
     }
 
-    void SettingsKeepTheirRules_data() {
+    void settingsKeepTheirRules_data() {
         const Columns<QByteArray, QString, int, bool> row("stored", "text", "number", "flag");
         row("never set", {}, {}, 42, true);
         row("", "", 0, false);
@@ -181,7 +181,7 @@ private slots:
         row("terminated", QByteArray("true\0x", 6), "true", 0, true);
     }
 
-    void SettingsKeepTheirRules() {
+    void settingsKeepTheirRules() {
         const auto [stored, text] = Fetched<QByteArray, QString>();
         ServiceFixture service;
         if (!stored.isNull())
@@ -194,7 +194,7 @@ private slots:
         QCOMPARE(read.value_or(QString()), text);
     }
 
-    void SettingsComeBackAsTheyWereSet() {
+    void settingsComeBackAsTheyWereSet() {
         ServiceFixture service;
         const ServiceClient client;
         for (const QString& large : {QString(65536, u'x'), QString(21000, u'ä')}) {
@@ -211,7 +211,7 @@ private slots:
         }
     }
 
-    void BodiesArriveWhole() {
+    void bodiesArriveWhole() {
         ServiceFixture service;
         for (const qsizetype size : {0, 1, 4094, 4095, 4096, 4097, 1 << 20}) {
             QByteArray body(size, 'x');
@@ -236,7 +236,7 @@ private slots:
         }
     }
 
-    void TellsFaultsAndRecovers_data() {
+    void tellsFaultsAndRecovers_data() {
         const Columns<QString, ServiceOutcome, int, QByteArray, bool> row("fault", "outcome", "status",
                                                                           "body", "whole");
         using enum ServiceOutcome;
@@ -253,7 +253,7 @@ private slots:
         row("garbage", "garbage", Unreachable, 0, {}, false);
     }
 
-    void TellsFaultsAndRecovers() {
+    void tellsFaultsAndRecovers() {
         const auto [fault, outcome, status, body, whole] =
             Fetched<QString, ServiceOutcome, int, QByteArray, bool>();
         ServiceFixture service;
@@ -281,7 +281,7 @@ private slots:
         QCOMPARE(client.GetSetting(u"Eight"_s).body, QByteArray("12345678"));
     }
 
-    void AResetLosesNothingThatWasRead() {
+    void aResetLosesNothingThatWasRead() {
         ServiceFixture service;
         service->SetSetting("Eight", "12345678");
         service->SetFault(HttpFault::CutByRst);
@@ -292,7 +292,7 @@ private slots:
                        : answer.outcome == ServiceOutcome::Unreachable);
     }
 
-    void AStopFreesACallThatHangs() {
+    void aStopFreesACallThatHangs() {
         ServiceFixture service;
         service->SetFault(HttpFault::Hang);
         std::stop_source stop;
@@ -306,7 +306,7 @@ private slots:
         QCOMPARE(answer.get().outcome, ServiceOutcome::Cancelled);
     }
 
-    void CallsOfManyThreadsAreIndependent() {
+    void callsOfManyThreadsAreIndependent() {
         ServiceFixture service;
         std::array<std::future<bool>, 12> calls;
         int number = 0;
@@ -320,7 +320,7 @@ private slots:
             QVERIFY(call.get());
     }
 
-    void ReadsDirectoryLists_data() {
+    void readsDirectoryLists_data() {
         // No records: no list.
         const Columns<QByteArray, QString> row("answer", "records");
         const auto list = [&row](const char* name, const QByteArray& vdirs, const QString& records) {
@@ -338,7 +338,7 @@ private slots:
         row("cut", "<Response><VDirs><V Name='a' Safe", {});
     }
 
-    void ReadsDirectoryLists() {
+    void readsDirectoryLists() {
         const auto [answer, records] = Fetched<QByteArray, QString>();
         ServiceFixture service;
         service->SetAnswer("/profile/", AnswerOf(answer));

@@ -1,5 +1,5 @@
 #include "settings/ProxyPage.h"
-#include "SettingsBench.h"
+#include "SettingsFixture.h"
 #include "page/NoticeLine.h"
 #include "settings/SettingsPanel.h"
 #include "support/TestMain.h"
@@ -15,7 +15,7 @@ namespace {
 const QStringList FieldNames{u"ProxyAddr"_s, u"ProxyPort"_s, u"ProxyUser"_s, u"ProxyPwd"_s, u"ProxyBypass"_s};
 
 /// The section with its proxy dialog open.
-struct ProxyBench : SettingsBench {
+struct ProxyFixture : SettingsFixture {
     std::unique_ptr<CSettingsPanel> panel = std::make_unique<CSettingsPanel>(console);
 
     void Store(const QString& type, const QStringList& fields) {
@@ -71,12 +71,12 @@ private slots:
 
     void theSavedTypeIsShown() {
         QFETCH(QString, savedType);
-        ProxyBench bench;
-        bench.Store(savedType, {u"host"_s, u"8080"_s, u"ann"_s, u"pw"_s, u"a;b"_s});
-        bench.service->SetSetting("ProxyType", "3");
-        QVERIFY(bench.Open());
-        QTEST(bench.Shown(), "shown");
-        QCOMPARE(bench.Fields()[3]->echoMode(), QLineEdit::Password);
+        ProxyFixture fixture;
+        fixture.Store(savedType, {u"host"_s, u"8080"_s, u"ann"_s, u"pw"_s, u"a;b"_s});
+        fixture.service->SetSetting("ProxyType", "3");
+        QVERIFY(fixture.Open());
+        QTEST(fixture.Shown(), "shown");
+        QCOMPARE(fixture.Fields()[3]->echoMode(), QLineEdit::Password);
     }
 
     void onlyChangesAreWrittenInOrder_data() {
@@ -99,14 +99,14 @@ private slots:
 
     void onlyChangesAreWrittenInOrder() {
         const auto [savedType, choice, typed, written] = Fetched<QString, int, QStringList, QStringList>();
-        ProxyBench bench;
-        bench.Store(savedType, {u"host"_s, u"8080"_s, u"ann"_s, u"pw"_s, u"a;b"_s});
-        QVERIFY(bench.Open());
-        bench.Choice()->setCurrentIndex(1);
-        bench.Fill(typed);
-        bench.Choice()->setCurrentIndex(choice);
-        QCOMPARE(bench.Save(), written);
-        QTRY_VERIFY(!bench.Dialog());
+        ProxyFixture fixture;
+        fixture.Store(savedType, {u"host"_s, u"8080"_s, u"ann"_s, u"pw"_s, u"a;b"_s});
+        QVERIFY(fixture.Open());
+        fixture.Choice()->setCurrentIndex(1);
+        fixture.Fill(typed);
+        fixture.Choice()->setCurrentIndex(choice);
+        QCOMPARE(fixture.Save(), written);
+        QTRY_VERIFY(!fixture.Dialog());
         if (!written.isEmpty()) {
             const ProxyEnv proxy = ZEPGetProxyEnv();
             QCOMPARE(proxy.type, choice == 1 ? 3 : 0);
@@ -115,59 +115,60 @@ private slots:
     }
 
     void aPasswordIsNeverSentChanged() {
-        ProxyBench bench;
-        QVERIFY(bench.Open());
-        bench.Choice()->setCurrentIndex(1);
-        const auto* notice = bench.Dialog()->findChild<NoticeLine*>();
-        bench.Fill({u"host"_s, u"8080"_s, u"a+b"_s});
+        ProxyFixture fixture;
+        QVERIFY(fixture.Open());
+        fixture.Choice()->setCurrentIndex(1);
+        const auto* notice = fixture.Dialog()->findChild<NoticeLine*>();
+        fixture.Fill({u"host"_s, u"8080"_s, u"a+b"_s});
         QVERIFY(notice->Text().contains(u"\"+\""));
-        bench.Fill({u"host"_s, u"8080"_s, u"ann"_s, u"p&w"_s});
-        QCOMPARE(bench.Save(), QStringList());
-        QVERIFY(bench.Dialog()->isVisible());
+        fixture.Fill({u"host"_s, u"8080"_s, u"ann"_s, u"p&w"_s});
+        QCOMPARE(fixture.Save(), QStringList());
+        QVERIFY(fixture.Dialog()->isVisible());
         QVERIFY2(notice->Text().contains(u"\"&\"") && !notice->Text().contains(u"p&w"),
                  qPrintable(notice->Text()));
-        bench.Fill({u"host"_s, u"8080"_s, u"ann"_s, u"pw"_s});
-        bench.service->SetAnswer("/settings/ProxyPwd?", devservice::Answer{200, {}}); // taken, and not stored
-        bench.Save();
+        fixture.Fill({u"host"_s, u"8080"_s, u"ann"_s, u"pw"_s});
+        fixture.service->SetAnswer("/settings/ProxyPwd?",
+                                   devservice::Answer{200, {}}); // taken, and not stored
+        fixture.Save();
         QCOMPARE(notice->Text(), u"The password was not stored as typed."_s);
-        QCOMPARE(bench.Stored(u"ProxyTypeChanged"_s), u"(none)"_s);
+        QCOMPARE(fixture.Stored(u"ProxyTypeChanged"_s), u"(none)"_s);
     }
 
     void cancelWritesNothing() {
-        ProxyBench bench;
-        QVERIFY(bench.Open());
-        bench.panel->EditProxy();
-        QCOMPARE(bench.panel->findChildren<CProxyPage*>().size(), 1);
-        bench.Choice()->setCurrentIndex(1);
-        bench.Fill({u"host"_s});
-        QTest::keyClick(bench.Dialog(), Qt::Key_Escape);
-        bench.reader.StepAll();
-        QCOMPARE(bench.service.RequestLines(), QStringList());
-        QTRY_VERIFY(!bench.Dialog());
+        ProxyFixture fixture;
+        QVERIFY(fixture.Open());
+        fixture.panel->EditProxy();
+        QCOMPARE(fixture.panel->findChildren<CProxyPage*>().size(), 1);
+        fixture.Choice()->setCurrentIndex(1);
+        fixture.Fill({u"host"_s});
+        QTest::keyClick(fixture.Dialog(), Qt::Key_Escape);
+        fixture.reader.StepAll();
+        QCOMPARE(fixture.service.RequestLines(), QStringList());
+        QTRY_VERIFY(!fixture.Dialog());
     }
 
     void aBrokenOffSaveKeepsWhatWasTyped() {
-        ProxyBench bench;
-        QVERIFY(bench.Open());
-        bench.Choice()->setCurrentIndex(1);
-        bench.Fill({u"host"_s, u"8080"_s, u"ann"_s});
-        bench.service->SetFault(devservice::HttpFault::GarbageHeaders, {}, "ProxyPort");
-        QCOMPARE(bench.Save().size(), 3);
-        QCOMPARE(bench.Stored(u"ProxyTypeChanged"_s), u"(none)"_s);
-        QVERIFY(bench.Dialog()->findChild<NoticeLine*>()->Text().contains(u"\"Proxy Port\""));
-        QCOMPARE(bench.Shown(), u"1:host,8080,ann,,"_s);
-        bench.service->ClearFaults();
-        bench.Save();
-        QTRY_VERIFY(!bench.Dialog());
-        QCOMPARE(bench.Stored(u"ProxyUser"_s), u"ann"_s);
-        QCOMPARE(bench.Stored(u"ProxyTypeChanged"_s), u"3"_s);
+        ProxyFixture fixture;
+        QVERIFY(fixture.Open());
+        fixture.Choice()->setCurrentIndex(1);
+        fixture.Fill({u"host"_s, u"8080"_s, u"ann"_s});
+        fixture.service->SetFault(devservice::HttpFault::GarbageHeaders, {}, "ProxyPort");
+        QCOMPARE(fixture.Save().size(), 3);
+        QCOMPARE(fixture.Stored(u"ProxyTypeChanged"_s), u"(none)"_s);
+        QVERIFY(fixture.Dialog()->findChild<NoticeLine*>()->Text().contains(u"\"Proxy Port\""));
+        QCOMPARE(fixture.Shown(), u"1:host,8080,ann,,"_s);
+        fixture.service->ClearFaults();
+        fixture.Save();
+        QTRY_VERIFY(!fixture.Dialog());
+        QCOMPARE(fixture.Stored(u"ProxyUser"_s), u"ann"_s);
+        QCOMPARE(fixture.Stored(u"ProxyTypeChanged"_s), u"3"_s);
     }
 
     void theChoiceRulesTheFields() {
-        ProxyBench bench;
-        QVERIFY(bench.Open());
-        const auto explanation = [&bench] {
-            for (const QLabel* label : bench.Dialog()->findChildren<QLabel*>())
+        ProxyFixture fixture;
+        QVERIFY(fixture.Open());
+        const auto explanation = [&fixture] {
+            for (const QLabel* label : fixture.Dialog()->findChildren<QLabel*>())
                 if (label->text().contains(u"roxy support") || label->text().startsWith(u"Warning"))
                     return label->text();
             return QString();
@@ -186,8 +187,8 @@ private slots:
             {-1, false, u"Warning: No Proxy Type Is Selected!"_s},
         };
         for (const Case& each : cases) {
-            bench.Choice()->setCurrentIndex(each.index);
-            for (const QLineEdit* field : bench.Fields())
+            fixture.Choice()->setCurrentIndex(each.index);
+            for (const QLineEdit* field : fixture.Fields())
                 QCOMPARE(field->isEnabled(), each.enabled);
             QCOMPARE(explanation(), each.explanation);
         }

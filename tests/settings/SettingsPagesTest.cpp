@@ -1,4 +1,4 @@
-#include "SettingsBench.h"
+#include "SettingsFixture.h"
 #include "page/NoticeLine.h"
 #include "page/SettingNews.h"
 #include "settings/SetBandWidthLimitDlg.h"
@@ -39,16 +39,16 @@ class SettingsPagesTest : public QObject {
 
 private slots:
     void valuesAreReadWhenThePageIsShown() {
-        SettingsBench bench;
-        bench.service->SetSetting("DeleteCacheAfterUpload", "FALSE");
-        bench.service->SetSetting("KeepCompletedTaskInDB", "1");
-        bench.service->SetSetting("UploadWorkerCount", "8 of them");
-        CTaskItemSettings page(bench.console);
+        SettingsFixture fixture;
+        fixture.service->SetSetting("DeleteCacheAfterUpload", "FALSE");
+        fixture.service->SetSetting("KeepCompletedTaskInDB", "1");
+        fixture.service->SetSetting("UploadWorkerCount", "8 of them");
+        CTaskItemSettings page(fixture.console);
         page.EnsureCreated();
-        QVERIFY(!bench.reader.Work(Lane::Service));
+        QVERIFY(!fixture.reader.Work(Lane::Service));
         page.Activate();
         QVERIFY((*FindRow(page, u"UploadWorkerCount"_s)).readOnly);
-        QCOMPARE(bench.reader.StepAll(), 13);
+        QCOMPARE(fixture.reader.StepAll(), 13);
         QVERIFY(!(*FindRow(page, u"UploadWorkerCount"_s)).readOnly);
         QVERIFY(AllMarked(page, PropertyMark::None));
         QCOMPARE(Value(page, u"DeleteCacheAfterUpload"_s), u"False"_s);
@@ -56,18 +56,18 @@ private slots:
         QCOMPARE(Value(page, u"UploadWorkerCount"_s), u"8"_s);
         QCOMPARE(Value(page, u"FailedTaskRetryTimeout"_s), u"120"_s);
         QCOMPARE(ShownNotice(page), QString());
-        QCOMPARE(bench.frame.toolbarOwner, &page);
-        QVERIFY(bench.frame.toolbar.empty());
+        QCOMPARE(fixture.frame.toolbarOwner, &page);
+        QVERIFY(fixture.frame.toolbar.empty());
     }
 
     void defaultsStandWhileTheServiceIsDown() {
-        SettingsBench bench;
-        bench.service->SetSetting("UploadBandwidth", "50");
-        bench.service->Stop();
-        CTaskItemSettings tasks(bench.console);
-        CSettingsMgr all(bench.console);
+        SettingsFixture fixture;
+        fixture.service->SetSetting("UploadBandwidth", "50");
+        fixture.service->Stop();
+        CTaskItemSettings tasks(fixture.console);
+        CSettingsMgr all(fixture.console);
         for (CBrenPanel* page : std::initializer_list<CBrenPanel*>{&tasks, &all}) {
-            bench.Open(*page);
+            fixture.Open(*page);
             QVERIFY(AllMarked(*page, PropertyMark::NotRead));
             QVERIFY(ShownNotice(*page).contains(u"defaults"));
         }
@@ -80,22 +80,22 @@ private slots:
             QVERIFY(!(*row).value.isEmpty());
         }
 
-        bench.service->Start();
-        bench.Refresh(tasks);
+        fixture.service->Start();
+        fixture.Refresh(tasks);
         QCOMPARE(Value(tasks, u"UploadBandwidth"_s), u"50"_s);
         QVERIFY(AllMarked(tasks, PropertyMark::None));
         QCOMPARE(ShownNotice(tasks), QString());
     }
 
     void aReadStopsWhenTheServiceDoes() {
-        SettingsBench bench;
-        bench.service->SetSetting("EnableTaskVerification", "true");
-        bench.service->SetSetting("DownloadBandwidth", "70");
-        bench.service->SetFault(devservice::HttpFault::GarbageHeaders, {}, "UploadWorkerCount");
-        CTaskItemSettings page(bench.console);
-        bench.Open(page);
-        QCOMPARE(bench.service.RequestLines().size(), 8);
-        QCOMPARE(bench.service.RequestLines().last(), u"GET /settings/UploadWorkerCount"_s);
+        SettingsFixture fixture;
+        fixture.service->SetSetting("EnableTaskVerification", "true");
+        fixture.service->SetSetting("DownloadBandwidth", "70");
+        fixture.service->SetFault(devservice::HttpFault::GarbageHeaders, {}, "UploadWorkerCount");
+        CTaskItemSettings page(fixture.console);
+        fixture.Open(page);
+        QCOMPARE(fixture.service.RequestLines().size(), 8);
+        QCOMPARE(fixture.service.RequestLines().last(), u"GET /settings/UploadWorkerCount"_s);
         QCOMPARE(Value(page, u"EnableTaskVerification"_s), u"True"_s);
         QCOMPARE(MarkOf(page, u"EnableTaskVerification"_s), PropertyMark::None);
         QCOMPARE(Value(page, u"DownloadBandwidth"_s), u"0"_s);
@@ -113,89 +113,89 @@ private slots:
 
     void oneSettingsTroubleIsItsOwn() {
         const auto [fault, mark] = Fetched<QString, PropertyMark>();
-        SettingsBench bench;
-        bench.service->SetSetting("UploadBandwidth", "500");
-        bench.service->SetSetting("DownloadBandwidth", "70");
-        QVERIFY(bench.service->SetFault(fault.toStdString()));
-        CTaskItemSettings page(bench.console);
-        bench.Open(page);
+        SettingsFixture fixture;
+        fixture.service->SetSetting("UploadBandwidth", "500");
+        fixture.service->SetSetting("DownloadBandwidth", "70");
+        QVERIFY(fixture.service->SetFault(fault.toStdString()));
+        CTaskItemSettings page(fixture.console);
+        fixture.Open(page);
         QCOMPARE(Value(page, u"UploadBandwidth"_s), u"0"_s);
         QCOMPARE(MarkOf(page, u"UploadBandwidth"_s), mark);
         QCOMPARE(Value(page, u"DownloadBandwidth"_s), u"70"_s);
         QCOMPARE(ShownNotice(page).contains(u"could not tell all"), mark == PropertyMark::NotRead);
-        bench.service->ClearFaults();
+        fixture.service->ClearFaults();
         QVERIFY2(Edit(page, u"UploadBandwidth"_s, u"50"_s), "what is not read can be changed");
-        bench.reader.StepAll();
-        QCOMPARE(bench.Stored(u"UploadBandwidth"_s), u"50"_s);
-        QCOMPARE(bench.Written().size(), 1);
+        fixture.reader.StepAll();
+        QCOMPARE(fixture.Stored(u"UploadBandwidth"_s), u"50"_s);
+        QCOMPARE(fixture.Written().size(), 1);
     }
 
     void whatIsNotSavedSaysSoUntilItIs() {
-        SettingsBench bench;
-        bench.service->SetSetting("UploadBandwidth", "50");
-        CTaskItemSettings page(bench.console);
-        bench.Open(page);
-        const QString help = bench.frame.StatusText();
-        bench.service->SetAnswer("/settings/UploadBandwidth?", devservice::Answer{500, {}});
+        SettingsFixture fixture;
+        fixture.service->SetSetting("UploadBandwidth", "50");
+        CTaskItemSettings page(fixture.console);
+        fixture.Open(page);
+        const QString help = fixture.frame.StatusText();
+        fixture.service->SetAnswer("/settings/UploadBandwidth?", devservice::Answer{500, {}});
         QVERIFY(Edit(page, u"UploadBandwidth"_s, u"60"_s));
-        bench.reader.StepAll();
+        fixture.reader.StepAll();
         QCOMPARE(MarkOf(page, u"UploadBandwidth"_s), PropertyMark::NotSaved);
-        QVERIFY(bench.frame.StatusText().contains(u"not saved"));
-        bench.Refresh(page);
+        QVERIFY(fixture.frame.StatusText().contains(u"not saved"));
+        fixture.Refresh(page);
         QCOMPARE(Value(page, u"UploadBandwidth"_s), u"60"_s);
         QCOMPARE(MarkOf(page, u"UploadBandwidth"_s), PropertyMark::NotSaved);
 
-        bench.service->SetAnswer("/settings/UploadBandwidth?", {});
+        fixture.service->SetAnswer("/settings/UploadBandwidth?", {});
         QVERIFY2(Edit(page, u"UploadBandwidth"_s, u"60"_s), "Enter on the same text tries again");
-        bench.reader.StepAll();
+        fixture.reader.StepAll();
         QCOMPARE(MarkOf(page, u"UploadBandwidth"_s), PropertyMark::None);
-        QCOMPARE(bench.frame.StatusText(), help);
-        QCOMPARE(bench.Stored(u"UploadBandwidth"_s), u"60"_s);
+        QCOMPARE(fixture.frame.StatusText(), help);
+        QCOMPARE(fixture.Stored(u"UploadBandwidth"_s), u"60"_s);
     }
 
     void aFailedReadKeepsWhatWasRead() {
-        SettingsBench bench;
-        bench.service->SetSetting("UploadBandwidth", "50");
-        CTaskItemSettings page(bench.console);
-        bench.Open(page);
-        bench.service->Stop();
-        bench.Refresh(page);
+        SettingsFixture fixture;
+        fixture.service->SetSetting("UploadBandwidth", "50");
+        CTaskItemSettings page(fixture.console);
+        fixture.Open(page);
+        fixture.service->Stop();
+        fixture.Refresh(page);
         QCOMPARE(Value(page, u"UploadBandwidth"_s), u"50"_s);
         QVERIFY(AllMarked(page, PropertyMark::None));
     }
 
     void whatIsWrittenElsewhereIsReadAgain() {
-        SettingsBench bench;
-        CTaskItemSettings tasks(bench.console);
-        CSettingsMgr hidden(bench.console);
-        bench.Open(tasks);
-        CSetBandWidthLimitDlg dialog(bench.client, bench.reader, &tasks);
+        SettingsFixture fixture;
+        CTaskItemSettings tasks(fixture.console);
+        CSettingsMgr hidden(fixture.console);
+        fixture.Open(tasks);
+        CSetBandWidthLimitDlg dialog(fixture.client, fixture.reader, &tasks);
         dialog.setAttribute(Qt::WA_DeleteOnClose, false);
         connect(&dialog, &CBrenDialog::Written, &tasks,
-                [&](const QString& setting) { emit bench.settingNews.Written(setting, &dialog); });
+                [&](const QString& setting) { emit fixture.settingNews.Written(setting, &dialog); });
         dialog.show();
-        bench.reader.StepAll();
-        bench.service->ForgetRequests();
+        fixture.reader.StepAll();
+        fixture.service->ForgetRequests();
         QTest::keyClicks(dialog.focusWidget(), u"75"_s);
         QTest::keyClick(dialog.focusWidget(), Qt::Key_Return);
-        bench.reader.StepAll();
-        QCOMPARE(bench.Written(), QStringList{u"PUT /settings/UploadBandwidth?ValueType=1&Value=75"_s});
+        fixture.reader.StepAll();
+        QCOMPARE(fixture.Written(), QStringList{u"PUT /settings/UploadBandwidth?ValueType=1&Value=75"_s});
         QCOMPARE(Value(tasks, u"UploadBandwidth"_s), u"75"_s);
-        QCOMPARE(bench.service.RequestLines().size(), 1 + 13); // the page that is shown, no other
+        QCOMPARE(fixture.service.RequestLines().size(), 1 + 13); // the page that is shown, no other
     }
 
     void aCommandOvertakesTheRestOfARead() {
-        SettingsBench bench;
-        CTaskItemSettings page(bench.console);
+        SettingsFixture fixture;
+        CTaskItemSettings page(fixture.console);
         page.Activate();
-        QVERIFY(bench.reader.Step(Lane::Service));
-        PageLoader other(bench.reader, page);
+        QVERIFY(fixture.reader.Step(Lane::Service));
+        PageLoader other(fixture.reader, page);
         other.Command(
             Lane::Service, [](std::stop_token stop) { return ServiceClient().StartTaskNow(u"T"_s, stop); },
             [](const Loaded<ServiceAnswer>&) {});
-        QVERIFY(bench.reader.Step(Lane::Service));
-        QCOMPARE(bench.service.RequestLines().last(), u"GET /schedule/startnow?T"_s);
-        bench.reader.StepAll();
+        QVERIFY(fixture.reader.Step(Lane::Service));
+        QCOMPARE(fixture.service.RequestLines().last(), u"GET /schedule/startnow?T"_s);
+        fixture.reader.StepAll();
         QVERIFY(AllMarked(page, PropertyMark::None));
     }
 
@@ -215,24 +215,24 @@ private slots:
 
     void writesArriveAsTheyAre() {
         const auto [key, entered, request] = Fetched<QString, QString, QString>();
-        SettingsBench bench;
-        CSettingsMgr page(bench.console);
-        bench.Open(page);
+        SettingsFixture fixture;
+        CSettingsMgr page(fixture.console);
+        fixture.Open(page);
         QVERIFY(Edit(page, key, entered));
-        bench.reader.StepAll();
-        QCOMPARE(bench.Written(),
+        fixture.reader.StepAll();
+        QCOMPARE(fixture.Written(),
                  request.isEmpty() ? QStringList() : QStringList{u"PUT /settings/"_s + request});
-        QTEST(bench.Stored(key), "stored");
+        QTEST(fixture.Stored(key), "stored");
     }
 
     void strangeValuesSurviveAnUnrelatedEdit() {
-        SettingsBench bench;
+        SettingsFixture fixture;
         const QString strange =
             u"<a href=\"x\">&amp;</a>\r\n\"'\x01\x1B\u202Eabc\u200F\tend "_s + QString(64 * 1024, u'y');
-        bench.service->SetSetting("WriterName", strange.toStdString());
-        CSettingsMgr page(bench.console);
+        fixture.service->SetSetting("WriterName", strange.toStdString());
+        CSettingsMgr page(fixture.console);
         page.resize(760, 500);
-        bench.Open(page);
+        fixture.Open(page);
         QCOMPARE(Value(page, u"WriterName"_s), strange);
         QVERIFY(!page.grab().isNull());
         QVERIFY(Edit(page, u"ComputerName"_s, u"box"_s));
@@ -240,66 +240,66 @@ private slots:
         QVERIFY(row && row.group->OpenEditor(row.row));
         QTest::keyClick(row.group->Editor(), Qt::Key_Return);
         QCoreApplication::processEvents();
-        bench.reader.StepAll();
-        QCOMPARE(bench.Written(), QStringList{u"PUT /settings/ComputerName?ValueType=2&Value=box"_s});
-        QCOMPARE(bench.Stored(u"WriterName"_s), strange);
+        fixture.reader.StepAll();
+        QCOMPARE(fixture.Written(), QStringList{u"PUT /settings/ComputerName?ValueType=2&Value=box"_s});
+        QCOMPARE(fixture.Stored(u"WriterName"_s), strange);
     }
 
     void anOlderReadDoesNotUndoAnEdit() {
-        SettingsBench bench;
-        bench.service->SetSetting("UploadBandwidth", "5");
-        CTaskItemSettings page(bench.console);
-        bench.Open(page);
+        SettingsFixture fixture;
+        fixture.service->SetSetting("UploadBandwidth", "5");
+        CTaskItemSettings page(fixture.console);
+        fixture.Open(page);
         page.Reload();
-        QVERIFY(bench.reader.Work(Lane::Service));
+        QVERIFY(fixture.reader.Work(Lane::Service));
         QVERIFY(Edit(page, u"UploadBandwidth"_s, u"50"_s));
-        bench.reader.Finish();
+        fixture.reader.Finish();
         QCOMPARE(Value(page, u"UploadBandwidth"_s), u"50"_s);
-        bench.reader.StepAll();
+        fixture.reader.StepAll();
         QCOMPARE(Value(page, u"UploadBandwidth"_s), u"50"_s);
-        QCOMPARE(bench.Stored(u"UploadBandwidth"_s), u"50"_s);
+        QCOMPARE(fixture.Stored(u"UploadBandwidth"_s), u"50"_s);
     }
 
     void aSettingMarkedForARestartSaysSo() {
         const QString words = u"Settings will take effect when the application starts next time."_s;
-        SettingsBench bench;
-        CSettingsMgr page(bench.console);
-        bench.Open(page);
+        SettingsFixture fixture;
+        CSettingsMgr page(fixture.console);
+        fixture.Open(page);
         QCOMPARE((*FindRow(page, u"BSInitConfig"_s)).hint, words);
         QCOMPARE((*FindRow(page, u"UploadBandwidth"_s)).hint, QString());
         QVERIFY(Edit(page, u"UploadBandwidth"_s, u"50"_s));
         QCOMPARE(ShownNotice(page), QString());
         QVERIFY(Edit(page, u"BSInitConfig"_s, u"True"_s));
-        bench.reader.StepAll();
+        fixture.reader.StepAll();
         QCOMPARE(ShownNotice(page), words);
     }
 
     void aBrokenCatalogShowsAnEmptyPage() {
-        SettingsBench bench;
-        CSettingsMgr page(bench.console, "/no/such/catalog.xml");
-        bench.Open(page);
+        SettingsFixture fixture;
+        CSettingsMgr page(fixture.console, "/no/such/catalog.xml");
+        fixture.Open(page);
         QVERIFY(Rows(page).empty());
         QVERIFY(ShownNotice(page).contains(u"/no/such/catalog.xml"_s));
-        QCOMPARE(bench.service.RequestLines(), QStringList());
-        QCOMPARE(bench.frame.StatusText(), u"There are no settings to show."_s);
+        QCOMPARE(fixture.service.RequestLines(), QStringList());
+        QCOMPARE(fixture.frame.StatusText(), u"There are no settings to show."_s);
     }
 
     void theSectionHoldsBothPages() {
-        SettingsBench bench;
-        CSettingsPanel panel(bench.console);
-        bench.Open(panel);
+        SettingsFixture fixture;
+        CSettingsPanel panel(fixture.console);
+        fixture.Open(panel);
         QStringList actions;
-        for (const FrameAction& action : bench.frame.sideActions)
+        for (const FrameAction& action : fixture.frame.sideActions)
             actions << action.caption;
         QCOMPARE(actions, (QStringList{u"Proxy Setup"_s, u"Refresh..."_s}));
         QCOMPARE(panel.PageCount(), 2);
 
-        bench.service->SetSetting("WriterName", "Ann");
+        fixture.service->SetSetting("WriterName", "Ann");
         panel.SelectPage(1);
-        bench.reader.StepAll();
+        fixture.reader.StepAll();
         QCOMPARE(Value(*panel.CurrentPage(), u"WriterName"_s), u"Ann"_s);
-        bench.service->SetSetting("WriterName", "Ben");
-        bench.Refresh(panel);
+        fixture.service->SetSetting("WriterName", "Ben");
+        fixture.Refresh(panel);
         QCOMPARE(Value(*panel.CurrentPage(), u"WriterName"_s), u"Ben"_s);
     }
 };

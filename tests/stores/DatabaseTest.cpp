@@ -64,7 +64,7 @@ class DatabaseTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void TellsFaultsAndRecovers_data() {
+    void tellsFaultsAndRecovers_data() {
         const Columns<const ReadingWay*, DatabaseFault, ReadOutcome> row("way", "fault", "outcome");
         const std::tuple<const char*, DatabaseFault, ReadOutcome> faults[] = {
             {"missing", DatabaseFault::Missing, ReadOutcome::Missing},
@@ -78,7 +78,7 @@ private slots:
                 QTest::addRow("%s, %s", way.name, name) << &way << fault << outcome;
     }
 
-    void TellsFaultsAndRecovers() {
+    void tellsFaultsAndRecovers() {
         const auto [way, fault, outcome] = Fetched<const ReadingWay*, DatabaseFault, ReadOutcome>();
         ServiceFixture service;
         Fill(service);
@@ -112,7 +112,7 @@ private slots:
         QCOMPARE(Traces(service.Home()).filter(u"readable again"_s).size(), isTraced ? 1 : 0);
     }
 
-    void DamageFurtherInIsTracedOnceToo() {
+    void damageFurtherInIsTracedOnceToo() {
         ServiceFixture service;
         PutManyTasks(service, 2000);
         service->Stop();
@@ -133,7 +133,7 @@ private slots:
         QCOMPARE(Traces(service.Home()).filter(u"readable again"_s).size(), 1);
     }
 
-    void WhatIsNoDatabaseIsTold_data() {
+    void whatIsNoDatabaseIsTold_data() {
         // sql: run on an empty file; null: a folder stands in its place
         const Columns<QByteArray, ReadOutcome> row("sql", "outcome");
         row("empty file", "", ReadOutcome::OtherSchema);
@@ -143,7 +143,7 @@ private slots:
             ReadOutcome::OtherSchema);
     }
 
-    void WhatIsNoDatabaseIsTold() {
+    void whatIsNoDatabaseIsTold() {
         const auto [sql, outcome] = Fetched<QByteArray, ReadOutcome>();
         ServiceFixture service;
         service->Stop();
@@ -160,7 +160,7 @@ private slots:
         QCOMPARE(tasks.names, QStringList());
     }
 
-    void WaitsForALockThatIsReleased() {
+    void waitsForALockThatIsReleased() {
         ServiceFixture service;
         Fill(service);
         service->SetFault(DatabaseFault::Locked, File::Scheduler);
@@ -172,7 +172,7 @@ private slots:
         QCOMPARE(tasks.names.size(), 2);
     }
 
-    void AStopEndsTheWaitForALock() {
+    void aStopEndsTheWaitForALock() {
         ServiceFixture service;
         Fill(service);
         service->SetFault(DatabaseFault::Locked, File::Scheduler);
@@ -186,7 +186,7 @@ private slots:
         QCOMPARE(read.get().read.outcome, ReadOutcome::Stopped);
     }
 
-    void AStopEndsAWalk() {
+    void aStopEndsAWalk() {
         constexpr int Rows = 20'000;
         ServiceFixture service;
         PutManyTasks(service, Rows);
@@ -207,9 +207,9 @@ private slots:
             QCOMPARE(way.readWith(stop.get_token(), Impatient).read.outcome, ReadOutcome::Stopped);
     }
 
-    void ReadsBesideAnOpenTransaction_data() { AddJournalModes(); }
+    void readsBesideAnOpenTransaction_data() { AddJournalModes(); }
 
-    void ReadsBesideAnOpenTransaction() {
+    void readsBesideAnOpenTransaction() {
         QFETCH(const devservice::JournalMode, journal);
         ServiceFixture service(With(journal));
         Fill(service);
@@ -226,9 +226,9 @@ private slots:
         QVERIFY(Octets(file) == octets);
     }
 
-    void LeavesADatabaseWithoutItsServiceAlone_data() { AddJournalModes(); }
+    void leavesADatabaseWithoutItsServiceAlone_data() { AddJournalModes(); }
 
-    void LeavesADatabaseWithoutItsServiceAlone() {
+    void leavesADatabaseWithoutItsServiceAlone() {
         QFETCH(const devservice::JournalMode, journal);
         ServiceFixture service(With(journal));
         Fill(service);
@@ -245,7 +245,7 @@ private slots:
         }
     }
 
-    void AJournalOfAKilledWriterIsLeftToTheService() {
+    void aJournalOfAKilledWriterIsLeftToTheService() {
         ServiceFixture service;
         PutManyTasks(service, 200);
         const QStringList good = TaskNames::Read().names;
@@ -263,9 +263,9 @@ private slots:
         QCOMPARE(tasks.names, good);
     }
 
-    void AWalkLetsGoOfTheDatabase_data() { AddJournalModes(); }
+    void aWalkLetsGoOfTheDatabase_data() { AddJournalModes(); }
 
-    void AWalkLetsGoOfTheDatabase() {
+    void aWalkLetsGoOfTheDatabase() {
         QFETCH(const devservice::JournalMode, journal);
         ServiceFixture service(With(journal));
         Fill(service);
@@ -282,9 +282,9 @@ private slots:
         QVERIFY_THROWS_NO_EXCEPTION(writer.Execute(change));
     }
 
-    void AFastWriterAndWalksDoNotHinderEachOther_data() { AddJournalModes(); }
+    void aFastWriterAndWalksDoNotHinderEachOther_data() { AddJournalModes(); }
 
-    void AFastWriterAndWalksDoNotHinderEachOther() {
+    void aFastWriterAndWalksDoNotHinderEachOther() {
         QFETCH(const devservice::JournalMode, journal);
         constexpr int Tasks = 300;
         ServiceFixture service(With(journal));
@@ -312,7 +312,7 @@ private slots:
         QCOMPARE(service->FastWriterStatistics().failures, 0);
     }
 
-    void APathThatIsTooLongIsRefused() {
+    void aPathThatIsTooLongIsRefused() {
         ServiceFixture service;
         const TaskNames before = TaskNames::Read();
         QVERIFY(before.read);

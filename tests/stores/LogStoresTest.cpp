@@ -38,7 +38,7 @@ class LogStoresTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void TheProcessLogOfATask() {
+    void theProcessLogOfATask() {
         ServiceFixture service;
         service->Execute(service->DatabaseFile(File::ProcessLog),
                          "INSERT INTO TaskProcessLog VALUES(1,'T','start','stop',NULL,5,6,7),"
@@ -59,13 +59,13 @@ private slots:
         QCOMPARE(list[2].failedSubTasks, -1);
     }
 
-    void TheHistoryOfAFolder_data() {
+    void theHistoryOfAFolder_data() {
         const Columns<HistoryView, int> row("view", "rows");
         row("changes", HistoryView::ChangeList, 200);
         row("summary", HistoryView::Summary, 50);
     }
 
-    void TheHistoryOfAFolder() {
+    void theHistoryOfAFolder() {
         const auto [view, rows] = Fetched<HistoryView, int>();
         ServiceFixture service;
         // Two of each moment; the later in the table is the earlier by name.
@@ -87,7 +87,7 @@ private slots:
         }
     }
 
-    void TheAuditTraceByFilter_data() {
+    void theAuditTraceByFilter_data() {
         const Columns<AuditFilter, QStringList> row("filter", "traces");
         const QDate third(2025, 3, 3);
         const QDate fourth(2025, 3, 4);
@@ -107,14 +107,14 @@ private slots:
         row("maximum", {u"KEY"_s, {}, u"1"_s}, {u"second"_s});
     }
 
-    void TheAuditTraceByFilter() {
+    void theAuditTraceByFilter() {
         QFETCH(const AuditFilter, filter);
         ServiceFixture service;
         PutAuditRows(service, FourDays);
         QTEST(AuditRows(filter), "traces");
     }
 
-    void AFilterThatIsNoSqlFailsQuietly() {
+    void aFilterThatIsNoSqlFailsQuietly() {
         ServiceFixture service;
         PutAuditRows(service, FourDays);
         const auto read = [](const AuditFilter& filter) {
@@ -127,7 +127,7 @@ private slots:
         QCOMPARE(Traces(service.Home()).filter(u"syntax"_s), QStringList());
     }
 
-    void AMessageHasNoKey_data() {
+    void aMessageHasNoKey_data() {
         const Columns<QString, QString> row("trace", "message");
         row("key", "$$T-1$ message $x", "message $x");
         row("empty key", "$$$ message", "message");
@@ -138,12 +138,12 @@ private slots:
         row("key within", "a $$T$ message", "a $$T$ message");
     }
 
-    void AMessageHasNoKey() {
+    void aMessageHasNoKey() {
         QFETCH(const QString, trace);
         QTEST(AuditMessage(trace), "message");
     }
 
-    void DeletesTheTracesOfOneTask_data() {
+    void deletesTheTracesOfOneTask_data() {
         const Columns<QString, bool, int> row("key", "done", "left");
         row("identifier", "{KEY-1}", true, 2);
         row("unknown identifier", "{NONE}", true, 4);
@@ -152,7 +152,7 @@ private slots:
             row(wide, wide, false, 4);
     }
 
-    void DeletesTheTracesOfOneTask() {
+    void deletesTheTracesOfOneTask() {
         QFETCH(const QString, key);
         ServiceFixture service;
         PutAuditRows(service, FourDays);
@@ -162,7 +162,7 @@ private slots:
         QTEST(int(AuditRows({}).size()), "left");
     }
 
-    void ADeleteThatMeetsALockIsTold() {
+    void aDeleteThatMeetsALockIsTold() {
         ServiceFixture service;
         PutAuditRows(service, FourDays);
         service->SetFault(devservice::DatabaseFault::Locked, File::AuditTrace);
@@ -178,7 +178,7 @@ private slots:
         QCOMPARE(AuditRows({}).size(), 4);
     }
 
-    void ALongAuditWalkStops() {
+    void aLongAuditWalkStops() {
         constexpr int Rows = 100'000;
         ServiceFixture service;
         PutAuditRows(service, "SELECT 0,'$$KEY$ row','2025' FROM (WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL "
@@ -197,7 +197,7 @@ private slots:
         QVERIFY(rows > Rows * 9 / 10);
     }
 
-    void FilesOfAnExtensionInTheOrderOfTheirPaths() {
+    void filesOfAnExtensionInTheOrderOfTheirPaths() {
         ServiceFixture service;
         service->Execute(service->DatabaseFile(File::FileIndex),
                          "INSERT INTO FileDB VALUES('/c.txt','txt',1,''),('/a.txt','txt',1,''),"
@@ -215,7 +215,7 @@ private slots:
         QCOMPARE(files(2), (QStringList{u"/a.txt"_s, u"/b.txt"_s}));
     }
 
-    void TheFileIndexStandsWhereItsMonitorSays_data() {
+    void theFileIndexStandsWhereItsMonitorSays_data() {
         // %1 is the home; no folder: the location is no place
         const Columns<QString, QString> row("location", "folder");
         row("plain", "%1/deep/folder", "%1/deep/folder/JounralDB");
@@ -225,7 +225,7 @@ private slots:
         row("drive", "D:\\", fs::path("D:\\").is_absolute() ? "D:/JounralDB" : "");
     }
 
-    void TheFileIndexStandsWhereItsMonitorSays() {
+    void theFileIndexStandsWhereItsMonitorSays() {
         auto [location, folder] = Fetched<QString, QString>();
         ServiceFixture service;
         const MachineText value(MonitorKey, u"DBLocation"_s, location.replace(u"%1"_s, service.Home()));
@@ -235,7 +235,7 @@ private slots:
         QVERIFY(!fs::exists("folder/JounralDB"));
     }
 
-    void TheFileIndexHasAPlaceOfItsOwn() {
+    void theFileIndexHasAPlaceOfItsOwn() {
         ServiceFixture service;
         for (const auto& [name, text] : {std::pair(u"DBLocation"_s, u""_s), std::pair(u"Other"_s, u"x"_s),
                                          std::pair(u"DBLocation"_s, u'/' + QString(260, u'x'))}) {

@@ -41,7 +41,7 @@ class SchedulerStoreTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void WalksTasksWithAScheduleLatestFirst() {
+    void walksTasksWithAScheduleLatestFirst() {
         ServiceFixture service;
         const std::tuple<const char*, const char*, int> rows[] = {
             {"'oldest'", "zeroblob(308)", -5},
@@ -57,7 +57,7 @@ private slots:
         QCOMPARE(TaskNames::Read().names, (QStringList{u"latest"_s, u"middle"_s, u"oldest"_s}));
     }
 
-    void RowsComeAsTheyAreStored_data() {
+    void rowsComeAsTheyAreStored_data() {
         const Columns<QByteArray, QString> row("text", "read");
         row("null", "NULL", "null");
         row("empty", "''", "\"\"");
@@ -68,7 +68,7 @@ private slots:
         row("blob", "x'6162'", "\"ab\"");
     }
 
-    void RowsComeAsTheyAreStored() {
+    void rowsComeAsTheyAreStored() {
         const auto [text, read] = Fetched<QByteArray, QString>();
         ServiceFixture service;
         PutTaskRow(service, "'T'", Blob(258, true, "\1\1\1\1\1\1\1"), 1, text);
@@ -86,7 +86,7 @@ private slots:
         QCOMPARE(lookup.task.number, 41);
     }
 
-    void ALookupTellsTheWeekdays_data() {
+    void aLookupTellsTheWeekdays_data() {
         const Columns<QByteArray, QString, bool> row("schedule", "letters", "scheduled");
         const QByteArray all(7, '\1');
         const QByteArray some("\1\0\xFF\0\0\0\1", 7);
@@ -102,7 +102,7 @@ private slots:
         row("long", Blob(4, true, all, 309), {}, false);
     }
 
-    void ALookupTellsTheWeekdays() {
+    void aLookupTellsTheWeekdays() {
         QFETCH(const QByteArray, schedule);
         ServiceFixture service;
         PutTaskRow(service, "'T'", schedule, 1);
@@ -112,7 +112,7 @@ private slots:
         QTEST(lookup.task.weekdays.scheduled, "scheduled");
     }
 
-    void ALookupTellsAbsenceFromFailure() {
+    void aLookupTellsAbsenceFromFailure() {
         ServiceFixture service;
         PutTaskRow(service, "'T'", "zeroblob(308)", 1);
         {
@@ -133,7 +133,7 @@ private slots:
         QVERIFY(ProbeSchedulerDatabase());
     }
 
-    void SubTasksComeByStateInTheirOrder_data() {
+    void subTasksComeByStateInTheirOrder_data() {
         const Columns<QList<int>, QList<int>> row("states", "numbers");
         row("all", {}, {1, 3, 5, 7, 9});
         row("one state", {0, 0}, {5, 9});
@@ -142,7 +142,7 @@ private slots:
         row("no such", {17, -1}, {});
     }
 
-    void SubTasksComeByStateInTheirOrder() {
+    void subTasksComeByStateInTheirOrder() {
         QFETCH(const QList<int>, states);
         ServiceFixture service;
         service->PutTask(devservice::MakeTask(TaskId, "Task"));
@@ -167,7 +167,7 @@ private slots:
         QCOMPARE(numbers, QList<int>{1});
     }
 
-    void ASubTaskIsReadByPosition() {
+    void aSubTaskIsReadByPosition() {
         ServiceFixture service;
         service->PutTask(devservice::MakeTask(TaskId, "Task"));
         service->PutSubTasks(TaskId, {});
@@ -186,7 +186,7 @@ private slots:
         QCOMPARE(read.subTaskNumber, -8);
     }
 
-    void AnIdentifierThatIsNoFileNameIsRefused() {
+    void anIdentifierThatIsNoFileNameIsRefused() {
         ServiceFixture service;
         service->PutTask(devservice::MakeTask("task", "Task"));
         service->PutSubTasks("task", {devservice::MakeSubTask(1, "PUT", "a")});

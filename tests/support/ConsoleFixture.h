@@ -3,7 +3,7 @@
 #include "page/Console.h"
 #include "page/SettingNews.h"
 #include "service/ServiceClient.h"
-#include "support/NotingFrame.h"
+#include "support/RecordingFrame.h"
 #include "support/ScriptedPrompts.h"
 #include "support/SteppingReader.h"
 #include "zep/LiveCounters.h"
@@ -15,7 +15,7 @@ struct ConsoleFixture {
     LiveCounters counters;
     ScriptedPrompts prompts;
     PageReader reader;
-    NotingFrame frame;
+    RecordingFrame frame;
     SettingNews settingNews;
     const Console console{client, counters, prompts, reader, frame, settingNews};
 };

@@ -1,4 +1,4 @@
-#include "TaskBench.h"
+#include "TaskFixture.h"
 #include "list/RecordPanel.h"
 #include "support/TestMain.h"
 #include "taskman/SubTaskTable.h"
@@ -55,12 +55,12 @@ class SubtaskPanelTest : public QObject {
 
 private slots:
     void init() {
-        m_bench = std::make_unique<PageBench<>>();
-        m_bench->service->PutTask(MakeTask("{1}", "Photos"));
+        m_fixture = std::make_unique<PageFixture<>>();
+        m_fixture->service->PutTask(MakeTask("{1}", "Photos"));
         PutFiles({1, 2, 3, 4, 5});
     }
 
-    void cleanup() { m_bench.reset(); }
+    void cleanup() { m_fixture.reset(); }
 
     void listsWhatWaits_data() {
         // rows: without the ends that all of them have
@@ -74,7 +74,7 @@ private slots:
     }
 
     void listsWhatWaits() {
-        m_bench->service->PutSubTasks(
+        m_fixture->service->PutSubTasks(
             "{1}", {Noted(MakeSubTask(1, "put", "/home/mara/Photos/2024/a.jpg", 2048), ""),
                     MakeSubTask(2, "GET", "/ChangeLog/7"),
                     Noted(MakeSubTask(3, "BPUT", "/home/mara/Photos/b.jpg", 1024, SubTaskState::PendingRetry),
@@ -89,33 +89,33 @@ private slots:
         for (int row = 0; row < rows.size(); ++row)
             QCOMPARE(table.Cells(row).join(u'|'),
                      rows[row] + u"|#ICON:208@@Click to delete the failed sub-task"_s);
-        QCOMPARE(m_bench->frame.StatusText(), u"View the pending subtasks. They'll be processed later."_s);
-        QCOMPARE(m_bench->frame.Captions(), QStringList{u"Refresh"_s});
+        QCOMPARE(m_fixture->frame.StatusText(), u"View the pending subtasks. They'll be processed later."_s);
+        QCOMPARE(m_fixture->frame.Captions(), QStringList{u"Refresh"_s});
     }
 
     void saysWhyItIsEmpty() {
         PutFiles({});
-        CRecordPanel panel(m_bench->console, SubTaskTable(Photos, SubtaskView::Pending));
+        RecordPanel panel(m_fixture->console, SubTaskTable(Photos, SubtaskView::Pending));
         panel.Activate();
         const TableHand table(panel);
         QCOMPARE(table->TextWithoutRows(), u"Loading..."_s);
-        m_bench->reader.StepAll();
+        m_fixture->reader.StepAll();
         QCOMPARE(table->TextWithoutRows(), u"No Subtask found."_s);
 
-        const auto file = m_bench->service->SubTaskFile("{1}");
-        m_bench->service->SetFault({devservice::DatabaseFault::Garbage, file});
-        m_bench->Refresh(panel);
+        const auto file = m_fixture->service->SubTaskFile("{1}");
+        m_fixture->service->SetFault({devservice::DatabaseFault::Garbage, file});
+        m_fixture->Refresh(panel);
         QCOMPARE(table->TextWithoutRows(), u"Failed to get subtask list, refresh later"_s);
-        QVERIFY(m_bench->frame.StatusText().startsWith("The file is damaged"_L1));
+        QVERIFY(m_fixture->frame.StatusText().startsWith("The file is damaged"_L1));
 
-        m_bench->service->ClearFaults();
+        m_fixture->service->ClearFaults();
         PutFiles({8});
-        m_bench->Refresh(panel);
+        m_fixture->Refresh(panel);
         QCOMPARE(table.Column(ParameterColumn), QStringList{u"file8"_s});
         PutFiles({});
-        m_bench->Refresh(panel);
+        m_fixture->Refresh(panel);
         QCOMPARE(table->TextWithoutRows(), u"No Subtask found."_s);
-        QVERIFY(m_bench->frame.StatusText().startsWith("View the pending"_L1));
+        QVERIFY(m_fixture->frame.StatusText().startsWith("View the pending"_L1));
     }
 
     void deletesAfterOneQuestion_data() {
@@ -136,15 +136,15 @@ private slots:
         const auto panel = Open();
         const TableHand table(*panel);
         table.Select(selected, NameColumn);
-        m_bench->prompts.ExpectQuestion(Asked(asked), yes);
+        m_fixture->prompts.ExpectQuestion(Asked(asked), yes);
         if (clicked >= 0)
             table.Click(clicked, DeleteColumn);
         else
             QTest::keyClick(panel->findChild<CBrenListCtrl*>(), Qt::Key_Delete);
         QCoreApplication::sendPostedEvents();
-        m_bench->reader.StepAll();
-        QVERIFY(m_bench->prompts.IsPlayed());
-        QCOMPARE(m_bench->service.RequestLines(), Deletions(deleted));
+        m_fixture->reader.StepAll();
+        QVERIFY(m_fixture->prompts.IsPlayed());
+        QCOMPARE(m_fixture->service.RequestLines(), Deletions(deleted));
         QList<int> left{1, 2, 3, 4, 5};
         left.removeIf([&deleted](int number) { return deleted.contains(number); });
         QCOMPARE(table.Column(ParameterColumn), Files(left));
@@ -166,34 +166,34 @@ private slots:
         const TableHand table(*panel);
         table.Select({0, 1, 2}, NameColumn);
         if (fault == devservice::HttpFault::None)
-            m_bench->service->SetAnswer("/schedule/delsub?%7B1%7D:2", devservice::Answer{500, {}});
+            m_fixture->service->SetAnswer("/schedule/delsub?%7B1%7D:2", devservice::Answer{500, {}});
         else
-            m_bench->service->SetFault(fault);
+            m_fixture->service->SetFault(fault);
         if (fault == devservice::HttpFault::WrongStatus)
-            m_bench->service->SetAnswer("/schedule/delsub", devservice::Answer{200, {}});
-        m_bench->prompts.ExpectQuestion(Asked({1, 2, 3}), true);
-        m_bench->prompts.ExpectMessage(Failed);
+            m_fixture->service->SetAnswer("/schedule/delsub", devservice::Answer{200, {}});
+        m_fixture->prompts.ExpectQuestion(Asked({1, 2, 3}), true);
+        m_fixture->prompts.ExpectMessage(Failed);
         table.Click(1, DeleteColumn);
         QCoreApplication::sendPostedEvents();
-        m_bench->reader.StepAll();
-        QVERIFY(m_bench->prompts.IsPlayed());
-        QCOMPARE(m_bench->service.RequestLines(), Deletions(requested));
+        m_fixture->reader.StepAll();
+        QVERIFY(m_fixture->prompts.IsPlayed());
+        QCOMPARE(m_fixture->service.RequestLines(), Deletions(requested));
         QCOMPARE(table.Selected(ParameterColumn), Files(failed));
     }
 
     void aDoubleClickSendsOneRequest() {
         const auto panel = Open();
         const TableHand table(*panel);
-        m_bench->prompts.ExpectQuestion(Asked({1}), false);
+        m_fixture->prompts.ExpectQuestion(Asked({1}), false);
         table.DoubleClick(0, DeleteColumn);
         QCoreApplication::sendPostedEvents();
-        m_bench->prompts.ExpectQuestion(Asked({2}), true);
+        m_fixture->prompts.ExpectQuestion(Asked({2}), true);
         table.DoubleClick(1, DeleteColumn);
         QCoreApplication::sendPostedEvents();
         table.Click(1, DeleteColumn); // a slow one: the first is under way
         QCoreApplication::sendPostedEvents();
-        m_bench->reader.StepAll();
-        QCOMPARE(m_bench->service.RequestLines(), Deletions({2}));
+        m_fixture->reader.StepAll();
+        QCOMPARE(m_fixture->service.RequestLines(), Deletions({2}));
     }
 
     void deletesTheRowThatWasClicked_data() {
@@ -212,26 +212,26 @@ private slots:
         const auto panel = Open();
         const TableHand table(*panel);
         if (before.contains(2)) // there is nothing to ask about a row that has gone
-            m_bench->prompts.ExpectQuestion(Asked({2}), true);
-        m_bench->prompts.Hold();
+            m_fixture->prompts.ExpectQuestion(Asked({2}), true);
+        m_fixture->prompts.Hold();
         table.Click(1, DeleteColumn);
         PutFiles(before);
-        m_bench->Refresh(*panel);
+        m_fixture->Refresh(*panel);
         QCoreApplication::sendPostedEvents();
         PutFiles(during, nextRun ? "next" : "file");
-        m_bench->Refresh(*panel);
+        m_fixture->Refresh(*panel);
         if (before.contains(2) && deleted.isEmpty())
-            m_bench->prompts.ExpectMessage(u"Failed to delete the subtask"_s);
-        m_bench->prompts.Release();
-        m_bench->reader.StepAll();
-        QCOMPARE(m_bench->service.RequestLines(), Deletions(deleted));
+            m_fixture->prompts.ExpectMessage(u"Failed to delete the subtask"_s);
+        m_fixture->prompts.Release();
+        m_fixture->reader.StepAll();
+        QCOMPARE(m_fixture->service.RequestLines(), Deletions(deleted));
     }
 
     void letsOthersInBetweenAndStops() {
         const auto panel = Open();
         const TableHand table(*panel);
         table.Select({0, 1, 2, 3, 4}, NameColumn);
-        m_bench->prompts.ExpectQuestion(Asked({1, 2, 3, 4, 5}), true);
+        m_fixture->prompts.ExpectQuestion(Asked({1, 2, 3, 4, 5}), true);
         QTest::keyClick(panel->findChild<CBrenListCtrl*>(), Qt::Key_Delete);
         QCoreApplication::sendPostedEvents();
         auto* stop = panel->findChild<QPushButton*>();
@@ -239,36 +239,36 @@ private slots:
             return stop->isVisible() && stop->parentWidget()->findChild<QLabel*>()->text() == words;
         };
         QVERIFY(says(u"Deleting 1 of 5..."_s));
-        QVERIFY(m_bench->reader.Step(Lane::Service));
+        QVERIFY(m_fixture->reader.Step(Lane::Service));
         QVERIFY(says(u"Deleting 2 of 5..."_s));
 
         // Another page's read has its turn after the row that is being deleted, a command before it.
         QStringList order;
         for (const ReadPriority priority : {ReadPriority::Front, ReadPriority::Command})
-            m_bench->reader.Submit({Lane::Service, [priority] { return priority; }, std::stop_source(),
-                                    [&, priority](std::stop_token) {
-                                        order.append(priority == ReadPriority::Front ? u"read"_s
-                                                                                     : u"command"_s);
-                                        order.append(m_bench->service.RequestLines().last().right(2));
-                                    },
-                                    [] {}});
+            m_fixture->reader.Submit({Lane::Service, [priority] { return priority; }, std::stop_source(),
+                                      [&, priority](std::stop_token) {
+                                          order.append(priority == ReadPriority::Front ? u"read"_s
+                                                                                       : u"command"_s);
+                                          order.append(m_fixture->service.RequestLines().last().right(2));
+                                      },
+                                      [] {}});
         for (int step = 0; step < 3; ++step)
-            QVERIFY(m_bench->reader.Step(Lane::Service));
+            QVERIFY(m_fixture->reader.Step(Lane::Service));
         QCOMPARE(order, QStringList({u"command"_s, u":1"_s, u"read"_s, u":2"_s}));
 
         QTest::mouseClick(stop, Qt::LeftButton);
-        m_bench->reader.StepAll(); // the third row was on its way
-        QCOMPARE(m_bench->service.RequestLines(), Deletions({1, 2, 3}));
+        m_fixture->reader.StepAll(); // the third row was on its way
+        QCOMPARE(m_fixture->service.RequestLines(), Deletions({1, 2, 3}));
         QCOMPARE(table.Selected(ParameterColumn), Files({4, 5}));
         QVERIFY(!stop->isVisible());
     }
 
 private:
-    std::unique_ptr<CRecordPanel> Open(SubtaskView view = SubtaskView::Pending) {
-        auto panel = std::make_unique<CRecordPanel>(m_bench->console, SubTaskTable(Photos, view));
+    std::unique_ptr<RecordPanel> Open(SubtaskView view = SubtaskView::Pending) {
+        auto panel = std::make_unique<RecordPanel>(m_fixture->console, SubTaskTable(Photos, view));
         panel->resize(820, 400);
-        m_bench->Open(*panel);
-        m_bench->service->ForgetRequests();
+        m_fixture->Open(*panel);
+        m_fixture->service->ForgetRequests();
         return panel;
     }
 
@@ -276,10 +276,10 @@ private:
         std::vector<devservice::SubTask> files;
         for (const int number : numbers)
             files.push_back(MakeSubTask(number, "PUT", name + std::to_string(number)));
-        m_bench->service->PutSubTasks("{1}", std::move(files));
+        m_fixture->service->PutSubTasks("{1}", std::move(files));
     }
 
-    std::unique_ptr<PageBench<>> m_bench;
+    std::unique_ptr<PageFixture<>> m_fixture;
 };
 
 BTASK_TEST(SubtaskPanelTest);

@@ -1,5 +1,5 @@
 // Labels: threads painting
-#include "TaskBench.h"
+#include "TaskFixture.h"
 #include "lanes/ThreadReader.h"
 #include "list/RecordPanel.h"
 #include "support/TestMain.h"
@@ -54,13 +54,13 @@ struct AllViews {
 
     CTaskListPanel tasks;
     CTaskSummary summary;
-    CRecordPanel running;
-    CRecordPanel pending;
-    CRecordPanel retry;
-    CRecordPanel history;
-    CRecordPanel audit;
-    CRecordPanel system;
-    CRecordPanel completed;
+    RecordPanel running;
+    RecordPanel pending;
+    RecordPanel retry;
+    RecordPanel history;
+    RecordPanel audit;
+    RecordPanel system;
+    RecordPanel completed;
 };
 
 /// True once all reads that were asked for before have been shown.
@@ -127,26 +127,26 @@ void Replace(devservice::DevService& service, const std::filesystem::path& file,
 
 /// A list with one task whose card is expanded or not.
 struct OneCard {
-    explicit OneCard(bool expanded) : list(bench.console, TaskFilter::MyTasks) {
-        bench.service->PutTask(MakeTask("{1}", "Photos"));
+    explicit OneCard(bool expanded) : list(fixture.console, TaskFilter::MyTasks) {
+        fixture.service->PutTask(MakeTask("{1}", "Photos"));
         list.resize(760, 560);
-        bench.Open(list);
+        fixture.Open(list);
         if (expanded)
             list.ToggleCard(*list.CardAt(0));
     }
 
     /// The service loses the task, and the list hears of it first.
     void Lose() {
-        bench.service->RemoveTask("{1}");
+        fixture.service->RemoveTask("{1}");
         list.Reload();
-        bench.service->ForgetRequests();
-        while (bench.reader.Step(Lane::Databases)) {
+        fixture.service->ForgetRequests();
+        while (fixture.reader.Step(Lane::Databases)) {
         }
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QCOMPARE(list.CardCount(), 0);
     }
 
-    PageBench<> bench;
+    PageFixture<> fixture;
     CTaskListPanel list;
 };
 
@@ -155,16 +155,16 @@ class TaskFaultsTest : public QObject {
 
 private slots:
     void everyViewOutlivesRestarts() {
-        PageBench<ThreadReader> bench;
-        devservice::DevService& service = bench.service.Service();
+        PageFixture<ThreadReader> fixture;
+        devservice::DevService& service = fixture.service.Service();
         service.PutTask(MakeTask("{1}", "Photos"));
-        AllViews views(bench.console);
+        AllViews views(fixture.console);
         for (int round = 0; round < Restarts; ++round) {
             views.Refresh(); // still read while the service stops
             service.Stop();
             if (round % 10 == 5) { // the databases are still there, what runs is not
                 views.Refresh();
-                QVERIFY(WaitForReads(bench.reader));
+                QVERIFY(WaitForReads(fixture.reader));
                 QCOMPARE(TableHand(views.running)->TextWithoutRows(), u"No subtask is being processed."_s);
                 QCOMPARE(TableHand(views.system)->TextWithoutRows(), u"System is idle."_s);
                 QCOMPARE(ColumnOf(views.completed, 0), u"Old"_s + QString::number(round - 1));
@@ -172,7 +172,7 @@ private slots:
             service.Start();
             Change(service, round);
             views.Refresh();
-            QVERIFY(WaitForReads(bench.reader));
+            QVERIFY(WaitForReads(fixture.reader));
             CompareViews(views, round);
             if (QTest::currentTestFailed())
                 return;
@@ -180,13 +180,13 @@ private slots:
     }
 
     void readsADatabaseThatWasReplaced() {
-        PageBench<> bench;
-        devservice::DevService& service = bench.service.Service();
+        PageFixture<> fixture;
+        devservice::DevService& service = fixture.service.Service();
         service.PutTask(MakeTask("{1}", "Photos"));
-        AllViews views(bench.console);
+        AllViews views(fixture.console);
         Change(service, 0);
         views.Refresh();
-        bench.reader.StepAll();
+        fixture.reader.StepAll();
         CompareViews(views, 0);
 
         service.Stop(); // which keeps some of the files open
@@ -198,7 +198,7 @@ private slots:
                 "DELETE FROM TaskProcessLog");
         Replace(service, service.DatabaseFile(devservice::Database::AuditTrace), "DELETE FROM AuditTrace");
         views.Refresh();
-        bench.reader.StepAll();
+        fixture.reader.StepAll();
         QVERIFY(views.tasks.FindCard(u"Pictures"_s));
         QCOMPARE(views.tasks.CardCount(), 1);
         QCOMPARE(ColumnOf(views.pending, 2), u"replaced"_s);
@@ -254,23 +254,23 @@ private slots:
     }
 
     void aTaskMayGoWhileItsSubTasksAreDeleted() {
-        PageBench<> bench;
-        bench.service->PutTask(MakeTask("{1}", "Photos"));
-        bench.service->PutSubTasks("{1}", {MakeSubTask(1, "PUT", "a"), MakeSubTask(2, "PUT", "b")});
-        CRecordPanel panel(bench.console, SubTaskTable(Photos(), SubtaskView::Pending));
+        PageFixture<> fixture;
+        fixture.service->PutTask(MakeTask("{1}", "Photos"));
+        fixture.service->PutSubTasks("{1}", {MakeSubTask(1, "PUT", "a"), MakeSubTask(2, "PUT", "b")});
+        RecordPanel panel(fixture.console, SubTaskTable(Photos(), SubtaskView::Pending));
         panel.resize(820, 400);
-        bench.Open(panel);
-        bench.prompts.ExpectQuestion(u"Do you really want to remove selected sub-tasks?\n2 rows"_s, true);
-        bench.prompts.ExpectMessage(u"Failed to delete the subtask"_s);
+        fixture.Open(panel);
+        fixture.prompts.ExpectQuestion(u"Do you really want to remove selected sub-tasks?\n2 rows"_s, true);
+        fixture.prompts.ExpectMessage(u"Failed to delete the subtask"_s);
         TableHand(panel).Select({0, 1}, 1);
         TableHand(panel).Click(1, 5);
         QCoreApplication::sendPostedEvents();
-        bench.service->RemoveTask("{1}");
-        bench.Refresh(panel);
-        QVERIFY(bench.prompts.IsPlayed());
+        fixture.service->RemoveTask("{1}");
+        fixture.Refresh(panel);
+        QVERIFY(fixture.prompts.IsPlayed());
         panel.Deactivate();
-        bench.Open(panel);
-        QVERIFY(bench.frame.StatusText().startsWith("The database does not exist"_L1));
+        fixture.Open(panel);
+        QVERIFY(fixture.frame.StatusText().startsWith("The database does not exist"_L1));
     }
 };
 

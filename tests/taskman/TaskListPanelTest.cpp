@@ -1,5 +1,5 @@
 #include "taskman/TaskListPanel.h"
-#include "TaskBench.h"
+#include "TaskFixture.h"
 #include "list/FindBar.h"
 #include "page/NoticeLine.h"
 #include "support/TestMain.h"
@@ -22,13 +22,13 @@ class TaskListPanelTest : public QObject {
 
 private slots:
     void init() {
-        m_bench = std::make_unique<PageBench<>>();
-        m_bench->service->PutTasks(
+        m_fixture = std::make_unique<PageFixture<>>();
+        m_fixture->service->PutTasks(
             {MakeTask("{1}", "Photos"), MakeTask("{2}", "Mail", "advbackup", TaskState::Running),
              MakeTask("{3}", "Default Task For X"), MakeTask("{4}", "Old", "backup", TaskState::Completed)});
     }
 
-    void cleanup() { m_bench.reset(); }
+    void cleanup() { m_fixture.reset(); }
 
     void showsTheTasksOfItsFilter_data() {
         const Columns<TaskFilter, QStringList> row("filter", "titles");
@@ -45,12 +45,12 @@ private slots:
 
     void commandsTheTaskThatWasClicked() {
         const auto panel = MakePanel();
-        m_bench->service->ForgetRequests();
+        m_fixture->service->ForgetRequests();
         ClickAction(Card(*panel, u"Mail"_s), u"Pause"_s);
         ClickAction(Card(*panel, u"Mail"_s), u"Pause"_s); // the second click of a double click is swallowed
         ClickAction(Card(*panel, u"Photos"_s), u"Start Now"_s);
-        m_bench->reader.StepAll();
-        QCOMPARE(m_bench->service.RequestLines(),
+        m_fixture->reader.StepAll();
+        QCOMPARE(m_fixture->service.RequestLines(),
                  QStringList({u"GET /schedule/pausetask?%7B2%7D"_s, u"GET /schedule/startnow?%7B1%7D"_s}));
     }
 
@@ -58,93 +58,93 @@ private slots:
         const auto panel = MakePanel();
         CTaskManItem* card = Card(*panel, u"Photos"_s);
         const QString failure = u"Not started: the service did not take the command (Photos)"_s;
-        m_bench->service->SetFault(devservice::HttpFault::Refuse);
+        m_fixture->service->SetFault(devservice::HttpFault::Refuse);
         ClickAction(card, u"Start Now"_s);
-        m_bench->reader.StepAll();
-        m_bench->Refresh(*panel);
+        m_fixture->reader.StepAll();
+        m_fixture->Refresh(*panel);
         QCOMPARE(card->StatusText(), failure);
-        QCOMPARE(m_bench->frame.StatusText(), failure);
-        m_bench->service->ClearFaults();
+        QCOMPARE(m_fixture->frame.StatusText(), failure);
+        m_fixture->service->ClearFaults();
         ClickAction(card, u"Start Now"_s); // the refused command left the button as it was
-        m_bench->reader.StepAll();
+        m_fixture->reader.StepAll();
         QVERIFY(card->StatusText() != failure);
         QCOMPARE(card->StatusState(), int(TaskState::Running)); // read back at once
-        QVERIFY(m_bench->frame.StatusText().startsWith("View tasks."_L1));
+        QVERIFY(m_fixture->frame.StatusText().startsWith("View tasks."_L1));
     }
 
     void readsAgainWhenTheCounterMoves() {
         const auto panel = MakePanel();
-        m_bench->service->SetTaskState("{1}", TaskState::Failed);
-        QVERIFY(QTest::qWaitFor([&] { return m_bench->reader.Step(Lane::Databases); }, 3000));
+        m_fixture->service->SetTaskState("{1}", TaskState::Failed);
+        QVERIFY(QTest::qWaitFor([&] { return m_fixture->reader.Step(Lane::Databases); }, 3000));
         QCOMPARE(Card(*panel, u"Photos"_s)->StatusState(), int(TaskState::Failed));
     }
 
     void swallowsTheSecondPressOfASlowDoubleClick() {
         const auto panel = MakePanel();
-        m_bench->service->ForgetRequests();
+        m_fixture->service->ForgetRequests();
         CTaskManItem* card = Card(*panel, u"Photos"_s);
         ClickAction(card, u"Start Now"_s);
-        m_bench->reader.StepAll(); // it means "Pause" by now
+        m_fixture->reader.StepAll(); // it means "Pause" by now
         QTest::mouseDClick(card->childAt(card->ActionRect(1).center()), Qt::LeftButton);
-        m_bench->reader.StepAll();
-        QCOMPARE(m_bench->service.RequestLines(), QStringList{u"GET /schedule/startnow?%7B1%7D"_s});
+        m_fixture->reader.StepAll();
+        QCOMPARE(m_fixture->service.RequestLines(), QStringList{u"GET /schedule/startnow?%7B1%7D"_s});
     }
 
     void asksBeforeItDeletes() {
         const auto panel = MakePanel();
-        m_bench->service->ForgetRequests();
-        m_bench->prompts.ExpectQuestion(AskToCancel, false);
+        m_fixture->service->ForgetRequests();
+        m_fixture->prompts.ExpectQuestion(AskToCancel, false);
         ClickAction(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
-        m_bench->reader.StepAll();
-        QCOMPARE(m_bench->service.RequestLines(), QStringList());
+        m_fixture->reader.StepAll();
+        QCOMPARE(m_fixture->service.RequestLines(), QStringList());
 
-        m_bench->prompts.ExpectQuestion(AskToCancel, true);
+        m_fixture->prompts.ExpectQuestion(AskToCancel, true);
         ClickAction(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
-        m_bench->reader.StepAll();
-        QCOMPARE(m_bench->service.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
+        m_fixture->reader.StepAll();
+        QCOMPARE(m_fixture->service.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
         QCOMPARE(Titles(*panel), QStringList{u"Mail"_s});
     }
 
     void keepsItsCardsWhenTheReadFails() {
         const auto panel = MakePanel();
-        const QString usual = m_bench->frame.StatusText();
+        const QString usual = m_fixture->frame.StatusText();
         QVERIFY(usual.startsWith("View tasks."_L1));
-        m_bench->service->SetFault(devservice::DatabaseFault::Garbage);
-        m_bench->Refresh(*panel);
+        m_fixture->service->SetFault(devservice::DatabaseFault::Garbage);
+        m_fixture->Refresh(*panel);
         QCOMPARE(Titles(*panel), QStringList({u"Mail"_s, u"Photos"_s}));
-        QVERIFY(m_bench->frame.StatusText() != usual);
+        QVERIFY(m_fixture->frame.StatusText() != usual);
 
-        m_bench->service->ClearFaults();
-        m_bench->service->PutTask(MakeTask("{5}", "New"));
-        m_bench->Refresh(*panel);
+        m_fixture->service->ClearFaults();
+        m_fixture->service->PutTask(MakeTask("{5}", "New"));
+        m_fixture->Refresh(*panel);
         QCOMPARE(Titles(*panel), QStringList({u"Mail"_s, u"New"_s, u"Photos"_s}));
-        QCOMPARE(m_bench->frame.StatusText(), usual);
+        QCOMPARE(m_fixture->frame.StatusText(), usual);
     }
 
     void sharesACardBetweenTasksOfOneName() {
         const auto panel = MakePanel();
-        m_bench->service->PutTask(MakeTask("{9}", "photos"));
-        m_bench->Refresh(*panel);
+        m_fixture->service->PutTask(MakeTask("{9}", "photos"));
+        m_fixture->Refresh(*panel);
         QCOMPARE(Titles(*panel), QStringList({u"Mail"_s, u"Photos"_s}));
         QCOMPARE(Card(*panel, u"Photos"_s)->TaskId(), u"{1}"_s);
-        m_bench->service->RemoveTask("{1}");
-        m_bench->Refresh(*panel);
+        m_fixture->service->RemoveTask("{1}");
+        m_fixture->Refresh(*panel);
         QCOMPARE(Card(*panel, u"Photos"_s)->TaskId(), u"{9}"_s);
     }
 
     void deletesNothingWhenTheCardHasPassedOn() {
         const auto panel = MakePanel();
-        m_bench->service->PutTask(MakeTask("{9}", "photos"));
-        m_bench->prompts.ExpectQuestion(AskToCancel, true);
-        m_bench->prompts.Hold();
+        m_fixture->service->PutTask(MakeTask("{9}", "photos"));
+        m_fixture->prompts.ExpectQuestion(AskToCancel, true);
+        m_fixture->prompts.Hold();
         ClickAction(Card(*panel, u"Photos"_s), u"Cancel Task"_s);
-        m_bench->service->RemoveTask("{1}");
-        m_bench->Refresh(*panel);
-        m_bench->service->ForgetRequests();
-        m_bench->prompts.ExpectMessage(u"The task is no longer there."_s);
-        m_bench->prompts.Release();
-        m_bench->reader.StepAll();
-        QCOMPARE(m_bench->service.RequestLines(), QStringList());
+        m_fixture->service->RemoveTask("{1}");
+        m_fixture->Refresh(*panel);
+        m_fixture->service->ForgetRequests();
+        m_fixture->prompts.ExpectMessage(u"The task is no longer there."_s);
+        m_fixture->prompts.Release();
+        m_fixture->reader.StepAll();
+        QCOMPARE(m_fixture->service.RequestLines(), QStringList());
     }
 
     void findsTasksThatItHasNoRoomFor() {
@@ -152,7 +152,7 @@ private slots:
         for (int number = 1; number <= 130; ++number)
             tasks.push_back(
                 MakeTask("{t" + std::to_string(number) + '}', "Task no. " + std::to_string(number)));
-        m_bench->service->PutTasks(tasks);
+        m_fixture->service->PutTasks(tasks);
         const auto panel = MakePanel();
         const auto* notice = panel->findChild<NoticeLine*>();
         const QString line = u"32 more tasks are not shown. Find a task by its name to see it here."_s;
@@ -169,7 +169,7 @@ private slots:
         QTest::keyClicks(words, hidden.toUpper());
         QVERIFY(Titles(*panel).contains(hidden));
         QCOMPARE(notice->Text(), QString());
-        m_bench->Refresh(*panel);
+        m_fixture->Refresh(*panel);
         QCOMPARE(Titles(*panel).filter(hidden), Titles(*panel)); // a refresh brings no others
         words->setText(u"Task no."_s);
         QCOMPARE(notice->Text(), u"30 more tasks are not shown. Find a task by its name to see it here."_s);
@@ -185,38 +185,38 @@ private slots:
             devservice::MakeSubTask(1, "PUT", "a", 2048, SubTaskState::Done),
             devservice::MakeSubTask(2, "PUT", "b", 2048, SubTaskState::Running),
             devservice::MakeSubTask(3, "PUT", "c", 2048)};
-        m_bench->service->PutSubTasks("{2}", work);
+        m_fixture->service->PutSubTasks("{2}", work);
         const auto panel = MakePanel();
         const CTaskManItem* mail = Card(*panel, u"Mail"_s);
-        const auto refresh = [&] { m_bench->Refresh(*panel); };
+        const auto refresh = [&] { m_fixture->Refresh(*panel); };
         QCOMPARE(mail->StatusText(), u"0.000 KB transferred"_s);
         QCOMPARE(mail->Progress(), 333);
         work[1].done = 1024;
-        m_bench->service->PutSubTasks("{2}", work);
+        m_fixture->service->PutSubTasks("{2}", work);
         refresh();
         QCOMPARE(mail->StatusText(), u"1.000 KB, 1.000 KB (00:00:00) Remaining"_s);
-        m_bench->service->SetSubTaskState("{2}", 2, SubTaskState::Done);
+        m_fixture->service->SetSubTaskState("{2}", 2, SubTaskState::Done);
         refresh();
         QCOMPARE(mail->StatusText(), u"Running"_s);
         QCOMPARE(mail->Progress(), 666);
 
-        m_bench->service->SetTaskState("{2}", TaskState::Paused);
+        m_fixture->service->SetTaskState("{2}", TaskState::Paused);
         refresh();
         QCOMPARE(mail->StatusText(), u"Next Run: 2025-03-04 21:00:00"_s);
         QCOMPARE(mail->Progress(), 0);
 
         devservice::Task unplanned = MakeTask("{2}", "Mail", "advbackup");
         unplanned.nextRun = {};
-        m_bench->service->PutTask(unplanned);
+        m_fixture->service->PutTask(unplanned);
         refresh();
         QCOMPARE(mail->StatusText(), u"Next Run: not scheduled"_s);
     }
 
 private:
     std::unique_ptr<CTaskListPanel> MakePanel(TaskFilter filter = TaskFilter::MyTasks) {
-        auto panel = std::make_unique<CTaskListPanel>(m_bench->console, filter);
+        auto panel = std::make_unique<CTaskListPanel>(m_fixture->console, filter);
         panel->resize(760, 560);
-        m_bench->Open(*panel);
+        m_fixture->Open(*panel);
         return panel;
     }
 
@@ -232,7 +232,7 @@ private:
         return titles;
     }
 
-    std::unique_ptr<PageBench<>> m_bench;
+    std::unique_ptr<PageFixture<>> m_fixture;
 };
 
 BTASK_TEST(TaskListPanelTest);

@@ -1,5 +1,5 @@
 #include "taskman/TaskManPanel.h"
-#include "TaskBench.h"
+#include "TaskFixture.h"
 #include "support/TestMain.h"
 
 #include <QCheckBox>
@@ -14,14 +14,14 @@ class TaskManPanelTest : public QObject {
 
 private slots:
     void init() {
-        m_bench = std::make_unique<PageBench<>>();
-        m_panel = std::make_unique<CTaskManPanel>(m_bench->console);
+        m_fixture = std::make_unique<PageFixture<>>();
+        m_panel = std::make_unique<CTaskManPanel>(m_fixture->console);
         m_panel->resize(900, 600);
     }
 
     void cleanup() {
         m_panel.reset();
-        m_bench.reset();
+        m_fixture.reset();
     }
 
     void beginsInTheKeptMode_data() {
@@ -35,7 +35,7 @@ private slots:
     void beginsInTheKeptMode() {
         const auto [value, advanced] = Fetched<QString, bool>();
         if (!value.isEmpty())
-            m_bench->service->SetSetting("TaskAdvancedMode", value.toStdString());
+            m_fixture->service->SetSetting("TaskAdvancedMode", value.toStdString());
         QCOMPARE(ShownTabs(), QList<int>({0, 1}));
         Open();
         QCOMPARE(Box()->isChecked(), advanced);
@@ -47,30 +47,30 @@ private slots:
 
     void keepsTheModeAsANumber() {
         Open();
-        m_bench->service->ForgetRequests();
+        m_fixture->service->ForgetRequests();
         Box()->click();
         QCOMPARE(ShownTabs(), QList<int>({0, 1, 2, 3, 4}));
-        m_bench->reader.StepAll();
-        QCOMPARE(m_bench->service->Setting("TaskAdvancedMode"), std::optional<std::string>("1"));
+        m_fixture->reader.StepAll();
+        QCOMPARE(m_fixture->service->Setting("TaskAdvancedMode"), std::optional<std::string>("1"));
         Box()->click();
         QCOMPARE(ShownTabs(), QList<int>({0, 1}));
-        m_bench->reader.StepAll();
+        m_fixture->reader.StepAll();
         QCOMPARE(Requests(), QStringList({WriteLine + u'1', WriteLine + u'0'}));
         for (const auto fault : {devservice::HttpFault::Refuse, devservice::HttpFault::None}) {
-            m_bench->service->SetFault(fault);
+            m_fixture->service->SetFault(fault);
             Box()->click();
-            m_bench->reader.StepAll();
-            QCOMPARE(m_bench->frame.StatusText().contains(u"not saved"),
+            m_fixture->reader.StepAll();
+            QCOMPARE(m_fixture->frame.StatusText().contains(u"not saved"),
                      fault != devservice::HttpFault::None);
         }
     }
 
     void asksAgainAfterTheServiceWasGone() {
-        m_bench->service->SetSetting("TaskAdvancedMode", "1");
-        m_bench->service->SetFault(devservice::HttpFault::Refuse);
+        m_fixture->service->SetSetting("TaskAdvancedMode", "1");
+        m_fixture->service->SetFault(devservice::HttpFault::Refuse);
         Open();
         QCOMPARE(ShownTabs(), QList<int>({0, 1}));
-        m_bench->service->ClearFaults();
+        m_fixture->service->ClearFaults();
         m_panel->Deactivate();
         Open();
         QCOMPARE(ShownTabs(), QList<int>({0, 1, 2, 3, 4}));
@@ -79,17 +79,17 @@ private slots:
 
     void theUsersChoiceWinsOverALateAnswer() {
         m_panel->Activate();
-        QVERIFY(m_bench->reader.Work(Lane::Service)); // answered, and the answer is on its way
+        QVERIFY(m_fixture->reader.Work(Lane::Service)); // answered, and the answer is on its way
         Box()->click();
-        m_bench->reader.Finish();
-        m_bench->reader.StepAll();
+        m_fixture->reader.Finish();
+        m_fixture->reader.StepAll();
         QVERIFY(Box()->isChecked());
         QCOMPARE(ShownTabs(), QList<int>({0, 1, 2, 3, 4}));
         QCOMPARE(Requests(), QStringList({ReadLine, WriteLine + u'1'}));
     }
 
 private:
-    void Open() { m_bench->Open(*m_panel); }
+    void Open() { m_fixture->Open(*m_panel); }
 
     QList<int> ShownTabs() const {
         QList<int> shown;
@@ -100,9 +100,9 @@ private:
     }
     QCheckBox* Box() const { return m_panel->findChild<QCheckBox*>(); }
     /// Those of the mode.
-    QStringList Requests() const { return m_bench->service.RequestLines().filter(u"TaskAdvancedMode"_s); }
+    QStringList Requests() const { return m_fixture->service.RequestLines().filter(u"TaskAdvancedMode"_s); }
 
-    std::unique_ptr<PageBench<>> m_bench;
+    std::unique_ptr<PageFixture<>> m_fixture;
     std::unique_ptr<CTaskManPanel> m_panel;
 };
 

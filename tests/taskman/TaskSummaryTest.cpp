@@ -1,4 +1,4 @@
-#include "TaskBench.h"
+#include "TaskFixture.h"
 #include "support/TestMain.h"
 #include "taskman/TaskManSummary.h"
 
@@ -18,11 +18,11 @@ class TaskSummaryTest : public QObject {
 
 private slots:
     void init() {
-        m_bench = std::make_unique<PageBench<>>();
-        m_bench->service->PutTask(MakeTask("{1}", "Photos"));
+        m_fixture = std::make_unique<PageFixture<>>();
+        m_fixture->service->PutTask(MakeTask("{1}", "Photos"));
     }
 
-    void cleanup() { m_bench.reset(); }
+    void cleanup() { m_fixture.reset(); }
 
     void showsTheState_data() {
         const Columns<TaskState, bool, QString, QStringList> row("state", "starts", "status", "buttons");
@@ -37,20 +37,20 @@ private slots:
 
     void showsTheState() {
         const auto [state, hasNextStart] = Fetched<TaskState, bool>();
-        m_bench->service->SetTaskState("{1}", state);
+        m_fixture->service->SetTaskState("{1}", state);
         const auto summary = MakeSummary();
         QCOMPARE(Detail(*summary, u"Task Type"_s), u"Mirrored Backup"_s);
         QTEST(Detail(*summary, u"Status"_s), "status");
-        QTEST(m_bench->frame.Captions(), "buttons");
+        QTEST(m_fixture->frame.Captions(), "buttons");
         QCOMPARE(Detail(*summary, u"Next Start Time"_s) != "NA"_L1, hasNextStart);
     }
 
     void countsSubTasks() {
-        m_bench->service->SetTaskState("{1}", TaskState::Running);
-        m_bench->service->PutSubTasks("{1}",
-                                      {MakeSubTask(1, "PUT", "a", 10, SubTaskState::Done),
-                                       MakeSubTask(2, "PUT", "b", 10, SubTaskState::PendingRetry),
-                                       MakeSubTask(3, "PUT", "c", 10), MakeSubTask(4, "PUT", "d", 10)});
+        m_fixture->service->SetTaskState("{1}", TaskState::Running);
+        m_fixture->service->PutSubTasks("{1}",
+                                        {MakeSubTask(1, "PUT", "a", 10, SubTaskState::Done),
+                                         MakeSubTask(2, "PUT", "b", 10, SubTaskState::PendingRetry),
+                                         MakeSubTask(3, "PUT", "c", 10), MakeSubTask(4, "PUT", "d", 10)});
         const auto summary = MakeSummary();
         QCOMPARE(Detail(*summary, u"Pending Subtasks"_s), u"2 of 4 total sub-tasks"_s);
         QCOMPARE(Detail(*summary, u"Completed Subtasks"_s), u"1"_s);
@@ -60,40 +60,40 @@ private slots:
 
     void sendsACommandOnce() {
         const auto summary = MakeSummary();
-        m_bench->service->ForgetRequests();
-        m_bench->frame.Click(u"Pause"_s);
-        m_bench->frame.Click(u"Pause"_s);
-        m_bench->reader.StepAll();
-        QCOMPARE(m_bench->service.RequestLines(), QStringList{u"GET /schedule/pausetask?%7B1%7D"_s});
-        QVERIFY(m_bench->frame.Captions().contains(u"Resume"_s));
+        m_fixture->service->ForgetRequests();
+        m_fixture->frame.Click(u"Pause"_s);
+        m_fixture->frame.Click(u"Pause"_s);
+        m_fixture->reader.StepAll();
+        QCOMPARE(m_fixture->service.RequestLines(), QStringList{u"GET /schedule/pausetask?%7B1%7D"_s});
+        QVERIFY(m_fixture->frame.Captions().contains(u"Resume"_s));
     }
 
     void asksBeforeItDeletes() {
         const auto summary = MakeSummary();
-        m_bench->service->ForgetRequests();
-        m_bench->prompts.ExpectQuestion(AskToCancel, false);
-        m_bench->Click(u"Cancel Task"_s);
-        QCOMPARE(m_bench->service.RequestLines(), QStringList());
-        m_bench->prompts.ExpectQuestion(AskToCancel, true);
-        m_bench->Click(u"Cancel Task"_s);
-        QCOMPARE(m_bench->service.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
+        m_fixture->service->ForgetRequests();
+        m_fixture->prompts.ExpectQuestion(AskToCancel, false);
+        m_fixture->Click(u"Cancel Task"_s);
+        QCOMPARE(m_fixture->service.RequestLines(), QStringList());
+        m_fixture->prompts.ExpectQuestion(AskToCancel, true);
+        m_fixture->Click(u"Cancel Task"_s);
+        QCOMPARE(m_fixture->service.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
     }
 
     void leavesTheToolbarOfTheNextPageAlone() {
         const auto summary = MakeSummary();
-        m_bench->service->SetTaskState("{1}", TaskState::Paused);
+        m_fixture->service->SetTaskState("{1}", TaskState::Paused);
         summary->Reload();
         summary->Deactivate();
-        m_bench->frame.SetToolbar(*summary, {{u"Of the next page"_s}});
-        m_bench->reader.StepAll();
-        QCOMPARE(m_bench->frame.Captions(), QStringList{u"Of the next page"_s});
+        m_fixture->frame.SetToolbar(*summary, {{u"Of the next page"_s}});
+        m_fixture->reader.StepAll();
+        QCOMPARE(m_fixture->frame.Captions(), QStringList{u"Of the next page"_s});
     }
 
 private:
     std::unique_ptr<CTaskSummary> MakeSummary() {
         TaskRow task{{u"{1}"_s, u"Photos"_s}, u"BACKUP"_s};
-        auto summary = std::make_unique<CTaskSummary>(m_bench->console, task, TaskManSummary());
-        m_bench->Open(*summary);
+        auto summary = std::make_unique<CTaskSummary>(m_fixture->console, task, TaskManSummary());
+        m_fixture->Open(*summary);
         return summary;
     }
 
@@ -105,7 +105,7 @@ private:
         return u"no such row"_s;
     }
 
-    std::unique_ptr<PageBench<>> m_bench;
+    std::unique_ptr<PageFixture<>> m_fixture;
 };
 
 BTASK_TEST(TaskSummaryTest);

@@ -1,4 +1,4 @@
-#include "TaskBench.h"
+#include "TaskFixture.h"
 #include "devservice/LiveTraceWriter.h"
 #include "list/RecordPanel.h"
 #include "support/TestMain.h"
@@ -35,25 +35,25 @@ class TaskViewsTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void init() { m_bench = std::make_unique<PageBench<>>(); }
+    void init() { m_fixture = std::make_unique<PageFixture<>>(); }
 
-    void cleanup() { m_bench.reset(); }
+    void cleanup() { m_fixture.reset(); }
 
     void listsTheRunsOfATask() {
-        CRecordPanel history(m_bench->console, HistoryTable(TaskOf(u"{1}"_s)));
+        RecordPanel history(m_fixture->console, HistoryTable(TaskOf(u"{1}"_s)));
         Open(history);
         const TableHand table(history);
         QCOMPARE(table->TextWithoutRows(), u"No History Record Found"_s);
-        QCOMPARE(m_bench->frame.StatusText(), u"View the completion status of previous backups."_s);
-        QCOMPARE(m_bench->frame.Captions(), QStringList{u"Refresh"_s});
+        QCOMPARE(m_fixture->frame.StatusText(), u"View the completion status of previous backups."_s);
+        QCOMPARE(m_fixture->frame.Captions(), QStringList{u"Refresh"_s});
 
-        m_bench->service->Execute(
-            m_bench->service->DatabaseFile(devservice::Database::ProcessLog),
+        m_fixture->service->Execute(
+            m_fixture->service->DatabaseFile(devservice::Database::ProcessLog),
             "INSERT INTO TaskProcessLog VALUES(NULL,'{1}','2025-03-01 21:00:00','2025-03-01 "
             "21:05:00','Done',9,0,9),"
             "(NULL,'{2}','2025-03-01 22:00:00','2025-03-01 22:05:00','Done',1,0,1),"
             "(NULL,'{1}','2025-03-02 21:00:00','2025-03-02 21:01:00','Paused by the user',10,2,4)");
-        m_bench->Refresh(history);
+        m_fixture->Refresh(history);
         QCOMPARE(table->Rows().rowCount(), 2);
         QCOMPARE(table.Cells(1), QStringList({u"2025-03-02 21:00:00"_s, u"2025-03-02 21:01:00"_s,
                                               u"Paused by the user"_s, u"10"_s, u"2"_s, u"4"_s}));
@@ -69,17 +69,18 @@ private slots:
     }
 
     void listsWhatATaskProcesses() {
-        m_bench->service->PutTasks(
+        m_fixture->service->PutTasks(
             {MakeTask("{1}", "Photos", "backup", TaskState::Running), MakeTask("{2}", "Mail")});
-        m_bench->service->PutSubTasks("{2}", {MakeTransfer(1, "PUT", "other", 1, 2)});
-        m_bench->service->PutSubTasks("{1}", {MakeTransfer(1, "PUT", "/a/report.doc.BODPART_3", 250, 1000),
-                                              MakeTransfer(2, "GET", "C:\\a\\report.doc.BOD", 3'000, 2'000),
-                                              MakeTransfer(3, "PUT", "/a/big", 1LL << 31, 1LL << 33),
-                                              MakeTransfer(4, "PUT", "/b/big", 1LL << 31, 1LL << 33)});
-        CRecordPanel running(m_bench->console, RunningTable(m_bench->counters, TaskOf(u"{1}"_s)));
+        m_fixture->service->PutSubTasks("{2}", {MakeTransfer(1, "PUT", "other", 1, 2)});
+        m_fixture->service->PutSubTasks("{1}", {MakeTransfer(1, "PUT", "/a/report.doc.BODPART_3", 250, 1000),
+                                                MakeTransfer(2, "GET", "C:\\a\\report.doc.BOD", 3'000, 2'000),
+                                                MakeTransfer(3, "PUT", "/a/big", 1LL << 31, 1LL << 33),
+                                                MakeTransfer(4, "PUT", "/b/big", 1LL << 31, 1LL << 33)});
+        RecordPanel running(m_fixture->console, RunningTable(m_fixture->counters, TaskOf(u"{1}"_s)));
         Open(running);
         const TableHand table(running);
-        QCOMPARE(m_bench->frame.StatusText(), u"Check the progress of your currently processing sub-tasks"_s);
+        QCOMPARE(m_fixture->frame.StatusText(),
+                 u"Check the progress of your currently processing sub-tasks"_s);
         QCOMPARE(table->Rows().rowCount(), 4);
         QCOMPARE(table.Cells(0), QStringList({u"#ICON:209#@@Uploading..."_s, u"report.doc    PART_3"_s,
                                               u"/target"_s, u"#Progress:250 1000"_s}));
@@ -89,42 +90,42 @@ private slots:
         QCOMPARE(table.Cells(2), table.Cells(3));
         QCOMPARE(table.Cells(2).last(), u"#Progress:268435456 1073741824"_s);
 
-        m_bench->service->SetSubTaskState("{1}", 1, SubTaskState::Done);
-        m_bench->Refresh(running);
+        m_fixture->service->SetSubTaskState("{1}", 1, SubTaskState::Done);
+        m_fixture->Refresh(running);
         QCOMPARE(table.Column(1), QStringList({u"report.doc"_s, u"big"_s, u"big"_s}));
-        m_bench->service->PutSubTasks("{1}", {});
-        m_bench->Refresh(running);
+        m_fixture->service->PutSubTasks("{1}", {});
+        m_fixture->Refresh(running);
         QCOMPARE(table->TextWithoutRows(), u"No subtask is being processed."_s);
     }
 
     void listsWhatTheServiceDoes() {
-        CRecordPanel system(m_bench->console, SystemActivityTable(m_bench->counters));
+        RecordPanel system(m_fixture->console, SystemActivityTable(m_fixture->counters));
         Open(system);
         const TableHand table(system);
         QCOMPARE(table->TextWithoutRows(), u"System is idle."_s);
-        QCOMPARE(m_bench->frame.StatusText(), u"View current system activities."_s);
+        QCOMPARE(m_fixture->frame.StatusText(), u"View current system activities."_s);
 
         devservice::Task watched = MakeTask("{2}", "Drop Folder Sync 1");
         watched.schedule.kind = devservice::ScheduleKind::Sync;
         watched.description = "/home/mara/Sync\n/more\t/target";
-        m_bench->service->PutTasks({MakeTask("{1}", "Photos", "backup", TaskState::Running), watched});
+        m_fixture->service->PutTasks({MakeTask("{1}", "Photos", "backup", TaskState::Running), watched});
         devservice::SubTask busy = MakeTransfer(1, "PUT", "/a/a.jpg", 1, 4);
         busy.note = "waiting for the network";
-        m_bench->service->PutSubTasks("{1}", {busy});
-        m_bench->Refresh(system);
+        m_fixture->service->PutSubTasks("{1}", {busy});
+        m_fixture->Refresh(system);
         QCOMPARE(table->Rows().rowCount(), 2);
         QCOMPARE(table.Cells(0),
                  QStringList({u"Photos: a.jpg"_s, u"/target"_s, u"Uploading... waiting for the network"_s,
                               u"#Progress:1 4"_s}));
         QCOMPARE(table.Cells(1), QStringList({u"Drop Folder Sync 1"_s, u"/home/mara/Sync"_s,
                                               u"Monitoring changes"_s, QString()}));
-        CRecordPanel watcher(m_bench->console, RunningTable(m_bench->counters, TaskOf(u"{2}"_s)));
+        RecordPanel watcher(m_fixture->console, RunningTable(m_fixture->counters, TaskOf(u"{2}"_s)));
         Open(watcher);
         QCOMPARE(TableHand(watcher)->Rows().rowCount(), 0); // waiting is no processing
     }
 
     void readsAgainWhenTheCounterMoves() {
-        const std::filesystem::path file = m_bench->service.Home().toStdU16String() + u"/own.map";
+        const std::filesystem::path file = m_fixture->service.Home().toStdU16String() + u"/own.map";
         LiveTraceWriter writer(file);
         LiveTraceSnapshot snapshot;
         const auto publish = [&](quint32 changes, const QString& fileName) {
@@ -136,14 +137,14 @@ private slots:
         };
         publish(1, u"first"_s);
         LiveCounters counters(file);
-        const Console& console = m_bench->console;
+        const Console& console = m_fixture->console;
         const Console own{console.service, counters,      console.prompts,
                           console.reader,  console.frame, console.settingNews};
-        CRecordPanel system(own, SystemActivityTable(counters));
+        RecordPanel system(own, SystemActivityTable(counters));
         Open(system);
         const TableHand table(system);
         const auto tick = [&] {
-            return QTest::qWaitFor([&] { return m_bench->reader.Step(Lane::Databases); });
+            return QTest::qWaitFor([&] { return m_fixture->reader.Step(Lane::Databases); });
         };
 
         publish(1, u"second"_s); // as while nothing but octets has moved
@@ -153,16 +154,16 @@ private slots:
         QVERIFY(tick());
         QCOMPARE(table.Column(0), QStringList{u"Photos: second"_s});
         publish(2, u"third"_s);
-        m_bench->Refresh(system); // a user's wish is no tick
+        m_fixture->Refresh(system); // a user's wish is no tick
         QCOMPARE(table.Column(0), QStringList{u"Photos: third"_s});
     }
 
     void deletesCompletedTasks() {
-        CRecordPanel tasks(m_bench->console, CompletedTable());
+        RecordPanel tasks(m_fixture->console, CompletedTable());
         Open(tasks);
         const TableHand table(tasks);
         QCOMPARE(table->TextWithoutRows(), u"No task found."_s);
-        QCOMPARE(m_bench->frame.Captions(), QStringList{u"Refresh..."_s});
+        QCOMPARE(m_fixture->frame.Captions(), QStringList{u"Refresh..."_s});
         std::vector<devservice::Task> made{MakeTask("{0}", "Pending")};
         for (const char* number : {"1", "2", "3", "4"}) {
             const std::string name = std::string("Old") + number;
@@ -170,43 +171,44 @@ private slots:
                 MakeTask(std::string("{") + number + "}", name, "backup", TaskState::Completed));
             task.lastRun = devservice::MakeTime(2025, 3, 1, 21);
         }
-        m_bench->service->PutTasks(made);
-        m_bench->Refresh(tasks);
+        m_fixture->service->PutTasks(made);
+        m_fixture->Refresh(tasks);
         QCOMPARE(table->Rows().rowCount(), 4);
         const QString first = table.Cells(0).first();
         QCOMPARE(table.Cells(0).mid(1),
                  QStringList({u"2025-03-01 21:00:00"_s, u"#ICON:208@@Click to delete the task"_s}));
 
-        m_bench->service->ForgetRequests();
-        m_bench->prompts.ExpectQuestion(
+        m_fixture->service->ForgetRequests();
+        m_fixture->prompts.ExpectQuestion(
             u"Do you really want to delete the task?\n%1, 2025-03-01 21:00:00"_s.arg(first), true);
         table.Click(0, 2);
         QCoreApplication::sendPostedEvents();
-        m_bench->reader.StepAll();
+        m_fixture->reader.StepAll();
         QCOMPARE(table->Rows().rowCount(), 3);
-        QCOMPARE(m_bench->service.RequestLines(),
+        QCOMPARE(m_fixture->service.RequestLines(),
                  QStringList{u"GET /schedule/deletetask?%7B%1%7D"_s.arg(first.back())});
 
         const QString kept = table.Cells(1).first();
-        m_bench->service->SetAnswer("/schedule/deletetask?%7B" + kept.last(1).toStdString(),
-                                    devservice::Answer{500, {}});
-        m_bench->prompts.ExpectQuestion(u"Do you really want to remove the selected tasks?\n3 rows"_s, true);
-        m_bench->prompts.ExpectMessage(u"Failed to delete the task"_s);
+        m_fixture->service->SetAnswer("/schedule/deletetask?%7B" + kept.last(1).toStdString(),
+                                      devservice::Answer{500, {}});
+        m_fixture->prompts.ExpectQuestion(u"Do you really want to remove the selected tasks?\n3 rows"_s,
+                                          true);
+        m_fixture->prompts.ExpectMessage(u"Failed to delete the task"_s);
         table.Select({0, 1, 2}, 1);
         table.Click(2, 2);
         QCoreApplication::sendPostedEvents();
-        m_bench->reader.StepAll();
+        m_fixture->reader.StepAll();
         QCOMPARE(table.Column(0), QStringList{kept});
         QCOMPARE(table.Selected(0), QStringList{kept});
     }
 
 private:
-    void Open(CRecordPanel& panel) {
+    void Open(RecordPanel& panel) {
         panel.resize(820, 400);
-        m_bench->Open(panel);
+        m_fixture->Open(panel);
     }
 
-    std::unique_ptr<PageBench<>> m_bench;
+    std::unique_ptr<PageFixture<>> m_fixture;
 };
 
 BTASK_TEST(TaskViewsTest);

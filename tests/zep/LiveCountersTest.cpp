@@ -81,7 +81,7 @@ class LiveCountersTest : public QObject {
 private slots:
     void init() { m_folder.emplace(); }
 
-    void AnswersWhatWasPublished() {
+    void answersWhatWasPublished() {
         LiveTraceWriter writer(File());
         const LiveCounters counters(File());
         QVERIFY(writer.Publish(Sample()));
@@ -106,7 +106,7 @@ private slots:
         QCOMPARE(calls, 1);
     }
 
-    void FollowsTheFile() {
+    void followsTheFile() {
         std::error_code refused;
         const LiveCounters counters(File());
         QVERIFY(!IsKnown(counters));
@@ -134,7 +134,7 @@ private slots:
         QCOMPARE(counters.ZEPTraceCounterGet(TraceCounter::TaskTable).value_or(0), refused ? 0U : 8U);
     }
 
-    void GrowsAndKeepsWithinBounds() {
+    void growsAndKeepsWithinBounds() {
         LiveTraceWriter writer(File());
         const LiveCounters counters(File());
         LiveTraceSnapshot snapshot = Sample();
@@ -150,7 +150,7 @@ private slots:
         QCOMPARE(RunningFiles(counters, {}).size(), 2);
     }
 
-    void DamagedFilesAreUnknown_data() {
+    void damagedFilesAreUnknown_data() {
         const Columns<quint32, quint32> row("place", "word");
         const std::vector<quint32> words = SampleWords();
         const quint32 size = quint32(words.size());
@@ -178,7 +178,7 @@ private slots:
         row("text that wraps", runningRow + 1, Unknown);
         row("texts that share octets", taskRow + 1, poolSize);
     }
-    void DamagedFilesAreUnknown() {
+    void damagedFilesAreUnknown() {
         auto [place, word] = Fetched<quint32, quint32>();
         std::vector<quint32> words = SampleWords();
         LiveCounters counters(File());
@@ -197,7 +197,7 @@ private slots:
         QVERIFY(IsKnown(counters));
     }
 
-    void CutFilesAreUnknown() {
+    void cutFilesAreUnknown() {
         const std::vector<quint32> words = SampleWords();
         const auto octets = qsizetype(words.size()) * 4;
         for (qsizetype cut = 1; cut <= octets; cut += 3) {
@@ -213,7 +213,7 @@ private slots:
         }
     }
 
-    void ADeadWritersFileIsUnknownUntilTheNextOne() {
+    void aDeadWritersFileIsUnknownUntilTheNextOne() {
         std::vector<quint32> words = SampleWords();
         words[SequenceWord] = 5;
         Write(words);
@@ -225,7 +225,7 @@ private slots:
         QVERIFY(IsKnown(counters));
     }
 
-    void NetIoIsTheDifference() {
+    void netIoIsTheDifference() {
         struct Step {
             std::optional<NetIoSize> total; ///< none: the file says nothing any more
             quint64 instance;
@@ -250,7 +250,7 @@ private slots:
         }
     }
 
-    void ReadersNeverSeeHalfAPublication() {
+    void readersNeverSeeHalfAPublication() {
         constexpr quint32 publications = 2000;
         LiveTraceWriter writer(File());
         const LiveCounters counters(File());

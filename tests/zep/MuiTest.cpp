@@ -37,7 +37,7 @@ private slots:
         qunsetenv("BREN_HOME");
     }
 
-    void EveryNumberHasItsText() {
+    void everyNumberHasItsText() {
         for (const int number : {288, 289, 302, 303, 304, 309, 310, 311})
             QVERIFY2(!ZEPMuiGetStringW(number).isEmpty(), qPrintable(QString::number(number)));
         for (const int number : {102, 105, 107, 119, 138})
@@ -47,7 +47,7 @@ private slots:
         QCOMPARE(ZEPMuiGetBrandingStringW(-1), QString());
     }
 
-    void BrandingFiles_data() {
+    void brandingFiles_data() {
         const Columns<QByteArray, QString, QString, QByteArray> row("file", "desktop", "message", "trace");
         const QString ownDesktop = u"Brenvia Orbitdesk"_s;
         const QString ownMessage = u"Please select a folder first."_s;
@@ -73,7 +73,7 @@ private slots:
             "not a branding document");
         row("empty file", {}, ownDesktop, ownMessage, "not a branding document");
     }
-    void BrandingFiles() {
+    void brandingFiles() {
         const auto [file, desktop, message, trace] = Fetched<QByteArray, QString, QString, QByteArray>();
         Brand(file);
         QCOMPARE(ZEPMuiGetBrandingStringW(Branding::DesktopConsole), desktop);

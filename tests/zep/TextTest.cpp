@@ -10,7 +10,7 @@ class TextTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void Utf8_data() {
+    void utf8_data() {
         const Columns<QByteArray, QString> row("octets", "text");
         row("nothing", {}, {});
         row("up to four octets", "a\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80", "a\u00e9\u20ac\U0001F600");
@@ -22,14 +22,14 @@ private slots:
         row("surrogate", "\xED\xA0\x80z", replacement.repeated(3) + u'z');
         row("beyond Unicode", "\xF5\x80z", replacement.repeated(2) + u'z');
     }
-    void Utf8() {
+    void utf8() {
         const auto [octets, text] = Fetched<QByteArray, QString>();
         QCOMPARE(ZEPUTF8ToUnicode(octets), text);
         if (!text.contains(QChar::ReplacementCharacter))
             QCOMPARE(ZEPUnicodeToUTF8(text), octets);
     }
 
-    void LoneSurrogatesAreShown() {
+    void loneSurrogatesAreShown() {
         const QChar high(0xD83D);
         const QChar low(0xDE00);
         const QString pair = QString(high) + low;
@@ -38,7 +38,7 @@ private slots:
                  QString(replacement + replacement + pair + replacement + u'z').toUtf8());
     }
 
-    void Url_data() {
+    void url_data() {
         const Columns<QString, QString, bool> row("encoded", "decoded", "canonical");
         row("plain", "aZ09-_.~", "aZ09-_.~", true);
         row("markup", "%3CVDir%3E%26%2F%25", "<VDir>&/%", true);
@@ -52,14 +52,14 @@ private slots:
         row("decoded once", "%2541", "%41", true);
         row("not UTF-8", "a%FFb", u'a' + replacement + u'b', false);
     }
-    void Url() {
+    void url() {
         const auto [encoded, decoded, canonical] = Fetched<QString, QString, bool>();
         QCOMPARE(ZEPURLDecodeUTF8(encoded), decoded);
         if (canonical)
             QCOMPARE(ZEPUrlEncodeUnicode(decoded), encoded);
     }
 
-    void Html_data() {
+    void html_data() {
         const Columns<QString, QString> row("text", "decoded");
         row("named", "&lt;a&gt;&amp;&quot;&apos;", "<a>&\"'");
         row("decoded once", "&amp;lt;", "&lt;");
@@ -70,12 +70,12 @@ private slots:
             row(kept, kept, kept);
         row("after an ampersand", "&&amp;", "&&");
     }
-    void Html() {
+    void html() {
         QFETCH(QString, text);
         QTEST(HtmlDecode(text), "decoded");
     }
 
-    void Base64_data() {
+    void base64_data() {
         const Columns<QString, QString> row("digits", "text");
         row("nothing", {}, {});
         row("padded", "cMOkc3M=", "p\u00e4ss");
@@ -85,17 +85,17 @@ private slots:
         row("wide digit", "cMO\u0141", {});
         row("pad inside", "c=M=", {});
     }
-    void Base64() {
+    void base64() {
         QFETCH(QString, digits);
         QTEST(ZEPBase64DecodeUnicode(digits), "text");
     }
 
-    void Base64RoundTrip() {
+    void base64RoundTrip() {
         const QString text = u"user@example.org\n\u20ac\U0001F600"_s;
         QCOMPARE(ZEPBase64DecodeUnicode(QString::fromLatin1(ZEPBase64Encode(ZEPUnicodeToUTF8(text)))), text);
     }
 
-    void PathsKeepEveryCharacter() {
+    void pathsKeepEveryCharacter() {
         const QString name = u"B\u00fccher \u20ac \U0001F600.db"_s;
         QCOMPARE(FromPath(ToPath(name)), name);
     }

@@ -52,7 +52,7 @@ private slots:
         m_home.reset();
     }
 
-    void LineForms_data() {
+    void lineForms_data() {
         const Columns<int, QString, QString> row("level", "text", "shown");
         row("plain", 1, "[Shell]gone", "ERROR   [Shell]gone");
         row("own line end", 3, "Finish Cleanup.\n", "INFO    Finish Cleanup.");
@@ -60,7 +60,7 @@ private slots:
         row("control and wide characters", 4, "\u001b[31m\t\u20ac", "VERBOSE \uFFFD[31m\t\u20ac");
         row("empty", 3, {}, "INFO    ");
     }
-    void LineForms() {
+    void lineForms() {
         const auto [level, text, shown] = Fetched<int, QString, QString>();
         TracePrintf(TraceLevel(level), text);
         const QList<QByteArray> lines = Lines(LogFile());
@@ -74,7 +74,7 @@ private slots:
     }
 
     /// Each thread stands for a console: nothing is shared between two calls but the files.
-    void ConsolesLoseNoLineAtRotation() {
+    void consolesLoseNoLineAtRotation() {
         constexpr int consoles = 4;
         constexpr int linesEach = 700;
         const QString filler(2000, u'x');
@@ -94,7 +94,7 @@ private slots:
             QVERIFY2(line.endsWith(QByteArray(2000, 'x')), line.constData());
     }
 
-    void OldLogsAreDropped() {
+    void oldLogsAreDropped() {
         const QString filler(1'100'000, u'x');
         for (int i = 0; i < 25; ++i)
             TracePrintf(TraceLevel::Info, QString::number(i) + u' ' + filler);
@@ -105,7 +105,7 @@ private slots:
         QVERIFY(Lines(LogFile()).constLast().contains(" 24 "));
     }
 
-    void AnotherConsoleAtRotationIsLeftAlone() {
+    void anotherConsoleAtRotationIsLeftAlone() {
         const QString filler(4'300'000, u'x');
         TracePrintf(TraceLevel::Info, u"first"_s);
         {
@@ -118,14 +118,14 @@ private slots:
         QCOMPARE(Lines(LogFile() + u".1"_s).size(), 3);
     }
 
-    void SilentWithoutAFolder() {
+    void silentWithoutAFolder() {
         QFile blocked(m_home->filePath(u"logging"_s));
         QVERIFY(blocked.open(QIODevice::WriteOnly));
         TracePrintf(TraceLevel::Error, u"lost"_s);
         QCOMPARE(blocked.size(), 0);
     }
 
-    void HomePathsAreMadeOnlyWhenWanted() {
+    void homePathsAreMadeOnlyWhenWanted() {
         const QString name = u"B\u00fccher"_s;
         const QString folder = m_home->filePath(name);
         QCOMPARE(ZEPGetHomePath(name), ToPath(folder));

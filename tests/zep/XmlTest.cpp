@@ -31,7 +31,7 @@ class XmlTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void WalksElementsInOrder() {
+    void walksElementsInOrder() {
         const XmlNode list = Root(u"<?xml version='1.0'?><Response><!-- none --><VDirs>text"
                                   "<V Name='a&amp;b' Empty=''/><!-- gap --><V Name='\u20ac'/>"
                                   "<![CDATA[x<y]]></VDirs><VDirs><V Name='second'/></VDirs></Response>"_s,
@@ -49,7 +49,7 @@ private slots:
         QVERIFY(!second.FirstChild());
     }
 
-    void Paths_data() {
+    void paths_data() {
         const Columns<QString, QString> row("path", "text");
         row("steps", "R/A/B", "1");
         row("slashes to spare", "/R//A/B/", "1");
@@ -57,19 +57,19 @@ private slots:
         row("other case", "R/a/B", {});
         row("without the root", "A/B", {});
     }
-    void Paths() {
+    void paths() {
         QFETCH(QString, path);
         QTEST(Root(u"<R><A><B>1</B></A><A><C>2</C></A></R>"_s, path).Text(), "text");
     }
 
-    void NodesKeepTheirDocument() {
+    void nodesKeepTheirDocument() {
         XmlNode node = Root(u"<R><A><B k='v'>text</B></A></R>"_s, u"R/A"_s);
         node = node.FirstChild();
         QCOMPARE(node.Name(), u"B"_s);
         QCOMPARE(node.Xml(), u"<B k=\"v\">text</B>"_s);
     }
 
-    void NoNodeAnswersNothing() {
+    void noNodeAnswersNothing() {
         const XmlNode none;
         QVERIFY(!none && !none.FirstChild() && !none.NextSibling() && !none.NodeByPath(u"R"_s));
         QCOMPARE(none.Name() + none.Text() + none.Xml(), QString());
@@ -77,14 +77,14 @@ private slots:
         QCOMPARE(none.ChildCount(), 0);
     }
 
-    void RejectsWhatIsNotWellFormed() {
+    void rejectsWhatIsNotWellFormed() {
         for (const char* text :
              {"", "   ", "text", "<R>", "<R></S>", "<R a=1/>", "<R/><R/>", "<R/>text", "text<R/>",
               "<!-- only -->", "<R", "<R><![CDATA[</R>", "<?xml version='1.0'?>", "</R>"})
             QVERIFY2(!XmlDocument::FromText(QString::fromLatin1(text)), text);
     }
 
-    void HostileDepth() {
+    void hostileDepth() {
         const QString text = u"<a>"_s.repeated(hostileDepth) + u'x' + u"</a>"_s.repeated(hostileDepth);
         XmlNode node = Root(text, u"a"_s);
         QVERIFY(node);
@@ -98,7 +98,7 @@ private slots:
         QCOMPARE(depth, hostileDepth);
     }
 
-    void HostileWidth() {
+    void hostileWidth() {
         constexpr int count = 100'000;
         QString attributes;
         for (int i = 0; i < count; ++i)
@@ -109,7 +109,7 @@ private slots:
         QCOMPARE(root.ChildCount(), count);
     }
 
-    void DocumentTypesFetchAndExpandNothing() {
+    void documentTypesFetchAndExpandNothing() {
         const QTemporaryDir folder;
         QVERIFY(LoadOctets(folder, "<R>secret</R>"));
         const XmlNode root =
@@ -119,7 +119,7 @@ private slots:
         QCOMPARE(root.Text(), u"&file;&b;"_s);
     }
 
-    void FilesInAnyEncoding_data() {
+    void filesInAnyEncoding_data() {
         const Columns<QByteArray, QString> row("octets", "text");
         const QString euro = u"<R>\u20ac</R>"_s;
         const QString marked = QChar(QChar::ByteOrderMark) + euro;
@@ -130,7 +130,7 @@ private slots:
         row("broken UTF-8", "<R>a\xFFz</R>", "a\uFFFDz");
         row("blanks only", "<R>  </R>", "  ");
     }
-    void FilesInAnyEncoding() {
+    void filesInAnyEncoding() {
         QFETCH(QByteArray, octets);
         const QTemporaryDir folder;
         const auto document = LoadOctets(folder, octets);
@@ -138,7 +138,7 @@ private slots:
         QTEST(document->NodeByPath(u"R"_s).Text(), "text");
     }
 
-    void MissingFilesAndFoldersAreNoDocument() {
+    void missingFilesAndFoldersAreNoDocument() {
         const QTemporaryDir folder;
         QVERIFY(!XmlDocument::Load(ToPath(folder.path())));
         QVERIFY(!XmlDocument::Load(ToPath(folder.filePath(u"missing.xml"_s))));

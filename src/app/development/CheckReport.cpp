@@ -8,6 +8,8 @@
 #include <QCoreApplication>
 #include <QTextStream>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 /// A view of a service that hangs is swept after this long.
@@ -36,11 +38,10 @@ std::unique_ptr<CheckRun> StartCheck(CBTaskMMCDlg& window, WatchedReader& reader
                                      const CheckRequest& request) {
     Resize(window, request.size);
     if (!request.fault.isEmpty())
-        service.SendRequest(QStringLiteral("/dev/fault?") + request.fault, QStringLiteral("PUT"), 200, {},
-                            {});
+        service.SendRequest(u"/dev/fault?"_s + request.fault, u"PUT"_s, 200, {}, {});
     CheckRun::Options options;
-    options.rules = request.rules == QLatin1String("layout") ? Sweeps::Layout : Sweeps::Everything;
-    if (request.fault == QLatin1String("hang"))
+    options.rules = request.rules == "layout"_L1 ? Sweeps::Layout : Sweeps::Everything;
+    if (request.fault == "hang"_L1)
         options.patience = HangPatience;
     auto run = std::make_unique<CheckRun>(window, reader, std::move(dialogs), options);
     QObject::connect(run.get(), &CheckRun::Finished, run.get(), [check = run.get()] { Report(*check); });

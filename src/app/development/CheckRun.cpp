@@ -5,6 +5,8 @@
 
 #include <QHash>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr std::chrono::milliseconds StepPeriod{10};
@@ -33,10 +35,8 @@ QStringList ReportLines(const std::vector<ViewFind>& finds) {
     for (const ViewFind* found : places) {
         const SweepFind& find = found->find;
         const auto others = views[SweepRuleName(find.rule) + find.path + find.why].size() - 1;
-        const QString view =
-            others > 0 ? QStringLiteral("%1 and %2 more").arg(found->view).arg(others) : found->view;
-        lines.append(
-            QStringList{SweepRuleName(find.rule), view, find.path, find.why}.join(QStringLiteral(" | ")));
+        const QString view = others > 0 ? u"%1 and %2 more"_s.arg(found->view).arg(others) : found->view;
+        lines.append(QStringList{SweepRuleName(find.rule), view, find.path, find.why}.join(u" | "_s));
     }
     return lines;
 }

@@ -8,6 +8,8 @@
 
 #include <QVBoxLayout>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 struct Sample {
@@ -52,11 +54,11 @@ public:
         SetStatusText(Text(sample.status));
         SetStatusIcon(IconRegistry::Name(sample.icon), sample.icon, Text(sample.state));
         SetProgress(sample.progress);
-        AddAction(QStringLiteral("Cancel"), CancelTaskIcon, [] {});
-        m_start = AddAction(QStringLiteral("Start Now"), StartIcon, [this] { Switch(); });
+        AddAction(u"Cancel"_s, CancelTaskIcon, [] {});
+        m_start = AddAction(u"Start Now"_s, StartIcon, [this] { Switch(); });
         EnableAction(m_start, sample.icon != TaskCompletedIcon);
         if (sample.progress > 0)
-            SetAction(m_start, QStringLiteral("Pause"), PauseIcon);
+            SetAction(m_start, u"Pause"_s, PauseIcon);
     }
 
     void OnExpanded() override {
@@ -67,9 +69,8 @@ public:
 
 private:
     void Switch() {
-        const bool starts = ActionCaption(m_start) == QLatin1String("Start Now");
-        SetAction(m_start, starts ? QStringLiteral("Pause") : QStringLiteral("Start Now"),
-                  starts ? PauseIcon : StartIcon);
+        const bool starts = ActionCaption(m_start) == "Start Now"_L1;
+        SetAction(m_start, starts ? u"Pause"_s : u"Start Now"_s, starts ? PauseIcon : StartIcon);
     }
 
     CBrenPanel* MakeContent() {
@@ -81,9 +82,8 @@ private:
                                           {"Trace", TraceIcon}}) {
             auto* page = new CBrenPanel(m_console);
             auto* layout = new QVBoxLayout(page);
-            layout->addWidget(
-                new LinkLabel(QStringLiteral("The view <a>%1</a> of this card").arg(Text(title))), 0,
-                Qt::AlignTop);
+            layout->addWidget(new LinkLabel(u"The view <a>%1</a> of this card"_s.arg(Text(title))), 0,
+                              Qt::AlignTop);
             tabs->AddTab(Text(title), page, icon);
         }
         return tabs;
@@ -97,9 +97,8 @@ private:
 
 CBrenPanel* MakeGalleryCards(const Console& console, int count) {
     auto* list = new CExpandableItemList(console);
-    auto* empty =
-        new LinkLabel(QStringLiteral("You have not configured a cloud storage account.  Click <a>here</a> "
-                                     "or the icon on the left panel to add a cloud storage account."));
+    auto* empty = new LinkLabel(u"You have not configured a cloud storage account.  Click <a>here</a> "
+                                "or the icon on the left panel to add a cloud storage account."_s);
     empty->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     empty->setWordWrap(true);
     list->SetEmptyView(empty, {20, 20, 20, 20});
@@ -108,7 +107,7 @@ CBrenPanel* MakeGalleryCards(const Console& console, int count) {
         const Sample& sample = Samples[static_cast<std::size_t>(number) % std::size(Samples)];
         QString title = Text(sample.title);
         if (number >= static_cast<int>(std::size(Samples)))
-            title += QStringLiteral(" %1").arg(number);
+            title += u" %1"_s.arg(number);
         list->Keep(title, [&] { return std::make_unique<SampleCard>(console, title, sample); });
     }
     list->EndRefresh();

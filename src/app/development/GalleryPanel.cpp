@@ -18,7 +18,7 @@
 #include <QScrollArea>
 #include <QSpinBox>
 
-CGalleryPanel::CGalleryPanel(const Console& console, QWidget* parent) : CTabPanel(console, parent) {
+GalleryPanel::GalleryPanel(const Console& console, QWidget* parent) : CTabPanel(console, parent) {
     SetHelp(tr("Every kind of card, tab, paging state, control and icon. A text of two lines goes on "
                "below the first one and never runs under the toolbar."));
     SetToolbar({{tr("Pause"), PauseIcon, [] {}},
@@ -27,12 +27,12 @@ CGalleryPanel::CGalleryPanel(const Console& console, QWidget* parent) : CTabPane
     SetSideActions({RefreshAction()});
 }
 
-void CGalleryPanel::Activate() {
+void GalleryPanel::Activate() {
     CTabPanel::Activate();
     LeaveHead(false); // the pages have none of their own
 }
 
-void CGalleryPanel::CreatePanel() {
+void GalleryPanel::CreatePanel() {
     AddTab(tr("Cards"), MakeGalleryCards(TheConsole(), 14), TaskListIcon);
     AddTab(tr("One Page"), MakeGalleryCards(TheConsole(), 2), OtherOperationIcon);
     AddTab(tr("No Cards"), MakeGalleryCards(TheConsole(), 0), CompletedTasksIcon);
@@ -58,7 +58,7 @@ void CGalleryPanel::CreatePanel() {
     SetCorner(advanced);
 }
 
-CBrenPanel* CGalleryPanel::MakeControls() {
+CBrenPanel* GalleryPanel::MakeControls() {
     auto* panel = new CBrenPanel(TheConsole());
     auto* form = new QFormLayout(panel);
     form->setContentsMargins(Look::PageMargin, 20, Look::PageMargin, 20);
@@ -104,7 +104,7 @@ CBrenPanel* CGalleryPanel::MakeControls() {
     return panel;
 }
 
-CBrenPanel* CGalleryPanel::MakeScrolled(QWidget* content) {
+CBrenPanel* GalleryPanel::MakeScrolled(QWidget* content) {
     auto* panel = new CBrenPanel(TheConsole());
     auto* scroll = new QScrollArea;
     scroll->setFrameShape(QFrame::NoFrame);

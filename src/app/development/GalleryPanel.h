@@ -4,11 +4,11 @@
 
 /// Shows every kind of card, tab, paging state, control, prompt and icon, for those who work on them. Behind
 /// a development switch.
-class CGalleryPanel : public CTabPanel {
+class GalleryPanel : public CTabPanel {
     Q_OBJECT
 
 public:
-    explicit CGalleryPanel(const Console& console, QWidget* parent = nullptr);
+    explicit GalleryPanel(const Console& console, QWidget* parent = nullptr);
 
     void Activate() override;
 

@@ -24,6 +24,8 @@
 #include <QSpinBox>
 #include <QTimeEdit>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 /// Draws a control as if the pointer were over it, or the focus in it.
@@ -65,31 +67,31 @@ Button* Set(Button* button, bool on) {
 }
 
 constexpr Kind Kinds[] = {
-    {"Button", [](UserPrompts&) -> QWidget* { return new QPushButton(QStringLiteral("Browse...")); }},
+    {"Button", [](UserPrompts&) -> QWidget* { return new QPushButton(u"Browse..."_s); }},
     {"Main button",
      [](UserPrompts&) -> QWidget* {
-         auto* button = new QPushButton(QStringLiteral("Next"));
+         auto* button = new QPushButton(u"Next"_s);
          button->setAutoDefault(true);
          button->setDefault(true);
          return button;
      }},
-    {"Text", [](UserPrompts&) -> QWidget* { return new QLineEdit(QStringLiteral("desk-07")); }},
+    {"Text", [](UserPrompts&) -> QWidget* { return new QLineEdit(u"desk-07"_s); }},
     {"Password",
      [](UserPrompts&) -> QWidget* {
          auto* field = new PasswordField;
-         field->SetText(QStringLiteral("secret"));
+         field->SetText(u"secret"_s);
          return field;
      }},
     {"Path",
      [](UserPrompts& prompts) -> QWidget* {
-         auto* field = new PathField(prompts, {PickKind::Folder, QStringLiteral("Folder")});
-         field->SetPath(QStringLiteral("/home"));
+         auto* field = new PathField(prompts, {PickKind::Folder, u"Folder"_s});
+         field->SetPath(u"/home"_s);
          return field;
      }},
     {"Choice",
      [](UserPrompts&) -> QWidget* {
          auto* choice = new QComboBox;
-         choice->addItems({QStringLiteral("Daily"), QStringLiteral("Custom")});
+         choice->addItems({u"Daily"_s, u"Custom"_s});
          return choice;
      }},
     {"Number",
@@ -100,8 +102,8 @@ constexpr Kind Kinds[] = {
      }},
     {"Date", [](UserPrompts&) -> QWidget* { return MakeDateField(); }},
     {"Time", [](UserPrompts&) -> QWidget* { return MakeTimeField(); }},
-    {"Box", [](UserPrompts&) -> QWidget* { return Set(new QCheckBox(QStringLiteral("Encrypt")), true); }},
-    {"Radio", [](UserPrompts&) -> QWidget* { return Set(new QRadioButton(QStringLiteral("Daily")), true); }},
+    {"Box", [](UserPrompts&) -> QWidget* { return Set(new QCheckBox(u"Encrypt"_s), true); }},
+    {"Radio", [](UserPrompts&) -> QWidget* { return Set(new QRadioButton(u"Daily"_s), true); }},
     {"Progress",
      [](UserPrompts&) -> QWidget* {
          auto* bar = new WorkBar;
@@ -110,7 +112,7 @@ constexpr Kind Kinds[] = {
      }},
     {"Several lines",
      [](UserPrompts&) -> QWidget* {
-         auto* lines = new QPlainTextEdit(QStringLiteral("Backup To:\n/Home/Backup"));
+         auto* lines = new QPlainTextEdit(u"Backup To:\n/Home/Backup"_s);
          lines->setFixedHeight(52);
          return lines;
      }},
@@ -138,11 +140,7 @@ QWidget* MakeFieldGallery(UserPrompts& prompts) {
     grid->setContentsMargins(Look::PageMargin, Look::PageMargin, Look::PageMargin, Look::PageMargin);
     grid->setVerticalSpacing(6);
     grid->setHorizontalSpacing(8);
-    const QStringList states{{},
-                             QStringLiteral("Plain"),
-                             QStringLiteral("Hovered"),
-                             QStringLiteral("Focused"),
-                             QStringLiteral("Disabled")};
+    const QStringList states{{}, u"Plain"_s, u"Hovered"_s, u"Focused"_s, u"Disabled"_s};
     for (int column = 1; column < states.size(); ++column) {
         grid->addWidget(Caption(states.at(column)), 0, column);
         grid->setColumnStretch(column, 1);
@@ -172,39 +170,33 @@ QWidget* MakeFormGallery(UserPrompts& prompts) {
     column->setContentsMargins(Look::PageMargin, Look::PageMargin, Look::PageMargin, Look::PageMargin);
     column->setSpacing(Look::TextInset);
 
-    auto* form = new CForm;
-    auto* name =
-        form->Add(QStringLiteral("&Name"), new QLineEdit, CForm::Need::Required,
-                  QStringLiteral("Letters, digits and spaces. It stands in the list of the cloud drive, and "
-                                 "cannot be changed while a task uses it, however long this remark is."));
-    name->setPlaceholderText(QStringLiteral("As in \"Northwind\""));
-    form->Add(QStringLiteral("&Password"), new PasswordField, CForm::Need::Required);
-    form->Add(QStringLiteral("&Folder"),
-              new PathField(prompts, {PickKind::Folder, QStringLiteral("Folder")}));
-    form->Add(QStringLiteral("A label that is as long as a provider may choose it for its field"),
-              new QLineEdit(QString(40, u'W') + QStringLiteral(" a text longer than its field")));
-    form->Add(QStringLiteral("Start &Date"), MakeDateField());
-    form->Add(QStringLiteral("Start &Time"), MakeTimeField());
-    auto* later = new QLineEdit(QStringLiteral("\u05D2\u05D9\u05D1\u05D5\u05D9 2026"));
+    auto* form = new Form;
+    auto* name = form->Add(u"&Name"_s, new QLineEdit, Form::Need::Required,
+                           u"Letters, digits and spaces. It stands in the list of the cloud drive, and "
+                           "cannot be changed while a task uses it, however long this remark is."_s);
+    name->setPlaceholderText(u"As in \"Northwind\""_s);
+    form->Add(u"&Password"_s, new PasswordField, Form::Need::Required);
+    form->Add(u"&Folder"_s, new PathField(prompts, {PickKind::Folder, u"Folder"_s}));
+    form->Add(u"A label that is as long as a provider may choose it for its field"_s,
+              new QLineEdit(QString(40, u'W') + u" a text longer than its field"_s));
+    form->Add(u"Start &Date"_s, MakeDateField());
+    form->Add(u"Start &Time"_s, MakeTimeField());
+    auto* later = new QLineEdit(u"\u05D2\u05D9\u05D1\u05D5\u05D9 2026"_s);
     later->setLayoutDirection(Qt::RightToLeft);
-    form->Add(QStringLiteral("\u05E9\u05DD"), later, CForm::Need::Optional,
-              QStringLiteral("\u05D4\u05E2\u05E8\u05D4 (a remark)"));
+    form->Add(u"\u05E9\u05DD"_s, later, Form::Need::Optional, u"\u05D4\u05E2\u05E8\u05D4 (a remark)"_s);
     column->addWidget(form);
 
-    auto* group = new QGroupBox(QStringLiteral("A group"));
+    auto* group = new QGroupBox(u"A group"_s);
     auto* inner = new QHBoxLayout(group);
-    inner->addWidget(new QCheckBox(QStringLiteral("Sunday")));
-    inner->addWidget(new QCheckBox(QStringLiteral("A box whose words are rather long")));
+    inner->addWidget(new QCheckBox(u"Sunday"_s));
+    inner->addWidget(new QCheckBox(u"A box whose words are rather long"_s));
     inner->addWidget(new WorkBar);
     column->addWidget(group);
 
-    auto* types = new CCheckList(QStringLiteral("File types"),
-                                 {{QStringLiteral("File Type"), 200}, {QStringLiteral("Extensions"), 350}});
-    types->AddRow({QStringLiteral("All Files"), {}}, true);
-    types->AddRow({QStringLiteral("Document Files "), QStringLiteral(".txt, .html, .htm, .log, .doc")},
-                  false);
-    types->AddRow({QStringLiteral("\u05EA\u05DE\u05D5\u05E0\u05D5\u05EA"), QStringLiteral(".jpg, .bmp")},
-                  true);
+    auto* types = new CheckList(u"File types"_s, {{u"File Type"_s, 200}, {u"Extensions"_s, 350}});
+    types->AddRow({u"All Files"_s, {}}, true);
+    types->AddRow({u"Document Files "_s, u".txt, .html, .htm, .log, .doc"_s}, false);
+    types->AddRow({u"\u05EA\u05DE\u05D5\u05E0\u05D5\u05EA"_s, u".jpg, .bmp"_s}, true);
     types->setCurrentItem(types->topLevelItem(1));
     types->setFixedHeight(112);
     column->addWidget(types);
@@ -214,29 +206,18 @@ QWidget* MakeFormGallery(UserPrompts& prompts) {
 
 QWidget* MakeGridGallery(UserPrompts& prompts) {
     auto* grid = new CBrenPropertyGrid(prompts);
-    CPropertyGroup* general = grid->AddGroup(QStringLiteral("General"));
+    CPropertyGroup* general = grid->AddGroup(u"General"_s);
     using Type = ServiceClient::ValueType;
-    general->AddRow({QStringLiteral("Enabled"), QStringLiteral("True"), QStringLiteral("Enabled"),
-                     Type::Boolean, QStringLiteral("A row with a hint")});
-    general->AddRow(
-        {QStringLiteral("Threads"), QStringLiteral("4"), QStringLiteral("Threads"), Type::Integer, {}});
-    general->AddRow({QStringLiteral("Read only"),
-                     QStringLiteral("not read"),
-                     QStringLiteral("ReadOnly"),
-                     Type::String,
-                     {},
-                     true});
-    general->AddRow({QStringLiteral("A label that is longer than the room that it has in its column"),
+    general->AddRow({u"Enabled"_s, u"True"_s, u"Enabled"_s, Type::Boolean, u"A row with a hint"_s});
+    general->AddRow({u"Threads"_s, u"4"_s, u"Threads"_s, Type::Integer, {}});
+    general->AddRow({u"Read only"_s, u"not read"_s, u"ReadOnly"_s, Type::String, {}, true});
+    general->AddRow({u"A label that is longer than the room that it has in its column"_s,
                      QString(200, u'x'),
-                     QStringLiteral("Long"),
+                     u"Long"_s,
                      Type::String,
                      {}});
-    CPropertyGroup* other = grid->AddGroup(QStringLiteral("\u05D4\u05D2\u05D3\u05E8\u05D5\u05EA"));
-    other->AddRow({QStringLiteral("\u05E9\u05DD"),
-                   QStringLiteral("\u05D2\u05D9\u05D1\u05D5\u05D9"),
-                   QStringLiteral("Name"),
-                   Type::String,
-                   {}});
+    CPropertyGroup* other = grid->AddGroup(u"\u05D4\u05D2\u05D3\u05E8\u05D5\u05EA"_s);
+    other->AddRow({u"\u05E9\u05DD"_s, u"\u05D2\u05D9\u05D1\u05D5\u05D9"_s, u"Name"_s, Type::String, {}});
     general->SelectRow(1);
     return grid;
 }

@@ -8,19 +8,21 @@
 #include <QGridLayout>
 #include <QLabel>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QString IconCell(int icon, const QString& words) {
-    return QStringLiteral("#ICON:%1#@@%2").arg(icon).arg(words);
+    return u"#ICON:%1#@@%2"_s.arg(icon).arg(words);
 }
 
 void FillSummary(CBrenListCtrl& list) {
-    list.AddColumn(QStringLiteral("Info"), 80);
-    list.AddColumn(QStringLiteral("Detail"), 150);
+    list.AddColumn(u"Info"_s, 80);
+    list.AddColumn(u"Detail"_s, 150);
     list.SetUnshadedColumn(1);
-    const QStringList details{QStringLiteral("Task Type|Mirrored Backup"),
-                              QStringLiteral("Status|#Progress:412 1280@@412 of 1280 processed, 4 running"),
-                              QStringLiteral("|"), QStringLiteral("Recurring|_MTWTF_")};
+    const QStringList details{u"Task Type|Mirrored Backup"_s,
+                              u"Status|#Progress:412 1280@@412 of 1280 processed, 4 running"_s, u"|"_s,
+                              u"Recurring|_MTWTF_"_s};
     std::vector<ListRow> rows;
     for (const QString& detail : details)
         rows.emplace_back(QString::number(rows.size()), detail.split(u'|'));
@@ -34,43 +36,40 @@ void FillCellGallery(CBrenListCtrl& list) {
     list.SetMultiSelection(true);
     list.SetAccentColumn(4);
     list.AddColumn({}, 24);
-    list.AddColumn(QStringLiteral("Cell"), 150);
-    list.AddColumn(QStringLiteral("Shown"), 260);
-    list.AddColumn(QStringLiteral("Size"), 90, Qt::AlignRight);
-    list.AddColumn(QStringLiteral("Note"), 100);
+    list.AddColumn(u"Cell"_s, 150);
+    list.AddColumn(u"Shown"_s, 260);
+    list.AddColumn(u"Size"_s, 90, Qt::AlignRight);
+    list.AddColumn(u"Note"_s, 100);
     list.AddColumn({}, 32);
-    
-    const QString arabic = QStringLiteral("\u202B\u0645\u0644\u0641\u202C a\u200Bb");
+
+    const QString arabic = u"\u202B\u0645\u0644\u0641\u202C a\u200Bb"_s;
     const std::vector<std::pair<QString, QString>> shown{
-        {QStringLiteral("Plain"), QStringLiteral("/home/Photos/2026/11/IMG_2043.dng")},
-        {QStringLiteral("Plain, ellipsis"), QStringLiteral("Uploading...")},
-        {QStringLiteral("Progress"), QStringLiteral("#Progress:3 4@@3 of 4 processed, 1 running")},
-        {QStringLiteral("Progress, no caption"), QStringLiteral("#progress:15 10")},
-        {QStringLiteral("Progress, beyond 2 GiB"),
-         QStringLiteral("#Progress:-1294967296 -294967296@@beyond")},
-        {QStringLiteral("Progress of nothing"), QStringLiteral("#Progress:5 0")},
-        {QStringLiteral("Struck"), QStringLiteral("##Deleted version of a file")},
-        {QStringLiteral("Green"), QStringLiteral("#COLOR:GREEN")},
-        {QStringLiteral("Red"), QStringLiteral("#COLOR:RED")},
-        {QStringLiteral("Yellow"), QStringLiteral("#color:yellow")},
-        {QStringLiteral("No colour"), QStringLiteral("#COLOR:BLUE")},
-        {QStringLiteral("Icon"), IconCell(UploadIcon, QStringLiteral("Uploading..."))},
-        {QStringLiteral("No icon"), IconCell(0, QStringLiteral("Uploading..."))},
-        {QStringLiteral("Long"), QString(60000, u'x')},
-        {QStringLiteral("Right to left"), arabic},
-        {QStringLiteral("Empty"), {}},
+        {u"Plain"_s, u"/home/Photos/2026/11/IMG_2043.dng"_s},
+        {u"Plain, ellipsis"_s, u"Uploading..."_s},
+        {u"Progress"_s, u"#Progress:3 4@@3 of 4 processed, 1 running"_s},
+        {u"Progress, no caption"_s, u"#progress:15 10"_s},
+        {u"Progress, beyond 2 GiB"_s, u"#Progress:-1294967296 -294967296@@beyond"_s},
+        {u"Progress of nothing"_s, u"#Progress:5 0"_s},
+        {u"Struck"_s, u"##Deleted version of a file"_s},
+        {u"Green"_s, u"#COLOR:GREEN"_s},
+        {u"Red"_s, u"#COLOR:RED"_s},
+        {u"Yellow"_s, u"#color:yellow"_s},
+        {u"No colour"_s, u"#COLOR:BLUE"_s},
+        {u"Icon"_s, IconCell(UploadIcon, u"Uploading..."_s)},
+        {u"No icon"_s, IconCell(0, u"Uploading..."_s)},
+        {u"Long"_s, QString(60000, u'x')},
+        {u"Right to left"_s, arabic},
+        {u"Empty"_s, {}},
     };
     std::vector<ListRow> rows;
     for (const auto& [name, cell] : shown) {
         const int row = int(rows.size());
-        const QString mark =
-            IconCell(row % 3 == 2 ? DownloadIcon : UploadIcon, QStringLiteral("Uploading..."));
-        const QString size =
-            QStringLiteral("%1.%2 MB").arg(row * 7 % 31).arg(row * 37 % 1000, 3, 10, QChar(u'0'));
+        const QString mark = IconCell(row % 3 == 2 ? DownloadIcon : UploadIcon, u"Uploading..."_s);
+        const QString size = u"%1.%2 MB"_s.arg(row * 7 % 31).arg(row * 37 % 1000, 3, 10, QChar(u'0'));
         rows.emplace_back(
             name,
-            QStringList{mark, name, cell, size, row % 4 ? QString() : QStringLiteral("retry 2"),
-                        IconCell(DeleteIcon, QStringLiteral("Click to delete the failed sub-task"))},
+            QStringList{mark, name, cell, size, row % 4 ? QString() : u"retry 2"_s,
+                        IconCell(DeleteIcon, u"Click to delete the failed sub-task"_s)},
             QStringList{{}, {}, {}, NumberSortKey(row * 7 % 31 * 1000 + row * 37 % 1000), {}, {}});
     }
     list.SetRows(std::move(rows));
@@ -86,7 +85,7 @@ QWidget* MakeListGallery(UserPrompts& prompts, QWidget* parent) {
 
     auto* cells = new CBrenListCtrl(prompts);
     FillCellGallery(*cells);
-    cells->RememberWidths(QStringLiteral("Gallery"));
+    cells->RememberWidths(u"Gallery"_s);
     grid->addWidget(FindBar::Above(cells), 0, 0, 1, 3);
 
     auto* summary = new CBrenListCtrl(prompts);
@@ -100,9 +99,9 @@ QWidget* MakeListGallery(UserPrompts& prompts, QWidget* parent) {
     grid->addWidget(plain, 1, 1);
 
     auto* empty = new CBrenListCtrl(prompts);
-    empty->AddColumn(QStringLiteral("Time"), 80);
-    empty->AddColumn(QStringLiteral("Message"), 100);
-    empty->SetEmptyText(QStringLiteral("The task has not run yet."));
+    empty->AddColumn(u"Time"_s, 80);
+    empty->AddColumn(u"Message"_s, 100);
+    empty->SetEmptyText(u"The task has not run yet."_s);
     grid->addWidget(empty, 1, 2);
     return sheet;
 }

@@ -2,6 +2,8 @@
 
 #include <QRegularExpression>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 /// Every place that stays although the sweep reports it.
@@ -11,7 +13,7 @@ std::vector<Silence> AllSilences() {
 
 bool Fits(const char* wildcards, const QString& text) {
     const QString pattern = QRegularExpression::escape(QString::fromLatin1(wildcards));
-    const QString any = QString(pattern).replace(QStringLiteral("\\*"), QStringLiteral(".*"));
+    const QString any = QString(pattern).replace(u"\\*"_s, u".*"_s);
     return QRegularExpression(QRegularExpression::anchoredPattern(any)).match(text).hasMatch();
 }
 
@@ -46,10 +48,9 @@ QStringList SilenceBook::Unused() const {
     QStringList unused;
     for (std::size_t index = 0; index < m_silences.size(); ++index) {
         if (!m_used[index])
-            unused.append(QStringLiteral("a silence matches nothing: %1 | %2 | %3")
-                              .arg(SweepRuleName(m_silences[index].rule),
-                                   QString::fromLatin1(m_silences[index].view),
-                                   QString::fromLatin1(m_silences[index].path)));
+            unused.append(u"a silence matches nothing: %1 | %2 | %3"_s.arg(
+                SweepRuleName(m_silences[index].rule), QString::fromLatin1(m_silences[index].view),
+                QString::fromLatin1(m_silences[index].path)));
     }
     return unused;
 }

@@ -8,26 +8,28 @@
 #include <QPointer>
 #include <QWidget>
 
+using namespace Qt::Literals::StringLiterals;
+
 QString SweepRuleName(SweepRule rule) {
     switch (rule) {
     case SweepRule::Fit:
-        return QStringLiteral("fit");
+        return u"fit"_s;
     case SweepRule::Overlap:
-        return QStringLiteral("overlap");
+        return u"overlap"_s;
     case SweepRule::Ink:
-        return QStringLiteral("ink");
+        return u"ink"_s;
     case SweepRule::Focus:
-        return QStringLiteral("focus");
+        return u"focus"_s;
     case SweepRule::TabOrder:
-        return QStringLiteral("tab order");
+        return u"tab order"_s;
     case SweepRule::Reach:
-        return QStringLiteral("reach");
+        return u"reach"_s;
     case SweepRule::Name:
-        return QStringLiteral("name");
+        return u"name"_s;
     case SweepRule::Default:
-        return QStringLiteral("default");
+        return u"default"_s;
     case SweepRule::Words:
-        return QStringLiteral("words");
+        return u"words"_s;
     }
     return {};
 }

@@ -17,6 +17,8 @@
 #include <QTabBar>
 #include <QTextDocument>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 /// What a label or a field may be short of before anything is cut, in pixels.
@@ -31,7 +33,7 @@ QString OwnName(const QWidget& widget) {
         text = label->text().left(40);
     if (text.isEmpty())
         text = widget.objectName();
-    return text.isEmpty() ? name : name + QStringLiteral(" '%1'").arg(text.simplified());
+    return text.isEmpty() ? name : name + u" '%1'"_s.arg(text.simplified());
 }
 
 void Add(std::vector<SweepFind>& finds, SweepRule rule, const QWidget& widget, const QString& why) {
@@ -45,19 +47,18 @@ QString CutLabel(const QLabel& label) {
     if (label.wordWrap()) {
         const int wanted = label.heightForWidth(room.width());
         return wanted > room.height() + Slack
-                   ? QStringLiteral("wants %1 lines of pixels, has %2").arg(wanted).arg(room.height())
+                   ? u"wants %1 lines of pixels, has %2"_s.arg(wanted).arg(room.height())
                    : QString();
     }
     const int wanted = label.sizeHint().width();
-    return wanted > room.width() + Slack
-               ? QStringLiteral("wants a width of %1, has %2").arg(wanted).arg(room.width())
-               : QString();
+    return wanted > room.width() + Slack ? u"wants a width of %1, has %2"_s.arg(wanted).arg(room.width())
+                                         : QString();
 }
 
 QString CutButton(const QAbstractButton& button) {
     const int wanted = button.text().isEmpty() ? 0 : button.sizeHint().width();
     return wanted > button.width() + Slack && button.toolTip().isEmpty()
-               ? QStringLiteral("wants a width of %1, has %2").arg(wanted).arg(button.width())
+               ? u"wants a width of %1, has %2"_s.arg(wanted).arg(button.width())
                : QString();
 }
 
@@ -69,15 +70,14 @@ QString CutChoice(const QComboBox& combo) {
                          ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, &combo)
                          .width();
     const int wanted = combo.fontMetrics().horizontalAdvance(combo.currentText());
-    return wanted > room + Slack ? QStringLiteral("wants a width of %1, has %2").arg(wanted).arg(room)
-                                 : QString();
+    return wanted > room + Slack ? u"wants a width of %1, has %2"_s.arg(wanted).arg(room) : QString();
 }
 
 QString CutTab(const QTabBar& bar) {
     for (int tab = 0; tab < bar.count(); ++tab) {
         const int wanted = bar.fontMetrics().horizontalAdvance(bar.tabText(tab));
         if (bar.isTabVisible(tab) && wanted > bar.tabRect(tab).width() && bar.tabToolTip(tab).isEmpty())
-            return QStringLiteral("the tab \"%1\" is cut").arg(bar.tabText(tab));
+            return u"the tab \"%1\" is cut"_s.arg(bar.tabText(tab));
     }
     return {};
 }
@@ -89,7 +89,7 @@ QString CutColumn(const QHeaderView& header) {
         const QString title = header.model()->headerData(column, Qt::Horizontal).toString();
         const int wanted = header.fontMetrics().horizontalAdvance(title);
         if (!header.isSectionHidden(column) && !title.isEmpty() && wanted > header.sectionSize(column))
-            return QStringLiteral("the column title \"%1\" is cut").arg(title);
+            return u"the column title \"%1\" is cut"_s.arg(title);
     }
     return {};
 }
@@ -110,7 +110,7 @@ QString CutText(const QWidget& widget) {
 
 /// Qt's own parts of a control lie over each other as they like.
 bool IsPartOfControl(const QWidget& widget) {
-    if (widget.objectName().startsWith(QLatin1String("qt_")) || qobject_cast<const QSizeGrip*>(&widget))
+    if (widget.objectName().startsWith("qt_"_L1) || qobject_cast<const QSizeGrip*>(&widget))
         return true;
     const QWidget* parent = widget.parentWidget();
     return qobject_cast<const QAbstractScrollArea*>(parent) || qobject_cast<const QComboBox*>(parent) ||
@@ -132,13 +132,12 @@ void FindStickingOut(const QWidget& widget, std::vector<SweepFind>& finds) {
     if (widget.isWindow()) {
         const QRect screen = widget.screen()->availableGeometry();
         if (widget.width() > screen.width() || widget.height() > screen.height())
-            Add(finds, SweepRule::Overlap, widget, QStringLiteral("larger than the screen"));
+            Add(finds, SweepRule::Overlap, widget, u"larger than the screen"_s);
     } else if (parent && !IsScrolled(widget) && !parent->rect().contains(widget.geometry()) &&
                !widget.size().isEmpty()) {
         const QRect at = widget.geometry();
         Add(finds, SweepRule::Overlap, widget,
-            QStringLiteral("sticks out of its parent: %1,%2 %3x%4 in %5x%6")
-                .arg(at.x())
+            u"sticks out of its parent: %1,%2 %3x%4 in %5x%6"_s.arg(at.x())
                 .arg(at.y())
                 .arg(at.width())
                 .arg(at.height())
@@ -157,10 +156,7 @@ void FindOverlapsOf(const QWidget& widget, const std::vector<QWidget*>& all, std
         const QRect common = widget.geometry().intersected(other->geometry());
         if (common.width() > 1 && common.height() > 1)
             Add(finds, SweepRule::Overlap, widget,
-                QStringLiteral("lies over %1 by %2x%3")
-                    .arg(OwnName(*other))
-                    .arg(common.width())
-                    .arg(common.height()));
+                u"lies over %1 by %2x%3"_s.arg(OwnName(*other)).arg(common.width()).arg(common.height()));
     }
 }
 
@@ -204,10 +200,10 @@ void FindWordless(QWidget& window, std::vector<SweepFind>& finds) {
     for (QWidget* widget : VisibleWidgets(window)) {
         if (auto* view = qobject_cast<QAbstractItemView*>(widget); view && view->viewport()->height() > 40) {
             if (CountInk(view->viewport()->grab().toImage()) == 0)
-                Add(finds, SweepRule::Words, *view, QStringLiteral("neither rows nor a word"));
+                Add(finds, SweepRule::Words, *view, u"neither rows nor a word"_s);
         } else if (const auto* panel = qobject_cast<CBrenPanel*>(widget);
                    panel && panel->IsActive() && CountInk(widget->grab().toImage()) == 0) {
-            Add(finds, SweepRule::Words, *panel, QStringLiteral("an empty page"));
+            Add(finds, SweepRule::Words, *panel, u"an empty page"_s);
         }
     }
 }

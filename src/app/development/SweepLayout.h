@@ -12,5 +12,5 @@ void FindWordless(QWidget& window, std::vector<SweepFind>& finds);
 
 /// The visible widgets of the window, parents first.
 std::vector<QWidget*> VisibleWidgets(QWidget& window);
-/// As in "CBTaskMMCDlg/CPageHead/CCommandButton 'Refresh...'".
+/// As in "CBTaskMMCDlg/PageHead/CCommandButton 'Refresh...'".
 QString PathOf(const QWidget& widget);

@@ -16,6 +16,8 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 /// A region that has ink of its own, in the window's coordinates.
@@ -47,7 +49,7 @@ void AddRows(const QWidget& window, const QAbstractItemView& view, std::vector<S
             rect |= view.visualRect(model->index(row, column));
         const QRect place = PlaceIn(window, *view.viewport(), rect);
         if (!place.isEmpty())
-            spots.push_back({&view, QStringLiteral("row %1").arg(row), place, 0});
+            spots.push_back({&view, u"row %1"_s.arg(row), place, 0});
     }
 }
 
@@ -118,13 +120,13 @@ void TellLost(const std::vector<Spot>& spots, const QImage& before, const QImage
         return;
     const auto others = std::count_if(first + 1, spots.end(), isLost);
     finds.push_back({SweepRule::Ink, NameOf(*first),
-                     others > 0 ? QStringLiteral("its ink and that of %1 more goes ").arg(others) + doing
-                                : QStringLiteral("its ink goes ") + doing});
+                     others > 0 ? u"its ink and that of %1 more goes "_s.arg(others) + doing
+                                : u"its ink goes "_s + doing});
 }
 
 /// One row stands for all of its list.
 bool IsRepeated(const Spot& spot) {
-    return !spot.name.isEmpty() && spot.name != QLatin1String("row 1");
+    return !spot.name.isEmpty() && spot.name != "row 1"_L1;
 }
 
 int ChangedPixels(const QImage& before, const QImage& after) {
@@ -162,7 +164,7 @@ void FindInkLostByPointer(QWidget& window, std::vector<SweepFind>& finds) {
         const QImage after = window.grab().toImage();
         MovePointer(window, spot, false);
         if (after != before)
-            TellLost(spots, before, after, QStringLiteral("while the pointer is on ") + NameOf(spot), finds);
+            TellLost(spots, before, after, u"while the pointer is on "_s + NameOf(spot), finds);
     }
 }
 
@@ -181,8 +183,7 @@ void FindRingless(QWidget& window, std::vector<SweepFind>& finds) {
         const QRect place = RingPlace(window, *control);
         const int wanted = static_cast<int>(8 * after.devicePixelRatio());
         if (control->hasFocus() && ChangedPixels(CutOut(before, place), CutOut(after, place)) < wanted)
-            finds.push_back(
-                {SweepRule::Focus, PathOf(*control), QStringLiteral("shows no ring with the focus")});
-        TellLost(spots, before, after, QStringLiteral("while the focus is on ") + PathOf(*control), finds);
+            finds.push_back({SweepRule::Focus, PathOf(*control), u"shows no ring with the focus"_s});
+        TellLost(spots, before, after, u"while the focus is on "_s + PathOf(*control), finds);
     }
 }

@@ -22,6 +22,8 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 /// Head, side actions, page, foot; 0 for the sections, which come first, and in a dialog.
@@ -49,7 +51,7 @@ bool TakesInput(const QWidget& widget) {
 }
 
 bool IsPartOfAnother(const QWidget& widget) {
-    if (widget.objectName().startsWith(QLatin1String("qt_")))
+    if (widget.objectName().startsWith("qt_"_L1))
         return true;
     for (const QWidget* at = widget.parentWidget(); at && !at->isWindow(); at = at->parentWidget()) {
         if (TakesInput(*at) || qobject_cast<const QTabBar*>(at))
@@ -81,12 +83,12 @@ QString WrongRole(const QWidget& widget, QAccessibleInterface& accessible) {
     for (const QAccessible::Role none : {QAccessible::NoRole, QAccessible::Client, QAccessible::Pane,
                                          QAccessible::Grouping, QAccessible::Whitespace}) {
         if (role == none)
-            return QStringLiteral("its role says nothing");
+            return u"its role says nothing"_s;
     }
     const auto* button = qobject_cast<const QAbstractButton*>(&widget);
     QAccessibleActionInterface* actions = accessible.actionInterface();
     if (button && (!actions || actions->actionNames().isEmpty()))
-        return QStringLiteral("a button that cannot be pressed");
+        return u"a button that cannot be pressed"_s;
     return {};
 }
 
@@ -118,10 +120,9 @@ void FindTabJumps(QWidget& window, std::vector<SweepFind>& finds) {
             const int zoneBefore = ZoneOf(*last);
             if (zone < zoneBefore)
                 Add(finds, SweepRule::TabOrder, *control,
-                    QStringLiteral("comes after another part of the window: ") + PathOf(*last));
+                    u"comes after another part of the window: "_s + PathOf(*last));
             else if (zone == zoneBefore && GoesBack(before, place))
-                Add(finds, SweepRule::TabOrder, *control,
-                    QStringLiteral("Tab goes back from ") + PathOf(*last));
+                Add(finds, SweepRule::TabOrder, *control, u"Tab goes back from "_s + PathOf(*last));
         }
         last = control;
     }
@@ -131,7 +132,7 @@ void FindUnreached(QWidget& window, std::vector<SweepFind>& finds) {
     for (const QWidget* widget : VisibleWidgets(window)) {
         if (TakesInput(*widget) && widget->isEnabled() && !TakesTab(*widget) && !widget->focusProxy() &&
             !IsPartOfAnother(*widget) && !IsReachedByArrows(*widget))
-            Add(finds, SweepRule::Reach, *widget, QStringLiteral("Tab does not reach it"));
+            Add(finds, SweepRule::Reach, *widget, u"Tab does not reach it"_s);
     }
 }
 
@@ -139,11 +140,11 @@ void FindNameless(QWidget& window, std::vector<SweepFind>& finds) {
     for (QWidget* control : TabChain(window)) {
         QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(control);
         if (!accessible || accessible->text(QAccessible::Name).trimmed().isEmpty()) {
-            Add(finds, SweepRule::Name, *control, QStringLiteral("has no accessible name"));
+            Add(finds, SweepRule::Name, *control, u"has no accessible name"_s);
             continue;
         }
         if (accessible->text(QAccessible::Name).contains(u'<'))
-            Add(finds, SweepRule::Name, *control, QStringLiteral("its accessible name holds markup"));
+            Add(finds, SweepRule::Name, *control, u"its accessible name holds markup"_s);
         const QString wrong = WrongRole(*control, *accessible);
         if (!wrong.isEmpty())
             Add(finds, SweepRule::Name, *control, wrong);
@@ -161,7 +162,7 @@ void FindDefaultless(QWidget& window, std::vector<SweepFind>& finds) {
         return button->isVisible() && button->isDefault();
     });
     if (first == buttons.end())
-        Add(finds, SweepRule::Default, window, QStringLiteral("no default button"));
+        Add(finds, SweepRule::Default, window, u"no default button"_s);
     else if (!(*first)->isEnabled())
-        Add(finds, SweepRule::Default, **first, QStringLiteral("the default button is disabled"));
+        Add(finds, SweepRule::Default, **first, u"the default button is disabled"_s);
 }

@@ -7,6 +7,8 @@
 #include <QPixmap>
 #include <QTextStream>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr std::chrono::milliseconds StepPeriod{50};
@@ -36,7 +38,7 @@ void Tour::Step() {
 }
 
 void Tour::TakePicture() {
-    const QString path = QDir(m_folder).filePath(m_walk.Name() + QStringLiteral(".png"));
+    const QString path = QDir(m_folder).filePath(m_walk.Name() + u".png"_s);
     QTextStream out(stdout);
     if (m_walk.Front().grab().save(path))
         out << path << Qt::endl;

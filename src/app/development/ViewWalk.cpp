@@ -9,6 +9,8 @@
 #include <QCheckBox>
 #include <QDialog>
 
+using namespace Qt::Literals::StringLiterals;
+
 ViewWalk::ViewWalk(CBTaskMMCDlg& window, std::vector<DialogEntry> dialogs)
     : m_window(window), m_dialogs(std::move(dialogs)) {
     m_window.SelectSection(m_section);
@@ -84,7 +86,7 @@ bool ViewWalk::NextTab(CTabPanel& tabs) {
 QString ViewWalk::Name() const {
     QStringList names;
     if (m_open) {
-        names = {QStringLiteral("dialog"), m_dialogs.at(static_cast<std::size_t>(m_dialog)).name};
+        names = {u"dialog"_s, m_dialogs.at(static_cast<std::size_t>(m_dialog)).name};
         if (m_dialogPage > 0)
             names.append(QString::number(m_dialogPage + 1));
     } else {
@@ -99,7 +101,7 @@ QString ViewWalk::Name() const {
                 names.append(inner->accessibleName());
         } else if (auto* cards = qobject_cast<CExpandableItemList*>(page); cards && cards->ExpandedCard()) {
             inner = cards->ExpandedCard()->findChild<CBrenPanel*>();
-            names.append(QStringLiteral("card"));
+            names.append(u"card"_s);
         }
         page = inner;
     }

@@ -16,6 +16,8 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 /// Does all work at the next turn, and for ever what is to be shown under way.
@@ -61,19 +63,19 @@ std::optional<TreeLevel> SampleLevel(const QStringList& path, std::stop_token) {
     if (path.isEmpty())
         return TreeLevel{{Drive("C:", "Local Disk (C:)"), Drive("D:", "Local Disk (D:)"),
                           Drive("N:", "Network Drive (N:) - Change may not be backed up in real time")}};
-    if (last == QLatin1String("System Volume Information"))
-        return TreeLevel{{}, QStringLiteral("No right to list this folder")};
-    if (last == QLatin1String("C:"))
+    if (last == "System Volume Information"_L1)
+        return TreeLevel{{}, u"No right to list this folder"_s};
+    if (last == "C:"_L1)
         return TreeLevel{
             {Folder("Users"), Folder("\xD7\xAA\xD7\x9E\xD7\x95\xD7\xA0\xD7\x95\xD7\xAA"),
              Folder("A folder whose name is so long that it cannot be shown whole in a window of "
                     "the usual width, as some programs make them")}};
-    if (last == QLatin1String("Users"))
+    if (last == "Users"_L1)
         return TreeLevel{{Folder("mara")}};
-    if (last == QLatin1String("mara"))
+    if (last == "mara"_L1)
         return TreeLevel{{Folder("Documents"), Folder("Downloads"), Folder("Photos"),
                           Folder("System Volume Information")}};
-    if (last == QLatin1String("Photos"))
+    if (last == "Photos"_L1)
         return TreeLevel{{Folder("2025"), Folder("2026"), Folder("raw")}};
     return TreeLevel{};
 }
@@ -84,15 +86,14 @@ void OpenSample(CheckTreeView& view) {
     QObject::connect(&model, &CheckTreeModel::Listed, &view, [&view, &model](const QStringList& path) {
         const TreeLevels::Node* node = model.Levels().Find(path);
         for (const auto& child : node->children)
-            if (QStringList{QStringLiteral("C:"), QStringLiteral("Users"), QStringLiteral("mara"),
-                            QStringLiteral("Photos"), QStringLiteral("System Volume Information")}
+            if (QStringList{u"C:"_s, u"Users"_s, u"mara"_s, u"Photos"_s, u"System Volume Information"_s}
                     .contains(child->entry.key))
                 view.expand(model.IndexOf(*child));
-        if (!path.isEmpty() && path.last() == QLatin1String("Photos")) {
+        if (!path.isEmpty() && path.last() == "Photos"_L1) {
             const QStringList mara = path.first(path.size() - 1);
-            model.SetTicked(mara + QStringList(QStringLiteral("Documents")), true);
+            model.SetTicked(mara + QStringList(u"Documents"_s), true);
             model.SetTicked(path, true);
-            model.SetTicked(path + QStringList(QStringLiteral("raw")), false);
+            model.SetTicked(path + QStringList(u"raw"_s), false);
             view.setCurrentIndex(model.IndexOf(*node));
         }
     });
@@ -104,23 +105,22 @@ CheckTreeModel* MakeModel(Reader& reader, QWidget& page, CheckTreeModel::Boxes b
     return model;
 }
 
-class SourcePage : public CWizardPage {
+class SourcePage : public WizardPage {
 public:
     SourcePage()
-        : CWizardPage(
-              QStringLiteral("What to Backup"),
-              QStringLiteral("Tick the folders to back up. Untick a folder below a ticked one to leave "
-                             "it out.")),
+        : WizardPage(u"What to Backup"_s,
+                     u"Tick the folders to back up. Untick a folder below a ticked one to leave "
+                     "it out."_s),
           m_model(MakeModel(AnsweringReader(), *this, CheckTreeModel::Boxes::Checks)),
           m_view(new CheckTreeView(*m_model)) {
-        m_view->setAccessibleName(QStringLiteral("Folders"));
+        m_view->setAccessibleName(u"Folders"_s);
         auto* column = new QVBoxLayout(this);
         column->setContentsMargins(0, 0, 0, 0);
         column->setSpacing(8);
-        column->addWidget(new TreeFindField(*m_view, QStringLiteral("Find a folder")));
+        column->addWidget(new TreeFindField(*m_view, u"Find a folder"_s));
         column->addWidget(m_view, 1);
         OpenSample(*m_view);
-        connect(m_model, &CheckTreeModel::ChoiceEdited, this, &CWizardPage::Edited);
+        connect(m_model, &CheckTreeModel::ChoiceEdited, this, &WizardPage::Edited);
     }
 
     void Fill() override { m_model->List(); }
@@ -131,14 +131,12 @@ public:
         QStringList names;
         for (const WalkedNode& node : walk.selected)
             names.append(node.path.last());
-        return {
-            QStringLiteral("%1 folders, %2 left out.").arg(walk.selected.size()).arg(walk.excluded.size()),
-            names.join(QStringLiteral(", "))};
+        return {u"%1 folders, %2 left out."_s.arg(walk.selected.size()).arg(walk.excluded.size()),
+                names.join(u", "_s)};
     }
     void Leave() override {
         if (m_model->Choice().IsEmpty())
-            return Sheet().Stay(
-                {QStringLiteral("Please select at least one folder to backup!"), m_view, true});
+            return Sheet().Stay({u"Please select at least one folder to backup!"_s, m_view, true});
         Sheet().Pass();
     }
 
@@ -147,52 +145,47 @@ private:
     CheckTreeView* m_view;
 };
 
-class ConfirmPage : public CWizardPage {
+class ConfirmPage : public WizardPage {
 public:
     ConfirmPage()
-        : CWizardPage(QStringLiteral("Confirm and Start"),
-                      QStringLiteral("Nothing is created until you press Finish.")),
-          m_form(new CForm) {
-        m_name =
-            m_form->Add(QStringLiteral("Task &Name"),
-                        new QLineEdit(QStringLiteral("desk-07:Backup [Documents, Photos] To [Home/Backup]")),
-                        CForm::Need::Required);
-        auto* text =
-            new QPlainTextEdit(QStringLiteral("Backup the Following Folders (and subfolders):\n"
-                                              "C:\\Users\\mara\\Documents\nC:\\Users\\mara\\Photos"));
+        : WizardPage(u"Confirm and Start"_s, u"Nothing is created until you press Finish."_s),
+          m_form(new Form) {
+        m_name = m_form->Add(u"Task &Name"_s,
+                             new QLineEdit(u"desk-07:Backup [Documents, Photos] To [Home/Backup]"_s),
+                             Form::Need::Required);
+        auto* text = new QPlainTextEdit(u"Backup the Following Folders (and subfolders):\n"
+                                        "C:\\Users\\mara\\Documents\nC:\\Users\\mara\\Photos"_s);
         text->setReadOnly(true);
-        text->setAccessibleName(QStringLiteral("What will be done"));
+        text->setAccessibleName(u"What will be done"_s);
         m_form->AddWide(text);
-        m_form->Add(QStringLiteral("&Full backup every"), new QSpinBox, CForm::Need::Optional,
-                    QStringLiteral("Backups"));
-        m_form->AddWide(new QCheckBox(QStringLiteral("&Encrypt Backup Data")));
+        m_form->Add(u"&Full backup every"_s, new QSpinBox, Form::Need::Optional, u"Backups"_s);
+        m_form->AddWide(new QCheckBox(u"&Encrypt Backup Data"_s));
         auto* column = new QVBoxLayout(this);
         column->setContentsMargins(0, 0, 0, 0);
         column->addWidget(m_form);
         column->addStretch();
-        connect(m_form, &CForm::Edited, this, &CWizardPage::Edited);
+        connect(m_form, &Form::Edited, this, &WizardPage::Edited);
     }
 
     bool IsComplete() const override { return !m_name->text().isEmpty(); }
     void Leave() override {
-        Sheet().SendAll(
-            Lane::Service,
-            {{QStringLiteral("Creating the backup task..."), m_name->text().toUtf8(), [](std::stop_token) {
-                  return QStringLiteral("Failed to create backup task! The service does not answer. "
-                                        "Nothing was created; press Finish to try again.");
-              }}});
+        Sheet().SendAll(Lane::Service,
+                        {{u"Creating the backup task..."_s, m_name->text().toUtf8(), [](std::stop_token) {
+                              return u"Failed to create backup task! The service does not answer. "
+                                     "Nothing was created; press Finish to try again."_s;
+                          }}});
     }
 
 private:
-    CForm* m_form;
+    Form* m_form;
     QLineEdit* m_name = nullptr;
 };
 
 CBrenPropertySheet* MakeSample(Reader& reader, UserPrompts& prompts, SampleWizard state, QWidget* parent) {
-    auto* sheet = new CBrenPropertySheet(reader, prompts, QStringLiteral("Backup by Folder"), parent);
+    auto* sheet = new CBrenPropertySheet(reader, prompts, u"Backup by Folder"_s, parent);
     if (state == SampleWizard::FirstPage)
         sheet->AddPage(new SourcePage);
-    sheet->AddPage(new CWizardPage(QStringLiteral("Where to Backup"), {}));
+    sheet->AddPage(new WizardPage(u"Where to Backup"_s, {}));
     sheet->AddPage(new ConfirmPage);
     return sheet;
 }
@@ -210,8 +203,8 @@ void FinishWhenShown(CBrenPropertySheet& sheet) {
         if (!sheet.isVisible())
             return;
         timer->stop();
-        Press(sheet, QStringLiteral("&Next"));
-        Press(sheet, QStringLiteral("&Finish"));
+        Press(sheet, u"&Next"_s);
+        Press(sheet, u"&Finish"_s);
     });
 }
 
@@ -224,11 +217,11 @@ QWidget* MakeTreeGallery() {
     row->setSpacing(Look::TextInset);
     CheckTreeModel* checks = MakeModel(AnsweringReader(), *sheet, CheckTreeModel::Boxes::Checks);
     auto* tree = new CheckTreeView(*checks);
-    tree->setAccessibleName(QStringLiteral("Folders to tick"));
+    tree->setAccessibleName(u"Folders to tick"_s);
     OpenSample(*tree);
     checks->List();
     auto* left = new QVBoxLayout;
-    left->addWidget(new TreeFindField(*tree, QStringLiteral("Find a folder")));
+    left->addWidget(new TreeFindField(*tree, u"Find a folder"_s));
     left->addWidget(tree, 1);
     row->addLayout(left, 3);
 
@@ -238,10 +231,10 @@ QWidget* MakeTreeGallery() {
     slow->setParent(sheet);
     slow->SetLevel({}, *SampleLevel({}, {}));
     auto* picker = new CheckTreeView(*slow);
-    picker->setAccessibleName(QStringLiteral("Folders to pick"));
+    picker->setAccessibleName(u"Folders to pick"_s);
     picker->expand(slow->index(0, 0));
     auto* disabled = new CheckTreeView(*checks);
-    disabled->setAccessibleName(QStringLiteral("Folders that cannot be ticked now"));
+    disabled->setAccessibleName(u"Folders that cannot be ticked now"_s);
     disabled->setEnabled(false);
     auto* right = new QVBoxLayout;
     right->addWidget(picker, 1);
@@ -256,7 +249,7 @@ QWidget* MakeWizardGallery(UserPrompts& prompts, SampleWizard state) {
     CBrenPropertySheet* sheet = MakeSample(reader, prompts, state, board);
     sheet->setWindowFlags(Qt::Widget);
     sheet->setAttribute(Qt::WA_DeleteOnClose, false);
-    auto* open = new QPushButton(QStringLiteral("Open it as a window"));
+    auto* open = new QPushButton(u"Open it as a window"_s);
     auto* column = new QVBoxLayout(board);
     column->addWidget(sheet, 1);
     column->addWidget(open, 0, Qt::AlignLeft);

@@ -29,6 +29,8 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr QSize DefaultSize(986, 678);
@@ -64,32 +66,30 @@ QString ReadConsoleVersion() {
     const auto file = XmlDocument::Load(platform::ExecutableFolder() / "ZEPSysMainCtrlConfig.xml");
     if (!file)
         return {};
-    return file->NodeByPath(QStringLiteral("ZEPSysMainCtrl/properties"))
-        .Attribute(QStringLiteral("version"))
-        .value_or(QString());
+    return file->NodeByPath(u"ZEPSysMainCtrl/properties"_s).Attribute(u"version"_s).value_or(QString());
 }
 
 CBTaskMMCDlg::CBTaskMMCDlg(ServiceClient& service, LiveCounters& counters, UserPrompts& prompts,
                            Reader& reader, const Options& options)
     : m_console{service, counters, prompts, reader, *this, m_settingNews}, m_sections(options.pages),
-      m_pages(m_sections.size()), m_navigation(new CNavigationColumn(options.title)), m_head(new CPageHead),
-      m_notice(new CServiceNotice(reader, service, *this)), m_pageNotice(new NoticeLine),
-      m_stack(new QStackedWidget), m_statusBar(new CConsoleStatusBar) {
+      m_pages(m_sections.size()), m_navigation(new NavigationColumn(options.title)), m_head(new PageHead),
+      m_notice(new ServiceNotice(reader, service, *this)), m_pageNotice(new NoticeLine),
+      m_stack(new QStackedWidget), m_statusBar(new ConsoleStatusBar) {
     setWindowTitle(options.title);
     BuildWindow();
-    m_stack->setObjectName(QStringLiteral("pages"));
-    connect(m_statusBar, &CConsoleStatusBar::CloudSpaceClicked, this,
+    m_stack->setObjectName(u"pages"_s);
+    connect(m_statusBar, &ConsoleStatusBar::CloudSpaceClicked, this,
             [this, make = options.cloudSpace] { OpenDialog(make); });
-    connect(m_statusBar, &CConsoleStatusBar::BandwidthClicked, this,
+    connect(m_statusBar, &ConsoleStatusBar::BandwidthClicked, this,
             [this, make = options.bandwidth] { OpenDialog(make); });
     if (!options.version.isEmpty())
-        m_statusBar->SetPart(CConsoleStatusBar::Version, tr("Version: ") + options.version);
+        m_statusBar->SetPart(ConsoleStatusBar::Version, tr("Version: ") + options.version);
     RestoreGeometry();
     SelectInitialSection(options);
 
     connect(&m_speedTimer, &QTimer::timeout, this, &CBTaskMMCDlg::SampleSpeed);
     m_speedTimer.start(SpeedPeriod);
-    m_statusBar->SetPart(CConsoleStatusBar::CloudSpace, tr("Not In Cloud Space"));
+    m_statusBar->SetPart(ConsoleStatusBar::CloudSpace, tr("Not In Cloud Space"));
     m_notice->Start();
 }
 
@@ -105,7 +105,7 @@ void CBTaskMMCDlg::BuildWindow() {
     columns->setSpacing(0);
     QScrollArea* navigation = MakeScrolling(m_navigation);
     navigation->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    navigation->setFixedWidth(CNavigationColumn::Width);
+    navigation->setFixedWidth(NavigationColumn::Width);
     columns->addWidget(navigation);
     columns->addWidget(MakeScrolling(MakePageArea()), 1);
     auto* window = new QVBoxLayout(this);
@@ -114,13 +114,13 @@ void CBTaskMMCDlg::BuildWindow() {
     window->addLayout(columns, 1);
     window->addWidget(m_statusBar);
 
-    connect(m_head, &CPageHead::FindClicked, this, &CBTaskMMCDlg::Find);
-    connect(m_navigation, &CNavigationColumn::SectionChosen, this, &CBTaskMMCDlg::ShowSection);
-    connect(m_notice, &CServiceNotice::Published, m_statusBar, [this](bool inCloudSpace) {
-        m_statusBar->SetPart(CConsoleStatusBar::CloudSpace,
+    connect(m_head, &PageHead::FindClicked, this, &CBTaskMMCDlg::Find);
+    connect(m_navigation, &NavigationColumn::SectionChosen, this, &CBTaskMMCDlg::ShowSection);
+    connect(m_notice, &ServiceNotice::Published, m_statusBar, [this](bool inCloudSpace) {
+        m_statusBar->SetPart(ConsoleStatusBar::CloudSpace,
                              inCloudSpace ? tr("In Cloud Space") : tr("Not In Cloud Space"));
     });
-    connect(m_notice, &CServiceNotice::ServiceReturned, this, [this] {
+    connect(m_notice, &ServiceNotice::ServiceReturned, this, [this] {
         if (CBrenPanel* page = CurrentPage())
             page->PostReload();
     });
@@ -294,8 +294,8 @@ void CBTaskMMCDlg::SampleSpeed() {
         return;
     const NetIoSize bytes = m_console.counters.ZEPHttpGetLastNetIOSize();
     if (const auto texts = m_speedMeter.Add(tick, bytes.sent, bytes.received)) {
-        m_statusBar->SetPart(CConsoleStatusBar::Upload, texts->upload);
-        m_statusBar->SetPart(CConsoleStatusBar::Download, texts->download);
+        m_statusBar->SetPart(ConsoleStatusBar::Upload, texts->upload);
+        m_statusBar->SetPart(ConsoleStatusBar::Download, texts->download);
     }
 }
 
@@ -303,6 +303,6 @@ void CBTaskMMCDlg::OpenDialog(const DialogMaker& make) {
     if (!make)
         return;
     CBrenDialog* dialog = make(m_console, this);
-    connect(dialog, &QDialog::finished, m_notice, &CServiceNotice::Start);
+    connect(dialog, &QDialog::finished, m_notice, &ServiceNotice::Start);
     dialog->Open(m_settingNews);
 }

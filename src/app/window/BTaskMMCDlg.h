@@ -11,10 +11,10 @@
 #include <QWidget>
 
 class CBrenPanel;
-class CConsoleStatusBar;
-class CNavigationColumn;
-class CPageHead;
-class CServiceNotice;
+class ConsoleStatusBar;
+class NavigationColumn;
+class PageHead;
+class ServiceNotice;
 class FindBar;
 class NoticeLine;
 class QStackedWidget;
@@ -79,12 +79,12 @@ private:
     Console m_console;
     std::vector<PageEntry> m_sections;
     std::vector<CBrenPanel*> m_pages; ///< by section; null until it is first shown
-    CNavigationColumn* m_navigation;
-    CPageHead* m_head;
-    CServiceNotice* m_notice;
+    NavigationColumn* m_navigation;
+    PageHead* m_head;
+    ServiceNotice* m_notice;
     NoticeLine* m_pageNotice;
     QStackedWidget* m_stack;
-    CConsoleStatusBar* m_statusBar;
+    ConsoleStatusBar* m_statusBar;
     QMargins m_frameMargins; ///< as known when the window was placed, so that storing undoes restoring
     SpeedMeter m_speedMeter;
     bool m_closing = false;

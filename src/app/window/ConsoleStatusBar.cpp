@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int BarHeight = 24;
@@ -37,8 +39,8 @@ protected:
     }
 };
 
-CConsoleStatusBar::CConsoleStatusBar() : m_version(new QLabel(this)) {
-    setObjectName(QStringLiteral("statusBar"));
+ConsoleStatusBar::ConsoleStatusBar() : m_version(new QLabel(this)) {
+    setObjectName(u"statusBar"_s);
     setFixedHeight(BarHeight);
     const auto place = [](QWidget& part, int number) {
         part.setGeometry(Edges[number], 1, Edges[number + 1] - Edges[number], BarHeight - 1);
@@ -57,12 +59,12 @@ CConsoleStatusBar::CConsoleStatusBar() : m_version(new QLabel(this)) {
         m_parts[part] = new StatusButton(this, toolTip);
         place(*m_parts[part], part);
     }
-    connect(m_parts[CloudSpace], &QAbstractButton::clicked, this, &CConsoleStatusBar::CloudSpaceClicked);
-    connect(m_parts[Upload], &QAbstractButton::clicked, this, &CConsoleStatusBar::BandwidthClicked);
-    connect(m_parts[Download], &QAbstractButton::clicked, this, &CConsoleStatusBar::BandwidthClicked);
+    connect(m_parts[CloudSpace], &QAbstractButton::clicked, this, &ConsoleStatusBar::CloudSpaceClicked);
+    connect(m_parts[Upload], &QAbstractButton::clicked, this, &ConsoleStatusBar::BandwidthClicked);
+    connect(m_parts[Download], &QAbstractButton::clicked, this, &ConsoleStatusBar::BandwidthClicked);
 }
 
-void CConsoleStatusBar::SetPart(Part part, const QString& text) {
+void ConsoleStatusBar::SetPart(Part part, const QString& text) {
     if (PartText(part).compare(text, Qt::CaseInsensitive) == 0)
         return;
     if (part == Version) {
@@ -73,20 +75,20 @@ void CConsoleStatusBar::SetPart(Part part, const QString& text) {
     }
 }
 
-QString CConsoleStatusBar::PartText(Part part) const {
+QString ConsoleStatusBar::PartText(Part part) const {
     if (part == Version)
         return m_version->text();
     return m_parts[part] ? m_parts[part]->text() : QString();
 }
 
-void CConsoleStatusBar::resizeEvent(QResizeEvent* event) {
+void ConsoleStatusBar::resizeEvent(QResizeEvent* event) {
     QFrame::resizeEvent(event);
     // A click behind the last part counts as one on it; in a narrow window its text is shortened.
     const int left = Edges[Download];
     m_parts[Download]->setGeometry(left, 1, std::max(0, width() - left), BarHeight - 1);
 }
 
-void CConsoleStatusBar::paintEvent(QPaintEvent* /*event*/) {
+void ConsoleStatusBar::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.fillRect(rect(), Look::Side);
     painter.fillRect(QRect(0, 0, width(), 1), Look::Line);

@@ -9,13 +9,13 @@ class StatusButton;
 
 /// The five parts at the foot of the window. A part's text is changed only when the new one differs, ignoring
 /// case.
-class CConsoleStatusBar : public QFrame {
+class ConsoleStatusBar : public QFrame {
     Q_OBJECT
 
 public:
     enum Part { Blank, Version, CloudSpace, Upload, Download };
 
-    CConsoleStatusBar();
+    ConsoleStatusBar();
 
     void SetPart(Part part, const QString& text);
     QString PartText(Part part) const;

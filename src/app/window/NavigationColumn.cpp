@@ -10,6 +10,8 @@
 #include <QStyledItemDelegate>
 #include <QVBoxLayout>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int SectionHeight = 40;
@@ -23,7 +25,7 @@ public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
     QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const override {
-        return {CNavigationColumn::Width, SectionHeight};
+        return {NavigationColumn::Width, SectionHeight};
     }
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -72,9 +74,9 @@ QLabel* MakeLabel(const QString& text, Look::TextSize size, const QColor& colour
 
 } // namespace
 
-CNavigationColumn::CNavigationColumn(const QString& programName)
+NavigationColumn::NavigationColumn(const QString& programName)
     : m_sections(new QListWidget), m_actionArea(new QWidget), m_actions(new QVBoxLayout) {
-    setObjectName(QStringLiteral("navigation"));
+    setObjectName(u"navigation"_s);
 
     QLabel* name = MakeLabel(programName, Look::Body, QColor(0x1A, 0x32, 0x5A));
     name->setFont(Look::Font(Look::TextSize(14), QFont::Bold));
@@ -88,9 +90,9 @@ CNavigationColumn::CNavigationColumn(const QString& programName)
     m_sections->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
     m_sections->setMouseTracking(true);
     m_sections->viewport()->setAutoFillBackground(false);
-    connect(m_sections, &QListWidget::currentRowChanged, this, &CNavigationColumn::SectionChosen);
+    connect(m_sections, &QListWidget::currentRowChanged, this, &NavigationColumn::SectionChosen);
 
-    m_actionArea->setObjectName(QStringLiteral("sideActions"));
+    m_actionArea->setObjectName(u"sideActions"_s);
     auto* actionLayout = new QVBoxLayout(m_actionArea);
     actionLayout->setContentsMargins(0, 12, 0, 12);
     actionLayout->setSpacing(4);
@@ -109,38 +111,38 @@ CNavigationColumn::CNavigationColumn(const QString& programName)
     layout->addStretch();
 }
 
-void CNavigationColumn::AddSection(const QString& title, const QString& icon) {
+void NavigationColumn::AddSection(const QString& title, const QString& icon) {
     auto* item = new QListWidgetItem(title, m_sections);
     item->setData(IconNameRole, icon);
     m_sections->setFixedHeight(SectionHeight * m_sections->count());
 }
 
-int CNavigationColumn::SectionCount() const {
+int NavigationColumn::SectionCount() const {
     return m_sections->count();
 }
 
-QString CNavigationColumn::SectionTitle(int index) const {
+QString NavigationColumn::SectionTitle(int index) const {
     return m_sections->item(index)->text();
 }
 
-int CNavigationColumn::CurrentSection() const {
+int NavigationColumn::CurrentSection() const {
     return m_sections->currentRow();
 }
 
-void CNavigationColumn::SelectSection(int index) {
+void NavigationColumn::SelectSection(int index) {
     m_sections->setCurrentRow(index);
 }
 
-QWidget* CNavigationColumn::Sections() const {
+QWidget* NavigationColumn::Sections() const {
     return m_sections;
 }
 
-void CNavigationColumn::SetActions(QWidget& owner, const std::vector<FrameAction>& actions) {
+void NavigationColumn::SetActions(QWidget& owner, const std::vector<FrameAction>& actions) {
     ShowActions(*m_actions, owner, actions, ActionButton::Kind::Link);
     m_actionArea->setVisible(!actions.empty());
 }
 
-void CNavigationColumn::paintEvent(QPaintEvent* /*event*/) {
+void NavigationColumn::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.fillRect(rect(), Look::Side);
     painter.fillRect(QRect(width() - 1, 0, 1, height()), Look::Line);

@@ -9,13 +9,13 @@ class QListWidget;
 class QVBoxLayout;
 
 /// The left column: the program's name, the sections, and the active page's side actions.
-class CNavigationColumn : public QFrame {
+class NavigationColumn : public QFrame {
     Q_OBJECT
 
 public:
     static constexpr int Width = 200;
 
-    explicit CNavigationColumn(const QString& programName);
+    explicit NavigationColumn(const QString& programName);
 
     void AddSection(const QString& title, const QString& icon);
     int SectionCount() const;

@@ -10,10 +10,12 @@
 #include <QKeySequence>
 #include <QLabel>
 
-CPageHead::CPageHead()
+using namespace Qt::Literals::StringLiterals;
+
+PageHead::PageHead()
     : m_title(new QLabel), m_status(new QLabel), m_toolbar(new QHBoxLayout),
       m_find(new ActionButton(ActionButton::Kind::Icon)) {
-    setObjectName(QStringLiteral("pageHead"));
+    setObjectName(u"pageHead"_s);
     QPalette paper = this->palette();
     paper.setColor(QPalette::Window, Look::Paper);
     setPalette(paper);
@@ -38,9 +40,9 @@ CPageHead::CPageHead()
     top->addLayout(m_toolbar);
     top->addWidget(m_find);
     m_find->Set(tr("Find (%1)").arg(QKeySequence(QKeySequence::Find).toString(QKeySequence::NativeText)),
-                IconRegistry::Icon(QStringLiteral("search")));
+                IconRegistry::Icon(u"search"_s));
     m_find->hide();
-    connect(m_find, &ActionButton::Clicked, this, &CPageHead::FindClicked);
+    connect(m_find, &ActionButton::Clicked, this, &PageHead::FindClicked);
     m_title->setFixedHeight(ActionButton::Height);
 
     auto* layout = new QVBoxLayout(this);
@@ -50,11 +52,11 @@ CPageHead::CPageHead()
     layout->addWidget(m_status);
 }
 
-void CPageHead::SetTitle(const QString& title) {
+void PageHead::SetTitle(const QString& title) {
     m_title->setText(title);
 }
 
-void CPageHead::SetStatusText(const QString& text) {
+void PageHead::SetStatusText(const QString& text) {
     if (text == m_status->text())
         return;
     m_status->setText(text);
@@ -64,27 +66,27 @@ void CPageHead::SetStatusText(const QString& text) {
     QAccessible::updateAccessibility(&told);
 }
 
-void CPageHead::LayOverStatus(NoticeLine* line) {
+void PageHead::LayOverStatus(NoticeLine* line) {
     line->setParent(this);
     line->layout()->setContentsMargins(Look::TextInset, 2, Look::TextInset, 2);
     m_lines.push_back(line);
 }
 
-void CPageHead::resizeEvent(QResizeEvent* event) {
+void PageHead::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     layout()->activate();
     for (NoticeLine* line : m_lines)
         line->setGeometry(m_status->geometry().adjusted(-8, -2, 8, 4));
 }
 
-QString CPageHead::StatusText() const {
+QString PageHead::StatusText() const {
     return m_status->text();
 }
 
-void CPageHead::SetActions(QWidget& owner, const std::vector<FrameAction>& actions) {
+void PageHead::SetActions(QWidget& owner, const std::vector<FrameAction>& actions) {
     ShowActions(*m_toolbar, owner, actions, ActionButton::Kind::Framed);
 }
 
-void CPageHead::OfferFind(bool offered) {
+void PageHead::OfferFind(bool offered) {
     m_find->setVisible(offered);
 }

@@ -10,11 +10,11 @@ class QHBoxLayout;
 class QLabel;
 
 /// The head of the page area: the section's title, the page's status text and its toolbar.
-class CPageHead : public QWidget {
+class PageHead : public QWidget {
     Q_OBJECT
 
 public:
-    CPageHead();
+    PageHead();
 
     void SetTitle(const QString& title);
     void SetStatusText(const QString& text);

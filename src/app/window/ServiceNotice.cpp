@@ -2,15 +2,17 @@
 
 #include "service/KnownSettings.h"
 
-CServiceNotice::CServiceNotice(Reader& reader, const ServiceClient& service, QWidget& window)
+using namespace Qt::Literals::StringLiterals;
+
+ServiceNotice::ServiceNotice(Reader& reader, const ServiceClient& service, QWidget& window)
     : NoticeLine(&window), m_service(service), m_loader(reader, window) {}
 
-void CServiceNotice::Start() {
+void ServiceNotice::Start() {
     Ask();
     m_loader.StartTimer(Period, [this] { Ask(); });
 }
 
-void CServiceNotice::Ask() {
+void ServiceNotice::Ask() {
     const QDateTime asked = QDateTime::currentDateTime();
     m_loader.Load(
         Lane::Service,
@@ -27,7 +29,7 @@ void CServiceNotice::Ask() {
         });
 }
 
-void CServiceNotice::OnAnswered() {
+void ServiceNotice::OnAnswered() {
     if (!m_silentSince)
         return;
     m_silentSince.reset();
@@ -35,12 +37,12 @@ void CServiceNotice::OnAnswered() {
     emit ServiceReturned();
 }
 
-void CServiceNotice::OnSilent(const QDateTime& since) {
+void ServiceNotice::OnSilent(const QDateTime& since) {
     if (m_silentSince)
         return;
     m_silentSince = since;
     SetText(tr("The service has not answered since %1. What is shown may be out of date; it will be read "
                "again by "
                "itself.")
-                .arg(since.toString(QStringLiteral("HH:mm:ss"))));
+                .arg(since.toString(u"HH:mm:ss"_s)));
 }

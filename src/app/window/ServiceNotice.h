@@ -9,14 +9,14 @@ class ServiceClient;
 
 /// The thin line that says that the service does not answer, and since when. It asks the service now and
 /// then whether it is published to the cloud, which the status bar shows.
-class CServiceNotice : public NoticeLine {
+class ServiceNotice : public NoticeLine {
     Q_OBJECT
 
 public:
     static constexpr std::chrono::milliseconds Period{5000};
 
     /// Asks while `window` is shown, of which it becomes a child.
-    CServiceNotice(Reader& reader, const ServiceClient& service, QWidget& window);
+    ServiceNotice(Reader& reader, const ServiceClient& service, QWidget& window);
 
     /// Asks now, and then every period.
     void Start();

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QString SpeedText(double kilobytesPerSecond) {
@@ -35,7 +37,7 @@ std::optional<SpeedMeter::Texts> SpeedMeter::Add(quint32 tick, quint64 sent, qui
     if (m_samples < 4)
         return {};
     const double divisor = m_samples == 4 ? 4.0 * 1024 : 5120.0;
-    return Texts{QStringLiteral("Upload: ") + SpeedText(static_cast<double>(sum.upload) / divisor),
-                 QStringLiteral("Download: ") + SpeedText(static_cast<double>(sum.download) / divisor) +
-                     QStringLiteral(" (Click to set bandwidth limit)")};
+    return Texts{u"Upload: "_s + SpeedText(static_cast<double>(sum.upload) / divisor),
+                 u"Download: "_s + SpeedText(static_cast<double>(sum.download) / divisor) +
+                     u" (Click to set bandwidth limit)"_s};
 }

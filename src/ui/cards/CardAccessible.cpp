@@ -1,8 +1,8 @@
 #include "cards/CardAccessible.h"
 
-#include "cards/CardButton.h"
 #include "cards/ExpandableItem.h"
 #include "cards/ExpandableItemList.h"
+#include "page/ActionButton.h"
 
 #include <QAccessibleWidget>
 #include <QContextMenuEvent>
@@ -43,7 +43,7 @@ private:
 
 class AccessibleCardButton : public QAccessibleWidget {
 public:
-    explicit AccessibleCardButton(CardButton& button)
+    explicit AccessibleCardButton(ActionButton& button)
         : QAccessibleWidget(&button, QAccessible::Button), m_button(button) {}
 
     QAccessible::State state() const override {
@@ -67,13 +67,13 @@ public:
     }
 
 private:
-    CardButton& m_button;
+    ActionButton& m_button;
 };
 
 QAccessibleInterface* Make(const QString&, QObject* object) {
     if (auto* card = qobject_cast<CExpandableItem*>(object))
         return new AccessibleCard(*card);
-    if (auto* button = qobject_cast<CardButton*>(object))
+    if (auto* button = qobject_cast<ActionButton*>(object))
         return new AccessibleCardButton(*button);
     if (auto* list = qobject_cast<CExpandableItemList*>(object))
         return new QAccessibleWidget(list, QAccessible::List);

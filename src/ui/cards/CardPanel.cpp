@@ -9,6 +9,8 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int ChooseFrom = 10; ///< so few are seen at a glance
@@ -122,10 +124,9 @@ void CardPanel::Take(const std::shared_ptr<const CardEntries>& entries) {
 
 /// What failed, and since when all stands as it is; empty: nothing did.
 void CardPanel::TellAge(const QString& failure) {
-    TellFailure(
-        failure.isEmpty() || !m_entries
-            ? failure
-            : tr("%1 (Shown as it was at %2.)").arg(failure, m_readAt.toString(QStringLiteral("HH:mm:ss"))));
+    TellFailure(failure.isEmpty() || !m_entries
+                    ? failure
+                    : tr("%1 (Shown as it was at %2.)").arg(failure, m_readAt.toString(u"HH:mm:ss"_s)));
     ShowAge();
     ShowEmptyText();
 }

@@ -1,10 +1,10 @@
 #include "cards/ExpandableItem.h"
 
 #include "cards/CardAccessible.h"
-#include "cards/CardButton.h"
 #include "look/Formatters.h"
 #include "look/IconRegistry.h"
 #include "look/Look.h"
+#include "page/ActionButton.h"
 #include "page/BrenPanel.h"
 
 #include <QHBoxLayout>
@@ -13,6 +13,8 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QToolTip>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -38,8 +40,8 @@ CExpandableItem::CExpandableItem(const QString& title, QWidget* parent)
     auto* row = new QHBoxLayout(m_buttonRow);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(4);
-    CardButton* open = AddButton(tr("Open"), IconRegistry::Icon(QStringLiteral("chevron-down"), Look::Muted));
-    connect(open, &CardButton::Clicked, this, &CExpandableItem::Toggled);
+    ActionButton* open = AddButton(tr("Open"), IconRegistry::Icon(u"chevron-down"_s, Look::Muted));
+    connect(open, &ActionButton::Clicked, this, &CExpandableItem::Toggled);
     hide();
 }
 
@@ -108,8 +110,8 @@ void CExpandableItem::SetContent(CBrenPanel* content) {
     PlaceChildren();
 }
 
-CardButton* CExpandableItem::AddButton(const QString& caption, const QIcon& icon) {
-    auto* button = new CardButton(m_buttonRow);
+ActionButton* CExpandableItem::AddButton(const QString& caption, const QIcon& icon) {
+    auto* button = new ActionButton(ActionButton::Kind::Icon, m_buttonRow);
     button->Set(caption, icon);
     static_cast<QHBoxLayout*>(m_buttonRow->layout())->insertWidget(0, button);
     button->show();
@@ -165,7 +167,7 @@ void CExpandableItem::Describe() {
     QStringList parts{m_bodyText, m_statusCaption, m_statusText, m_note,
                       m_stale ? tr("not read again") : QString()};
     parts.removeAll(QString());
-    setAccessibleDescription(parts.join(QStringLiteral(", ")));
+    setAccessibleDescription(parts.join(u", "_s));
 }
 
 QRect CExpandableItem::TitleRect() const {
@@ -238,10 +240,9 @@ void CExpandableItem::ShowMenu(const QPoint& position) {
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->addAction(m_expanded ? tr("Show all") : tr("Open"), this, &CExpandableItem::Toggled);
     for (std::size_t i = m_buttons.size(); !m_expanded && i-- > 1;) {
-        CardButton* button = m_buttons[i];
+        ActionButton* button = m_buttons[i];
         const QString caption = button->accessibleName();
-        QAction* action =
-            menu->addAction(button->icon(), QString(caption).replace(u'&', QStringLiteral("&&")));
+        QAction* action = menu->addAction(button->icon(), QString(caption).replace(u'&', u"&&"_s));
         action->setEnabled(!button->IsBusy());
         connect(action, &QAction::triggered, button, [button, caption] {
             if (button->accessibleName() == caption)

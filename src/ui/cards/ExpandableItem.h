@@ -4,7 +4,7 @@
 
 #include <QIcon>
 
-class CardButton;
+class ActionButton;
 class CBrenPanel;
 
 /// A card of a list: a title band with status text and icon, below it a line of text with buttons, or its
@@ -70,7 +70,7 @@ protected:
     CBrenPanel* Content() const { return m_content; }
 
     /// Adds a button to the left of those that are there; the buttons are hidden while the card is expanded.
-    CardButton* AddButton(const QString& caption, const QIcon& icon);
+    ActionButton* AddButton(const QString& caption, const QIcon& icon);
     void PlaceChildren();
 
     QRect TitleRect() const override;
@@ -89,7 +89,7 @@ private:
 
     CBrenPanel* m_content = nullptr;
     QWidget* m_buttonRow = nullptr;
-    std::vector<CardButton*> m_buttons; ///< from right to left
+    std::vector<ActionButton*> m_buttons; ///< from right to left
     bool m_expanded = false;
     bool m_stale = false;
     QString m_statusText;

@@ -1,14 +1,16 @@
 #include "cards/ExpandableItemList.h"
 
-#include "cards/CardButton.h"
 #include "cards/ExpandableItem.h"
 #include "look/Look.h"
+#include "page/ActionButton.h"
 #include "page/LinkLabel.h"
 
 #include <QDeadlineTimer>
 #include <QKeyEvent>
 
 #include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -33,7 +35,7 @@ void Place(LinkLabel& link, QRect rect, bool shown) {
 CExpandableItemList::CExpandableItemList(const Console& console, QWidget* parent)
     : CBrenPanel(console, parent), m_hiddenLink(new LinkLabel({}, this)),
       m_previousLink(new LinkLabel(tr("<a>Previous Page</a>"), this)),
-      m_pageLabel(new LinkLabel(QStringLiteral(" 0 of 1 "), this)),
+      m_pageLabel(new LinkLabel(u" 0 of 1 "_s, this)),
       m_nextLink(new LinkLabel(tr("<a>Next Page</a>"), this)) {
     m_pageLabel->setAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
     for (LinkLabel* link : {m_previousLink, m_pageLabel, m_nextLink})

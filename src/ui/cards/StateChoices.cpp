@@ -7,6 +7,8 @@
 #include <QPainter>
 #include <QToolButton>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int Inset = 8;
@@ -67,7 +69,7 @@ StateChoices::StateChoices(std::vector<CardState> states, QWidget* parent)
 void StateChoices::SetCounts(int all, const std::function<int(int state)>& countOf) {
     const auto show = [this](int number, const QString& text, int count) {
         QAbstractButton* button = m_buttons->button(number);
-        button->setText(QStringLiteral("%1 %2").arg(text).arg(count));
+        button->setText(u"%1 %2"_s.arg(text).arg(count));
         button->updateGeometry();
     };
     show(All, tr("All"), all);

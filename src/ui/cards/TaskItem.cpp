@@ -1,17 +1,17 @@
 #include "cards/TaskItem.h"
 
-#include "cards/CardButton.h"
 #include "look/IconRegistry.h"
+#include "page/ActionButton.h"
 
 int CTaskItem::AddAction(const QString& caption, int image, std::function<void()> run) {
-    CardButton* action = AddButton(caption, IconRegistry::Icon(image));
-    connect(action, &CardButton::Clicked, this, std::move(run));
+    ActionButton* action = AddButton(caption, IconRegistry::Icon(image));
+    connect(action, &ActionButton::Clicked, this, std::move(run));
     m_actions.push_back(action);
     return ActionCount() - 1;
 }
 
 void CTaskItem::SetAction(int index, const QString& caption, int image) {
-    CardButton* action = m_actions.at(static_cast<std::size_t>(index));
+    ActionButton* action = m_actions.at(static_cast<std::size_t>(index));
     if (action->accessibleName() != caption)
         action->Set(caption, IconRegistry::Icon(image));
 }
@@ -29,6 +29,6 @@ bool CTaskItem::IsActionEnabled(int index) const {
 }
 
 QRect CTaskItem::ActionRect(int index) const {
-    const CardButton* action = m_actions.at(static_cast<std::size_t>(index));
+    const ActionButton* action = m_actions.at(static_cast<std::size_t>(index));
     return {action->mapTo(this, QPoint()), action->size()};
 }

@@ -27,5 +27,5 @@ public:
     QRect ActionRect(int index) const;
 
 private:
-    std::vector<CardButton*> m_actions;
+    std::vector<ActionButton*> m_actions;
 };

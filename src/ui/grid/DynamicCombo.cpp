@@ -2,8 +2,10 @@
 
 #include <QWheelEvent>
 
+using namespace Qt::Literals::StringLiterals;
+
 CDynamicCombo::CDynamicCombo(const QString& text, QWidget* parent) : QComboBox(parent) {
-    addItems({QStringLiteral("True"), QStringLiteral("False")});
+    addItems({u"True"_s, u"False"_s});
     setCurrentIndex(findText(text, Qt::MatchFixedString));
 }
 

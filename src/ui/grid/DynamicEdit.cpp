@@ -6,6 +6,8 @@
 
 #include <limits>
 
+using namespace Qt::Literals::StringLiterals;
+
 CDynamicEdit::CDynamicEdit(const QString& text, PropertyType type, QWidget* parent)
     : QLineEdit(parent), m_type(type) {
     setMaxLength(std::numeric_limits<int>::max());
@@ -21,7 +23,7 @@ QString CDynamicEdit::Refusal() const {
 }
 
 void CDynamicEdit::OfferFolder() {
-    QAction* choose = addAction(IconRegistry::Icon(QStringLiteral("folder-open")), TrailingPosition);
+    QAction* choose = addAction(IconRegistry::Icon(u"folder-open"_s), TrailingPosition);
     choose->setText(tr("Choose a folder"));
     choose->setToolTip(choose->text());
     connect(choose, &QAction::triggered, this, &CDynamicEdit::FolderWanted);

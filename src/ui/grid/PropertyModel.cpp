@@ -2,6 +2,8 @@
 
 #include "look/Look.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 /// What screen readers are given of a text.
@@ -12,8 +14,7 @@ QString Spoken(const QString& text) {
 
 QString SpokenValue(const PropertyRow& row) {
     const QString mark = MarkText(row.mark);
-    return Spoken(row.label) + QStringLiteral(": ") + Spoken(row.value) +
-           (mark.isEmpty() ? QString() : QStringLiteral(", ") + mark);
+    return Spoken(row.label) + u": "_s + Spoken(row.value) + (mark.isEmpty() ? QString() : u", "_s + mark);
 }
 
 } // namespace

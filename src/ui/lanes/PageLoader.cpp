@@ -6,6 +6,8 @@
 
 #include <QCoreApplication>
 
+using namespace Qt::Literals::StringLiterals;
+
 PageLoader::PageLoader(Reader& reader, QWidget& page)
     : m_reader(reader), m_page(&page), m_state(std::make_shared<State>()) {
     m_state->loader = this;
@@ -65,7 +67,7 @@ QString PageLoader::NoteThrown(State& state, const QString& what) {
     if (what.isEmpty())
         return QCoreApplication::translate("PageLoader", "The data could not be read.");
     if (before != what)
-        TracePrintf(TraceLevel::Error, QStringLiteral("[PageLoader]A read ended early: ") + what);
+        TracePrintf(TraceLevel::Error, u"[PageLoader]A read ended early: "_s + what);
     return QCoreApplication::translate("PageLoader", "The data could not be read: %1").arg(what);
 }
 

@@ -15,6 +15,8 @@
 #include <algorithm>
 #include <numeric>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int RowHeight = 24;
@@ -329,7 +331,7 @@ void CBrenListCtrl::CopySelected() {
 }
 
 void CBrenListCtrl::ExportRows() {
-    const QString suffix = QStringLiteral(".csv");
+    const QString suffix = u".csv"_s;
     const PickRequest request{PickKind::FileToSave, tr("Export"),
                               (m_name.isEmpty() ? tr("List") : m_name) + suffix,
                               tr("CSV files (*.csv);;All files (*)")};

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <numeric>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 /// More runs than these are gathered at the end of the table first: views pay for each run.
@@ -129,7 +131,7 @@ QString BrenListModel::WordsOfRow(int row) const {
         if (!cell.isEmpty() && !m_columns[size_t(column)].title.isEmpty())
             words.append(cell);
     }
-    return words.join(QStringLiteral(", "));
+    return words.join(u", "_s);
 }
 
 void BrenListModel::Show(const Places& wanted) {

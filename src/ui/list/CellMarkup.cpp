@@ -9,6 +9,8 @@
 #include <limits>
 #include <optional>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr QStringView IconMarker = u"#ICON:";
@@ -90,9 +92,8 @@ QString WordsOfIcon(const CellMarkup& cell) {
 QString WordsOfProgress(const CellMarkup& cell) {
     if (cell.maximum == 0)
         return {};
-    const QString percent =
-        QString::number(cell.position * 100.0 / cell.maximum, 'f', 2) + QStringLiteral(" %");
-    return cell.hasCaption ? QStringLiteral("%1 (%2)").arg(percent, cell.text) : percent;
+    const QString percent = QString::number(cell.position * 100.0 / cell.maximum, 'f', 2) + u" %"_s;
+    return cell.hasCaption ? u"%1 (%2)"_s.arg(percent, cell.text) : percent;
 }
 
 } // namespace
@@ -136,8 +137,8 @@ CellMarkup CellMarkup::Parse(QStringView text) {
 QString CellMarkup::Caption() const {
     if (maximum == 0)
         return {};
-    const QString percent = QStringLiteral("%1%").arg(position * 100.0 / maximum, 5, 'f', 2);
-    return hasCaption ? QStringLiteral("%1 (%2)").arg(percent, text) : percent;
+    const QString percent = u"%1%"_s.arg(position * 100.0 / maximum, 5, 'f', 2);
+    return hasCaption ? u"%1 (%2)"_s.arg(percent, text) : percent;
 }
 
 QString CellMarkup::Words() const {
@@ -156,11 +157,11 @@ QString CellMarkup::Words() const {
 }
 
 QString Cell::Icon(int icon, const QString& words) {
-    return QStringLiteral("#ICON:%1@@").arg(icon) + words;
+    return u"#ICON:%1@@"_s.arg(icon) + words;
 }
 
 QString Cell::ActivityIcon(int icon, const QString& activity) {
-    return QStringLiteral("#ICON:%1#@@").arg(icon) + activity + QStringLiteral("...");
+    return u"#ICON:%1#@@"_s.arg(icon) + activity + u"..."_s;
 }
 
 QString Cell::Progress(quint64 done, quint64 total, const QString& caption) {
@@ -171,8 +172,8 @@ QString Cell::Progress(quint64 done, quint64 total, const QString& caption) {
         done >>= 1;
         total >>= 1;
     }
-    const QString bar = QStringLiteral("#Progress:%1 %2").arg(done).arg(total);
-    return caption.isEmpty() ? bar : bar + QStringLiteral("@@") + caption;
+    const QString bar = u"#Progress:%1 %2"_s.arg(done).arg(total);
+    return caption.isEmpty() ? bar : bar + u"@@"_s + caption;
 }
 
 QString Cell::Swatch(SwatchColour colour) {

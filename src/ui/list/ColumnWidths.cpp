@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int MostWidth = 4000;
@@ -23,7 +25,7 @@ struct ColumnRoom {
 /// Empty when none are remembered for that many columns.
 std::vector<int> ReadColumnWidths(const QString& listName, std::size_t columns) {
     QSettings state(StateFile(), QSettings::IniFormat);
-    state.beginGroup(QStringLiteral("ColumnWidths"));
+    state.beginGroup(u"ColumnWidths"_s);
     const QStringList remembered = state.value(listName).toStringList();
     if (std::size_t(remembered.size()) != columns)
         return {};
@@ -35,7 +37,7 @@ std::vector<int> ReadColumnWidths(const QString& listName, std::size_t columns) 
 
 void WriteColumnWidths(const QString& listName, const std::vector<int>& widths) {
     QSettings state(StateFile(), QSettings::IniFormat);
-    state.beginGroup(QStringLiteral("ColumnWidths"));
+    state.beginGroup(u"ColumnWidths"_s);
     QStringList remembered;
     for (const int width : widths)
         remembered.append(QString::number(width));

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QString OnOneLine(QString words) {
@@ -22,7 +24,7 @@ QString Quoted(const QString& words) {
     });
     if (plain && words.trimmed().size() == words.size())
         return words;
-    return u'"' + QString(words).replace(u'"', QLatin1String("\"\"")) + u'"';
+    return u'"' + QString(words).replace(u'"', "\"\""_L1) + u'"';
 }
 
 /// Appends the row's words, each by `write`.
@@ -50,10 +52,10 @@ QString RowsAsCsv(const ListExcerpt& excerpt, const QStringList& titles) {
     QStringList head;
     for (const QString& title : titles)
         head.append(Quoted(title));
-    QString text = head.join(u',') + QStringLiteral("\r\n");
+    QString text = head.join(u',') + u"\r\n"_s;
     for (const int place : excerpt.places) {
-        AddRow(text, excerpt, place, QStringLiteral(","), Quoted);
-        text += QStringLiteral("\r\n");
+        AddRow(text, excerpt, place, u","_s, Quoted);
+        text += u"\r\n"_s;
     }
     return text;
 }
@@ -65,7 +67,7 @@ QString JoinedWords(const ListExcerpt& excerpt, const QString& separator, const 
 }
 
 QString RowsAsLines(const ListExcerpt& excerpt) {
-    return Joined(excerpt, QStringLiteral("\t"), QStringLiteral("\n"), OnOneLine);
+    return Joined(excerpt, u"\t"_s, u"\n"_s, OnOneLine);
 }
 
 QString WriteCsv(const ListExcerpt& excerpt, const QStringList& titles, const QString& file) {

@@ -5,15 +5,15 @@
 
 #include <QVBoxLayout>
 
-CRecordPanel::CRecordPanel(const Console& console, ListTable table)
+RecordPanel::RecordPanel(const Console& console, ListTable table)
     : CBrenPanel(console), m_table(std::move(table)) {}
 
-void CRecordPanel::SetControls(QWidget* controls) {
+void RecordPanel::SetControls(QWidget* controls) {
     m_controls = controls;
     controls->setParent(this);
 }
 
-void CRecordPanel::CreatePanel() {
+void RecordPanel::CreatePanel() {
     m_view = new RecordView(TheConsole(), *std::exchange(m_table, std::nullopt));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(Look::PageMargin, Look::PageMargin, Look::PageMargin, Look::PageMargin);
@@ -21,30 +21,30 @@ void CRecordPanel::CreatePanel() {
         layout->addWidget(m_controls);
     layout->addWidget(m_view);
     setFocusProxy(m_view);
-    connect(m_view, &RecordView::Changed, this, &CRecordPanel::ShowState);
+    connect(m_view, &RecordView::Changed, this, &RecordPanel::ShowState);
     ShowState();
     ReloadEvery(m_view->Page().period);
 }
 
-void CRecordPanel::Turn(ListTable table) {
+void RecordPanel::Turn(ListTable table) {
     if (m_view)
         m_view->Turn(std::move(table));
     else
         m_table = std::move(table);
 }
 
-void CRecordPanel::Reload() {
+void RecordPanel::Reload() {
     if (m_view)
         m_view->Read();
 }
 
 /// A read that takes longer than the period is left to end.
-void CRecordPanel::OnPeriod() {
+void RecordPanel::OnPeriod() {
     if (!m_view->IsReading())
         m_view->ReadIfChanged();
 }
 
-void CRecordPanel::ShowState() {
+void RecordPanel::ShowState() {
     SetHelp(m_view->Help());
     TellFailure(m_view->Failure());
     const RecordPage& page = m_view->Page();

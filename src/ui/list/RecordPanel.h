@@ -5,11 +5,11 @@
 #include "page/BrenPanel.h"
 
 /// A page with one record table, read again while it is shown as the table says.
-class CRecordPanel : public CBrenPanel {
+class RecordPanel : public CBrenPanel {
     Q_OBJECT
 
 public:
-    CRecordPanel(const Console& console, ListTable table);
+    RecordPanel(const Console& console, ListTable table);
 
     /// Turns to a table of the same columns; before the panel is made too.
     void Turn(ListTable table);

@@ -11,6 +11,8 @@
 #include <QPointer>
 #include <QVBoxLayout>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr std::chrono::milliseconds GlancePeriod{20};
@@ -210,5 +212,5 @@ QString RecordView::Help() const {
     if (!m_table.page.tellsAge || !m_readAt.isValid())
         return m_table.page.status;
     return tr("%1 Read at %2, new ones by \"Refresh\".")
-        .arg(m_table.page.status, QLocale().toString(m_readAt, QStringLiteral("HH:mm:ss")));
+        .arg(m_table.page.status, QLocale().toString(m_readAt, u"HH:mm:ss"_s));
 }

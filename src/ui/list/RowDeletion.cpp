@@ -9,6 +9,8 @@
 #include <QLabel>
 #include <QPushButton>
 
+using namespace Qt::Literals::StringLiterals;
+
 RowDeletion::RowDeletion(const Console& console, CBrenListCtrl& list, QWidget* parent)
     : QWidget(parent), m_console(console), m_list(list), m_progress(new QLabel),
       m_stop(new QPushButton(tr("Stop"))) {
@@ -50,7 +52,7 @@ QString RowDeletion::Subject(const std::vector<TakenRow>& rows) const {
         if (!list.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString().isEmpty() && !text.isEmpty())
             words.append(text);
     }
-    return words.join(QStringLiteral(", "));
+    return words.join(u", "_s);
 }
 
 void RowDeletion::Ask(const RowCommand& command, const std::vector<TakenRow>& clicked) {

@@ -14,6 +14,8 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int ControlHeight = 28;
@@ -189,7 +191,7 @@ void DrawFieldFrame(QPainter& painter, const QStyleOption& option) {
 
 } // namespace
 
-ConsoleStyle::ConsoleStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
+ConsoleStyle::ConsoleStyle() : QProxyStyle(QStyleFactory::create(u"Fusion"_s)) {}
 
 void ConsoleStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                  const QWidget* widget) const {

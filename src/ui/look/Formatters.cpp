@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr quint64 KB = quint64(1) << 10;
@@ -19,12 +21,12 @@ QString FormatInUnit(quint64 bytes, quint64 unit) {
 
 QString FormatSize(quint64 bytes) {
     if (bytes > TB)
-        return FormatInUnit(bytes, TB) + QStringLiteral(" TB");
+        return FormatInUnit(bytes, TB) + u" TB"_s;
     if (bytes >= GB)
-        return FormatInUnit(bytes, GB) + QStringLiteral(" GB");
+        return FormatInUnit(bytes, GB) + u" GB"_s;
     if (bytes > MB)
-        return FormatInUnit(bytes, MB) + QStringLiteral(" MB");
-    return FormatInUnit(bytes, KB) + QStringLiteral(" KB");
+        return FormatInUnit(bytes, MB) + u" MB"_s;
+    return FormatInUnit(bytes, KB) + u" KB"_s;
 }
 
 QString FormatDuration(quint32 seconds) {

@@ -13,6 +13,8 @@
 #include <algorithm>
 #include <optional>
 
+using namespace Qt::Literals::StringLiterals;
+
 static void LoadDrawings() {
     Q_INIT_RESOURCE(icons);
 }
@@ -83,7 +85,7 @@ constexpr int DrawingUnits = 16;
 
 /// Reads the one <path> of an SVG file of ours; none when the file is missing or draws in another way.
 std::optional<Drawing> ReadDrawing(const QString& name) {
-    QFile file(QStringLiteral(":/icons/%1.svg").arg(name));
+    QFile file(u":/icons/%1.svg"_s.arg(name));
     if (name.isEmpty() || !file.open(QIODevice::ReadOnly))
         return std::nullopt;
     QXmlStreamReader reader(&file);
@@ -91,13 +93,13 @@ std::optional<Drawing> ReadDrawing(const QString& name) {
            !(reader.readNext() == QXmlStreamReader::StartElement && reader.name() == u"path"))
         ;
     const QXmlStreamAttributes attributes = reader.attributes();
-    const std::optional<QPainterPath> path = ParseSvgPath(attributes.value(QLatin1String("d")));
+    const std::optional<QPainterPath> path = ParseSvgPath(attributes.value("d"_L1));
     if (!path || path->isEmpty())
         return std::nullopt;
-    const bool stroked = attributes.hasAttribute(QLatin1String("stroke"));
+    const bool stroked = attributes.hasAttribute("stroke"_L1);
     const QLatin1String paint(stroked ? "stroke" : "fill");
     return Drawing{*path, QColor(attributes.value(paint).toString()),
-                   stroked ? attributes.value(QLatin1String("stroke-width")).toDouble() : 0};
+                   stroked ? attributes.value("stroke-width"_L1).toDouble() : 0};
 }
 
 /// The icons made so far, by name and colour: paints ask for theirs again and again.
@@ -110,8 +112,7 @@ QHash<std::pair<QString, QRgb>, QIcon>& KnownIcons() {
 class DrawingIconEngine : public QIconEngine {
 public:
     DrawingIconEngine(const QString& name, Drawing drawing)
-        : m_key(QStringLiteral("icon/%1/%2").arg(name, drawing.colour.name())),
-          m_drawing(std::move(drawing)) {}
+        : m_key(u"icon/%1/%2"_s.arg(name, drawing.colour.name())), m_drawing(std::move(drawing)) {}
 
     QIconEngine* clone() const override { return new DrawingIconEngine(*this); }
 
@@ -127,11 +128,8 @@ public:
     /// `size` counts device pixels.
     QPixmap scaledPixmap(const QSize& size, QIcon::Mode mode, QIcon::State, qreal scale) override {
         const bool disabled = mode == QIcon::Disabled;
-        const QString key = QStringLiteral("%1/%2x%3/%4")
-                                .arg(m_key)
-                                .arg(size.width())
-                                .arg(size.height())
-                                .arg(disabled ? 1 : 0);
+        const QString key =
+            u"%1/%2x%3/%4"_s.arg(m_key).arg(size.width()).arg(size.height()).arg(disabled ? 1 : 0);
         QPixmap pixmap;
         if (!QPixmapCache::find(key, &pixmap)) {
             pixmap = Render(size, disabled);
@@ -186,8 +184,7 @@ QString IconRegistry::Name(int number) {
 QStringList IconRegistry::Names() {
     LoadDrawings();
     QStringList names;
-    for (const QString& file :
-         QDir(QStringLiteral(":/icons")).entryList({QStringLiteral("*.svg")}, QDir::Files, QDir::Name))
+    for (const QString& file : QDir(u":/icons"_s).entryList({u"*.svg"_s}, QDir::Files, QDir::Name))
         names.append(file.chopped(4));
     return names;
 }

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QPalette MakePalette() {
@@ -37,7 +39,7 @@ QPalette MakePalette() {
 
 QFont Look::Font(TextSize size, QFont::Weight weight) {
     QFont font;
-    font.setFamilies({QStringLiteral("Arial"), QStringLiteral("Liberation Sans")});
+    font.setFamilies({u"Arial"_s, u"Liberation Sans"_s});
     font.setPixelSize(size);
     font.setWeight(weight);
     font.setHintingPreference(QFont::PreferVerticalHinting);

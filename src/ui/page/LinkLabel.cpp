@@ -6,12 +6,13 @@
 #include <QFocusEvent>
 #include <QRegularExpression>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QString Html(QStringView text) {
     QString html = text.toString().toHtmlEscaped();
-    return html.replace(u'\n', QStringLiteral("<br>"))
-        .replace(QStringLiteral("  "), QStringLiteral("&nbsp; "));
+    return html.replace(u'\n', u"<br>"_s).replace(u"  "_s, u"&nbsp; "_s);
 }
 
 struct Markup {
@@ -21,7 +22,7 @@ struct Markup {
 };
 
 Markup Parse(const QString& text) {
-    static const QRegularExpression span(QStringLiteral("<a>(.*?)</a>"),
+    static const QRegularExpression span(u"<a>(.*?)</a>"_s,
                                          QRegularExpression::CaseInsensitiveOption |
                                              QRegularExpression::DotMatchesEverythingOption);
     Markup markup;
@@ -29,8 +30,8 @@ Markup Parse(const QString& text) {
     for (auto matches = span.globalMatch(text); matches.hasNext();) {
         const QRegularExpressionMatch match = matches.next();
         const QStringView before = QStringView(text).mid(end, match.capturedStart() - end);
-        markup.html += Html(before) + QStringLiteral("<a href=\"%1\">").arg(markup.spans.size()) +
-                       Html(match.capturedView(1)) + QStringLiteral("</a>");
+        markup.html += Html(before) + u"<a href=\"%1\">"_s.arg(markup.spans.size()) +
+                       Html(match.capturedView(1)) + u"</a>"_s;
         markup.plain.append(before).append(match.capturedView(1));
         markup.spans += match.captured(1);
         end = match.capturedEnd();

@@ -5,27 +5,27 @@
 #include <algorithm>
 #include <limits>
 
-CNumberField::CNumberField() {
+NumberField::NumberField() {
     setMinimumWidth(128);
 }
 
-std::optional<int> CNumberField::Value() const {
+std::optional<int> NumberField::Value() const {
     bool isInteger = false;
     const int value = text().toInt(&isInteger);
     return isInteger ? std::optional(value) : std::nullopt;
 }
 
-void CNumberField::SetValue(int value) {
+void NumberField::SetValue(int value) {
     lineEdit()->setText(QString::number(value));
 }
 
-void CNumberField::stepBy(int steps) {
+void NumberField::stepBy(int steps) {
     const qint64 wanted = Value().value_or(0) + qint64(steps) * Step;
     SetValue(static_cast<int>(std::clamp<qint64>(wanted, 0, std::numeric_limits<int>::max())));
     selectAll();
 }
 
-QValidator::State CNumberField::validate(QString& text, int& /*position*/) const {
+QValidator::State NumberField::validate(QString& text, int& /*position*/) const {
     if (text.isEmpty())
         return QValidator::Intermediate;
     const bool digits = std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
@@ -34,7 +34,7 @@ QValidator::State CNumberField::validate(QString& text, int& /*position*/) const
     return digits && fits ? QValidator::Acceptable : QValidator::Invalid;
 }
 
-QAbstractSpinBox::StepEnabled CNumberField::stepEnabled() const {
+QAbstractSpinBox::StepEnabled NumberField::stepEnabled() const {
     const int value = Value().value_or(0);
     StepEnabled enabled = StepNone;
     if (value > 0)

@@ -6,13 +6,13 @@
 
 /// A field for an integer from 0 to what 32 bits hold, stepped by 5. What was put into it is kept as it
 /// stands, also when it is below 0.
-class CNumberField : public QAbstractSpinBox {
+class NumberField : public QAbstractSpinBox {
     Q_OBJECT
 
 public:
     static constexpr int Step = 5;
 
-    CNumberField();
+    NumberField();
 
     /// None while the field holds no integer.
     std::optional<int> Value() const;

@@ -31,11 +31,11 @@ QString SpokenLabel(QString label) {
 
 } // namespace
 
-CSettingsDialog::CSettingsDialog(const ServiceClient& service, Reader& reader, const QString& title,
-                                 QWidget* parent)
+SettingsDialog::SettingsDialog(const ServiceClient& service, Reader& reader, const QString& title,
+                               QWidget* parent)
     : CBrenDialog(service, reader, title, parent) {}
 
-void CSettingsDialog::AddField(Field field) {
+void SettingsDialog::AddField(Field field) {
     field.label = SpokenLabel(field.label);
     m_settingFields.push_back(std::move(field));
     ReadWhenShown(
@@ -45,26 +45,26 @@ void CSettingsDialog::AddField(Field field) {
         [this](const std::vector<QString>& values) { Show(values); });
 }
 
-QLineEdit* CSettingsDialog::AddText(const Setting<QString>& setting, const QString& label, Secrecy secrecy) {
+QLineEdit* SettingsDialog::AddText(const Setting<QString>& setting, const QString& label, Secrecy secrecy) {
     auto* field = new QLineEdit;
     field->setMaxLength(std::numeric_limits<int>::max());
     field->setEchoMode(secrecy == Secrecy::Secret ? QLineEdit::Password : QLineEdit::Normal);
-    connect(field, &QLineEdit::textEdited, this, &CSettingsDialog::OnEdited);
+    connect(field, &QLineEdit::textEdited, this, &SettingsDialog::OnEdited);
     AddRow(label, field);
     AddField({setting.AsText(), label, secrecy, [field] { return field->text(); },
               [field](const QString& text) { field->setText(text); }});
     return field;
 }
 
-CNumberField* CSettingsDialog::AddNumber(const Setting<int>& setting, const QString& label) {
-    auto* field = new CNumberField;
+NumberField* SettingsDialog::AddNumber(const Setting<int>& setting, const QString& label) {
+    auto* field = new NumberField;
     AddRow(label, field);
     AddField({setting.AsText(), label, Secrecy::Plain, [field] { return field->text(); },
               [field](const QString& text) { field->SetValue(text.toInt()); }});
     return field;
 }
 
-QCheckBox* CSettingsDialog::AddCheck(const Setting<bool>& setting, const QString& label) {
+QCheckBox* SettingsDialog::AddCheck(const Setting<bool>& setting, const QString& label) {
     auto* field = new QCheckBox(label);
     AddRow(field);
     AddField({setting.AsText(), label, Secrecy::Plain,
@@ -73,14 +73,14 @@ QCheckBox* CSettingsDialog::AddCheck(const Setting<bool>& setting, const QString
     return field;
 }
 
-std::vector<TextSetting> CSettingsDialog::Settings() const {
+std::vector<TextSetting> SettingsDialog::Settings() const {
     std::vector<TextSetting> settings;
     for (const Field& field : m_settingFields)
         settings.push_back(field.setting);
     return settings;
 }
 
-void CSettingsDialog::Show(const std::vector<QString>& values) {
+void SettingsDialog::Show(const std::vector<QString>& values) {
     for (std::size_t index = 0; index < values.size(); ++index) {
         Field& field = m_settingFields[index];
         field.show(values[index]);
@@ -88,7 +88,7 @@ void CSettingsDialog::Show(const std::vector<QString>& values) {
     }
 }
 
-std::vector<CSettingsDialog::SettingWrite> CSettingsDialog::ChangedFields() const {
+std::vector<SettingsDialog::SettingWrite> SettingsDialog::ChangedFields() const {
     std::vector<SettingWrite> changed;
     for (const Field& field : m_settingFields) {
         if (field.text() != field.before)
@@ -97,7 +97,7 @@ std::vector<CSettingsDialog::SettingWrite> CSettingsDialog::ChangedFields() cons
     return changed;
 }
 
-QString CSettingsDialog::Refusal() const {
+QString SettingsDialog::Refusal() const {
     for (const SettingWrite& write : ChangedFields()) {
         bool isInteger = write.setting.type != ServiceClient::ValueType::Integer;
         if (!isInteger)
@@ -113,14 +113,14 @@ QString CSettingsDialog::Refusal() const {
     return {};
 }
 
-void CSettingsDialog::OnEdited() {
+void SettingsDialog::OnEdited() {
     QString texts;
     for (const SettingWrite& write : ChangedFields())
         texts += write.text + u' ';
     ShowRemark(QueryRemark(texts));
 }
 
-CBrenDialog::Write CSettingsDialog::InOrder(const std::vector<SettingWrite>& writes) {
+CBrenDialog::Write SettingsDialog::InOrder(const std::vector<SettingWrite>& writes) {
     if (writes.empty())
         return {};
     Write all;

@@ -5,12 +5,12 @@
 
 #include <vector>
 
-class CNumberField;
+class NumberField;
 class QCheckBox;
 class QLineEdit;
 
 /// A dialog of settings: each field stands for one. OK writes those that were changed, in the fields' order.
-class CSettingsDialog : public CBrenDialog {
+class SettingsDialog : public CBrenDialog {
     Q_OBJECT
 
 protected:
@@ -32,11 +32,11 @@ protected:
         Secrecy secrecy = Secrecy::Plain;
     };
 
-    CSettingsDialog(const ServiceClient& service, Reader& reader, const QString& title, QWidget* parent);
+    SettingsDialog(const ServiceClient& service, Reader& reader, const QString& title, QWidget* parent);
 
     QLineEdit* AddText(const Setting<QString>& setting, const QString& label,
                        Secrecy secrecy = Secrecy::Plain);
-    CNumberField* AddNumber(const Setting<int>& setting, const QString& label);
+    NumberField* AddNumber(const Setting<int>& setting, const QString& label);
     QCheckBox* AddCheck(const Setting<bool>& setting, const QString& label);
     void AddField(Field field);
 

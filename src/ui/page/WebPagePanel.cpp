@@ -9,15 +9,15 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
-CWebPagePanel::CWebPagePanel(const Console& console, QString fileName)
+WebPagePanel::WebPagePanel(const Console& console, QString fileName)
     : CBrenPanel(console), m_fileName(std::move(fileName)) {}
 
-void CWebPagePanel::Activate() {
+void WebPagePanel::Activate() {
     CBrenPanel::Activate();
     setFocusProxy(m_browser);
 }
 
-void CWebPagePanel::CreatePanel() {
+void WebPagePanel::CreatePanel() {
     m_browser = new QTextBrowser;
     m_browser->setFrameShape(QFrame::NoFrame);
     m_browser->setOpenExternalLinks(true);
@@ -31,7 +31,7 @@ void CWebPagePanel::CreatePanel() {
 }
 
 /// The ring around the text, which has no frame of its own.
-void CWebPagePanel::paintEvent(QPaintEvent*) {
+void WebPagePanel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     if (m_browser->hasFocus())
         Look::DrawFocusRing(painter, QRect(m_browser->geometry()).adjusted(-4, -4, 4, 4));

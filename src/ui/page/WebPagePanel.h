@@ -5,12 +5,12 @@
 class QTextBrowser;
 
 /// A local page that comes with the program, in a text browser.
-class CWebPagePanel : public CBrenPanel {
+class WebPagePanel : public CBrenPanel {
     Q_OBJECT
 
 public:
     /// `fileName` is looked for beside the executable.
-    CWebPagePanel(const Console& console, QString fileName);
+    WebPagePanel(const Console& console, QString fileName);
 
     void Activate() override;
 

@@ -12,6 +12,8 @@
 #include <QPointer>
 #include <QPushButton>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QWidget* WindowOf(QWidget* over) {
@@ -54,8 +56,7 @@ QPushButton* AddButton(QMessageBox& box, QMessageBox::StandardButton button, con
 } // namespace
 
 void WindowPrompts::Tell(QWidget* over, const MessageText& message, std::function<void()> done) {
-    QMessageBox* box =
-        MakeBox(over, QStringLiteral("information"), message.text, message.details, message.title);
+    QMessageBox* box = MakeBox(over, u"information"_s, message.text, message.details, message.title);
     AddButton(*box, QMessageBox::Ok, {});
     Open(box, over, [done = std::move(done)](int) {
         if (done)
@@ -64,8 +65,7 @@ void WindowPrompts::Tell(QWidget* over, const MessageText& message, std::functio
 }
 
 void WindowPrompts::Ask(QWidget* over, const Question& question, std::function<void(bool)> answer) {
-    QMessageBox* box =
-        MakeBox(over, QStringLiteral("question"), question.text, question.details, question.title);
+    QMessageBox* box = MakeBox(over, u"question"_s, question.text, question.details, question.title);
     QPushButton* yes = AddButton(*box, QMessageBox::Yes, question.yes);
     QPushButton* no = AddButton(*box, QMessageBox::No, question.no);
     box->setDefaultButton(question.destroys ? no : yes);

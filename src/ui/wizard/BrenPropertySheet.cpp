@@ -118,7 +118,7 @@ QWidget* CBrenPropertySheet::MakeFoot() {
     return foot;
 }
 
-void CBrenPropertySheet::AddPage(CWizardPage* page) {
+void CBrenPropertySheet::AddPage(WizardPage* page) {
     page->m_sheet = this;
     page->setAccessibleName(page->Title());
     m_pages->addWidget(page);
@@ -127,10 +127,10 @@ void CBrenPropertySheet::AddPage(CWizardPage* page) {
     entry.page = page;
     entry.loader = std::make_unique<PageLoader>(m_reader, *this);
     m_entries.push_back(std::move(entry));
-    connect(page, &CWizardPage::Edited, this, [this, page] { OnEdited(page); });
+    connect(page, &WizardPage::Edited, this, [this, page] { OnEdited(page); });
 }
 
-CBrenPropertySheet::Entry& CBrenPropertySheet::EntryOf(const CWizardPage& page) {
+CBrenPropertySheet::Entry& CBrenPropertySheet::EntryOf(const WizardPage& page) {
     return *std::find_if(m_entries.begin(), m_entries.end(),
                          [&page](const Entry& entry) { return entry.page == &page; });
 }
@@ -139,11 +139,11 @@ CBrenPropertySheet::Entry& CBrenPropertySheet::Current() {
     return m_entries.at(static_cast<std::size_t>(m_travel.Current()));
 }
 
-CWizardPage* CBrenPropertySheet::CurrentPage() const {
+WizardPage* CBrenPropertySheet::CurrentPage() const {
     return m_entries.at(static_cast<std::size_t>(m_travel.Current())).page;
 }
 
-void CBrenPropertySheet::LeaveOut(const CWizardPage& page, bool leftOut) {
+void CBrenPropertySheet::LeaveOut(const WizardPage& page, bool leftOut) {
     m_travel.LeaveOut(int(&EntryOf(page) - m_entries.data()), leftOut);
     Refresh();
 }
@@ -196,7 +196,7 @@ void CBrenPropertySheet::FillCurrent() {
     Refresh();
 }
 
-int CBrenPropertySheet::BeginRead(CWizardPage& page, const QString& busy,
+int CBrenPropertySheet::BeginRead(WizardPage& page, const QString& busy,
                                   std::shared_ptr<const ProgressNote> note) {
     Entry& entry = EntryOf(page);
     entry.busy = busy;
@@ -207,7 +207,7 @@ int CBrenPropertySheet::BeginRead(CWizardPage& page, const QString& busy,
     return number;
 }
 
-bool CBrenPropertySheet::IsPresentRead(const CWizardPage& page, int number, const QVariantList& inputs) {
+bool CBrenPropertySheet::IsPresentRead(const WizardPage& page, int number, const QVariantList& inputs) {
     Entry& entry = EntryOf(page);
     if (entry.reads != number)
         return false;
@@ -218,7 +218,7 @@ bool CBrenPropertySheet::IsPresentRead(const CWizardPage& page, int number, cons
     return false;
 }
 
-void CBrenPropertySheet::EndRead(CWizardPage& page, const QString& failure, bool ended) {
+void CBrenPropertySheet::EndRead(WizardPage& page, const QString& failure, bool ended) {
     Entry& entry = EntryOf(page);
     entry.busy.clear();
     entry.note.reset();
@@ -336,7 +336,7 @@ void CBrenPropertySheet::GiveCheckUp() {
     Stay();
 }
 
-void CBrenPropertySheet::OnEdited(CWizardPage* page) {
+void CBrenPropertySheet::OnEdited(WizardPage* page) {
     if (m_filling > 0)
         return;
     m_entered = true;

@@ -34,10 +34,10 @@ public:
                        QWidget* parent = nullptr);
     ~CBrenPropertySheet() override;
 
-    void AddPage(CWizardPage* page);
+    void AddPage(WizardPage* page);
     /// Takes effect for the way from the present page on.
-    void LeaveOut(const CWizardPage& page, bool leftOut);
-    CWizardPage* CurrentPage() const;
+    void LeaveOut(const WizardPage& page, bool leftOut);
+    WizardPage* CurrentPage() const;
     UserPrompts& Prompts() const { return m_prompts; }
 
     // What a page calls.
@@ -53,7 +53,7 @@ public:
     /// returns why the page could not be filled, which is shown and can be tried again; it is not called when
     /// the page's inputs have become other ones, or a newer read of the page has begun.
     template <typename Fetch, typename Apply>
-    void Read(CWizardPage& page, Lane lane, const QString& busy, Fetch fetch, Apply apply,
+    void Read(WizardPage& page, Lane lane, const QString& busy, Fetch fetch, Apply apply,
               std::shared_ptr<const ProgressNote> note = {}) {
         const int number = BeginRead(page, busy, std::move(note));
         LoaderOf(page).Load(lane, std::move(fetch),
@@ -114,7 +114,7 @@ protected:
 
 private:
     struct Entry {
-        CWizardPage* page = nullptr;
+        WizardPage* page = nullptr;
         std::unique_ptr<PageLoader> loader;
         std::optional<QVariantList> filledFrom; ///< none: to be filled when it is reached
         int reads = 0;
@@ -137,13 +137,13 @@ private:
 
     struct Sending;
 
-    Entry& EntryOf(const CWizardPage& page);
-    PageLoader& LoaderOf(const CWizardPage& page) { return *EntryOf(page).loader; }
+    Entry& EntryOf(const WizardPage& page);
+    PageLoader& LoaderOf(const WizardPage& page) { return *EntryOf(page).loader; }
     Entry& Current();
 
-    int BeginRead(CWizardPage& page, const QString& busy, std::shared_ptr<const ProgressNote> note);
-    bool IsPresentRead(const CWizardPage& page, int number, const QVariantList& inputs);
-    void EndRead(CWizardPage& page, const QString& failure, bool ended);
+    int BeginRead(WizardPage& page, const QString& busy, std::shared_ptr<const ProgressNote> note);
+    bool IsPresentRead(const WizardPage& page, int number, const QVariantList& inputs);
+    void EndRead(WizardPage& page, const QString& failure, bool ended);
     void BeginWork(const QString& busy, std::shared_ptr<const ProgressNote> note);
     void BeginCommit(const QString& busy, std::shared_ptr<const ProgressNote> note);
     void SendNext(const std::shared_ptr<Sending>& sending);
@@ -155,7 +155,7 @@ private:
     void EnterPage();
     void FillCurrent();
     void GiveCheckUp();
-    void OnEdited(CWizardPage* page);
+    void OnEdited(WizardPage* page);
     void AskToDiscard();
     void Refresh();
     void ShowSteps();

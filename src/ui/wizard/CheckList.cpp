@@ -13,8 +13,8 @@ constexpr int RowHeight = 24;
 
 } // namespace
 
-CCheckList::CCheckList(const QString& name, const std::vector<std::pair<QString, int>>& columns,
-                       QWidget* parent)
+CheckList::CheckList(const QString& name, const std::vector<std::pair<QString, int>>& columns,
+                     QWidget* parent)
     : QTreeWidget(parent) {
     setAccessibleName(name);
     setRootIsDecorated(false);
@@ -31,10 +31,10 @@ CCheckList::CCheckList(const QString& name, const std::vector<std::pair<QString,
         setColumnWidth(column, columns[std::size_t(column)].second);
     }
     setHeaderHidden(columns.size() == 1 && columns.front().first.isEmpty());
-    connect(this, &QTreeWidget::itemChanged, this, &CCheckList::Edited);
+    connect(this, &QTreeWidget::itemChanged, this, &CheckList::Edited);
 }
 
-int CCheckList::AddRow(const QStringList& cells, bool ticked) {
+int CheckList::AddRow(const QStringList& cells, bool ticked) {
     auto* item = new QTreeWidgetItem(cells);
     item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable |
                    Qt::ItemNeverHasChildren);
@@ -46,15 +46,15 @@ int CCheckList::AddRow(const QStringList& cells, bool ticked) {
     return topLevelItemCount() - 1;
 }
 
-void CCheckList::SetTicked(int row, bool ticked) {
+void CheckList::SetTicked(int row, bool ticked) {
     topLevelItem(row)->setCheckState(0, ticked ? Qt::Checked : Qt::Unchecked);
 }
 
-bool CCheckList::IsTicked(int row) const {
+bool CheckList::IsTicked(int row) const {
     return topLevelItem(row)->checkState(0) == Qt::Checked;
 }
 
-std::vector<int> CCheckList::TickedRows() const {
+std::vector<int> CheckList::TickedRows() const {
     std::vector<int> rows;
     for (int row = 0; row < topLevelItemCount(); ++row)
         if (IsTicked(row))
@@ -62,7 +62,7 @@ std::vector<int> CCheckList::TickedRows() const {
     return rows;
 }
 
-void CCheckList::ToggleSelected() {
+void CheckList::ToggleSelected() {
     QList<QTreeWidgetItem*> items = selectedItems();
     if (items.isEmpty() && currentItem())
         items.append(currentItem());
@@ -73,7 +73,7 @@ void CCheckList::ToggleSelected() {
         item->setCheckState(0, all ? Qt::Unchecked : Qt::Checked);
 }
 
-void CCheckList::keyPressEvent(QKeyEvent* event) {
+void CheckList::keyPressEvent(QKeyEvent* event) {
     const bool ticks =
         event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space;
     if (!ticks) {

@@ -3,6 +3,8 @@
 #include "look/IconRegistry.h"
 #include "look/Look.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 using Listing = TreeLevels::Listing;
 
 namespace {
@@ -180,7 +182,7 @@ QString CheckTreeModel::NoteOf(const TreeLevels::Node& node) const {
     if (state.IsLeftOut())
         notes.append(tr("left out"));
     notes.removeAll({});
-    return notes.join(QStringLiteral(" \u00B7 "));
+    return notes.join(u" \u00B7 "_s);
 }
 
 QVariant CheckTreeModel::data(const QModelIndex& index, int role) const {
@@ -208,7 +210,7 @@ QVariant CheckTreeModel::data(const QModelIndex& index, int role) const {
     case Qt::ToolTipRole: {
         QStringList words{name(), data(index, NoteRole).toString()};
         words.removeAll({});
-        const QString text = words.join(QStringLiteral(", "));
+        const QString text = words.join(u", "_s);
         return role == Qt::ToolTipRole ? Look::ToolTip(text) : text;
     }
     default:

@@ -18,13 +18,15 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int CalendarArrow = 20; ///< which the toolkit leaves out of a date's width
 
 } // namespace
 
-CForm::CForm(QWidget* parent) : QWidget(parent), m_layout(new QFormLayout(this)) {
+Form::Form(QWidget* parent) : QWidget(parent), m_layout(new QFormLayout(this)) {
     m_layout->setContentsMargins(0, 0, 0, 0);
     m_layout->setHorizontalSpacing(Look::TextInset);
     m_layout->setVerticalSpacing(10);
@@ -33,11 +35,11 @@ CForm::CForm(QWidget* parent) : QWidget(parent), m_layout(new QFormLayout(this))
     m_layout->setRowWrapPolicy(QFormLayout::WrapLongRows);
 }
 
-QString CForm::PlainLabel(const QString& text) {
-    return QString(text).replace(u'&', QLatin1String("&&"));
+QString Form::PlainLabel(const QString& text) {
+    return QString(text).replace(u'&', "&&"_L1);
 }
 
-void CForm::AddRow(const QString& label, QWidget* field, Need need, const QString& remark) {
+void Form::AddRow(const QString& label, QWidget* field, Need need, const QString& remark) {
     auto* body = new QWidget;
     auto* column = new QVBoxLayout(body);
     column->setContentsMargins(0, 0, 0, 0);
@@ -52,7 +54,7 @@ void CForm::AddRow(const QString& label, QWidget* field, Need need, const QStrin
     below->setPalette(muted);
     column->addWidget(below);
 
-    auto* name = new QLabel(need == Need::Required ? label + QStringLiteral(" *") : label);
+    auto* name = new QLabel(need == Need::Required ? label + u" *"_s : label);
     name->setTextFormat(Qt::PlainText);
     name->setBuddy(field);
     name->setMinimumHeight(field->sizeHint().height());
@@ -60,45 +62,45 @@ void CForm::AddRow(const QString& label, QWidget* field, Need need, const QStrin
     m_rows.push_back({field, body, below});
 
     QString spoken = label;
-    spoken.replace(QLatin1String("&&"), QLatin1String("\n")).remove(u'&').replace(u'\n', u'&');
+    spoken.replace("&&"_L1, "\n"_L1).remove(u'&').replace(u'\n', u'&');
     QWidget* named = field->focusProxy() ? field->focusProxy() : field;
     named->setAccessibleName(need == Need::Required ? tr("%1, required").arg(spoken) : spoken);
     SetRemark(*field, remark);
     Watch(field);
 }
 
-void CForm::AddWide(QWidget* widget) {
+void Form::AddWide(QWidget* widget) {
     m_layout->addRow(widget);
     Watch(widget);
 }
 
-void CForm::Watch(QWidget* field) {
+void Form::Watch(QWidget* field) {
     if (auto* path = qobject_cast<PathField*>(field))
-        connect(path, &PathField::PathChanged, this, &CForm::Edited);
+        connect(path, &PathField::PathChanged, this, &Form::Edited);
     else if (auto* password = qobject_cast<PasswordField*>(field))
-        connect(password, &PasswordField::TextChanged, this, &CForm::Edited);
+        connect(password, &PasswordField::TextChanged, this, &Form::Edited);
     else if (auto* text = qobject_cast<QLineEdit*>(field))
-        connect(text, &QLineEdit::textChanged, this, &CForm::Edited);
+        connect(text, &QLineEdit::textChanged, this, &Form::Edited);
     else if (auto* number = qobject_cast<QSpinBox*>(field))
-        connect(number, &QSpinBox::valueChanged, this, &CForm::Edited);
+        connect(number, &QSpinBox::valueChanged, this, &Form::Edited);
     else if (auto* time = qobject_cast<QDateTimeEdit*>(field))
-        connect(time, &QDateTimeEdit::dateTimeChanged, this, &CForm::Edited);
+        connect(time, &QDateTimeEdit::dateTimeChanged, this, &Form::Edited);
     else if (auto* choice = qobject_cast<QComboBox*>(field))
-        connect(choice, &QComboBox::currentTextChanged, this, &CForm::Edited);
+        connect(choice, &QComboBox::currentTextChanged, this, &Form::Edited);
     else if (auto* box = qobject_cast<QAbstractButton*>(field))
-        connect(box, &QAbstractButton::toggled, this, &CForm::Edited);
+        connect(box, &QAbstractButton::toggled, this, &Form::Edited);
     else if (auto* lines = qobject_cast<QPlainTextEdit*>(field)) {
         lines->setTabChangesFocus(true);
-        connect(lines, &QPlainTextEdit::textChanged, this, &CForm::Edited);
+        connect(lines, &QPlainTextEdit::textChanged, this, &Form::Edited);
     }
 }
 
-const CForm::Row& CForm::RowOf(const QWidget& field) const {
+const Form::Row& Form::RowOf(const QWidget& field) const {
     return *std::find_if(m_rows.begin(), m_rows.end(),
                          [&field](const Row& row) { return row.field == &field; });
 }
 
-void CForm::SetRemark(const QWidget& field, const QString& remark) {
+void Form::SetRemark(const QWidget& field, const QString& remark) {
     const Row& row = RowOf(field);
     row.remark->setText(remark);
     row.remark->setVisible(!remark.isEmpty());
@@ -106,7 +108,7 @@ void CForm::SetRemark(const QWidget& field, const QString& remark) {
     described->setAccessibleDescription(remark);
 }
 
-void CForm::SetRowShown(QWidget& field, bool shown) {
+void Form::SetRowShown(QWidget& field, bool shown) {
     QWidget* body = RowOf(field).body;
     body->setVisible(shown);
     m_layout->labelForField(body)->setVisible(shown);
@@ -115,8 +117,8 @@ void CForm::SetRowShown(QWidget& field, bool shown) {
 QDateEdit* MakeDateField() {
     auto* field = new QDateEdit(QDate::currentDate());
     QString form = field->locale().dateFormat(QLocale::ShortFormat);
-    if (!form.contains(QLatin1String("yyyy")))
-        form.replace(QLatin1String("yy"), QLatin1String("yyyy"));
+    if (!form.contains("yyyy"_L1))
+        form.replace("yy"_L1, "yyyy"_L1);
     field->setDisplayFormat(form);
     field->setCalendarPopup(true);
     field->setMinimumWidth(field->sizeHint().width() + CalendarArrow);

@@ -9,13 +9,13 @@ class QTimeEdit;
 
 /// Fields with their labels, one below the other, each with a line below it for a remark. Names its fields
 /// for readers, and tells of every change that a user makes in one.
-class CForm : public QWidget {
+class Form : public QWidget {
     Q_OBJECT
 
 public:
     enum class Need { Optional, Required };
 
-    explicit CForm(QWidget* parent = nullptr);
+    explicit Form(QWidget* parent = nullptr);
 
     /// A text line, password, path, number, choice, date, time, box or several lines; the form owns it. The
     /// label may name a key by "&"; one that is data is given through `PlainLabel`.

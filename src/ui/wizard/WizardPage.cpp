@@ -2,9 +2,9 @@
 
 #include "wizard/BrenPropertySheet.h"
 
-CWizardPage::CWizardPage(QString title, QString subtitle)
+WizardPage::WizardPage(QString title, QString subtitle)
     : m_title(std::move(title)), m_subtitle(std::move(subtitle)) {}
 
-void CWizardPage::Leave() {
+void WizardPage::Leave() {
     m_sheet->Pass();
 }

@@ -20,11 +20,11 @@ struct PageLine {
 };
 
 /// One page of a wizard. It knows its fields and the wizard's draft, not the buttons.
-class CWizardPage : public QWidget {
+class WizardPage : public QWidget {
     Q_OBJECT
 
 public:
-    CWizardPage(QString title, QString subtitle);
+    WizardPage(QString title, QString subtitle);
 
     const QString& Title() const { return m_title; }
     const QString& Subtitle() const { return m_subtitle; }

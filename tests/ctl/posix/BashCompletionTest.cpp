@@ -14,7 +14,7 @@ class BashCompletionTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void OffersWhatMayFollow_data() {
+    void offersWhatMayFollow_data() {
         // The line up to the word in work, and all that is offered for it.
         const Columns<QString, QString> row("line", "offered");
         row("btaskctl ta", "task tasks");
@@ -28,12 +28,12 @@ private slots:
         row("btaskctl audit --contains ", "");
     }
 
-    void OffersWhatMayFollow() {
+    void offersWhatMayFollow() {
         const auto [line, offered] = Fetched<QString, QString>();
         QCOMPARE(Completed(line), offered);
     }
 
-    void KnowsEveryCommand() {
+    void knowsEveryCommand() {
         for (const Command& command : AllCommands()) {
             const QString words = command.words;
             QVERIFY2(Completed(u"btaskctl "_s + words).split(u' ').contains(words.section(u' ', -1)),

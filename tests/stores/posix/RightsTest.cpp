@@ -62,7 +62,7 @@ class RightsTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void TheMissingRightIsNamed_data() {
+    void theMissingRightIsNamed_data() {
         // modes: of the folder and, when it is given, of the file with this ending; %1: the file, %2: its
         // folder
         const Columns<bool, bool, int, QString, int, QString> row("wal", "deletes", "folder", "suffix",
@@ -80,7 +80,7 @@ private slots:
         row("log not readable", true, false, 0777, "-wal", 0222, "read %1-wal");
     }
 
-    void TheMissingRightIsNamed() {
+    void theMissingRightIsNamed() {
         auto [wal, deletes, folder, suffix, mode, right] = Fetched<bool, bool, int, QString, int, QString>();
         devservice::Options options;
         options.journal = wal ? devservice::JournalMode::Wal : devservice::JournalMode::Rollback;
@@ -118,13 +118,13 @@ private slots:
         QVERIFY(read());
     }
 
-    void NothingWaitsForAPipe_data() {
+    void nothingWaitsForAPipe_data() {
         const Columns<QString> row("suffix");
         for (const char* suffix : {"", "-journal", "-wal", "-shm"})
             row(*suffix ? suffix : "database", suffix);
     }
 
-    void NothingWaitsForAPipe() {
+    void nothingWaitsForAPipe() {
         QFETCH(const QString, suffix);
         ServiceFixture service;
         Fill(service);
@@ -141,7 +141,7 @@ private slots:
         QCOMPARE(result.detail, FromPath(pipe));
     }
 
-    void AFolderOfAnyOctetsIsRead() {
+    void aFolderOfAnyOctetsIsRead() {
         ServiceFixture service;
         Fill(service);
         service->Stop();

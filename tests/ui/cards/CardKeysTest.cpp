@@ -45,7 +45,7 @@ private slots:
         QCOMPARE(list.CurrentPage(), 0);
         list.Card(0)->setFocus();
         QTest::keyClick(list.Card(0), Qt::Key_Tab);
-        auto* start = qobject_cast<CardButton*>(list.focusWidget());
+        auto* start = qobject_cast<ActionButton*>(list.focusWidget());
         QVERIFY(start);
         QCOMPARE(start->accessibleName(), u"Start"_s);
         press(Qt::Key_Down);

@@ -158,7 +158,7 @@ private slots:
         QPointer<CountingCard> card = list.Card(0);
         card->AddAction(u"Cancel"_s, 332, [&list, card] { list.RemoveCard(*card); });
         list.RecalcLayout();
-        QTest::mouseClick(card->findChildren<CardButton*>().last(), Qt::LeftButton);
+        QTest::mouseClick(card->findChildren<ActionButton*>().last(), Qt::LeftButton);
         QCOMPARE(list.CardCount(), 1);
         QTRY_VERIFY(!card);
     }
@@ -255,7 +255,7 @@ private slots:
         list.RecalcLayout();
         const QPoint place = card->ActionRect(start).center();
         QWidget* button = card->childAt(place);
-        QVERIFY(qobject_cast<CardButton*>(button));
+        QVERIFY(qobject_cast<ActionButton*>(button));
 
         QTest::mouseClick(button, Qt::LeftButton);
         QTest::keyClick(button, Qt::Key_Return);
@@ -288,7 +288,7 @@ private slots:
         QCOMPARE(card->accessibleDescription(), u"Mirrored Backup, Failed, Next Run: NA"_s);
         list.ToggleCard(*card);
         card->AddAction(u"<b>Cancel</b>"_s, 332, [] {});
-        const CardButton* cancel = card->findChildren<CardButton*>().last();
+        const ActionButton* cancel = card->findChildren<ActionButton*>().last();
         QVERIFY(cancel->toolTip().contains(u"&lt;b&gt;Cancel"_s));
 
         QAccessibleInterface* heard = QAccessible::queryAccessibleInterface(card);
@@ -297,7 +297,8 @@ private slots:
         heard->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
         QVERIFY(!list.ExpandedCard());
         QVERIFY(!heard->state().expanded && heard->state().collapsed);
-        QAccessibleInterface* button = QAccessible::queryAccessibleInterface(const_cast<CardButton*>(cancel));
+        QAccessibleInterface* button =
+            QAccessible::queryAccessibleInterface(const_cast<ActionButton*>(cancel));
         QCOMPARE(button->text(QAccessible::Name), u"<b>Cancel</b>"_s);
         QCOMPARE(button->text(QAccessible::Description),
                  QString()); // or the markup of its tool-tip was heard

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "cards/CardButton.h"
 #include "cards/ExpandableItemList.h"
 #include "cards/TaskItem.h"
+#include "page/ActionButton.h"
 #include "page/LinkLabel.h"
 #include "support/ConsoleFixture.h"
 #include "support/TestMain.h"

@@ -93,7 +93,7 @@ class BrenListCtrlTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void TellsClicks() {
+    void tellsClicks() {
         Table table(Tasks(5));
         QSignalSpy left(table.list, &CBrenListCtrl::LeftClicked);
         QSignalSpy right(table.list, &CBrenListCtrl::RightClicked);
@@ -138,7 +138,7 @@ private slots:
         QCOMPARE(keys.first().first().toInt(), int(Qt::Key_Delete));
     }
 
-    void PaintsOnlyWhatChanges() {
+    void paintsOnlyWhatChanges() {
         Table table(Tasks(1000));
         PaintNote note(*table->viewport());
         const auto painted = [&note] {
@@ -164,7 +164,7 @@ private slots:
             QVERIFY(!table->SetCellText(row, column, {}));
     }
 
-    void ShadesDisplayedRows() {
+    void shadesDisplayedRows() {
         Table table(Tasks(4));
         const auto colour = [&](int row, int column) {
             const QImage image = table->viewport()->grab().toImage();
@@ -186,7 +186,7 @@ private slots:
         QCOMPARE(colour(0, 1), QColor(Qt::white));
     }
 
-    void RefreshKeepsPlace() {
+    void refreshKeepsPlace() {
         Table table(Tasks(300));
         table->SetMultiSelection(true);
         table->verticalScrollBar()->setValue(100 * 24 + 7);
@@ -206,14 +206,14 @@ private slots:
         QCOMPARE(table->rowViewportPosition(table->currentIndex().row()), offset);
     }
 
-    void AListAtItsTopShowsNewRows() {
+    void aListAtItsTopShowsNewRows() {
         Table table(Tasks(300));
         table->SetRows(Tasks({1000, 0, 1, 2}));
         QCOMPARE(table->rowAt(1), 0);
         QCOMPARE(table.Names().first(), u"1000"_s);
     }
 
-    void KeysGoByRow() {
+    void keysGoByRow() {
         Table table(Tasks(300));
         QTest::keyClick(table.list, Qt::Key_Return);
         QCOMPARE(table.Selected(), QStringList(u"0"_s)); // in a fresh list
@@ -224,7 +224,7 @@ private slots:
         QCOMPARE(table->currentIndex(), table->model()->index(0, 2));
     }
 
-    void AnEmptyListShowsTheFocus() {
+    void anEmptyListShowsTheFocus() {
         Table table({});
         const auto edge = [&table] { return QColor(table->viewport()->grab().toImage().pixel(150, 1)); };
         QTRY_VERIFY(table->hasFocus());
@@ -233,7 +233,7 @@ private slots:
         QVERIFY(edge() != Look::Accent);
     }
 
-    void AClickIsForWhatWasPressed() {
+    void aClickIsForWhatWasPressed() {
         Table table(Tasks(30));
         QSignalSpy left(table.list, &CBrenListCtrl::LeftClicked);
         const QPoint pressed = table->viewport()->mapToGlobal(table.Centre(3, 2));
@@ -248,7 +248,7 @@ private slots:
         QCOMPARE(left.count(), 0);
     }
 
-    void ColumnsShrinkToTheirTitles() {
+    void columnsShrinkToTheirTitles() {
         Table table(Tasks(3));
         table->AddColumn(u"Wide"_s, 400);
         const QHeaderView* header = table->horizontalHeader();
@@ -260,7 +260,7 @@ private slots:
         QTRY_COMPARE(header->sectionSize(1), 150);
     }
 
-    void SortsManyRowsOnALane() {
+    void sortsManyRowsOnALane() {
         SteppingReader reader;
         Table table(Tasks(6000));
         table->WorkOn(reader);
@@ -297,7 +297,7 @@ private slots:
         QCOMPARE(table.prompts.clipboardText.count(u'\n'), 5999);
     }
 
-    void RowThatGoesTakesItsSelection() {
+    void rowThatGoesTakesItsSelection() {
         for (const bool multi : {false, true}) {
             Table table(Tasks(5));
             table->SetMultiSelection(multi);
@@ -315,7 +315,7 @@ private slots:
         }
     }
 
-    void SortsByKeys() {
+    void sortsByKeys() {
         Table table(Tasks({10, 9, 100, 1}));
         table.Click(1, 1);
         table.ClickHeader();
@@ -327,7 +327,7 @@ private slots:
         QCOMPARE(table.Selected(), QStringList(u"9"_s));
     }
 
-    void RefreshKeepsSortAndFilter() {
+    void refreshKeepsSortAndFilter() {
         Table table(Tasks({3, 1, 2}));
         table->SortByNext(1);
         table->SetFilter(u"TASK"_s);
@@ -352,7 +352,7 @@ private slots:
             QCOMPARE(table.Names().at(number), QString::number(number));
     }
 
-    void Finds() {
+    void finds() {
         Table table(Tasks(30));
         QLineEdit* words = table.frame->findChild<QLineEdit*>();
         QVERIFY(!words->isVisible());
@@ -374,7 +374,7 @@ private slots:
         QCOMPARE(table->model()->rowCount(), 30);
     }
 
-    void FixedTableKeepsOrder() {
+    void fixedTableKeepsOrder() {
         Table table(Tasks({3, 1, 2}), TableKind::Fixed);
         table.ClickHeader();
         table->SetFilter(u"Task 1"_s);
@@ -383,7 +383,7 @@ private slots:
         QVERIFY(!table.frame->findChild<QLineEdit*>()->isVisible());
     }
 
-    void TypesAhead() {
+    void typesAhead() {
         std::vector<ListRow> rows;
         for (const char* name : {"alpha", "beta", "Bravo", "gamma"})
             rows.emplace_back(QString::fromUtf8(name), QStringList{{}, QString::fromUtf8(name), {}});
@@ -400,7 +400,7 @@ private slots:
         QCOMPARE(typed(u"zz"_s), u"alpha"_s);
     }
 
-    void CopiesAndExports() {
+    void copiesAndExports() {
         QTemporaryDir folder;
         const QString path = folder.filePath(u"rows"_s);
         std::vector<ListRow> rows;
@@ -424,7 +424,7 @@ private slots:
                                    "\"\"hi\"\",\tyou\",gone\r\n"));
     }
 
-    void TellsWhenTheExportFails() {
+    void tellsWhenTheExportFails() {
         QTemporaryDir folder;
         Table table(Tasks(2));
         table.prompts.ExpectPick(u"Export"_s, std::nullopt);
@@ -435,7 +435,7 @@ private slots:
         QVERIFY(table.prompts.IsPlayed());
     }
 
-    void RemembersWidths() {
+    void remembersWidths() {
         QTemporaryDir home;
         qputenv("BREN_HOME", home.path().toUtf8());
         {
@@ -464,7 +464,7 @@ private slots:
         qunsetenv("BREN_HOME");
     }
 
-    void SpeaksInWords() {
+    void speaksInWords() {
         Table table(Tasks(2));
         table->SetCellText(0, 1, u"#Progress:3 4@@3 of 4 processed"_s);
         QAccessible::setActive(true);

@@ -6,7 +6,7 @@ class CellMarkupTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void Parses_data() {
+    void parses_data() {
         // First: icon, position, swatch, or the ellipsis flag of a plain cell. Second: maximum.
         const Columns<QString, CellKind, QString, qint64, qint64> columns("cell", "kind", "text", "first",
                                                                           "second");
@@ -41,7 +41,7 @@ private slots:
         row("#COLOR:BLUE", CellKind::Plain, "#COLOR:BLUE");
     }
 
-    void Parses() {
+    void parses() {
         const auto [cell, kind, text, first, second] = Fetched<QString, CellKind, QString, qint64, qint64>();
         const CellMarkup read = CellMarkup::Parse(cell);
         QCOMPARE(read.kind, kind);
@@ -51,7 +51,7 @@ private slots:
         QCOMPARE(qint64(read.maximum), second);
     }
 
-    void SaysWords_data() {
+    void saysWords_data() {
         const Columns<QString, QString, QString> row("cell", "caption", "words");
         row("#Progress:3 4@@3 of 4 processed", "75.00% (3 of 4 processed)", "75.00 % (3 of 4 processed)");
         row("#Progress:1 3@@a@@b", "33.33% (a@@b)", "33.33 % (a@@b)");
@@ -71,14 +71,14 @@ private slots:
         row("plain", "", "plain");
     }
 
-    void SaysWords() {
+    void saysWords() {
         QFETCH(QString, cell);
         const CellMarkup read = CellMarkup::Parse(cell);
         QTEST(read.Caption(), "caption");
         QTEST(read.Words(), "words");
     }
 
-    void WritesProgress_data() {
+    void writesProgress_data() {
         const Columns<quint64, quint64, QString> row("done", "total", "cell");
         const quint64 gib = quint64(1) << 30;
         row("nothing to do", 3, 0, {});
@@ -89,7 +89,7 @@ private slots:
         row("the largest of all", ~quint64(0), ~quint64(0), "#Progress:2147483647 2147483647");
     }
 
-    void WritesProgress() {
+    void writesProgress() {
         const auto [done, total] = Fetched<quint64, quint64>();
         QTEST(Cell::Progress(done, total), "cell");
     }

@@ -60,7 +60,7 @@ class CellPainterTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void Gradients_data() {
+    void gradients_data() {
         // greys: along the gradient; -1: not painted
         const Columns<int, QSize, QList<int>> row("mode", "size", "greys");
         row("solid", 0, {2, 3}, {0, 0, 0});
@@ -76,7 +76,7 @@ private slots:
         row("unknown", 9, {2, 2}, {-1, -1});
     }
 
-    void Gradients() {
+    void gradients() {
         const auto [mode, size, greys] = Fetched<int, QSize, QList<int>>();
         QImage image = Blank(size);
         QPainter painter(&image);
@@ -96,14 +96,14 @@ private slots:
         QCOMPARE(qRed(falling.pixel(0, 1)), 0x63);
     }
 
-    void FillsItsCellOnly() {
+    void fillsItsCellOnly() {
         for (const char* text :
              {"plain", "Uploading...", "#ICON:209", "#ICON:0", "#Progress:1 2@@long caption that is cut",
               "#Progress:1 0", "##struck", "#COLOR:RED", ""})
             QVERIFY2(Other(Painted(QString::fromLatin1(text)), Untouched) == CellRect, text);
     }
 
-    void DrawsText_data() {
+    void drawsText_data() {
         const Columns<QString, CellLook, QRgb, QRgb> row("text", "look", "back", "ink");
         constexpr QRgb grey = 0xFFF0F0F0;
         constexpr QRgb green = 0xFF008000;
@@ -121,7 +121,7 @@ private slots:
         row("struck", "##HHHH", all, White, 0xFFCCCCCC);
     }
 
-    void DrawsText() {
+    void drawsText() {
         const auto [text, look, back, ink] = Fetched<QString, CellLook, QRgb, QRgb>();
         const QImage image = Painted(text, look);
         for (const QPoint corner :
@@ -130,7 +130,7 @@ private slots:
         QVERIFY(HasInk(image, ink));
     }
 
-    void DrawsBars() {
+    void drawsBars() {
         CellLook selected;
         selected.selected = selected.grey = true;
         const QImage image = Painted(u"#Progress:1 3"_s, selected);
@@ -149,7 +149,7 @@ private slots:
         QCOMPARE(Other(Painted(u"#Progress:5 0@@HHHH"_s).copy(CellRect), White), QRect());
     }
 
-    void DrawsIconsAndSwatches() {
+    void drawsIconsAndSwatches() {
         const QRect square(46, 4, 16, 16);
         const QRect icon = Other(Painted(u"#ICON:%1#@@HHHHHHHHHH"_s.arg(UploadIcon)).copy(CellRect), White);
         QVERIFY(!icon.isEmpty() && square.contains(icon));
@@ -168,7 +168,7 @@ private slots:
         }
     }
 
-    void SurvivesSmallCells() {
+    void survivesSmallCells() {
         const QString long64K(65536, u'\u200B');
         for (const QSize size : {QSize(0, 0), QSize(1, 1), QSize(7, 3), QSize(8, 4), QSize(9, 5)}) {
             for (const QString& text : {u"x..."_s, u"##x"_s, u"#ICON:209"_s, u"#COLOR:RED"_s,

@@ -3,7 +3,7 @@
 #include "lanes/ThreadReader.h"
 #include "list/BrenListCtrl.h"
 #include "list/RecordTable.h"
-#include "support/PageBench.h"
+#include "support/PageFixture.h"
 #include "support/TestMain.h"
 
 #include <condition_variable>
@@ -70,10 +70,10 @@ ListTable TableOf(const std::shared_ptr<Tap>& tap, const QString& subject) {
                                 }};
 }
 
-class TapPanel : public CRecordPanel {
+class TapPanel : public RecordPanel {
 public:
     TapPanel(const Console& console, std::shared_ptr<Tap> tap)
-        : CRecordPanel(console, TableOf(tap, {})), m_tap(std::move(tap)) {}
+        : RecordPanel(console, TableOf(tap, {})), m_tap(std::move(tap)) {}
 
     void Restart() { Turn(TableOf(m_tap, QString::number(++m_subject))); }
 
@@ -95,15 +95,15 @@ class RecordPanelTest : public QObject {
 
 private slots:
     void init() {
-        m_bench = std::make_unique<PageBench<ThreadReader>>();
+        m_fixture = std::make_unique<PageFixture<ThreadReader>>();
         m_tap = std::make_shared<Tap>();
-        m_panel = std::make_unique<TapPanel>(m_bench->console, m_tap);
+        m_panel = std::make_unique<TapPanel>(m_fixture->console, m_tap);
         m_panel->Activate();
     }
 
     void cleanup() {
         m_panel.reset();
-        m_bench.reset();
+        m_fixture.reset();
     }
 
     void showsTheFirstRowsWhileItReads() {
@@ -111,13 +111,13 @@ private slots:
         m_tap->LetCome(1);
         QTRY_COMPARE(m_panel->RowCount(), 1);
         QVERIFY(m_panel->IsReading());
-        QCOMPARE(m_bench->frame.StatusText(), u"Listing."_s);
+        QCOMPARE(m_fixture->frame.StatusText(), u"Listing."_s);
         m_tap->LetCome(9); // in batches
         QTRY_VERIFY(m_panel->RowCount() > 1);
         QVERIFY(m_panel->IsReading());
         QVERIFY(ReadToItsEnd());
         QCOMPARE(m_panel->RowCount(), 10);
-        QCOMPARE(m_bench->frame.StatusText(), u"Shown."_s);
+        QCOMPARE(m_fixture->frame.StatusText(), u"Shown."_s);
     }
 
     void anEmptySourceEndsTheLoading() {
@@ -182,7 +182,7 @@ private slots:
         QVERIFY(ReadToItsEnd());
         QCOMPARE(m_panel->RowCount(), 10);
         QCOMPARE(m_panel->FirstRow(), u"a0"_s);
-        QCOMPARE(m_bench->frame.StatusText(), u"Shown."_s);
+        QCOMPARE(m_fixture->frame.StatusText(), u"Shown."_s);
     }
 
     void keepsWhatCameBeforeAFailure() {
@@ -190,7 +190,7 @@ private slots:
         m_tap->SetRows(u"a"_s, 10, damaged);
         QVERIFY(ReadToItsEnd());
         QCOMPARE(m_panel->RowCount(), 10);
-        QCOMPARE(m_bench->frame.StatusText(), u"The file is damaged or no database: x.db"_s);
+        QCOMPARE(m_fixture->frame.StatusText(), u"The file is damaged or no database: x.db"_s);
         m_tap->SetRows(u"b"_s, 3, damaged); // a refresh that fails shows nothing of what it brought
         m_panel->Reload();
         QVERIFY(ReadToItsEnd());
@@ -201,7 +201,7 @@ private slots:
         m_panel->Reload();
         QVERIFY(ReadToItsEnd());
         QCOMPARE(m_panel->RowCount(), 3);
-        QCOMPARE(m_bench->frame.StatusText(), u"Shown."_s);
+        QCOMPARE(m_fixture->frame.StatusText(), u"Shown."_s);
 
         // Without rows the failure stands in the list too.
         m_tap->SetRows(u"c"_s, 0, {ReadOutcome::Missing, u"x.db"_s});
@@ -220,7 +220,7 @@ private:
         return QTest::qWaitFor([this] { return !m_panel->IsReading(); });
     }
 
-    std::unique_ptr<PageBench<ThreadReader>> m_bench;
+    std::unique_ptr<PageFixture<ThreadReader>> m_fixture;
     std::shared_ptr<Tap> m_tap;
     std::unique_ptr<TapPanel> m_panel;
 };

@@ -9,7 +9,7 @@ class SvgPathTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void ReadsPaths_data() {
+    void readsPaths_data() {
         const Columns<QString, QRectF, QPointF> row("text", "bounds", "end");
         row("absolute lines", "M1 2L5 6H9V3", {1, 2, 8, 4}, {9, 3});
         row("relative lines", "m1 2l4 4h4v-3", {1, 2, 8, 4}, {9, 3});
@@ -30,7 +30,7 @@ private slots:
         row("an arc to where it stands is none", "M3 3a2 2 0 0 1 0 0h1", {3, 3, 1, 0}, {4, 3});
     }
 
-    void ReadsPaths() {
+    void readsPaths() {
         const auto [text, bounds, end] = Fetched<QString, QRectF, QPointF>();
         const std::optional<QPainterPath> path = ParseSvgPath(text);
         QVERIFY(path);
@@ -41,13 +41,13 @@ private slots:
         QVERIFY2(near(path->currentPosition(), end), qPrintable(QDebug::toString(path->currentPosition())));
     }
 
-    void RefusesOtherText() {
+    void refusesOtherText() {
         for (const char* text : {"M1", "M1 2L", "1 2", "M1 2Q3 4 5 6", "M1 2zz9", "M1 2A3 4 0 0 1 5 6",
                                  "M1 2A3 3 0 2 1 5 6", "M1 2A0 0 0 0 1 5 6", "M1 2L3 x", "M1..2 3"})
             QVERIFY2(!ParseSvgPath(QString::fromLatin1(text)), text);
     }
 
-    void EveryDrawingShowsInItsColour() {
+    void everyDrawingShowsInItsColour() {
         const QStringList names = IconRegistry::Names();
         QVERIFY(!names.isEmpty());
         for (const QString& name : names) {

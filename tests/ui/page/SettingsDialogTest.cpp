@@ -2,7 +2,7 @@
 #include "page/NoticeLine.h"
 #include "page/NumberField.h"
 #include "page/SettingNews.h"
-#include "support/PageBench.h"
+#include "support/PageFixture.h"
 #include "support/TestMain.h"
 
 #include <QCheckBox>
@@ -21,23 +21,23 @@ const Setting<QString> Writer{"Writer"};
 constexpr Setting<bool> Switch{"Switch", false};
 
 /// A dialog over three settings.
-class SampleDialog : public CSettingsDialog {
+class SampleDialog : public SettingsDialog {
 public:
     SampleDialog(const ServiceClient& service, Reader& reader)
-        : CSettingsDialog(service, reader, u"Sample"_s, nullptr) {
+        : SettingsDialog(service, reader, u"Sample"_s, nullptr) {
         limit = AddNumber(Limit, u"&Limit (KB/S)"_s);
         writer = AddText(Writer, u"&Writer:"_s);
         on = AddCheck(Switch, u"&Switch"_s);
         note = AddNote(u"A note."_s);
     }
 
-    CNumberField* limit;
+    NumberField* limit;
     QLineEdit* writer;
     QCheckBox* on;
     QLabel* note;
 };
 
-struct DialogBench : PageBench<> {
+struct DialogFixture : PageFixture<> {
     SampleDialog dialog{client, reader};
 
     void Show() {
@@ -68,27 +68,27 @@ class SettingsDialogTest : public QObject {
 
 private slots:
     void theKeyboardAloneWritesWhatChanged() {
-        DialogBench bench;
-        bench.service->SetSetting("Limit", "20");
-        bench.service->SetSetting("Writer", "Ann");
-        QSignalSpy written(&bench.dialog, &CBrenDialog::Written);
-        bench.Show();
-        QVERIFY(!bench.IsReady());
-        bench.reader.StepAll();
-        QVERIFY(bench.IsReady());
-        QCOMPARE(QApplication::focusWidget(), bench.dialog.limit);
-        bench.Type(u"35"_s); // over what was read, which is selected
-        bench.Press(Qt::Key_Tab);
-        QCOMPARE(QApplication::focusWidget(), bench.dialog.writer);
-        QCOMPARE(bench.dialog.writer->text(), u"Ann"_s);
-        bench.Press(Qt::Key_Tab);
-        bench.Press(Qt::Key_Space);
-        bench.Press(Qt::Key_Return);
-        QVERIFY2(bench.dialog.isVisible(), "not before the service has answered");
-        bench.reader.StepAll();
-        QVERIFY(!bench.dialog.isVisible());
-        QCOMPARE(bench.dialog.result(), int(QDialog::Accepted));
-        QCOMPARE(bench.Written(),
+        DialogFixture fixture;
+        fixture.service->SetSetting("Limit", "20");
+        fixture.service->SetSetting("Writer", "Ann");
+        QSignalSpy written(&fixture.dialog, &CBrenDialog::Written);
+        fixture.Show();
+        QVERIFY(!fixture.IsReady());
+        fixture.reader.StepAll();
+        QVERIFY(fixture.IsReady());
+        QCOMPARE(QApplication::focusWidget(), fixture.dialog.limit);
+        fixture.Type(u"35"_s); // over what was read, which is selected
+        fixture.Press(Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), fixture.dialog.writer);
+        QCOMPARE(fixture.dialog.writer->text(), u"Ann"_s);
+        fixture.Press(Qt::Key_Tab);
+        fixture.Press(Qt::Key_Space);
+        fixture.Press(Qt::Key_Return);
+        QVERIFY2(fixture.dialog.isVisible(), "not before the service has answered");
+        fixture.reader.StepAll();
+        QVERIFY(!fixture.dialog.isVisible());
+        QCOMPARE(fixture.dialog.result(), int(QDialog::Accepted));
+        QCOMPARE(fixture.Written(),
                  (QStringList{u"Limit?ValueType=1&Value=35"_s, u"Switch?ValueType=4&Value=True"_s}));
         QCOMPARE(written.size(), 2);
     }
@@ -101,16 +101,16 @@ private slots:
 
     void nothingChangedAndNothingWanted() {
         const auto [key, result] = Fetched<Qt::Key, int>();
-        DialogBench bench;
-        bench.Show();
-        bench.reader.StepAll();
+        DialogFixture fixture;
+        fixture.Show();
+        fixture.reader.StepAll();
         if (key == Qt::Key_Escape)
-            bench.Type(u"35"_s);
-        bench.Press(key);
-        bench.reader.StepAll();
-        QVERIFY(!bench.dialog.isVisible());
-        QCOMPARE(bench.dialog.result(), result);
-        QCOMPARE(bench.Written(), QStringList());
+            fixture.Type(u"35"_s);
+        fixture.Press(key);
+        fixture.reader.StepAll();
+        QVERIFY(!fixture.dialog.isVisible());
+        QCOMPARE(fixture.dialog.result(), result);
+        QCOMPARE(fixture.Written(), QStringList());
     }
 
     void nothingIsTakenBeforeAllIsRead_data() {
@@ -122,67 +122,67 @@ private slots:
 
     void nothingIsTakenBeforeAllIsRead() {
         QFETCH(QString, fault);
-        DialogBench bench;
-        bench.service->SetSetting("Limit", "20");
-        bench.service->SetSetting("Writer", "Ann Writer");
-        QVERIFY(bench.service->SetFault(fault.toStdString()));
-        bench.Show();
-        bench.reader.StepAll();
-        QVERIFY(!bench.IsReady());
-        QVERIFY(bench.Notice().contains(u"does not answer"));
-        bench.Press(Qt::Key_Return);
-        bench.reader.StepAll();
-        QVERIFY(bench.dialog.isVisible());
-        QCOMPARE(bench.Written(), QStringList());
+        DialogFixture fixture;
+        fixture.service->SetSetting("Limit", "20");
+        fixture.service->SetSetting("Writer", "Ann Writer");
+        QVERIFY(fixture.service->SetFault(fault.toStdString()));
+        fixture.Show();
+        fixture.reader.StepAll();
+        QVERIFY(!fixture.IsReady());
+        QVERIFY(fixture.Notice().contains(u"does not answer"));
+        fixture.Press(Qt::Key_Return);
+        fixture.reader.StepAll();
+        QVERIFY(fixture.dialog.isVisible());
+        QCOMPARE(fixture.Written(), QStringList());
 
-        bench.service->ClearFaults();
-        QTRY_VERIFY((bench.reader.StepAll(), bench.IsReady()));
-        QCOMPARE(bench.Notice(), QString());
-        QCOMPARE(bench.dialog.limit->text(), u"20"_s);
+        fixture.service->ClearFaults();
+        QTRY_VERIFY((fixture.reader.StepAll(), fixture.IsReady()));
+        QCOMPARE(fixture.Notice(), QString());
+        QCOMPARE(fixture.dialog.limit->text(), u"20"_s);
     }
 
     void aFailedWriteKeepsWhatWasTyped() {
-        DialogBench bench;
-        bench.Show();
-        bench.reader.StepAll();
-        bench.Type(u"35"_s);
-        bench.service->SetAnswer("/settings/Limit?", devservice::Answer{500, {}});
-        bench.Press(Qt::Key_Return);
-        QVERIFY(!bench.IsReady());
-        bench.Press(Qt::Key_Return);
-        bench.Press(Qt::Key_Space);
-        bench.reader.StepAll();
-        QCOMPARE(bench.Written().size(), 1);
-        QVERIFY(bench.dialog.isVisible() && bench.IsReady());
-        QVERIFY2(bench.Notice().contains(u"\"Limit (KB/S)\" was not saved"), qPrintable(bench.Notice()));
-        QCOMPARE(bench.dialog.limit->text(), u"35"_s);
-        QCOMPARE(QApplication::focusWidget(), bench.dialog.limit);
-        bench.service->SetAnswer("/settings/Limit?", {});
-        bench.Press(Qt::Key_Return);
-        bench.reader.StepAll();
-        QVERIFY(!bench.dialog.isVisible());
-        QCOMPARE(bench.service->Setting("Limit").value_or(""), std::string("35"));
+        DialogFixture fixture;
+        fixture.Show();
+        fixture.reader.StepAll();
+        fixture.Type(u"35"_s);
+        fixture.service->SetAnswer("/settings/Limit?", devservice::Answer{500, {}});
+        fixture.Press(Qt::Key_Return);
+        QVERIFY(!fixture.IsReady());
+        fixture.Press(Qt::Key_Return);
+        fixture.Press(Qt::Key_Space);
+        fixture.reader.StepAll();
+        QCOMPARE(fixture.Written().size(), 1);
+        QVERIFY(fixture.dialog.isVisible() && fixture.IsReady());
+        QVERIFY2(fixture.Notice().contains(u"\"Limit (KB/S)\" was not saved"), qPrintable(fixture.Notice()));
+        QCOMPARE(fixture.dialog.limit->text(), u"35"_s);
+        QCOMPARE(QApplication::focusWidget(), fixture.dialog.limit);
+        fixture.service->SetAnswer("/settings/Limit?", {});
+        fixture.Press(Qt::Key_Return);
+        fixture.reader.StepAll();
+        QVERIFY(!fixture.dialog.isVisible());
+        QCOMPARE(fixture.service->Setting("Limit").value_or(""), std::string("35"));
     }
 
     void spaceTwiceOnOkIsNoCancel() {
-        DialogBench bench;
-        bench.Show();
-        bench.reader.StepAll();
-        bench.Type(u"35"_s);
-        bench.Button(QDialogButtonBox::Ok)->setFocus();
-        bench.Press(Qt::Key_Space);
-        bench.Press(Qt::Key_Space);
-        QVERIFY(bench.dialog.isVisible());
-        bench.reader.StepAll();
-        QCOMPARE(bench.dialog.result(), int(QDialog::Accepted));
+        DialogFixture fixture;
+        fixture.Show();
+        fixture.reader.StepAll();
+        fixture.Type(u"35"_s);
+        fixture.Button(QDialogButtonBox::Ok)->setFocus();
+        fixture.Press(Qt::Key_Space);
+        fixture.Press(Qt::Key_Space);
+        QVERIFY(fixture.dialog.isVisible());
+        fixture.reader.StepAll();
+        QCOMPARE(fixture.dialog.result(), int(QDialog::Accepted));
     }
 
     void aFocusThatWasMovedStays() {
-        DialogBench bench;
-        bench.Show();
-        bench.Button(QDialogButtonBox::Cancel)->setFocus();
-        bench.reader.StepAll();
-        QCOMPARE(QApplication::focusWidget(), bench.Button(QDialogButtonBox::Cancel));
+        DialogFixture fixture;
+        fixture.Show();
+        fixture.Button(QDialogButtonBox::Cancel)->setFocus();
+        fixture.reader.StepAll();
+        QCOMPARE(QApplication::focusWidget(), fixture.Button(QDialogButtonBox::Cancel));
     }
 
     void badInputIsRefusedWithAWord_data() {
@@ -193,32 +193,32 @@ private slots:
 
     void badInputIsRefusedWithAWord() {
         const auto [limit, writer, word] = Fetched<QString, QString, QString>();
-        DialogBench bench;
-        bench.Show();
-        bench.reader.StepAll();
-        bench.Press(Qt::Key_Delete);
-        bench.Type(limit);
-        bench.dialog.writer->setText(writer);
-        bench.Press(Qt::Key_Return);
-        bench.reader.StepAll();
-        QVERIFY(bench.dialog.isVisible());
-        QVERIFY2(bench.Notice().contains(word), qPrintable(bench.Notice()));
-        QCOMPARE(bench.Written(), QStringList());
+        DialogFixture fixture;
+        fixture.Show();
+        fixture.reader.StepAll();
+        fixture.Press(Qt::Key_Delete);
+        fixture.Type(limit);
+        fixture.dialog.writer->setText(writer);
+        fixture.Press(Qt::Key_Return);
+        fixture.reader.StepAll();
+        QVERIFY(fixture.dialog.isVisible());
+        QVERIFY2(fixture.Notice().contains(word), qPrintable(fixture.Notice()));
+        QCOMPARE(fixture.Written(), QStringList());
     }
 
     void theDialogGrowsWithItsText() {
-        DialogBench bench;
-        bench.service->Stop();
-        bench.Show();
-        bench.dialog.note->setText(QString(u"word "_s).repeated(200));
-        bench.reader.StepAll();
-        const auto* notice = bench.dialog.findChild<NoticeLine*>();
+        DialogFixture fixture;
+        fixture.service->Stop();
+        fixture.Show();
+        fixture.dialog.note->setText(QString(u"word "_s).repeated(200));
+        fixture.reader.StepAll();
+        const auto* notice = fixture.dialog.findChild<NoticeLine*>();
         const auto isWhole = [](const QWidget* text) {
             return text->isVisible() && text->height() >= text->heightForWidth(text->width());
         };
-        QTRY_VERIFY(isWhole(notice) && isWhole(bench.dialog.note));
-        bench.dialog.resize(bench.dialog.width() - 60, 100);
-        QTRY_VERIFY(isWhole(notice) && isWhole(bench.dialog.note));
+        QTRY_VERIFY(isWhole(notice) && isWhole(fixture.dialog.note));
+        fixture.dialog.resize(fixture.dialog.width() - 60, 100);
+        QTRY_VERIFY(isWhole(notice) && isWhole(fixture.dialog.note));
     }
 
     void numbersStepByFive_data() {
@@ -233,7 +233,7 @@ private slots:
 
     void numbersStepByFive() {
         const auto [before, steps] = Fetched<int, int>();
-        CNumberField field;
+        NumberField field;
         field.SetValue(before);
         QTest::keyClick(&field, steps > 0 ? Qt::Key_Up : Qt::Key_Down);
         QTEST(field.Value().value_or(-1), "after");

@@ -27,7 +27,7 @@ class FieldsTest : public QObject {
 private slots:
     void aFormTellsOfEveryChange() {
         ScriptedPrompts prompts;
-        CForm form;
+        Form form;
         auto* choice = new QComboBox;
         choice->addItems({u"Daily"_s, u"Weekly"_s});
         const std::vector<std::pair<QWidget*, Qt::Key>> fields{
@@ -41,7 +41,7 @@ private slots:
             {form.Add(u"&Box"_s, new QCheckBox), Qt::Key_Space},
             {form.Add(u"&Lines"_s, new QPlainTextEdit), Qt::Key_A}};
         form.show();
-        const QSignalSpy edits(&form, &CForm::Edited);
+        const QSignalSpy edits(&form, &Form::Edited);
         for (const auto& [field, key] : fields) {
             const auto before = edits.count();
             QWidget* typed = field->focusProxy() ? field->focusProxy() : field;
@@ -52,8 +52,8 @@ private slots:
     }
 
     void aFormSaysWhatIsRequiredAndRemarked() {
-        CForm form;
-        auto* field = form.Add(CForm::PlainLabel(u"R&D"_s), new QLineEdit, CForm::Need::Required, u"why"_s);
+        Form form;
+        auto* field = form.Add(Form::PlainLabel(u"R&D"_s), new QLineEdit, Form::Need::Required, u"why"_s);
         form.show();
         const auto labels = form.findChildren<QLabel*>();
         QCOMPARE(labels.at(0)->buddy(), field);
@@ -102,11 +102,11 @@ private slots:
     }
 
     void aListTicksWhatIsSelected() {
-        CCheckList list(u"Types"_s, {{u"Type"_s, 100}, {u"Extensions"_s, 100}});
+        CheckList list(u"Types"_s, {{u"Type"_s, 100}, {u"Extensions"_s, 100}});
         for (const QString& name : {u"a"_s, u"b"_s, u"c"_s})
             list.AddRow({name, u".x"_s}, name == u"b"_s);
         list.show();
-        const QSignalSpy edits(&list, &CCheckList::Edited);
+        const QSignalSpy edits(&list, &CheckList::Edited);
         list.setCurrentItem(list.topLevelItem(0));
         QTest::keyClick(&list, Qt::Key_Space);
         QCOMPARE(list.TickedRows(), (std::vector<int>{0, 1}));

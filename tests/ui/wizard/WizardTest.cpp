@@ -21,14 +21,14 @@ struct Service {
 };
 
 /// Fields of one line with their labels.
-class FieldPage : public CWizardPage {
+class FieldPage : public WizardPage {
 public:
-    FieldPage(const QString& title, const QStringList& labels) : CWizardPage(title, {}) {
+    FieldPage(const QString& title, const QStringList& labels) : WizardPage(title, {}) {
         auto* form = new QFormLayout(this);
         for (const QString& label : labels) {
             fields.push_back(new QLineEdit);
             form->addRow(label, fields.back());
-            connect(fields.back(), &QLineEdit::textChanged, this, &CWizardPage::Edited);
+            connect(fields.back(), &QLineEdit::textChanged, this, &WizardPage::Edited);
         }
     }
 
@@ -280,9 +280,9 @@ private slots:
         Service service;
         SteppingReader reader;
         auto* sheet = new CBrenPropertySheet(reader, prompts, u"Plain"_s);
-        std::vector<CWizardPage*> pages;
+        std::vector<WizardPage*> pages;
         for (const QString& title : {u"One"_s, u"Two"_s, u"Three"_s, u"Four"_s}) {
-            pages.push_back(new CWizardPage(title, {}));
+            pages.push_back(new WizardPage(title, {}));
             sheet->AddPage(pages.back());
         }
         sheet->LeaveOut(*pages[2], true);

@@ -11,7 +11,7 @@ struct RunningService {
 
 /// A console before a running development service, for pages that do not outlive it.
 template <typename PageReader = SteppingReader>
-struct PageBench : RunningService, ConsoleFixture<PageReader> {
+struct PageFixture : RunningService, ConsoleFixture<PageReader> {
     using ConsoleFixture<PageReader>::reader;
     using ConsoleFixture<PageReader>::frame;
 

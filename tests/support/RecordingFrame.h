@@ -7,7 +7,7 @@
 #include <QWidget>
 
 /// A main window that only notes what pages set.
-class NotingFrame : public MainFrame {
+class RecordingFrame : public MainFrame {
 public:
     void SetStatusText(const QString& text) override { statusTexts.append(text); }
     void SetNotice(const QString& text) override { notice = text; }

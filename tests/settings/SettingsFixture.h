@@ -3,9 +3,9 @@
 #include "grid/BrenPropertyGrid.h"
 #include "grid/DynamicCombo.h"
 #include "grid/DynamicEdit.h"
-#include "support/PageBench.h"
+#include "support/PageFixture.h"
 
-struct SettingsBench : PageBench<> {
+struct SettingsFixture : PageFixture<> {
     QStringList Written() const {
         return service.RequestLines().filter(QRegularExpression(QStringLiteral("^PUT ")));
     }

@@ -2,7 +2,7 @@
 
 #include "cards/TaskItem.h"
 #include "list/BrenListCtrl.h"
-#include "support/PageBench.h"
+#include "support/PageFixture.h"
 
 #include <QTest>
 

@@ -1,0 +1,65 @@
+#include "app/Pages.h"
+#include "development/CheckRun.h"
+#include "development/WatchedReader.h"
+#include "lanes/ThreadReader.h"
+#include "look/Look.h"
+#include "support/ConsoleFixture.h"
+#include "support/ServiceFixture.h"
+#include "support/TestMain.h"
+#include "window/BTaskMMCDlg.h"
+
+#include <QSignalSpy>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr QSize DefaultSize(986, 678);
+constexpr QSize SmallSize(800, 600);
+
+} // namespace
+
+/// Every view of the console, swept.
+class ViewsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { ApplyLook(*qApp); }
+
+    void nothingIsFound_data() {
+        const Columns<QSize, devservice::HttpFault, bool> row("size", "fault", "everything");
+        row("default size", DefaultSize, devservice::HttpFault::None, true);
+        row("small", SmallSize, devservice::HttpFault::None, false);
+        row("service down", DefaultSize, devservice::HttpFault::Refuse, false);
+        row("service refusing", DefaultSize, devservice::HttpFault::WrongStatus, false);
+        row("service hanging", DefaultSize, devservice::HttpFault::Hang, false);
+    }
+
+    void nothingIsFound() {
+        const auto [size, fault, everything] = Fetched<QSize, devservice::HttpFault, bool>();
+        ServiceFixture service("desktop");
+        service->SetFault(fault);
+        ConsoleFixture<ThreadReader> parts;
+        WatchedReader reader(parts.reader);
+        CBTaskMMCDlg window(parts.client, parts.counters, parts.prompts, reader,
+                            {.title = u"Title"_s, .version = u"1.2"_s, .pages = PagesOf(false, false)});
+        window.resize(size);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        CheckRun::Options options;
+        options.rules = everything ? Sweeps::Everything : Sweeps::Layout;
+        if (fault == devservice::HttpFault::Hang)
+            options.patience = std::chrono::milliseconds(200);
+        CheckRun run(window, reader, {}, options);
+        QSignalSpy finished(&run, &CheckRun::Finished);
+        QVERIFY(finished.wait(120'000));
+        const QStringList lines = ReportLines(run.Finds());
+        for (const QString& line : lines)
+            qWarning().noquote() << line;
+        QCOMPARE(lines.size(), 0);
+    }
+};
+
+BTASK_TEST(ViewsTest);
+#include "ViewsTest.moc"

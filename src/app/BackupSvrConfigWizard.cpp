@@ -25,8 +25,8 @@ QWizardPage* MakePage(const QString& title, const QString& text) {
 } // namespace
 
 CBackupSvrConfigWizard::CBackupSvrConfigWizard(const ServiceClient& service, Reader& reader,
-                                               UserPrompts& prompts)
-    : m_service(service), m_prompts(prompts), m_loader(reader, *this) {
+                                               UserPrompts& prompts, QWidget* parent)
+    : QWizard(parent), m_service(service), m_prompts(prompts), m_loader(reader, *this) {
     setWindowTitle(tr("Backup Server Configuration"));
     setWizardStyle(QWizard::ModernStyle);
     setOption(QWizard::NoBackButtonOnStartPage);

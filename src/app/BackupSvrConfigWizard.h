@@ -12,7 +12,8 @@ class CBackupSvrConfigWizard : public QWizard {
     Q_OBJECT
 
 public:
-    CBackupSvrConfigWizard(const ServiceClient& service, Reader& reader, UserPrompts& prompts);
+    CBackupSvrConfigWizard(const ServiceClient& service, Reader& reader, UserPrompts& prompts,
+                           QWidget* parent = nullptr);
 
     /// Closes only once the service has taken the mark.
     void accept() override;

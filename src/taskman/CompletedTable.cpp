@@ -47,7 +47,7 @@ ListTable CompletedTable() {
         .read =
             [](RecordStream<CompletedTask>& rows, std::stop_token stop) {
                 const auto put = [&rows](const TaskRecord& task) {
-                    if (task.state == static_cast<int>(TaskState::Completed))
+                    if (task.state == TaskState::Completed)
                         rows.Put({task.taskId, task.name, task.lastRun});
                     return true;
                 };

@@ -46,8 +46,8 @@ RecordPage PageOf(const TaskRow& task) {
             .loading = RecordPanel::tr("Querying, please wait..."),
             .listing = RecordPanel::tr("Listing, please wait..."),
             .subject = task.id,
-            .edition = QString::number(task.state) + task.lastRun,
-            .tellsAge = task.state == static_cast<int>(TaskState::Running)};
+            .edition = QString::number(static_cast<int>(task.state)) + task.lastRun,
+            .tellsAge = task.state == TaskState::Running};
 }
 
 /// Off the window's thread, since a million rows take a while.

@@ -66,7 +66,7 @@ private slots:
 
     void aRunningTasksTraceSaysSinceWhenItStands() {
         TaskRow task = TaskOf(u"{1}"_s);
-        task.state = int(TaskState::Running);
+        task.state = TaskState::Running;
         RecordPanel audit(m_fixture->console, TraceTable(task));
         m_fixture->Open(audit);
         QVERIFY(m_fixture->frame.StatusText().contains("Read at "_L1));
@@ -74,7 +74,7 @@ private slots:
         audit.Turn(TraceTable(task)); // nothing has changed but what is being done
         m_fixture->reader.StepAll();
         QCOMPARE(TableHand(audit)->Rows().rowCount(), 5);
-        task.state = int(TaskState::Pending);
+        task.state = TaskState::Pending;
         audit.Turn(TraceTable(task));
         m_fixture->reader.StepAll();
         QCOMPARE(TableHand(audit)->Rows().rowCount(), 6);

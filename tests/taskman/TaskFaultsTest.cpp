@@ -210,17 +210,17 @@ private slots:
 
     void aTaskMayGoWhileItsCardIsExpanded() {
         OneCard one(true);
-        one.bench.reader.StepAll();
-        QVERIFY(one.bench.frame.Captions().contains("Start Now"_L1));
-        one.bench.frame.Click(u"Refresh"_s); // the summary's read is under way
+        one.fixture.reader.StepAll();
+        QVERIFY(one.fixture.frame.Captions().contains("Start Now"_L1));
+        one.fixture.frame.Click(u"Refresh"_s); // the summary's read is under way
         one.Lose();
-        one.bench.reader.StepAll();
+        one.fixture.reader.StepAll();
         QVERIFY(!one.list.ExpandedCard());
-        QCOMPARE(one.bench.frame.Captions(), QStringList{u"Refresh..."_s});
-        QVERIFY(one.bench.frame.StatusText().startsWith("View tasks."_L1));
+        QCOMPARE(one.fixture.frame.Captions(), QStringList{u"Refresh..."_s});
+        QVERIFY(one.fixture.frame.StatusText().startsWith("View tasks."_L1));
 
-        one.bench.service->PutTask(MakeTask("{1}", "Photos"));
-        one.bench.Refresh(one.list);
+        one.fixture.service->PutTask(MakeTask("{1}", "Photos"));
+        one.fixture.Refresh(one.list);
         QCOMPARE(one.list.CardCount(), 1);
         QVERIFY(!one.list.CardAt(0)->IsExpanded());
     }
@@ -228,29 +228,29 @@ private slots:
     void aTaskMayGoDuringItsQuestion() {
         for (const bool expanded : {false, true}) { // asked by the card or by its summary
             OneCard one(expanded);
-            one.bench.reader.StepAll();
-            one.bench.prompts.ExpectQuestion(AskToCancel, true);
-            one.bench.prompts.Hold();
+            one.fixture.reader.StepAll();
+            one.fixture.prompts.ExpectQuestion(AskToCancel, true);
+            one.fixture.prompts.Hold();
             if (expanded)
-                one.bench.frame.Click(u"Cancel Task"_s);
+                one.fixture.frame.Click(u"Cancel Task"_s);
             else
                 ClickAction(static_cast<CTaskItem*>(one.list.CardAt(0)), u"Cancel Task"_s);
-            QVERIFY(one.bench.prompts.IsPlayed());
+            QVERIFY(one.fixture.prompts.IsPlayed());
             one.Lose();
-            one.bench.prompts.ExpectMessage(u"The task is no longer there."_s);
-            one.bench.prompts.Release();
-            one.bench.reader.StepAll();
-            QCOMPARE(one.bench.service.RequestLines(), QStringList());
+            one.fixture.prompts.ExpectMessage(u"The task is no longer there."_s);
+            one.fixture.prompts.Release();
+            one.fixture.reader.StepAll();
+            QCOMPARE(one.fixture.service.RequestLines(), QStringList());
         }
     }
 
     void aTaskMayGoDuringItsDeletion() {
         OneCard one(false);
-        one.bench.prompts.ExpectQuestion(AskToCancel, true);
+        one.fixture.prompts.ExpectQuestion(AskToCancel, true);
         ClickAction(static_cast<CTaskItem*>(one.list.CardAt(0)), u"Cancel Task"_s);
         one.Lose();
-        one.bench.reader.StepAll(); // no box: there is nothing left to do
-        QCOMPARE(one.bench.service.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
+        one.fixture.reader.StepAll(); // no box: there is nothing left to do
+        QCOMPARE(one.fixture.service.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
     }
 
     void aTaskMayGoWhileItsSubTasksAreDeleted() {

@@ -84,7 +84,7 @@ private slots:
             QVERIFY2(!XmlDocument::FromText(QString::fromLatin1(text)), text);
     }
 
-    void hostileDepth() {
+    void keepsHostileDepth() {
         const QString text = u"<a>"_s.repeated(hostileDepth) + u'x' + u"</a>"_s.repeated(hostileDepth);
         XmlNode node = Root(text, u"a"_s);
         QVERIFY(node);

@@ -207,17 +207,17 @@ QWidget* MakeFormGallery(UserPrompts& prompts) {
 QWidget* MakeGridGallery(UserPrompts& prompts) {
     auto* grid = new CBrenPropertyGrid(prompts);
     CPropertyGroup* general = grid->AddGroup(u"General"_s);
-    using Type = ServiceClient::ValueType;
+    using Type = PropertyType;
     general->AddRow({u"Enabled"_s, u"True"_s, u"Enabled"_s, Type::Boolean, u"A row with a hint"_s});
     general->AddRow({u"Threads"_s, u"4"_s, u"Threads"_s, Type::Integer, {}});
-    general->AddRow({u"Read only"_s, u"not read"_s, u"ReadOnly"_s, Type::String, {}, true});
+    general->AddRow({u"Read only"_s, u"not read"_s, u"ReadOnly"_s, Type::Text, {}, true});
     general->AddRow({u"A label that is longer than the room that it has in its column"_s,
                      QString(200, u'x'),
                      u"Long"_s,
-                     Type::String,
+                     Type::Text,
                      {}});
     CPropertyGroup* other = grid->AddGroup(u"\u05D4\u05D2\u05D3\u05E8\u05D5\u05EA"_s);
-    other->AddRow({u"\u05E9\u05DD"_s, u"\u05D2\u05D9\u05D1\u05D5\u05D9"_s, u"Name"_s, Type::String, {}});
+    other->AddRow({u"\u05E9\u05DD"_s, u"\u05D2\u05D9\u05D1\u05D5\u05D9"_s, u"Name"_s, Type::Text, {}});
     general->SelectRow(1);
     return grid;
 }

@@ -28,7 +28,7 @@ public:
         QString title;
         QString version;      ///< empty when it is not known
         int initialView = 0;  ///< the number behind "/view:"
-        QString firstSection; ///< the title of the section to show first, where `initialView` says none
+        QString firstSection = {}; ///< the title of the section to show first, where `initialView` says none
         std::vector<PageEntry> pages;
         DialogMaker cloudSpace = {};
         DialogMaker bandwidth = {};

@@ -126,7 +126,7 @@ private slots:
         row("no ring", {.ringless = true}, "focus");
         row("an overlap", {.overlap = true}, "overlap");
         row("no default button", {.noDefault = true}, "default");
-        row("an empty list", {.empty = true}, "words focus");
+        row("an empty list", {.empty = true}, "words");
         row("rows that go when the pointer rests on one", {.blanking = true}, "ink");
     }
 

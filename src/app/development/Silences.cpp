@@ -8,7 +8,10 @@ namespace {
 
 /// Every place that stays although the sweep reports it.
 std::vector<Silence> AllSilences() {
-    return {};
+    return {
+        {SweepRule::Overlap, "*", "*/PageHead 'pageHead'/*Notice*",
+         "the yellow line lies over the status text, so that nothing below it moves"},
+    };
 }
 
 bool Fits(const char* wildcards, const QString& text) {

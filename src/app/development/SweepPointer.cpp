@@ -175,6 +175,8 @@ void FindRingless(QWidget& window, std::vector<SweepFind>& finds) {
     std::vector<Spot> spots = SpotsOf(window, before);
     for (QWidget* control : TabChain(window)) {
         if (ScrollTo(*control)) {
+            if (QWidget* focused = window.focusWidget())
+                focused->clearFocus();
             before = window.grab().toImage();
             spots = SpotsOf(window, before);
         }

@@ -92,6 +92,16 @@ QString WrongRole(const QWidget& widget, QAccessibleInterface& accessible) {
     return {};
 }
 
+/// Tab goes round, and Qt does not say where it begins.
+void StartAtTop(const QWidget& window, std::vector<QWidget*>& chain) {
+    const auto place = [&window](const QWidget* widget) { return widget->mapTo(&window, QPoint()); };
+    const auto top = std::min_element(chain.begin(), chain.end(), [&](const QWidget* a, const QWidget* b) {
+        return std::pair(place(a).y(), place(a).x()) < std::pair(place(b).y(), place(b).x());
+    });
+    if (qobject_cast<const QDialog*>(&window))
+        std::rotate(chain.begin(), top, chain.end());
+}
+
 } // namespace
 
 std::vector<QWidget*> TabChain(QWidget& window) {
@@ -107,6 +117,7 @@ std::vector<QWidget*> TabChain(QWidget& window) {
             !IsReachedByArrows(*at))
             chain.push_back(at);
     }
+    StartAtTop(window, chain);
     return chain;
 }
 

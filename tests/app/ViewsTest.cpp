@@ -59,7 +59,7 @@ private slots:
         CBTaskMMCDlg window(parts.client, parts.counters, parts.prompts, reader,
                             {.title = u"Title"_s,
                              .version = u"1.2"_s,
-                             .pages = PagesOf(false, false),
+                             .pages = PagesOf(false, true),
                              .cloudSpace = CloudSpaceDialog,
                              .bandwidth = BandwidthDialog});
         window.resize(size.boundedTo(window.screen()->availableSize()));

@@ -82,6 +82,7 @@ CBrenPanel* GalleryPanel::MakeControls() {
 
     auto* link = new LinkLabel(
         tr("You have not configured a cloud storage account.  Click <a>here</a> or <a>there</a>."));
+    link->setWordWrap(true);
     connect(link, &LinkLabel::LinkClicked, result,
             [result](int span) { result->SetText(tr("Link %1").arg(span)); });
     form->addRow(tr("Links"), link);
@@ -109,6 +110,7 @@ CBrenPanel* GalleryPanel::MakeScrolled(QWidget* content) {
     auto* scroll = new QScrollArea;
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setWidgetResizable(true);
+    scroll->setFocusPolicy(Qt::NoFocus);
     scroll->setWidget(content);
     auto* layout = new QVBoxLayout(panel);
     layout->setContentsMargins(0, 0, 0, 0);

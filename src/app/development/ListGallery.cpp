@@ -85,20 +85,24 @@ QWidget* MakeListGallery(UserPrompts& prompts, QWidget* parent) {
 
     auto* cells = new CBrenListCtrl(prompts);
     FillCellGallery(*cells);
+    cells->setAccessibleName(u"Cells"_s);
     cells->RememberWidths(u"Gallery"_s);
     grid->addWidget(FindBar::Above(cells), 0, 0, 1, 3);
 
     auto* summary = new CBrenListCtrl(prompts);
     FillSummary(*summary);
+    summary->setAccessibleName(u"Summary"_s);
     grid->addWidget(summary, 1, 0);
 
     auto* plain = new CBrenListCtrl(prompts);
     plain->SetCustomHeader(false);
     plain->SetRowShading(false);
     FillSummary(*plain);
+    plain->setAccessibleName(u"Plain"_s);
     grid->addWidget(plain, 1, 1);
 
     auto* empty = new CBrenListCtrl(prompts);
+    empty->setAccessibleName(u"Empty"_s);
     empty->AddColumn(u"Time"_s, 80);
     empty->AddColumn(u"Message"_s, 100);
     empty->SetEmptyText(u"The task has not run yet."_s);

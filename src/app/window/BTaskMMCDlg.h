@@ -26,8 +26,8 @@ class CBTaskMMCDlg : public QWidget, private MainFrame {
 public:
     struct Options {
         QString title;
-        QString version;      ///< empty when it is not known
-        int initialView = 0;  ///< the number behind "/view:"
+        QString version;           ///< empty when it is not known
+        int initialView = 0;       ///< the number behind "/view:"
         QString firstSection = {}; ///< the title of the section to show first, where `initialView` says none
         std::vector<PageEntry> pages;
         DialogMaker cloudSpace = {};

@@ -34,3 +34,9 @@ void PasswordField::Show(bool shown) {
     m_show->setText(shown ? tr("Hide") : tr("Show"));
     m_show->setAccessibleName(shown ? tr("Hide the password") : tr("Show the password"));
 }
+
+void PasswordField::showEvent(QShowEvent* event) {
+    if (!accessibleName().isEmpty())
+        m_edit->setAccessibleName(accessibleName());
+    QWidget::showEvent(event);
+}

@@ -19,6 +19,10 @@ public:
 signals:
     void TextChanged(const QString& text);
 
+protected:
+    /// The line to type in is heard by the field's name.
+    void showEvent(QShowEvent* event) override;
+
 private:
     void Show(bool shown);
 

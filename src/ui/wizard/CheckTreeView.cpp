@@ -99,6 +99,18 @@ void CheckTreeView::OnEnter(const QModelIndex& index) {
         m_tree.Toggle(index);
 }
 
+void CheckTreeView::paintEvent(QPaintEvent* event) {
+    QTreeView::paintEvent(event);
+    if (m_tree.rowCount() > 0)
+        return;
+    const bool listed = m_tree.Levels().Root().listing == TreeLevels::Listing::Listed;
+    QPainter painter(viewport());
+    painter.setFont(Look::Font(Look::Small));
+    painter.setPen(Look::Muted);
+    Look::DrawTextLine(painter, QRect(Look::TextInset, 0, viewport()->width() - 2 * Look::TextInset, 32),
+                       listed ? tr("There is nothing here.") : tr("Loading..."));
+}
+
 void CheckTreeView::keyPressEvent(QKeyEvent* event) {
     const QModelIndex index = currentIndex();
     event->accept();

@@ -18,6 +18,8 @@ public:
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
+    /// Says that the first level is being listed, or that there is none, as long as there is no row.
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     void OnEnter(const QModelIndex& index);

@@ -39,3 +39,9 @@ QString PathField::Path() const {
 void PathField::SetPath(const QString& path) {
     m_edit->setText(path);
 }
+
+void PathField::showEvent(QShowEvent* event) {
+    if (!accessibleName().isEmpty())
+        m_edit->setAccessibleName(accessibleName());
+    QWidget::showEvent(event);
+}

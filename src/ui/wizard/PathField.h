@@ -26,6 +26,10 @@ public:
 signals:
     void PathChanged(const QString& path);
 
+protected:
+    /// The line to type in is heard by the field's name.
+    void showEvent(QShowEvent* event) override;
+
 private:
     QLineEdit* m_edit;
 };

@@ -144,6 +144,8 @@ CtlExit SetSetting(const Invocation& invocation) {
     if (!lost.isEmpty() && (secret || Lists.contains(name, Qt::CaseInsensitive)))
         return invocation.End(CtlExit::Usage, u"A request cannot carry %1 in the value of \"%2\"."_s.arg(
                                                   lost.join(u", "_s), name));
+    if (const QString refusal = LengthRefusal(name, *value); !refusal.isEmpty())
+        return invocation.End(CtlExit::Usage, refusal);
     return Send(invocation, name, *value);
 }
 

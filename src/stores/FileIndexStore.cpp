@@ -39,9 +39,8 @@ std::filesystem::path FileIndexFile() {
 
 std::filesystem::path FileIndexFolder() {
     const std::filesystem::path folder = IndexFolder();
-    std::error_code ignored; // opening the file tells what is wrong with the folder
     if (!folder.empty())
-        std::filesystem::create_directories(folder, ignored);
+        platform::MakeFolders(folder); // opening the file tells what is wrong with the folder
     return folder;
 }
 

@@ -55,6 +55,7 @@ CommandOrder TaskOrder(TaskAction action, const QString& taskId, const QString& 
     };
     order.failure = Text(CommandOf(action).failure).arg(Isolated(name));
     if (action == TaskAction::Cancel) {
+        order.title = name;
         order.question =
             Text(QT_TRANSLATE_NOOP("TaskCommands", "Do you really want to cancel the task?")) + u'\n' +
             Text(QT_TRANSLATE_NOOP("TaskCommands", "\"%1\" will be deleted for good. Its files stay."))

@@ -40,26 +40,27 @@ private slots:
     }
 
     void nothingIsFound_data() {
-        const Columns<QSize, devservice::HttpFault, bool> row("size", "fault", "everything");
+        const Columns<QSize, devservice::HttpFault, bool, bool> row("size", "fault", "server", "everything");
         if (IsScaled())
-            return row("scaled", DefaultSize, devservice::HttpFault::None, false);
-        row("default size", DefaultSize, devservice::HttpFault::None, true);
-        row("small", SmallSize, devservice::HttpFault::None, false);
-        row("service down", DefaultSize, devservice::HttpFault::Refuse, false);
-        row("service refusing", DefaultSize, devservice::HttpFault::WrongStatus, false);
-        row("service hanging", DefaultSize, devservice::HttpFault::Hang, false);
+            return row("scaled", DefaultSize, devservice::HttpFault::None, false, false);
+        row("default size", DefaultSize, devservice::HttpFault::None, false, true);
+        row("a server", DefaultSize, devservice::HttpFault::None, true, true);
+        row("small", SmallSize, devservice::HttpFault::None, false, false);
+        row("service down", DefaultSize, devservice::HttpFault::Refuse, false, false);
+        row("service refusing", DefaultSize, devservice::HttpFault::WrongStatus, false, false);
+        row("service hanging", DefaultSize, devservice::HttpFault::Hang, false, false);
     }
 
     void nothingIsFound() {
-        const auto [size, fault, everything] = Fetched<QSize, devservice::HttpFault, bool>();
-        ServiceFixture service("desktop");
+        const auto [size, fault, server, everything] = Fetched<QSize, devservice::HttpFault, bool, bool>();
+        ServiceFixture service(server ? "server" : "desktop");
         service->SetFault(fault);
         ConsoleFixture<ThreadReader> parts;
         WatchedReader reader(parts.reader);
         CBTaskMMCDlg window(parts.client, parts.counters, parts.prompts, reader,
                             {.title = u"Title"_s,
                              .version = u"1.2"_s,
-                             .pages = PagesOf(false, true),
+                             .pages = PagesOf(server, !server),
                              .cloudSpace = CloudSpaceDialog,
                              .bandwidth = BandwidthDialog});
         window.resize(size.boundedTo(window.screen()->availableSize()));
@@ -70,7 +71,7 @@ private slots:
         options.rules = everything ? Sweeps::Everything : Sweeps::Layout;
         if (fault == devservice::HttpFault::Hang)
             options.patience = std::chrono::milliseconds(200);
-        CheckRun run(window, reader, DialogsOf(false), options);
+        CheckRun run(window, reader, DialogsOf(server), options);
         QSignalSpy finished(&run, &CheckRun::Finished);
         QVERIFY(finished.wait(120'000));
         const QStringList lines = ReportLines(m_silences.Loud(run.Finds()));

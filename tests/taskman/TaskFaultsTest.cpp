@@ -248,6 +248,7 @@ private slots:
         OneCard one(false);
         one.fixture.prompts.ExpectQuestion(AskToCancel, true);
         ClickAction(static_cast<CTaskItem*>(one.list.CardAt(0)), u"Cancel Task"_s);
+        QCOMPARE(one.fixture.prompts.asked.title, u"Photos"_s);
         one.Lose();
         one.fixture.reader.StepAll(); // no box: there is nothing left to do
         QCOMPARE(one.fixture.service.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});

@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTabBar>
+#include <QTextDocument>
 #include <QTextEdit>
 #include <QWidget>
 
@@ -154,7 +155,7 @@ void FindNameless(QWidget& window, std::vector<SweepFind>& finds) {
             Add(finds, SweepRule::Name, *control, u"has no accessible name"_s);
             continue;
         }
-        if (accessible->text(QAccessible::Name).contains(u'<'))
+        if (Qt::mightBeRichText(accessible->text(QAccessible::Name)))
             Add(finds, SweepRule::Name, *control, u"its accessible name holds markup"_s);
         const QString wrong = WrongRole(*control, *accessible);
         if (!wrong.isEmpty())

@@ -30,7 +30,7 @@ void CommandRunner::Ask(const QString& key, const CommandOrder& order) {
         else if (!order.gone.isEmpty())
             prompts.ShowMessage(window, order.gone);
     };
-    m_prompts.AskYesNo(window, order.question, onAnswer, order.details);
+    m_prompts.Ask(window, {.text = order.question, .title = order.title}, onAnswer);
 }
 
 void CommandRunner::Send(const QString& key, const CommandOrder& order) {

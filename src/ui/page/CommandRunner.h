@@ -13,7 +13,7 @@ struct CommandOrder {
     /// On the service's lane; captures values only.
     std::function<ServiceAnswer(const ServiceClient&, std::stop_token)> send;
     QString question = {};                     ///< No is its default; empty: nothing is asked
-    QString details = {};                      ///< of the question
+    QString title = {};                        ///< of the question's box; empty: that of the window
     std::function<bool()> isStillMeant = {};   ///< asked after a Yes: whether its subject is still there
     QString gone = {};                         ///< said in a box when that says no
     QString failure = {};                      ///< said when the service did not do it

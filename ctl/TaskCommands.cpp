@@ -42,28 +42,32 @@ CtlExit CommandTask(const Invocation& invocation) {
 /// What went well says so on standard output, what did not on standard error, both in the service's words.
 CtlExit EndOfRun(const Invocation& invocation, const QString& id, const ProcessLogRecord& run) {
     const TaskLookup lookup = GetTaskInfo(id, invocation.stop);
-    const auto state = static_cast<TaskState>(lookup.task.state);
+    const auto state = lookup.task.state;
     const bool halted = lookup && (state == TaskState::Paused || state == TaskState::Failed);
     if (halted || run.failedSubTasks > 0)
         return invocation.End(CtlExit::Refused, run.stopReason);
     return invocation.Write(run.stopReason.toUtf8() + '\n');
 }
 
-bool HasServiceStopped() {
-    return platform::QueryService("brengroupsvc", ZEPSysInfoIsServer()).state ==
+bool HasServiceStopped(const std::stop_token& stop) {
+    return platform::QueryService("brengroupsvc", ZEPSysInfoIsServer(), stop).state ==
            platform::ServiceState::Stopped;
 }
 
-/// Waits until the log holds a run more than the `ended` ones.
-CtlExit WaitForRun(const Invocation& invocation, const QString& id, size_t ended) {
+/// Waits until the log holds a run that is not among those of `before`; the service may drop old ones
+/// meanwhile.
+CtlExit WaitForRun(const Invocation& invocation, const QString& id,
+                   const std::vector<ProcessLogRecord>& before) {
+    const auto isNew = [&before](const ProcessLogRecord& run) {
+        return std::find(before.begin(), before.end(), run) == before.end();
+    };
     do {
-        const bool stopped = HasServiceStopped(); // asked first: what it wrote before is read then
+        const bool stopped = HasServiceStopped(invocation.stop); // asked first: what it wrote is read then
         std::vector<ProcessLogRecord> log;
         if (const ReadResult read = FillProcessLog(id, log, invocation.stop); !read)
             return invocation.End(read);
-        if (log.size() > ended)
-            return EndOfRun(invocation, id, log[ended]);
-        ended = log.size(); // the service may drop old entries
+        if (const auto run = std::find_if(log.begin(), log.end(), isNew); run != log.end())
+            return EndOfRun(invocation, id, *run);
         const TaskLookup lookup = GetTaskInfo(id, invocation.stop);
         if (!lookup.read)
             return invocation.End(lookup.read);
@@ -85,7 +89,7 @@ CtlExit StartTask(const Invocation& invocation) {
         !read)
         return invocation.End(read);
     const CtlExit exit = Send(invocation, *task.id, &ServiceClient::StartTaskNow);
-    return exit == CtlExit::Done && waits ? WaitForRun(invocation, *task.id, before.size()) : exit;
+    return exit == CtlExit::Done && waits ? WaitForRun(invocation, *task.id, before) : exit;
 }
 
 bool IsIdentifier(const Invocation& invocation, const QString& operand) {

@@ -1,5 +1,7 @@
 #include "app/BackupSvrConfigWizard.h"
 
+#include "look/Look.h"
+
 #include "page/UserPrompts.h"
 #include "service/KnownSettings.h"
 #include "zep/Mui.h"
@@ -12,11 +14,16 @@ namespace {
 
 QWizardPage* MakePage(const QString& title, const QString& text) {
     auto* page = new QWizardPage;
-    page->setTitle(title);
+    // The wizard's own title would scale a font by its points, and ours has pixels only.
+    auto* head = new QLabel(title);
+    head->setTextFormat(Qt::PlainText);
+    head->setFont(Look::Font(Look::Title, QFont::Bold));
     auto* label = new QLabel(text);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     auto* layout = new QVBoxLayout(page);
+    layout->addWidget(head);
+    layout->addSpacing(Look::TextInset);
     layout->addWidget(label);
     layout->addStretch();
     return page;

@@ -42,9 +42,11 @@ constexpr char ShellMutex[] = "IOSGUISHELLUPMUTEX";
 
 } // namespace
 
-/// Fetches while a window says what is waited for; nothing when that has been closed.
+/// Fetches while a window says what is waited for; nothing when that has been closed, `unknown` when the
+/// fetch threw.
 template <typename Fetch>
-auto SystemOperations::Await(const QString& what, Fetch fetch)
+auto SystemOperations::Await(const QString& what, Fetch fetch,
+                             std::invoke_result_t<Fetch&, std::stop_token> unknown)
     -> std::optional<std::invoke_result_t<Fetch&, std::stop_token>> {
     using Value = std::invoke_result_t<Fetch&, std::stop_token>;
     std::optional<Value> result;
@@ -55,7 +57,7 @@ auto SystemOperations::Await(const QString& what, Fetch fetch)
             result = fetch(std::move(stop));
         } catch (const std::exception& error) {
             TracePrintf(TraceLevel::Error, u"[StartUp]%1"_s.arg(QString::fromUtf8(error.what())));
-            result = Value();
+            result = unknown;
         }
         fetched.release();
         QMetaObject::invokeMethod(&window, &QDialog::accept, Qt::QueuedConnection);
@@ -109,10 +111,13 @@ std::optional<bool> SystemOperations::IsServiceRunning() {
 }
 
 std::optional<bool> SystemOperations::ProbeSchedulerDbAccess() {
-    return Await(tr("Looking for the scheduler's database."), [](std::stop_token stop) {
-        // It is asked for the right alone: a missing file passes, and so does a locked one.
-        return ProbeSchedulerDatabase(std::move(stop), {.attempts = 1}).outcome != ReadOutcome::NoRight;
-    });
+    return Await(
+        tr("Looking for the scheduler's database."),
+        [](std::stop_token stop) {
+            // It is asked for the right alone: a missing file passes, and so does a locked one.
+            return ProbeSchedulerDatabase(std::move(stop), {.attempts = 1}).outcome != ReadOutcome::NoRight;
+        },
+        true);
 }
 
 bool SystemOperations::IsShellRunning() {
@@ -138,10 +143,12 @@ ConnectResult SystemOperations::Connect(bool mayStartService) {
 }
 
 std::optional<bool> SystemOperations::IsServerConfigured() {
-    return Await(tr("Waiting for the background service to tell how this server is set up."),
-                 [service = m_service](std::stop_token stop) {
-                     return ReadSetting(service, Settings::BSInitConfig, std::move(stop)).value;
-                 });
+    return Await(
+        tr("Waiting for the background service to tell how this server is set up."),
+        [service = m_service](std::stop_token stop) {
+            return ReadSetting(service, Settings::BSInitConfig, std::move(stop)).value;
+        },
+        true);
 }
 
 void SystemOperations::RunConfigurationWizard() {

@@ -36,7 +36,7 @@ public:
 
 private:
     template <typename Fetch>
-    auto Await(const QString& what, Fetch fetch)
+    auto Await(const QString& what, Fetch fetch, std::invoke_result_t<Fetch&, std::stop_token> unknown = {})
         -> std::optional<std::invoke_result_t<Fetch&, std::stop_token>>;
 
     CommandLine m_commandLine;

@@ -26,10 +26,10 @@ void CTaskManItem::Offer(TaskAction action) {
 }
 
 void CTaskManItem::Update(const TaskRow& task) {
-    if (task.id != m_task.id) {
+    if (task.id != m_task.id)
         m_meter = {};
-        m_failure.clear();
-    }
+    if (task.id != m_task.id || task.state != m_task.state || task.lastRun != m_task.lastRun)
+        m_failure.clear(); // what was not done then says nothing of the task now
     m_task = task;
     if (m_summary)
         m_summary->SetTask(task);

@@ -73,9 +73,9 @@ void CTaskManPanel::WriteMode(bool advanced) {
 
 /// The status line is the current page's, and gets its text back.
 void CTaskManPanel::EndWriteMode(bool saved) {
-    if (!saved)
+    if (!saved && IsActive())
         Frame().SetStatusText(tr("Advanced Mode was not saved, because the service did not take it."));
-    else if (m_modeUnsaved && IsActive())
+    else if (saved && m_modeUnsaved && IsActive())
         Activate();
     m_modeUnsaved = !saved;
 }

@@ -20,6 +20,10 @@ namespace {
 constexpr QSize DefaultSize(986, 678);
 constexpr QSize SmallSize(800, 600);
 
+bool IsWindows() {
+    return QSysInfo::productType() == "windows"_L1;
+}
+
 bool IsScaled() {
     return !qgetenv("QT_SCALE_FACTOR").isEmpty();
 }
@@ -33,9 +37,9 @@ class ViewsTest : public QObject {
 private slots:
     void initTestCase() { ApplyLook(*qApp); }
 
-    /// With a scale of its own the program runs a part of the rounds only.
+    /// With a scale of its own, and on Windows, the program runs a part of the rounds only.
     void cleanupTestCase() {
-        if (!IsScaled())
+        if (!IsScaled() && !IsWindows())
             QCOMPARE(m_silences.Unused(), QStringList());
     }
 
@@ -44,6 +48,8 @@ private slots:
         if (IsScaled())
             return row("scaled", DefaultSize, devservice::HttpFault::None, false, false);
         row("default size", DefaultSize, devservice::HttpFault::None, false, true);
+        if (IsWindows())
+            return; // the other rounds look for nothing that is of one system
         row("a server", DefaultSize, devservice::HttpFault::None, true, true);
         row("small", SmallSize, devservice::HttpFault::None, false, false);
         row("service down", DefaultSize, devservice::HttpFault::Refuse, false, false);

@@ -32,6 +32,8 @@ public:
         SetToolbar({{u"Delete"_s}, RefreshAction()});
         SetSideActions({{u"Add"_s}});
     }
+    bool CanFind() const override { return true; }
+    void OpenFind() override { findChild<FindBar*>()->Open(); }
 
 protected:
     void CreatePanel() override {

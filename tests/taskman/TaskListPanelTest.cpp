@@ -54,6 +54,14 @@ private slots:
                  QStringList({u"GET /schedule/pausetask?%7B2%7D"_s, u"GET /schedule/startnow?%7B1%7D"_s}));
     }
 
+    void opensItsFindBarForTheWindow() {
+        const auto panel = MakePanel();
+        auto* bar = panel->findChild<FindBar*>();
+        QVERIFY(panel->CanFind() && !bar->isVisible());
+        panel->OpenFind();
+        QVERIFY(bar->isVisible());
+    }
+
     void tellsAFailedCommandUntilTheNextSuccess() {
         const auto panel = MakePanel();
         CTaskManItem* card = Card(*panel, u"Photos"_s);

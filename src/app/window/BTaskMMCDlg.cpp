@@ -1,7 +1,5 @@
 #include "window/BTaskMMCDlg.h"
 
-#include "cards/ExpandableItemList.h"
-#include "list/FindBar.h"
 #include "page/BrenDialog.h"
 #include "page/BrenPanel.h"
 #include "page/NoticeLine.h"
@@ -134,8 +132,8 @@ QWidget* CBTaskMMCDlg::MakePageArea() {
     column->addStrut(SmallestPage.width());
     column->addWidget(m_head);
     column->addWidget(m_stack, 1);
-    m_head->LayOverStatus(m_pageNotice);
     m_head->LayOverStatus(m_notice);
+    m_head->LayOverStatus(m_pageNotice); // on top: it says what the page's own reads and commands met
     m_stack->setMinimumHeight(SmallestPage.height());
     return area;
 }
@@ -232,23 +230,13 @@ void CBTaskMMCDlg::keyPressEvent(QKeyEvent* event) {
         QWidget::keyPressEvent(event);
 }
 
-/// The bar that finds words in what is shown: of the expanded card, where there is one.
-FindBar* CBTaskMMCDlg::CurrentFindBar() const {
-    const auto bars = m_stack->findChildren<FindBar*>();
-    const auto found = std::find_if(bars.rbegin(), bars.rend(), [this](const FindBar* bar) {
-        const auto* cards = qobject_cast<CExpandableItemList*>(bar->parentWidget());
-        return bar->parentWidget()->isVisibleTo(this) && !(cards && cards->ExpandedCard());
-    });
-    return found == bars.rend() ? nullptr : *found;
-}
-
 void CBTaskMMCDlg::OfferFind() {
-    m_head->OfferFind(CurrentFindBar() != nullptr);
+    m_head->OfferFind(CurrentPage() && CurrentPage()->CanFind());
 }
 
 void CBTaskMMCDlg::Find() {
-    if (FindBar* bar = CurrentFindBar())
-        bar->Open();
+    if (CurrentPage() && CurrentPage()->CanFind())
+        CurrentPage()->OpenFind();
 }
 
 std::vector<QWidget*> CBTaskMMCDlg::TabAreas() const {

@@ -15,7 +15,6 @@ class ConsoleStatusBar;
 class NavigationColumn;
 class PageHead;
 class ServiceNotice;
-class FindBar;
 class NoticeLine;
 class QStackedWidget;
 
@@ -66,7 +65,6 @@ private:
     CBrenPanel* PageOf(int section);
     void SelectInitialSection(const Options& options);
     void ShowSection(int index);
-    FindBar* CurrentFindBar() const;
     void OfferFind();
     void Find();
     void FitIntoScreen();

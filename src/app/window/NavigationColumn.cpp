@@ -125,10 +125,6 @@ QString NavigationColumn::SectionTitle(int index) const {
     return m_sections->item(index)->text();
 }
 
-int NavigationColumn::CurrentSection() const {
-    return m_sections->currentRow();
-}
-
 void NavigationColumn::SelectSection(int index) {
     m_sections->setCurrentRow(index);
 }

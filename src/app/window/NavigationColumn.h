@@ -20,7 +20,6 @@ public:
     void AddSection(const QString& title, const QString& icon);
     int SectionCount() const;
     QString SectionTitle(int index) const;
-    int CurrentSection() const; ///< -1 when none is chosen
     void SelectSection(int index);
 
     QWidget* Sections() const;

@@ -250,7 +250,14 @@ void CardPanel::TellCounts(int hidden) {
     RecalcLayout();
 }
 
+bool CardPanel::CanFind() const {
+    const auto* inside = ExpandedCard() ? ExpandedCard()->findChild<CBrenPanel*>() : nullptr;
+    return ExpandedCard() ? inside && inside->CanFind() : m_find != nullptr;
+}
+
 void CardPanel::OpenFind() {
+    if (ExpandedCard())
+        return ExpandedCard()->findChild<CBrenPanel*>()->OpenFind();
     m_row->show();
     m_find->Open();
 }

@@ -69,7 +69,9 @@ public:
 
     /// Reads the list and what the expanded card shows.
     void Reload() override;
-    void OpenFind();
+    /// In the expanded card, where there is one.
+    bool CanFind() const override;
+    void OpenFind() override;
 
 protected:
     /// Before the panel is created.

@@ -331,19 +331,17 @@ void CBrenListCtrl::CopySelected() {
 }
 
 void CBrenListCtrl::ExportRows() {
-    const QString suffix = u".csv"_s;
     const PickRequest request{PickKind::FileToSave, tr("Export"),
-                              (m_name.isEmpty() ? tr("List") : m_name) + suffix,
-                              tr("CSV files (*.csv);;All files (*)")};
-    m_prompts.PickPath(this, request, [this, suffix](const std::optional<QString>& path) {
-        if (!path)
+                              (m_name.isEmpty() ? tr("List") : m_name) + u".csv"_s,
+                              tr("CSV files (*.csv);;All files (*)"), u"csv"_s};
+    m_prompts.PickPath(this, request, [this](const std::optional<QString>& file) {
+        if (!file)
             return;
-        const QString file = QFileInfo(*path).suffix().isEmpty() ? *path + suffix : *path;
         const ListExcerpt excerpt{m_model.AllRows(), m_model.Displayed(), AllColumns()};
         QStringList titles;
         for (const int column : excerpt.columns)
             titles.append(m_model.headerData(column, Qt::Horizontal, Qt::AccessibleTextRole).toString());
-        const auto write = [excerpt, titles, file] { return WriteCsv(excerpt, titles, file); };
+        const auto write = [excerpt, titles, file] { return WriteCsv(excerpt, titles, *file); };
         WithText(m_model.rowCount(), write, [this](const QString& failure) {
             if (!failure.isEmpty())
                 m_prompts.ShowMessage(this, tr("The file could not be written."), {}, failure);

@@ -1,5 +1,7 @@
 #include "list/RecordPanel.h"
 
+#include "list/BrenListCtrl.h"
+
 #include "look/IconRegistry.h"
 #include "look/Look.h"
 
@@ -55,4 +57,8 @@ void RecordPanel::ShowState() {
                            m_view->IsEnabled(action)});
     }
     SetToolbar(std::move(toolbar));
+}
+
+void RecordPanel::OpenFind() {
+    emit m_view->List().FindRequested();
 }

@@ -17,6 +17,8 @@ public:
     void SetControls(QWidget* controls);
 
     void Reload() override;
+    bool CanFind() const override { return m_view; }
+    void OpenFind() override;
 
     /// Null until the panel is made.
     RecordView* View() const { return m_view; }

@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QShowEvent>
 
 #include <algorithm>
@@ -94,17 +95,28 @@ void CBrenDialog::accept() {
     if (!write.run)
         return QDialog::accept();
     SetReady(false);
+    m_writing = write.settings;
     m_loader.Command(
         Lane::Service,
         [service = m_service, run = write.run](std::stop_token stop) { return run(service, stop); },
-        [this, settings = write.settings](const Loaded<QString>& failure) {
-            EndWrite(settings, failure ? *failure : tr("Nothing is known of how it went."));
+        [this](const Loaded<QString>& failure) {
+            EndWrite(failure ? *failure : tr("Nothing is known of how it went."));
         });
 }
 
-void CBrenDialog::EndWrite(const QStringList& settings, const QString& failure) {
-    for (const QString& setting : settings)
+/// What was sent is carried out all the same; whoever reads the settings now does so behind it.
+void CBrenDialog::reject() {
+    TellWritten();
+    QDialog::reject();
+}
+
+void CBrenDialog::TellWritten() {
+    for (const QString& setting : std::exchange(m_writing, {}))
         emit Written(setting);
+}
+
+void CBrenDialog::EndWrite(const QString& failure) {
+    TellWritten();
     if (failure.isEmpty())
         return QDialog::accept();
     SetReady(true);
@@ -162,4 +174,8 @@ void CBrenDialog::Grow() {
     const int needed = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width())
                                                      : layout()->totalMinimumSize().height();
     setMinimumHeight(needed);
+    const QRect room = screen()->availableGeometry();
+    if (isVisible() && !room.contains(frameGeometry()))
+        move(std::max(room.left(), std::min(x(), room.right() - frameGeometry().width())),
+             std::max(room.top(), std::min(y(), room.bottom() - frameGeometry().height())));
 }

@@ -26,6 +26,7 @@ public:
 
     /// Closes only when all is written, so after the service has answered.
     void accept() override;
+    void reject() override;
 
 signals:
     void Written(const QString& setting);
@@ -76,7 +77,8 @@ protected:
 
 private:
     void EndRead(bool answered);
-    void EndWrite(const QStringList& settings, const QString& failure);
+    void EndWrite(const QString& failure);
+    void TellWritten();
     void SetReady(bool ready);
     void FocusFirstField();
     QWidget* FirstField() const;
@@ -88,6 +90,7 @@ private:
     NoticeLine* m_notice;
     QPushButton* m_ok = nullptr;
     QPointer<QWidget> m_focusBefore; ///< had the keyboard before the fields were disabled
+    QStringList m_writing;           ///< the settings that OK has sent and nobody was told of
     std::function<void()> m_read;
     PageLoader m_loader;
 };

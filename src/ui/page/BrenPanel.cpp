@@ -122,7 +122,7 @@ void CBrenPanel::ShowStatus() {
     Frame().SetStatusText(!m_commandFailure.isEmpty() ? m_commandFailure
                           : !m_failure.isEmpty()      ? m_failure
                                                       : m_help);
-    Frame().SetNotice(m_commandFailure.isEmpty() ? m_failure : QString());
+    Frame().SetNotice(QStringList{m_commandFailure, m_failure}.join(u' ').trimmed());
 }
 
 void CBrenPanel::ShowToolbar() {

@@ -28,6 +28,10 @@ public:
     /// Reads anew what the panel shows.
     virtual void Reload();
 
+    /// Whether there is something to find words in; then a find bar opens for it.
+    virtual bool CanFind() const { return false; }
+    virtual void OpenFind() {}
+
     /// Reloads at the next turn of the event loop, unless the panel is gone by then.
     void PostReload();
 
@@ -60,7 +64,6 @@ protected:
 
     /// Leaves status line and toolbar to another panel, as to that of an expanded card, or takes them again.
     void LeaveHead(bool left);
-    bool HasLeftHead() const { return m_headLeft; }
 
     /// The commands of the panel. A failed one is told in the status line until the next one that succeeds.
     CommandRunner& Commands();

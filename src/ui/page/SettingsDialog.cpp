@@ -131,8 +131,12 @@ CBrenDialog::Write SettingsDialog::InOrder(const std::vector<SettingWrite>& writ
             if (!WriteSetting(service, write.setting, write.text, stop))
                 return tr("\"%1\" was not saved, because the service did not take it. OK tries again.")
                     .arg(write.label);
-            if (write.secrecy == Secrecy::Secret &&
-                ReadSetting(service, write.setting, stop).value != write.text)
+            if (write.secrecy != Secrecy::Secret)
+                continue;
+            const auto back = ReadSetting(service, write.setting, stop);
+            if (!back.WasRead())
+                return tr("\"%1\" was written, but the service did not tell what it keeps.").arg(write.label);
+            if (back.value != write.text)
                 return tr("The password was not stored as typed.");
         }
         return QString();

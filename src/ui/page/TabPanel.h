@@ -40,6 +40,8 @@ public:
     void Deactivate() override;
     /// Goes to the current page.
     void Reload() override;
+    bool CanFind() const override { return CurrentPage() && CurrentPage()->CanFind(); }
+    void OpenFind() override { CurrentPage()->OpenFind(); }
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

@@ -39,6 +39,7 @@ struct PickRequest {
     QString caption = {};
     QString start = {};  ///< a folder, or a file of it
     QString filter = {}; ///< "CSV files (*.csv);;All files (*)"; empty: all
+    QString suffix = {}; ///< that a file to save gets when it is named without one, as "csv"
 };
 
 /// A folder of the service's tree; paths are as in "/Home/Backup".

@@ -91,6 +91,7 @@ void WindowPrompts::PickPath(QWidget* over, const PickRequest& request,
     } else if (request.kind == PickKind::FileToSave) {
         dialog->setAcceptMode(QFileDialog::AcceptSave);
         dialog->setFileMode(QFileDialog::AnyFile);
+        dialog->setDefaultSuffix(request.suffix); // before it asks about a file that is there
     } else {
         dialog->setFileMode(QFileDialog::ExistingFile);
     }

@@ -57,7 +57,8 @@ void Form::AddRow(const QString& label, QWidget* field, Need need, const QString
     auto* name = new QLabel(need == Need::Required ? label + u" *"_s : label);
     name->setTextFormat(Qt::PlainText);
     name->setBuddy(field);
-    name->setMinimumHeight(field->sizeHint().height());
+    name->setAlignment(Qt::AlignTop | Qt::AlignLeft); // beside the field, also where a remark stands below it
+    name->setContentsMargins(0, (field->sizeHint().height() - name->fontMetrics().height()) / 2, 0, 0);
     m_layout->addRow(name, body);
     m_rows.push_back({field, body, below});
 

@@ -29,9 +29,9 @@ struct EnvironmentChange {
 };
 
 /// A page that notes what it is given to apply.
-class NotingPage : public QWidget {
+class RecordingPage : public QWidget {
 public:
-    explicit NotingPage(Reader& reader) : loader(reader, *this) { show(); }
+    explicit RecordingPage(Reader& reader) : loader(reader, *this) { show(); }
 
     void Load(int number, Lane lane = Lane::Service) {
         loader.Load(
@@ -61,7 +61,7 @@ private slots:
         const QTemporaryDir home;
         const EnvironmentChange change("BREN_HOME", home.path().toUtf8());
         SteppingReader reader;
-        NotingPage page(reader);
+        RecordingPage page(reader);
         const auto note = [&page](const Loaded<int>& loaded) { page.Note(loaded); };
 
         for (const std::optional<int> read : {std::optional(7), std::optional<int>()}) {
@@ -95,7 +95,7 @@ private slots:
 
     void theNewestReadWins() {
         SteppingReader reader;
-        NotingPage page(reader);
+        RecordingPage page(reader);
         page.Load(1);
         page.Load(2);
         page.Load(3);
@@ -106,7 +106,7 @@ private slots:
 
     void anOlderAnswerMayComeLast() {
         SteppingReader reader;
-        NotingPage page(reader);
+        RecordingPage page(reader);
         page.Load(1, Lane::Service);
         reader.Work(Lane::Service);
         page.Load(2, Lane::Databases);
@@ -123,7 +123,7 @@ private slots:
         bool finished = false;
         bool applied = false;
         {
-            NotingPage page(reader);
+            RecordingPage page(reader);
             const auto apply = [&applied](const Loaded<bool>&) { applied = true; };
             const auto set = [](bool& flag) { return [&flag](std::stop_token) { return flag = true; }; };
             page.loader.Command(Lane::Service, set(sent), apply);
@@ -138,7 +138,7 @@ private slots:
 
     void aPageMayCloseItselfInAnApply() {
         SteppingReader reader;
-        auto page = std::make_unique<NotingPage>(reader);
+        auto page = std::make_unique<RecordingPage>(reader);
         page->loader.StartTimer(1h, [] {});
         page->onApply = [&page] { page.reset(); };
         page->Load(1);
@@ -148,7 +148,7 @@ private slots:
 
     void aPageMayReloadInAnApply() {
         SteppingReader reader;
-        NotingPage page(reader);
+        RecordingPage page(reader);
         page.loader.StartTimer(1h, [] {});
         page.onApply = [&page] {
             if (page.applied.size() < 3)
@@ -166,8 +166,8 @@ private slots:
     void commandsAndThePageInFrontOvertake() {
         SteppingReader reader;
         QStringList order;
-        NotingPage hidden(reader);
-        NotingPage front(reader);
+        RecordingPage hidden(reader);
+        RecordingPage front(reader);
         const auto note = [&order](const char* name) {
             return [&order, name](const Loaded<bool>&) { order.append(QLatin1String(name)); };
         };
@@ -193,7 +193,7 @@ private slots:
     void readsEach() {
         const auto [items, failsAt] = Fetched<QStringList, int>();
         SteppingReader reader;
-        NotingPage page(reader);
+        RecordingPage page(reader);
         QStringList brought;
         page.loader.LoadEach(
             Lane::Service, std::vector<QString>(items.begin(), items.end()),
@@ -223,7 +223,7 @@ private slots:
 
     void aCancelledBatchEndsOnce() {
         SteppingReader reader;
-        NotingPage page(reader);
+        RecordingPage page(reader);
         page.loader.LoadEach(
             Lane::Service, std::vector{1, 2, 3}, [](int item, std::stop_token) { return item; },
             [&page](const Loaded<std::vector<int>>& loaded) {
@@ -237,7 +237,7 @@ private slots:
 
     void commandsAreNotCancelled() {
         SteppingReader reader;
-        NotingPage page(reader);
+        RecordingPage page(reader);
         for (int number : {1, 2})
             page.loader.Command(
                 Lane::Service, [number](std::stop_token) { return number; },
@@ -250,7 +250,7 @@ private slots:
 
     void theTimerRestsDuringARead() {
         SteppingReader reader;
-        NotingPage page(reader);
+        RecordingPage page(reader);
         page.Load(1);
         page.loader.StartTimer(0ms, [&page] { page.Load(2); });
         QVERIFY(!page.loader.IsTimerRunning());
@@ -272,7 +272,7 @@ private slots:
 
     void restsWhenThePageIsHidden() {
         SteppingReader reader;
-        NotingPage page(reader);
+        RecordingPage page(reader);
         page.loader.StartTimer(1h, [] {});
         page.Load(1);
         page.hide();
@@ -288,7 +288,7 @@ private slots:
 
     void theTimerGoesOnWhenARefreshReadsNothing() {
         SteppingReader reader;
-        NotingPage page(reader);
+        RecordingPage page(reader);
         int refreshes = 0;
         page.loader.StartTimer(0ms, [&] {
             if (++refreshes == 3)

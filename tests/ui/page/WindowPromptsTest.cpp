@@ -179,8 +179,9 @@ private slots:
         QCOMPARE(picked, folder.path());
         QTRY_VERIFY(!Opened<QFileDialog>());
 
-        m_prompts.PickPath(m_asker, {PickKind::FileToSave, u"Save"_s, folder.filePath(u"a.csv"_s), {}},
-                           answer);
+        // The picker itself adds the suffix, so that it asks about a file that is there already.
+        m_prompts.PickPath(m_asker, {PickKind::FileToSave, u"Save"_s, folder.path(), {}, u"csv"_s}, answer);
+        QCOMPARE(Opened<QFileDialog>()->defaultSuffix(), u"csv"_s);
         Opened<QFileDialog>()->reject();
         QCOMPARE(answers, 2);
         QVERIFY(!picked);

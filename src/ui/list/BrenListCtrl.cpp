@@ -86,9 +86,8 @@ QString CBrenListCtrl::Title(int column) const {
 void CBrenListCtrl::SetTableKind(TableKind kind) {
     m_kind = kind;
     m_header->setSectionsClickable(kind == TableKind::Record);
-    if (kind == TableKind::Fixed) {
+    if (kind == TableKind::Fixed)
         Arrange({});
-    }
 }
 
 void CBrenListCtrl::SetCustomHeader(bool custom) {
@@ -178,7 +177,8 @@ bool CBrenListCtrl::WorksAtOnce(int rows) const {
 void CBrenListCtrl::Update() {
     if (m_work)
         m_work->update.Cancel();
-    m_underWay = !WorksAtOnce(m_wanted.Count() + m_model.TotalRows());
+    // Rows of another subject must not stay until they are matched with none.
+    m_underWay = m_wanted.Count() > 0 && !WorksAtOnce(m_wanted.Count() + m_model.TotalRows());
     if (!m_underWay)
         return Apply(MakeUpdate(m_model.AllRows(), m_wanted, m_wantedOrder));
     using Made = std::shared_ptr<const ListUpdate>;
@@ -243,8 +243,8 @@ Places CBrenListCtrl::SelectedNumbers() const {
     return rows;
 }
 
-std::vector<int> CBrenListCtrl::AllColumns() const {
-    std::vector<int> columns(size_t(m_model.columnCount()));
+std::vector<int> CBrenListCtrl::WordColumns() const {
+    std::vector<int> columns(size_t(m_model.columnCount() - m_commandColumns));
     std::iota(columns.begin(), columns.end(), 0);
     return columns;
 }
@@ -254,7 +254,7 @@ void CBrenListCtrl::SetFilter(const QString& words) {
         return;
     Arrangement arrangement = m_wantedOrder;
     arrangement.words = words;
-    arrangement.columns = AllColumns();
+    arrangement.columns = WordColumns();
     Arrange(arrangement);
 }
 
@@ -282,7 +282,7 @@ void CBrenListCtrl::keyboardSearch(const QString& search) {
     const bool sameAgain = m_typed.count(m_typed.front()) == m_typed.size();
     const QString start = sameAgain ? m_typed.left(1) : m_typed;
     const int from = std::max(currentIndex().row(), 0) + (sameAgain && currentIndex().isValid() ? 1 : 0);
-    const auto find = [all = m_model.AllRows(), displayed = m_model.Displayed(), columns = AllColumns(),
+    const auto find = [all = m_model.AllRows(), displayed = m_model.Displayed(), columns = WordColumns(),
                        start, from](const std::stop_token& stop) {
         return FindRow(all, displayed, columns, start, from, stop);
     };
@@ -302,7 +302,7 @@ void CBrenListCtrl::Select(int row) {
 ListExcerpt CBrenListCtrl::Excerpt(Places displayed) const {
     for (int& row : displayed)
         row = m_model.Displayed()[size_t(row)];
-    return {m_model.AllRows(), std::move(displayed), AllColumns()};
+    return {m_model.AllRows(), std::move(displayed), WordColumns()};
 }
 
 /// Calls `done` with what `text` makes, off the UI thread for many rows.
@@ -339,7 +339,7 @@ void CBrenListCtrl::ExportRows() {
         if (!path)
             return;
         const QString file = QFileInfo(*path).suffix().isEmpty() ? *path + suffix : *path;
-        const ListExcerpt excerpt{m_model.AllRows(), m_model.Displayed(), AllColumns()};
+        const ListExcerpt excerpt{m_model.AllRows(), m_model.Displayed(), WordColumns()};
         QStringList titles;
         for (const int column : excerpt.columns)
             titles.append(m_model.headerData(column, Qt::Horizontal, Qt::AccessibleTextRole).toString());
@@ -481,7 +481,7 @@ void CBrenListCtrl::contextMenuEvent(QContextMenuEvent* event) {
 
 void CBrenListCtrl::AddSortMenu(QMenu& menu) {
     QMenu* sorts = menu.addMenu(tr("Sort By"));
-    for (const int column : AllColumns()) {
+    for (const int column : WordColumns()) {
         const QString title = Title(column);
         if (!title.isEmpty())
             sorts->addAction(title, this, [this, column] { SortByNext(column); });

@@ -5,11 +5,13 @@
 #include "stores/ProcessLogStore.h"
 #include "taskman/TaskList.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 ListTable HistoryTable(const TaskRow& task) {
     using Run = ProcessLogRecord;
     return RecordTable<Run>{
         .page = {.name = RecordPanel::tr("History"),
-                 .widths = QStringLiteral("History"),
+                 .widths = u"History"_s,
                  .status = RecordPanel::tr("View the completion status of previous backups."),
                  .empty = RecordPanel::tr("No History Record Found"),
                  .period = std::chrono::seconds(5),

@@ -30,6 +30,8 @@ public:
         m_end = end;
     }
 
+    std::atomic<int> looks = 0; ///< at the ids of rows
+
     ReadResult Read(RecordStream<QString>& rows, std::stop_token stop) {
         std::unique_lock lock(m_mutex);
         for (int row = 0;; ++row) {
@@ -66,9 +68,12 @@ ListTable TableOf(const std::shared_ptr<Tap>& tap, const QString& subject) {
                  .listing = u"Listing."_s,
                  .subject = subject},
         .columns = {{u"Name"_s, 200, text}},
-        .id = {text},
+        .id = {[text, tap](const QString& record) { return ++tap->looks, text(record); }},
         .read = [tap](RecordStream<QString>& rows,
                       std::stop_token stop) { return tap->Read(rows, std::move(stop)); },
+        .commands = {DeleteCommand<QString>(
+            {.caption = u"Delete"_s}, {u"Really?"_s, {}, {}},
+            [](const ServiceClient&, const QString&, const std::stop_token&) { return ServiceAnswer(); })},
         .actions = {{u"Sum Up"_s, 0, TableAction::AllRows, {}}}};
 }
 
@@ -169,6 +174,17 @@ private slots:
         QCOMPARE(m_panel->TextWithoutRows(), u"Loading."_s);
         QVERIFY(ReadToItsEnd());
         QCOMPARE(m_panel->RowCount(), Many); // as they were before
+    }
+
+    void aDeletionLooksAtItsRowsOnly() {
+        m_tap->SetRows(u"a"_s, Many);
+        QVERIFY(ReadToItsEnd());
+        m_panel->Table().selectRow(Many - 2);
+        m_tap->looks = 0;
+        m_fixture->prompts.ExpectQuestion(u"Really?\na%1"_s.arg(Many - 2), false);
+        m_panel->Table().actions().first()->trigger();
+        QVERIFY(m_fixture->prompts.IsPlayed());
+        QVERIFY(m_tap->looks < 10);
     }
 
     void goesOnAfterItWasLeft_data() {

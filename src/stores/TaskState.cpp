@@ -22,10 +22,6 @@ constexpr TaskStateMeaning NoMeaning{TaskState::Held, nullptr, "pending", {}};
 
 } // namespace
 
-std::span<const TaskStateMeaning> ShownTaskStates() {
-    return Meanings;
-}
-
 const TaskStateMeaning& MeaningOf(TaskState state) {
     const auto* found = std::find_if(std::begin(Meanings), std::end(Meanings),
                                      [state](const TaskStateMeaning& entry) { return entry.state == state; });

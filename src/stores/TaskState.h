@@ -19,9 +19,6 @@ struct TaskStateMeaning {
     std::span<const TaskAction> actions;
 };
 
-/// All states that have a text, in the order in which they are offered to choose from.
-std::span<const TaskStateMeaning> ShownTaskStates();
-
 /// Of a state without a text, or an unknown one: no text, no actions, and the icon of one that waits.
 const TaskStateMeaning& MeaningOf(TaskState state);
 

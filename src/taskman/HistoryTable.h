@@ -1,7 +1,6 @@
 #pragma once
 
-#include "list/ListTable.h"
-
+struct ListTable;
 struct TaskRow;
 
 /// How the runs of a task went.

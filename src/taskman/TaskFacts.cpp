@@ -56,8 +56,7 @@ QString ProgressText(const SubTaskCounts& counts) {
             .arg(total)
             .arg(counts.running.value_or(0))
             .arg(counts.pendingRetry.value_or(0));
-    return total == 0 ? words
-                      : Cell::Progress(ProcessedOf(counts), total, words);
+    return total == 0 ? words : Cell::Progress(ProcessedOf(counts), total, words);
 }
 
 std::optional<int> ProgressOf(const SubTaskCounts& counts) {

@@ -5,23 +5,14 @@
 
 #include <QHash>
 
-bool IsShown(TaskFilter filter, const QString& type, const QString& name, TaskState state) {
-    const bool completed = state == TaskState::Completed;
-    const bool system = ClassifyTask(type, name).system;
-    switch (filter) {
-    case TaskFilter::MyTasks:
-        return !system && !completed;
-    case TaskFilter::CompletedUserTasks:
-        return !system && completed;
-    case TaskFilter::SystemTasks:
-        return system && !completed;
-    case TaskFilter::All:
-        break;
-    }
-    return true;
-}
-
 namespace {
+
+bool IsShown(TaskFilter filter, const TaskRecord& task) {
+    const bool completed = task.state == TaskState::Completed;
+    const bool system = ClassifyTask(task.kind, task.name).system;
+    return filter == TaskFilter::All || (system == (filter == TaskFilter::SystemTasks) &&
+                                         completed == (filter == TaskFilter::CompletedUserTasks));
+}
 
 void AddActivity(std::vector<TaskRow>& rows, const LiveCounters& counters) {
     QHash<QString, TaskActivity*> running;
@@ -48,7 +39,7 @@ CardEntries ReadTaskList(TaskFilter filter, const LiveCounters& counters, std::s
     std::vector<TaskRow> rows;
     ReadResult read = EnumAllTasks(
         [&](const TaskRecord& task) {
-            if (IsShown(filter, task.kind, task.name, task.state))
+            if (IsShown(filter, task))
                 rows.push_back({{task.taskId, task.name, {}, static_cast<int>(task.state)},
                                 task.kind,
                                 task.description,

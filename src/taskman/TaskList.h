@@ -23,7 +23,5 @@ struct TaskRow : CardEntry {
     TaskActivity activity = {}; ///< empty unless it runs
 };
 
-bool IsShown(TaskFilter filter, const QString& type, const QString& name, TaskState state);
-
 /// The tasks of a filter in the store's order, and what the running ones do. On a lane.
 CardEntries ReadTaskList(TaskFilter filter, const LiveCounters& counters, std::stop_token stop);

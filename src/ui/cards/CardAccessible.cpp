@@ -54,7 +54,8 @@ public:
 
     /// Its tool-tip says the same as its name, in markup.
     QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Description ? QString() : QAccessibleWidget::text(kind);
+        return kind == QAccessible::Description ? m_button.accessibleDescription()
+                                                : QAccessibleWidget::text(kind);
     }
 
     QStringList actionNames() const override { return QAccessibleWidget::actionNames() << pressAction(); }

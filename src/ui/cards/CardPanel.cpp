@@ -24,7 +24,6 @@ void CardEntries::Add(CardEntry& entry) {
         entry.title = entry.id;
     entry.key = entry.title.toCaseFolded();
     all.push_back(&entry);
-    ids.insert(entry.id);
 }
 
 CardPanel::CardPanel(const Console& console) : CExpandableItemList(console) {}
@@ -167,10 +166,12 @@ bool CardPanel::IsWanted(const CardEntry& entry) const {
 
 void CardPanel::ShowCards() {
     m_sharing.clear();
+    m_wanted.clear();
     m_stateCounts.clear();
     m_matching = 0;
+    QSet<QString> titles;
     for (int card = 0; card < CardCount(); ++card)
-        m_sharing.insert(CardAt(card)->Title().toCaseFolded(), 0);
+        titles.insert(CardAt(card)->Title().toCaseFolded());
     std::vector<const CardEntry*> known;
     std::vector<const CardEntry*> others; // without a card
     for (const CardEntry* entry : m_entries->all) {
@@ -178,15 +179,11 @@ void CardPanel::ShowCards() {
             continue;
         ++m_matching;
         ++m_stateCounts[entry->shownState];
+        ++m_sharing[entry->key];
         if (!IsWanted(*entry))
             continue;
-        const auto title = m_sharing.find(entry->key);
-        if (title != m_sharing.end()) {
-            ++*title;
-            known.push_back(entry);
-        } else {
-            others.push_back(entry);
-        }
+        m_wanted.insert(entry->id);
+        (titles.contains(entry->key) ? known : others).push_back(entry);
     }
     BeginRefresh();
     for (const CardEntry* entry : known)
@@ -200,15 +197,14 @@ void CardPanel::ShowCards() {
 }
 
 int CardPanel::ShowNewCards(const std::vector<const CardEntry*>& entries) {
-    QHash<QString, int> sharing;
-    const auto isFull = [&] { return CardCount() + sharing.size() >= MaxCards; };
+    QSet<QString> titles;
+    const auto isFull = [&] { return CardCount() + titles.size() >= MaxCards; };
     for (const CardEntry* entry : entries)
-        if (!isFull() || sharing.contains(entry->key))
-            ++sharing[entry->key];
-    m_sharing.insert(sharing);
+        if (!isFull())
+            titles.insert(entry->key);
     int hidden = 0;
     for (const CardEntry* entry : entries) {
-        if (sharing.contains(entry->key))
+        if (titles.contains(entry->key))
             ShowCard(*entry);
         else
             ++hidden;
@@ -222,8 +218,8 @@ void CardPanel::ShowCard(const CardEntry& entry) {
         made->entryId = entry.id;
         return made;
     });
-    // Entries of one title share a card, which stays with its entry until that has left the data.
-    if (!card || (card->entryId != entry.id && m_entries->ids.contains(card->entryId)))
+    // Entries of one title share a card, which stays with its entry for as long as that is to be shown.
+    if (!card || (card->entryId != entry.id && m_wanted.contains(card->entryId)))
         return;
     card->entryId = entry.id;
     const int sharing = m_sharing.value(entry.key);

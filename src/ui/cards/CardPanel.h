@@ -25,15 +25,14 @@ struct CardEntry {
 /// What a read brought.
 struct CardEntries {
     ReadResult read;
-    std::vector<const CardEntry*> all; ///< in the order of the page
-    QSet<QString> ids;
+    std::vector<const CardEntry*> all;   ///< in the order of the page
     std::shared_ptr<const void> records; ///< what `all` points into
 
     /// Of records that derive from CardEntry and have no key yet. On a lane.
     template <typename Record>
     static CardEntries Of(ReadResult read, std::vector<Record> records) {
         auto kept = std::make_shared<std::vector<Record>>(std::move(records));
-        CardEntries entries{std::move(read), {}, {}, kept};
+        CardEntries entries{std::move(read), {}, kept};
         for (Record& record : *kept)
             entries.Add(record);
         return entries;
@@ -98,7 +97,8 @@ private:
 
     CardSection m_section;
     std::shared_ptr<const CardEntries> m_entries; ///< as last read well; none before
-    QHash<QString, int> m_sharing;                ///< how many entries have the title of a card
+    QHash<QString, int> m_sharing;                ///< how many entries have a title, by its key
+    QSet<QString> m_wanted;                       ///< the ids of all that a card may stay with
     QString m_words;
     int m_matching = 0;            ///< how many hold the words
     QHash<int, int> m_stateCounts; ///< of those

@@ -59,16 +59,15 @@ void CExpandableItem::SetStatusText(const QString& text) {
     Describe();
 }
 
-void CExpandableItem::SetStatusIcon(const QString& icon, int state, const QString& caption, int value) {
+void CExpandableItem::SetStatusIcon(const QString& icon, int state, const QString& caption) {
+    if (std::exchange(m_statusCaption, caption) != caption)
+        Describe();
     if (icon == m_statusIconName && state == m_statusState)
         return;
     m_statusIconName = icon;
     m_statusState = state;
-    m_statusCaption = caption;
-    m_statusValue = value;
     m_statusIcon = IconRegistry::Icon(icon);
     update(QRect(width() - 54, 0, 82, TitleBandHeight()));
-    Describe();
 }
 
 void CExpandableItem::SetProgress(int permille) {

@@ -25,11 +25,9 @@ public:
     virtual void SetStatusText(const QString& text);
     const QString& StatusText() const { return m_statusText; }
 
-    /// `icon` is a name of the icon registry and `caption` says it in words; `value` is the caller's. No
-    /// change when icon and state are the same.
-    virtual void SetStatusIcon(const QString& icon, int state, const QString& caption = {}, int value = 0);
+    /// `icon` is a name of the icon registry and `caption` says it in words.
+    virtual void SetStatusIcon(const QString& icon, int state, const QString& caption = {});
     int StatusState() const { return m_statusState; }
-    int StatusValue() const { return m_statusValue; }
 
     /// A thin line along the title band, of 0 to 1000 parts.
     void SetProgress(int permille);
@@ -99,6 +97,5 @@ private:
     QString m_statusIconName;
     QString m_statusCaption;
     int m_statusState = 0;
-    int m_statusValue = 0;
     int m_progress = 0;
 };

@@ -5,7 +5,6 @@
 #include "page/ActionButton.h"
 #include "page/LinkLabel.h"
 
-#include <QDeadlineTimer>
 #include <QKeyEvent>
 
 #include <algorithm>
@@ -97,8 +96,7 @@ void CExpandableItemList::Drop(std::size_t index) {
 }
 
 void CExpandableItemList::BeginRefresh() {
-    const auto now = static_cast<quint32>(QDeadlineTimer::current().deadline());
-    m_mark = now == m_mark ? now + 1 : now;
+    ++m_mark;
     m_added = false;
 }
 

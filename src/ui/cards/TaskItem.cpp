@@ -24,10 +24,6 @@ void CTaskItem::EnableAction(int index, bool enabled) {
     m_actions.at(static_cast<std::size_t>(index))->SetBusy(!enabled);
 }
 
-bool CTaskItem::IsActionEnabled(int index) const {
-    return !m_actions.at(static_cast<std::size_t>(index))->IsBusy();
-}
-
 QRect CTaskItem::ActionRect(int index) const {
     const ActionButton* action = m_actions.at(static_cast<std::size_t>(index));
     return {action->mapTo(this, QPoint()), action->size()};

@@ -20,7 +20,6 @@ public:
 
     /// As while its command is under way: a disabled action swallows clicks.
     void EnableAction(int index, bool enabled);
-    bool IsActionEnabled(int index) const;
     int ActionCount() const { return static_cast<int>(m_actions.size()); }
 
     /// Where the action stands, in the card's coordinates.

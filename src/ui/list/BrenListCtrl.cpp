@@ -7,7 +7,6 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
-#include <QFileInfo>
 #include <QMenu>
 #include <QPainter>
 #include <QScrollBar>
@@ -86,9 +85,8 @@ QString CBrenListCtrl::Title(int column) const {
 void CBrenListCtrl::SetTableKind(TableKind kind) {
     m_kind = kind;
     m_header->setSectionsClickable(kind == TableKind::Record);
-    if (kind == TableKind::Fixed) {
+    if (kind == TableKind::Fixed)
         Arrange({});
-    }
 }
 
 void CBrenListCtrl::SetCustomHeader(bool custom) {
@@ -178,7 +176,8 @@ bool CBrenListCtrl::WorksAtOnce(int rows) const {
 void CBrenListCtrl::Update() {
     if (m_work)
         m_work->update.Cancel();
-    m_underWay = !WorksAtOnce(m_wanted.Count() + m_model.TotalRows());
+    // Rows of another subject must not stay until they are matched with none.
+    m_underWay = m_wanted.Count() > 0 && !WorksAtOnce(m_wanted.Count() + m_model.TotalRows());
     if (!m_underWay)
         return Apply(MakeUpdate(m_model.AllRows(), m_wanted, m_wantedOrder));
     using Made = std::shared_ptr<const ListUpdate>;
@@ -243,8 +242,8 @@ Places CBrenListCtrl::SelectedNumbers() const {
     return rows;
 }
 
-std::vector<int> CBrenListCtrl::AllColumns() const {
-    std::vector<int> columns(size_t(m_model.columnCount()));
+std::vector<int> CBrenListCtrl::WordColumns() const {
+    std::vector<int> columns(size_t(m_model.columnCount() - m_commandColumns));
     std::iota(columns.begin(), columns.end(), 0);
     return columns;
 }
@@ -254,7 +253,7 @@ void CBrenListCtrl::SetFilter(const QString& words) {
         return;
     Arrangement arrangement = m_wantedOrder;
     arrangement.words = words;
-    arrangement.columns = AllColumns();
+    arrangement.columns = WordColumns();
     Arrange(arrangement);
 }
 
@@ -282,7 +281,7 @@ void CBrenListCtrl::keyboardSearch(const QString& search) {
     const bool sameAgain = m_typed.count(m_typed.front()) == m_typed.size();
     const QString start = sameAgain ? m_typed.left(1) : m_typed;
     const int from = std::max(currentIndex().row(), 0) + (sameAgain && currentIndex().isValid() ? 1 : 0);
-    const auto find = [all = m_model.AllRows(), displayed = m_model.Displayed(), columns = AllColumns(),
+    const auto find = [all = m_model.AllRows(), displayed = m_model.Displayed(), columns = WordColumns(),
                        start, from](const std::stop_token& stop) {
         return FindRow(all, displayed, columns, start, from, stop);
     };
@@ -302,7 +301,7 @@ void CBrenListCtrl::Select(int row) {
 ListExcerpt CBrenListCtrl::Excerpt(Places displayed) const {
     for (int& row : displayed)
         row = m_model.Displayed()[size_t(row)];
-    return {m_model.AllRows(), std::move(displayed), AllColumns()};
+    return {m_model.AllRows(), std::move(displayed), WordColumns()};
 }
 
 /// Calls `done` with what `text` makes, off the UI thread for many rows.
@@ -337,7 +336,7 @@ void CBrenListCtrl::ExportRows() {
     m_prompts.PickPath(this, request, [this](const std::optional<QString>& file) {
         if (!file)
             return;
-        const ListExcerpt excerpt{m_model.AllRows(), m_model.Displayed(), AllColumns()};
+        const ListExcerpt excerpt{m_model.AllRows(), m_model.Displayed(), WordColumns()};
         QStringList titles;
         for (const int column : excerpt.columns)
             titles.append(m_model.headerData(column, Qt::Horizontal, Qt::AccessibleTextRole).toString());
@@ -479,7 +478,7 @@ void CBrenListCtrl::contextMenuEvent(QContextMenuEvent* event) {
 
 void CBrenListCtrl::AddSortMenu(QMenu& menu) {
     QMenu* sorts = menu.addMenu(tr("Sort By"));
-    for (const int column : AllColumns()) {
+    for (const int column : WordColumns()) {
         const QString title = Title(column);
         if (!title.isEmpty())
             sorts->addAction(title, this, [this, column] { SortByNext(column); });

@@ -41,6 +41,8 @@ public:
     /// title.
     int AddColumn(const QString& title, int width, Qt::Alignment alignment = Qt::AlignLeft,
                   const QString& name = {}, int least = 0);
+    /// So many columns at the end hold the icons of commands: they are not found, copied or exported.
+    void SetCommandColumns(int count) { m_commandColumns = count; }
     /// Takes the widths that the user gave this list last time, now that it has its columns, and keeps new
     /// ones.
     void RememberWidths(const QString& listName);
@@ -136,7 +138,7 @@ private:
     std::vector<Anchor> VisibleRows() const;
     void ScrollBackTo(const std::vector<Anchor>& anchors);
     QString Title(int column) const;
-    std::vector<int> AllColumns() const;
+    std::vector<int> WordColumns() const;
     Places SelectedNumbers() const;
     ListExcerpt Excerpt(Places displayed) const;
     template <typename Text, typename Done>
@@ -153,6 +155,7 @@ private:
     CHeaderCtrlCl* m_header;
     ColumnWidths m_widths;
     TableKind m_kind = TableKind::Fixed;
+    int m_commandColumns = 0;
     QString m_name;
     QString m_emptyText;
     QString m_loadingText; ///< null while nothing is awaited

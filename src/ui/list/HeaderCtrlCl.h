@@ -13,7 +13,6 @@ public:
     explicit CHeaderCtrlCl(QWidget* parent = nullptr);
 
     void SetCustom(bool custom);
-    bool IsCustom() const { return m_custom; }
 
     /// Pixels that a column needs to show its whole title.
     int TitleWidth(int section) const;

@@ -41,7 +41,7 @@ Places MatchRows(const RowSet& old, const RowSet& fresh, StopWatch& stop) {
     for (; back < shorter - front && old.HasIdOf(oldCount - 1 - back, fresh, freshCount - 1 - back);
          ++back, stop.Look())
         matches[std::size_t(oldCount - 1 - back)] = freshCount - 1 - back;
-    if (front + back == oldCount)
+    if (front + back == shorter)
         return matches;
 
     QMultiHash<std::size_t, int> places;

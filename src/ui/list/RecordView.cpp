@@ -50,16 +50,18 @@ void RecordView::AddCommands() {
     int cells = 0;
     for (const RowCommand& said : m_table.commands)
         cells += said.icon != 0;
+    m_list->SetCommandColumns(cells);
     int column = int(m_table.columns.size()) - cells;
     for (std::size_t number = 0; number < m_table.commands.size(); ++number) {
         m_list->SetMultiSelection(true);
         const int own = command(number).icon != 0 ? column++ : -1;
         connect(m_list, &CBrenListCtrl::LeftClicked, this, [=, this](int, int clicked, const TakenRow& row) {
+            if (clicked != own)
+                return;
             const std::vector<TakenRow> selected = m_list->SelectedRows();
             const bool among = std::any_of(selected.begin(), selected.end(),
                                            [&row](const TakenRow& other) { return row.HasIdOf(other); });
-            if (clicked == own)
-                RunCommand(command(number), among ? selected : std::vector<TakenRow>{row});
+            RunCommand(command(number), among ? selected : std::vector<TakenRow>{row});
         });
         connect(m_list, &CBrenListCtrl::KeyReleased, this, [=, this](int key) {
             if (key == command(number).key)
@@ -162,7 +164,10 @@ void RecordView::Load(std::optional<quint32> known) {
                 ShowEnd(*loaded, rows, loaded->read.Sentence());
             else if (loaded.outcome == LoadOutcome::Failed)
                 ShowEnd({{ReadOutcome::Failed, {}}, {}, false}, rows, loaded.why);
+            else
+                TellReading();
         });
+    TellReading();
     m_coming.reset();
     if (m_list->Rows().TotalRows() > 0)
         return;
@@ -170,6 +175,13 @@ void RecordView::Load(std::optional<quint32> known) {
         m_list->SetLoading(m_table.page.loading.isEmpty() ? tr("Loading...") : m_table.page.loading);
     m_coming = rows;
     m_glance.start(GlancePeriod);
+}
+
+/// A read has begun, or was given up.
+void RecordView::TellReading() {
+    if (std::any_of(m_table.actions.begin(), m_table.actions.end(),
+                    [](const TableAction& action) { return action.needs == TableAction::AllRows; }))
+        emit Changed();
 }
 
 /// Each time as many as are there already, so that a million rows come in some twenty steps.

@@ -63,6 +63,7 @@ private:
     void AddCommands();
     void RunCommand(const RowCommand& command, const std::vector<TakenRow>& rows);
     void Load(std::optional<quint32> known);
+    void TellReading();
     void ShowFirstRows();
     void ShowEnd(const Outcome& outcome, const Stream& rows, const QString& failure);
 

@@ -30,12 +30,18 @@ RowDeletion::RowDeletion(const Console& console, CBrenListCtrl& list, QWidget* p
 }
 
 std::vector<TakenRow> RowDeletion::Present(const std::vector<TakenRow>& rows) const {
-    const RowIds wanted(rows.begin(), rows.end());
-    std::vector<TakenRow> present;
     const RowSet& all = m_list.Rows().AllRows();
-    for (int place = 0; place < all.Count(); ++place) {
+    std::vector<TakenRow> present;
+    RowIds moved;
+    for (const TakenRow& row : rows) {
+        if (row.place < all.Count() && all.At(row.place).HasIdOf(row))
+            present.push_back(all.At(row.place));
+        else
+            moved.insert(row);
+    }
+    for (int place = 0; place < all.Count() && !moved.empty(); ++place) {
         TakenRow row = all.At(place);
-        if (wanted.contains(row))
+        if (moved.erase(row) > 0)
             present.push_back(std::move(row));
     }
     return present;

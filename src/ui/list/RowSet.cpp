@@ -17,7 +17,7 @@ RowSet::Spot RowSet::Find(int row) const {
 
 TakenRow RowSet::At(int row) const {
     const Spot spot = Find(row);
-    return {spot.block, spot.at};
+    return {spot.block, spot.at, row};
 }
 
 QString RowSet::Cell(int row, int column) const {

@@ -37,6 +37,7 @@ public:
 struct TakenRow {
     std::shared_ptr<const RowBlock> block;
     int at = 0;
+    int place = 0; ///< in the rows that it was taken from
 
     QString Cell(int column) const { return block->Cell(at, column); }
     std::size_t IdHash() const { return block->IdHash(at); }

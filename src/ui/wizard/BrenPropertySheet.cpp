@@ -62,10 +62,7 @@ CBrenPropertySheet::CBrenPropertySheet(Reader& reader, UserPrompts& prompts, con
     connect(m_back, &QPushButton::clicked, this, &CBrenPropertySheet::GoBack);
     connect(m_main, &QPushButton::clicked, this, &CBrenPropertySheet::Advance);
     connect(m_cancel, &QPushButton::clicked, this, &CBrenPropertySheet::reject);
-    connect(m_line, &WizardLine::TryAgain, this, [this] {
-        Current().filledFrom.reset();
-        FillCurrent();
-    });
+    connect(m_line, &WizardLine::TryAgain, this, &CBrenPropertySheet::TryAgain);
 }
 
 // The pages' loaders go before the pages.
@@ -139,6 +136,11 @@ CBrenPropertySheet::Entry& CBrenPropertySheet::Current() {
     return m_entries.at(static_cast<std::size_t>(m_travel.Current()));
 }
 
+bool CBrenPropertySheet::IsReady() {
+    const Entry& entry = Current();
+    return entry.busy.isEmpty() && entry.failure.isEmpty() && entry.page->IsComplete();
+}
+
 WizardPage* CBrenPropertySheet::CurrentPage() const {
     return m_entries.at(static_cast<std::size_t>(m_travel.Current())).page;
 }
@@ -196,6 +198,11 @@ void CBrenPropertySheet::FillCurrent() {
     Refresh();
 }
 
+void CBrenPropertySheet::TryAgain() {
+    Current().filledFrom.reset();
+    FillCurrent();
+}
+
 int CBrenPropertySheet::BeginRead(WizardPage& page, const QString& busy,
                                   std::shared_ptr<const ProgressNote> note) {
     Entry& entry = EntryOf(page);
@@ -214,7 +221,10 @@ bool CBrenPropertySheet::IsPresentRead(const WizardPage& page, int number, const
     if (page.Inputs() == inputs)
         return true;
     entry.busy.clear();
+    entry.note.reset();
     entry.filledFrom.reset();
+    if (&page == CurrentPage())
+        FillCurrent();
     return false;
 }
 
@@ -233,8 +243,7 @@ void CBrenPropertySheet::EndRead(WizardPage& page, const QString& failure, bool 
 }
 
 void CBrenPropertySheet::Advance() {
-    const bool ready = Current().busy.isEmpty() && CurrentPage()->IsComplete();
-    if (!m_travel.Allowed(ready, false).main || !m_travel.Begin())
+    if (!m_travel.Allowed(IsReady(), false).main || !m_travel.Begin())
         return;
     ++m_attempt;
     m_said.clear();
@@ -271,10 +280,6 @@ void CBrenPropertySheet::Stay(const Refusal& refusal) {
         m_prompts.ShowMessage(this, refusal.why, [this, wanted] { ReleaseFocus(wanted); });
     else
         ReleaseFocus(wanted);
-}
-
-void CBrenPropertySheet::Abandon() {
-    QDialog::reject();
 }
 
 void CBrenPropertySheet::BeginWork(const QString& busy, std::shared_ptr<const ProgressNote> note) {
@@ -383,8 +388,7 @@ void CBrenPropertySheet::AskToDiscard() {
 }
 
 void CBrenPropertySheet::Refresh() {
-    const bool ready = Current().busy.isEmpty() && CurrentPage()->IsComplete();
-    const WizardTravel::Buttons allowed = m_travel.Allowed(ready, CurrentPage()->CanEscape());
+    const WizardTravel::Buttons allowed = m_travel.Allowed(IsReady(), CurrentPage()->CanEscape());
     ShowSteps();
     m_main->setText(m_travel.IsLast() ? tr("&Finish") : tr("&Next"));
     ShowLine();
@@ -408,10 +412,10 @@ void CBrenPropertySheet::ShowLine() {
         m_line->ShowBusy(m_busy.isEmpty() ? tr("Please wait...") : m_busy, m_note);
     else if (!entry.busy.isEmpty())
         m_line->ShowBusy(entry.busy, entry.note);
-    else if (!m_said.isEmpty())
-        m_line->ShowFailure(m_said, false);
     else if (!entry.failure.isEmpty())
         m_line->ShowFailure(entry.failure, true);
+    else if (!m_said.isEmpty())
+        m_line->ShowFailure(m_said, false);
     else
         m_line->ShowChosen(entry.page->Line());
 }
@@ -456,6 +460,8 @@ void CBrenPropertySheet::FocusPage() {
 }
 
 void CBrenPropertySheet::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Refresh) && !Current().failure.isEmpty())
+        return TryAgain();
     const auto modifiers = event->modifiers() & ~Qt::KeypadModifier;
     if (!IsEnter(*event) || (modifiers != Qt::NoModifier && modifiers != Qt::ControlModifier)) {
         QDialog::keyPressEvent(event);

@@ -38,7 +38,6 @@ public:
     /// Takes effect for the way from the present page on.
     void LeaveOut(const WizardPage& page, bool leftOut);
     WizardPage* CurrentPage() const;
-    UserPrompts& Prompts() const { return m_prompts; }
 
     // What a page calls.
 
@@ -46,8 +45,6 @@ public:
     void Pass();
     /// From `Leave`: stays, with what is wrong; without words, when the user has called it off.
     void Stay(const Refusal& refusal = {});
-    /// Ends the wizard as cancelled, without a question.
-    void Abandon();
 
     /// Reads what the page shows. Next is off meanwhile. `apply` is `QString (const Loaded<Value>&)` and
     /// returns why the page could not be filled, which is shown and can be tried again; it is not called when
@@ -140,6 +137,8 @@ private:
     Entry& EntryOf(const WizardPage& page);
     PageLoader& LoaderOf(const WizardPage& page) { return *EntryOf(page).loader; }
     Entry& Current();
+    /// Whether the page can be left: it has been read, and its fields hold what they must.
+    bool IsReady();
 
     int BeginRead(WizardPage& page, const QString& busy, std::shared_ptr<const ProgressNote> note);
     bool IsPresentRead(const WizardPage& page, int number, const QVariantList& inputs);
@@ -154,6 +153,7 @@ private:
     void GoBack();
     void EnterPage();
     void FillCurrent();
+    void TryAgain();
     void GiveCheckUp();
     void OnEdited(WizardPage* page);
     void AskToDiscard();

@@ -27,7 +27,6 @@ public:
     /// `again`: offers to try it again.
     void ShowFailure(const QString& why, bool again);
 
-    bool IsFailure() const { return m_face == Face::Failure; }
     bool IsBusy() const { return m_face == Face::Busy; }
     QString Text() const;
     QWidget* Link() const; ///< which tries again

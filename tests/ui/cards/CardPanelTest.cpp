@@ -157,6 +157,20 @@ private slots:
         QCOMPARE(panel.CardAt(1)->BodyText(), u"2"_s);
         QVERIFY(!panel.CardAt(1)->accessibleDescription().contains(u"of this name"_s));
     }
+
+    void aCardLeavesAnEntryThatIsNotChosen() {
+        FruitPanel panel;
+        panel.Add(u"{8}"_s, u"Plum"_s, Running);
+        panel.Add(u"{9}"_s, u"PLUM"_s, Running);
+        panel.Refresh();
+        panel.Choose(u"Running"_s);
+        QCOMPARE(panel.CardAt(0)->BodyText(), u"0"_s);
+        panel.fruits[0].shownState = Failed;
+        panel.Refresh();
+        QCOMPARE(panel.Choices(), u"All 2, [Running 1], Failed 1"_s);
+        QCOMPARE(panel.CardAt(0)->BodyText(), u"1"_s);
+        QVERIFY(panel.CardAt(0)->accessibleDescription().contains(u"2 of this name"_s));
+    }
 };
 
 BTASK_TEST(CardPanelTest);

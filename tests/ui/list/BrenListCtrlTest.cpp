@@ -404,9 +404,12 @@ private slots:
         QTemporaryDir folder;
         const QString path = folder.filePath(u"rows.csv"_s);
         std::vector<ListRow> rows;
-        rows.emplace_back(u"a"_s, QStringList{u"#COLOR:RED"_s, u"say \"hi\",\tyou"_s, u"##gone"_s});
+        rows.emplace_back(u"a"_s, QStringList{u"#COLOR:RED"_s, u"say \"hi\",\tyou"_s, u"##gone"_s,
+                                              u"#ICON:208#@@Click to delete"_s});
         rows.emplace_back(u"b"_s, QStringList{u"#Progress:3 4@@3 of 4"_s, QString::fromUtf8("\u00e4\n"), {}});
         Table table(std::move(rows));
+        table->AddColumn({}, 24, Qt::AlignLeft, u"Delete"_s);
+        table->SetCommandColumns(1);
         table->SetMultiSelection(true);
         table->SortByNext(1);
         table->SortByNext(1); // descending
@@ -422,6 +425,9 @@ private slots:
         QCOMPARE(QString::fromUtf8(file.readAll().mid(3)),
                  QString::fromUtf8("Mark,Name,Action\r\n75.00 % (3 of 4),\"\u00e4\n\",\r\nError,\"say "
                                    "\"\"hi\"\",\tyou\",gone\r\n"));
+
+        table->SetFilter(u"delete"_s);
+        QCOMPARE(table->model()->rowCount(), 0);
     }
 
     void tellsWhenTheExportFails() {

@@ -30,6 +30,8 @@ public:
         m_end = end;
     }
 
+    std::atomic<int> looks = 0; ///< at the ids of rows
+
     ReadResult Read(RecordStream<QString>& rows, std::stop_token stop) {
         std::unique_lock lock(m_mutex);
         for (int row = 0;; ++row) {
@@ -52,22 +54,27 @@ private:
     ReadResult m_end;
 };
 
-constexpr int Everything = 1000;
+constexpr int Many = 6000; ///< more than a list takes in at once
+constexpr int Everything = 100'000;
 
 ListTable TableOf(const std::shared_ptr<Tap>& tap, const QString& subject) {
     const auto text = [](const QString& record) { return record; };
-    return RecordTable<QString>{.page = {.name = {},
-                                         .widths = {},
-                                         .status = u"Shown."_s,
-                                         .empty = u"Empty."_s,
-                                         .loading = u"Loading."_s,
-                                         .listing = u"Listing."_s,
-                                         .subject = subject},
-                                .columns = {{u"Name"_s, 200, text}},
-                                .id = {text},
-                                .read = [tap](RecordStream<QString>& rows, std::stop_token stop) {
-                                    return tap->Read(rows, std::move(stop));
-                                }};
+    return RecordTable<QString>{
+        .page = {.name = {},
+                 .widths = {},
+                 .status = u"Shown."_s,
+                 .empty = u"Empty."_s,
+                 .loading = u"Loading."_s,
+                 .listing = u"Listing."_s,
+                 .subject = subject},
+        .columns = {{u"Name"_s, 200, text}},
+        .id = {[text, tap](const QString& record) { return ++tap->looks, text(record); }},
+        .read = [tap](RecordStream<QString>& rows,
+                      std::stop_token stop) { return tap->Read(rows, std::move(stop)); },
+        .commands = {DeleteCommand<QString>(
+            {.caption = u"Delete"_s}, {u"Really?"_s, {}, {}},
+            [](const ServiceClient&, const QString&, const std::stop_token&) { return ServiceAnswer(); })},
+        .actions = {{u"Sum Up"_s, 0, TableAction::AllRows, {}}}};
 }
 
 class TapPanel : public RecordPanel {
@@ -150,19 +157,34 @@ private slots:
     void restartsWithoutTheOldRows() {
         m_tap->LetCome(3);
         QTRY_VERIFY(m_panel->RowCount() > 0);
-        m_tap->SetRows(u"b"_s, 4);
+        m_tap->SetRows(u"b"_s, Many);
         m_panel->Restart();
         QCOMPARE(m_panel->RowCount(), 0);
         QCOMPARE(m_panel->TextWithoutRows(), u"Loading."_s);
         QVERIFY(ReadToItsEnd());
-        QCOMPARE(m_panel->RowCount(), 4);
+        QCOMPARE(m_panel->RowCount(), Many);
         QCOMPARE(m_panel->FirstRow(), u"b0"_s);
+        QVERIFY(m_fixture->frame.Captions().contains(u"Sum Up"_s));
 
         m_tap->LetCome(0);
-        m_panel->Restart(); // after a read that had ended
+        m_panel->Reload();
+        QVERIFY(!m_fixture->frame.Captions().contains(u"Sum Up"_s)); // until all rows are there
+        m_panel->Restart();
+        QCOMPARE(m_panel->RowCount(), 0);
         QCOMPARE(m_panel->TextWithoutRows(), u"Loading."_s);
         QVERIFY(ReadToItsEnd());
-        QCOMPARE(m_panel->RowCount(), 4); // as they were before
+        QCOMPARE(m_panel->RowCount(), Many); // as they were before
+    }
+
+    void aDeletionLooksAtItsRowsOnly() {
+        m_tap->SetRows(u"a"_s, Many);
+        QVERIFY(ReadToItsEnd());
+        m_panel->Table().selectRow(Many - 2);
+        m_tap->looks = 0;
+        m_fixture->prompts.ExpectQuestion(u"Really?\na%1"_s.arg(Many - 2), false);
+        m_panel->Table().actions().first()->trigger();
+        QVERIFY(m_fixture->prompts.IsPlayed());
+        QVERIFY(m_tap->looks < 10);
     }
 
     void goesOnAfterItWasLeft_data() {

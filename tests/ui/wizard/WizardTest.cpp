@@ -61,7 +61,12 @@ private:
 class NamePage : public FieldPage {
 public:
     NamePage(Draft& draft, Service& service)
-        : FieldPage(u"Name"_s, {u"Name"_s}), m_draft(draft), m_service(service) {}
+        : FieldPage(u"Name"_s, {u"Name"_s}), m_draft(draft), m_service(service) {
+        connect(fields[0], &QLineEdit::textEdited, this, [this](const QString& text) {
+            if (text.startsWith(u'@'))
+                m_draft.host = text.mid(1);
+        });
+    }
 
     QVariantList Inputs() const override { return {m_draft.host}; }
     void Fill() override {
@@ -212,8 +217,10 @@ private slots:
             in + u"work | Back | answer | page Login | Next | step | Name==A | on Next"_s, "");
         row("an answer for inputs that are past",
             in + u"work | Back | Host=b | Next | work | answer | answer | busy | step | Name==B"_s, "");
+        row("an answer for inputs that the page itself has changed",
+            in + u"work | Name=@b | answer | busy | step | Name==B | on Next"_s, "");
         row("a page that cannot be read is tried again",
-            u"Host=down | Password=x | Next | step | step | says No names. | on Next | Back | Next | step | busy | step | says No names."_s,
+            u"Host=down | Password=x | Next | step | step | says No names. | off Next | focus Name | key F5 | busy | step | says No names. | Back | Next | step | busy | step | says No names. | off Next"_s,
             "");
         row("Enter finishes once",
             in + u"step | Next | page Confirm | Task=t | key Return | busy | off Back | off Cancel | key "

@@ -38,7 +38,7 @@ std::filesystem::path FileIndexFile() {
 } // namespace
 
 std::filesystem::path FileIndexFolder() {
-    const std::filesystem::path folder = IndexFolder();
+    std::filesystem::path folder = IndexFolder();
     if (!folder.empty())
         platform::MakeFolders(folder); // opening the file tells what is wrong with the folder
     return folder;

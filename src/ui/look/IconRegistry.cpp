@@ -166,7 +166,7 @@ QIcon IconRegistry::Icon(const QString& name, QColor colour) {
         return {};
     if (colour.isValid())
         drawing->colour = colour;
-    const QIcon icon(new DrawingIconEngine(name, std::move(*drawing)));
+    QIcon icon(new DrawingIconEngine(name, std::move(*drawing)));
     KnownIcons().insert(key, icon);
     return icon;
 }

@@ -7,7 +7,7 @@ CommandRunner::CommandRunner(const Console& console, QWidget& page)
     : QObject(&page), m_service(console.service), m_prompts(console.prompts), m_page(page),
       m_loader(console.reader, page) {}
 
-void CommandRunner::Run(const QString& key, CommandOrder order) {
+void CommandRunner::Run(const QString& key, const CommandOrder& order) {
     if (m_asking.contains(key) || m_inFlight.contains(key))
         return;
     if (order.question.isEmpty())

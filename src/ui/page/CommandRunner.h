@@ -31,7 +31,7 @@ public:
     /// page goes.
     CommandRunner(const Console& console, QWidget& page);
 
-    void Run(const QString& key, CommandOrder order);
+    void Run(const QString& key, const CommandOrder& order);
     /// True from the sending to the answer.
     bool IsBusy(const QString& key) const { return m_inFlight.contains(key); }
 

@@ -15,8 +15,14 @@ const wchar_t* Wide(const QString& text) {
 MachineText::MachineText(QString key, QString name, const QString& text)
     : m_key(std::move(key)), m_name(std::move(name)) {
     const auto size = static_cast<DWORD>((text.size() + 1) * 2);
-    QCOMPARE(::RegSetKeyValueW(HKEY_LOCAL_MACHINE, Wide(m_key), Wide(m_name), REG_SZ, Wide(text), size),
+    HKEY opened = nullptr; // volatile, as what stands above it may be
+    QCOMPARE(::RegCreateKeyExW(HKEY_LOCAL_MACHINE, Wide(m_key), 0, nullptr, REG_OPTION_VOLATILE,
+                               KEY_ALL_ACCESS, nullptr, &opened, nullptr),
              LSTATUS(ERROR_SUCCESS));
+    QCOMPARE(
+        ::RegSetValueExW(opened, Wide(m_name), 0, REG_SZ, reinterpret_cast<const BYTE*>(text.utf16()), size),
+        LSTATUS(ERROR_SUCCESS));
+    ::RegCloseKey(opened);
 }
 
 MachineText::~MachineText() {

@@ -183,7 +183,7 @@ private slots:
 
     void theTitleHasTheRoomThatTheStatusLeaves() {
         TestList list;
-        list.resize(440, 400);
+        list.resize(500, 400);
         list.Refresh(
             {u"Backup of all photos"_s, u"A title that no card of this width could ever show whole"_s});
         const auto isCut = [&list](int card) {

@@ -172,7 +172,9 @@ private slots:
         tabs.SetCorner(corner);
         tabs.Activate();
         const auto* strip = tabs.findChild<TabStrip*>();
-        for (const auto& [width, hasIcons] : {std::pair(1200, true), {786, true}, {400, false}}) {
+        // The fonts of the other system are wider.
+        const int firstSize = QSysInfo::productType() == "windows"_L1 ? 900 : 786;
+        for (const auto& [width, hasIcons] : {std::pair(1200, true), {firstSize, true}, {400, false}}) {
             tabs.resize(width, 400);
             QCOMPARE(!strip->iconSize().isEmpty(), hasIcons);
         }

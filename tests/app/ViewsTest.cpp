@@ -75,6 +75,8 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(&window));
         CheckRun::Options options;
         options.rules = everything ? Sweeps::Everything : Sweeps::Layout;
+        if (IsWindows()) // the fonts of these tests are wider there than a user's
+            options.rules &= ~(SweepRule::Fit | SweepRule::Overlap);
         if (fault == devservice::HttpFault::Hang)
             options.patience = std::chrono::milliseconds(200);
         CheckRun run(window, reader, DialogsOf(server), options);

@@ -47,7 +47,7 @@ QString TakeChoice(const QString& what, QLatin1String name, QString& word) {
 QString TakeValue(const CommandOption& option, QString value, Invocation& invocation) {
     if (option.value.startsWith("NAME="_L1) && value.indexOf(u'=') < 1)
         return u"%1 takes %2, with an equals sign between them."_s.arg(option.name, option.value);
-    const QString mistake = TakeChoice(option.name, option.value, value);
+    QString mistake = TakeChoice(option.name, option.value, value);
     if (mistake.isEmpty())
         invocation.options[option.name] += value;
     return mistake;
@@ -81,7 +81,7 @@ QString CheckOperands(const Command& command, Invocation& invocation) {
     for (size_t i = 0; i < count; ++i) {
         const Operand& operand = command.operands[std::min(i, command.operands.size() - 1)];
         QString& word = invocation.operands[static_cast<qsizetype>(i)];
-        const QString mistake = TakeChoice(u"\"%1\": this operand"_s.arg(word), operand.name, word);
+        QString mistake = TakeChoice(u"\"%1\": this operand"_s.arg(word), operand.name, word);
         if (!mistake.isEmpty())
             return mistake;
     }
@@ -156,7 +156,7 @@ QString TakeWords(const Command& command, const QStringList& words, Invocation& 
             continue;
         }
         optionsEnded = words[i] == "--"_L1;
-        const QString mistake = optionsEnded ? QString() : TakeOption(command, words, i, invocation);
+        QString mistake = optionsEnded ? QString() : TakeOption(command, words, i, invocation);
         if (!mistake.isEmpty())
             return mistake;
     }

@@ -3,5 +3,5 @@
 #include <QImage>
 #include <QRect>
 
-/// The pixels that stand out from the image's commonest colour.
-int CountInk(const QImage& image);
+/// The pixels that stand out from the commonest colour of `source`.
+int CountInk(const QImage& source);

@@ -12,6 +12,7 @@ namespace {
 
 std::vector<ActionButton*> ButtonsOf(const QBoxLayout& layout) {
     std::vector<ActionButton*> buttons;
+    buttons.reserve(static_cast<size_t>(layout.count()));
     for (int index = 0; index < layout.count(); ++index)
         buttons.push_back(static_cast<ActionButton*>(layout.itemAt(index)->widget()));
     return buttons;

@@ -4,48 +4,41 @@
 #include "development/SweepPointer.h"
 #include "development/SweepReach.h"
 
-#include <QMetaEnum>
 #include <QPointer>
 #include <QWidget>
 
-using namespace Qt::Literals::StringLiterals;
+namespace {
+
+struct Check {
+    SweepRule rule;
+    const char* name;
+    void (*run)(QWidget& window, std::vector<SweepFind>& finds);
+};
+
+/// In the order in which a window is looked over: what moves pointer and focus comes last.
+constexpr Check Checks[] = {
+    {SweepRule::Fit, "fit", &FindCutTexts},
+    {SweepRule::Overlap, "overlap", &FindOverlaps},
+    {SweepRule::TabOrder, "tab order", &FindTabJumps},
+    {SweepRule::Reach, "reach", &FindUnreached},
+    {SweepRule::Name, "name", &FindNameless},
+    {SweepRule::Default, "default", &FindDefaultless},
+    {SweepRule::Words, "words", &FindWordless},
+    {SweepRule::Ink, "ink", &FindInkLostByPointer},
+    {SweepRule::Focus, "focus", &FindRingless},
+};
+
+} // namespace
 
 QString SweepRuleName(SweepRule rule) {
-    switch (rule) {
-    case SweepRule::Fit:
-        return u"fit"_s;
-    case SweepRule::Overlap:
-        return u"overlap"_s;
-    case SweepRule::Ink:
-        return u"ink"_s;
-    case SweepRule::Focus:
-        return u"focus"_s;
-    case SweepRule::TabOrder:
-        return u"tab order"_s;
-    case SweepRule::Reach:
-        return u"reach"_s;
-    case SweepRule::Name:
-        return u"name"_s;
-    case SweepRule::Default:
-        return u"default"_s;
-    case SweepRule::Words:
-        return u"words"_s;
+    for (const Check& check : Checks) {
+        if (check.rule == rule)
+            return QString::fromLatin1(check.name);
     }
     return {};
 }
 
 std::vector<SweepFind> SweepWindow(QWidget& window, SweepRules rules) {
-    struct Check {
-        SweepRule rule;
-        void (*run)(QWidget& window, std::vector<SweepFind>& finds);
-    };
-    constexpr Check Checks[] = {
-        {SweepRule::Fit, &FindCutTexts},      {SweepRule::Overlap, &FindOverlaps},
-        {SweepRule::TabOrder, &FindTabJumps}, {SweepRule::Reach, &FindUnreached},
-        {SweepRule::Name, &FindNameless},     {SweepRule::Default, &FindDefaultless},
-        {SweepRule::Words, &FindWordless},    {SweepRule::Ink, &FindInkLostByPointer},
-        {SweepRule::Focus, &FindRingless},
-    };
     std::vector<SweepFind> finds;
     const QPointer<QWidget> focused = window.focusWidget();
     for (const Check& check : Checks) {

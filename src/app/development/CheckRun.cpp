@@ -10,8 +10,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr std::chrono::milliseconds StepPeriod{10};
-/// A page may read again what its first read told it of, so it counts as filled after some quiet steps.
-constexpr int QuietStepsWanted = 4;
 
 WatchedReader& Held(WatchedReader& reader) {
     reader.Hold();
@@ -51,7 +49,6 @@ CheckRun::CheckRun(CBTaskMMCDlg& window, WatchedReader& reader, std::vector<Dial
 
 void CheckRun::Enter() {
     ++m_views;
-    m_quietSteps = 0;
     m_since.start();
     if (m_options.rules.testFlag(SweepRule::Words))
         Note(SweepWindow(m_walk.Front(), SweepRule::Words));
@@ -59,8 +56,7 @@ void CheckRun::Enter() {
 }
 
 void CheckRun::Step() {
-    m_quietSteps = m_reader.IsIdle() ? m_quietSteps + 1 : 0;
-    if (m_quietSteps < QuietStepsWanted && !m_since.hasExpired(m_options.patience.count()))
+    if (!m_reader.IsQuiet() && !m_since.hasExpired(m_options.patience.count()))
         return;
     m_reader.Hold();
     Note(SweepWindow(m_walk.Front(), m_options.rules));

@@ -52,7 +52,6 @@ private:
     ViewWalk m_walk;
     QTimer m_timer;
     QElapsedTimer m_since; ///< the view was shown
-    int m_quietSteps = 0;
     int m_views = 0;
     std::vector<ViewFind> m_finds;
 };

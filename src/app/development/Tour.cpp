@@ -12,12 +12,10 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr std::chrono::milliseconds StepPeriod{50};
-/// A page may read again what its first read told it of, so it counts as filled after some quiet steps.
-constexpr int QuietStepsWanted = 4;
 
 } // namespace
 
-Tour::Tour(CBTaskMMCDlg& window, const WatchedReader& reader, std::vector<DialogEntry> dialogs,
+Tour::Tour(CBTaskMMCDlg& window, WatchedReader& reader, std::vector<DialogEntry> dialogs,
            const QString& folder)
     : m_window(window), m_reader(reader), m_walk(window, std::move(dialogs)), m_folder(folder) {
     QDir().mkpath(folder);
@@ -26,11 +24,9 @@ Tour::Tour(CBTaskMMCDlg& window, const WatchedReader& reader, std::vector<Dialog
 }
 
 void Tour::Step() {
-    m_quietSteps = m_reader.IsIdle() ? m_quietSteps + 1 : 0;
-    if (m_quietSteps < QuietStepsWanted)
+    if (!m_reader.IsQuiet())
         return;
     TakePicture();
-    m_quietSteps = 0;
     if (m_walk.Next())
         return;
     m_timer.stop();

@@ -10,7 +10,7 @@ class WatchedReader;
 /// prints the picture's path, and closes the window after the last.
 class Tour {
 public:
-    Tour(CBTaskMMCDlg& window, const WatchedReader& reader, std::vector<DialogEntry> dialogs,
+    Tour(CBTaskMMCDlg& window, WatchedReader& reader, std::vector<DialogEntry> dialogs,
          const QString& folder);
 
 private:
@@ -18,9 +18,8 @@ private:
     void TakePicture();
 
     CBTaskMMCDlg& m_window;
-    const WatchedReader& m_reader;
+    WatchedReader& m_reader;
     ViewWalk m_walk;
     QString m_folder;
     QTimer m_timer;
-    int m_quietSteps = 0;
 };

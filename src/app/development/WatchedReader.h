@@ -13,6 +13,10 @@ public:
     void Submit(Job job) override;
     bool IsIdle() const { return *m_pending == 0; }
 
+    /// To be asked at even steps. A page may read again what its first read told it of, so it counts as
+    /// filled only after some steps without work; true begins the count anew.
+    bool IsQuiet();
+
     /// From now on jobs wait here, until they are let go.
     void Hold() { m_held = true; }
     void LetGo();
@@ -21,5 +25,6 @@ private:
     Reader& m_reader;
     std::shared_ptr<int> m_pending;
     bool m_held = false;
+    int m_quietSteps = 0;
     std::vector<Job> m_waiting;
 };

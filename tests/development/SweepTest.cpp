@@ -49,7 +49,8 @@ public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
 protected:
-    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
         if (!static_cast<const QAbstractItemView*>(option.widget)->viewport()->underMouse())
             QStyledItemDelegate::paint(painter, option, index);
     }

@@ -159,7 +159,9 @@ private:
 
     WizardLine& Line() const { return *m_sheet->findChild<WizardLine*>(); }
 
-    static QString Plain(QString label) { return label.remove(u'&').remove(QStringLiteral(" *")).remove(QStringLiteral(", required")); }
+    static QString Plain(QString label) {
+        return label.remove(u'&').remove(QStringLiteral(" *")).remove(QStringLiteral(", required"));
+    }
 
     static QString TextOf(const QWidget* field) {
         if (const auto* text = qobject_cast<const QPlainTextEdit*>(field))

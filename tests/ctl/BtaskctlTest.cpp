@@ -359,8 +359,6 @@ private slots:
     }
 
     void aStartWaitsForTheOutcome() {
-        if (QSysInfo::productType() == "windows"_L1)
-            QSKIP("It crashes in the Windows programs, for a reason not found yet.");
         QFETCH(const QString, meanwhile);
         QFETCH(const QString, file);
         ServiceFixture service;

@@ -134,6 +134,8 @@ VDirUses ReadVDirUses(const ServiceClient& service, const QString& name, std::st
     for (const FolderUse& use : Uses) {
         const SettingValue<QStringList> entries = ReadList(service, use.list, stop);
         uses.known = uses.known && entries.WasRead();
+        if (!entries.WasRead() && entries.silent)
+            break;
         QStringList folders;
         for (const QString& entry : entries.value)
             folders += FolderOf(use, entry, name);

@@ -34,15 +34,22 @@ void ActionButton::Set(const QString& caption, const QIcon& icon) {
     setText(caption);
     setAccessibleName(caption);
     setIcon(icon);
-    if (m_kind == Kind::Icon)
-        setToolTip(Look::ToolTip(caption));
+    ShowToolTip();
 }
 
-void ActionButton::SetBusy(bool busy) {
-    if (busy == m_busy)
+void ActionButton::ShowToolTip() {
+    QStringList lines{m_kind == Kind::Icon ? text() : QString(), m_why};
+    lines.removeAll(QString());
+    setToolTip(Look::ToolTip(lines.join(u'\n')));
+}
+
+void ActionButton::SetBusy(bool busy, const QString& why) {
+    if (busy == m_busy && why == m_why)
         return;
     m_busy = busy;
-    setAccessibleDescription(busy ? tr("Not available now") : QString());
+    m_why = why;
+    ShowToolTip();
+    setAccessibleDescription(!busy ? QString() : why.isEmpty() ? tr("Not available now") : why);
     QAccessible::State changed;
     changed.busy = true;
     QAccessibleStateChangeEvent told(this, changed);

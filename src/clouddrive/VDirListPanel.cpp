@@ -36,7 +36,10 @@ CVDirListPanel::CVDirListPanel(const Console& console, LoginPace pace)
 
     connect(m_commands, &VDirCommands::Dismounted, this, &CVDirListPanel::OnDismounted);
     connect(m_commands, &VDirCommands::Renamed, this, &CVDirListPanel::OnRenamed);
-    connect(m_commands, &VDirCommands::Changed, this, &CVDirListPanel::Reload);
+    connect(m_commands, &VDirCommands::Changed, this, [this] {
+        if (IsActive()) // otherwise it is read when it is shown
+            Reload();
+    });
     connect(m_commands, &VDirCommands::LoginChanged, this, [this](const QString& name) {
         if (CExpandableItem* card = FindCard(name))
             static_cast<CVDirItem*>(card)->ShowLogin();

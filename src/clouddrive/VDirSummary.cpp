@@ -113,6 +113,6 @@ void CVDirSummary::Show(const Facts& facts) {
     m_card->SetRows(std::move(rows));
     m_chunks->SetText(ChunkText(facts.chunks));
     TellFailure(facts.card ? QString() : failure);
-    if (!facts.card)
+    if (!facts.card && IsActive())
         TheConsole().prompts.ShowMessage(this, failure);
 }

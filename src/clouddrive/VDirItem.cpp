@@ -31,7 +31,6 @@ void CVDirItem::Update(const VDirRow& directory) {
                      ? QString()
                      : tr("The drive that shows virtual directories as folders is not there."));
     ShowStatus();
-    ShowBusy();
 }
 
 void CVDirItem::ShowUnanswered() {
@@ -47,17 +46,13 @@ void CVDirItem::Rename(const QString& name) {
     Update(renamed);
 }
 
-void CVDirItem::ShowLogin() {
-    ShowStatus();
-    ShowBusy();
-}
-
 void CVDirItem::ShowStatus() {
     const VDirStateMeaning& meaning = MeaningOfStatus(Record().status);
     const QString text = VDirStatusText(Record().status);
     SetStatusIcon(QLatin1String(meaning.icon), static_cast<int>(meaning.state), text);
     const QString login = m_commands.LoginText(Record().name);
     SetStatusText(login.isEmpty() ? text : login);
+    ShowBusy();
 }
 
 void CVDirItem::ShowBusy() {

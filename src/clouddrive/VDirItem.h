@@ -21,13 +21,12 @@ public:
     void ShowUnanswered();
     /// It has another name now.
     void Rename(const QString& name);
-    /// Shows how its login goes on.
-    void ShowLogin();
+    /// Shows its state as it was read, or how its login goes on.
+    void ShowStatus();
 
     void OnExpanded() override;
 
 private:
-    void ShowStatus();
     void ShowBusy();
 
     const Console& m_console;

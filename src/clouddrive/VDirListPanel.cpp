@@ -42,7 +42,7 @@ CVDirListPanel::CVDirListPanel(const Console& console, LoginPace pace)
     });
     connect(m_commands, &VDirCommands::LoginChanged, this, [this](const QString& name) {
         if (CExpandableItem* card = FindCard(name))
-            static_cast<CVDirItem*>(card)->ShowLogin();
+            static_cast<CVDirItem*>(card)->ShowStatus();
     });
 }
 
@@ -80,7 +80,8 @@ void CVDirListPanel::TellRead(const ReadResult& read) {
     if (read) {
         m_silences = 0;
         m_wasRead = true;
-        m_unanswered = false;
+        if (std::exchange(m_unanswered, false))
+            ForEachCard(&CVDirItem::ShowStatus);
         TellAge({});
     } else if (read.outcome == ReadOutcome::Unavailable && ++m_silences > SilentFailures) {
         m_silences = 0;
@@ -96,8 +97,12 @@ void CVDirListPanel::ShowUnanswered() {
         TellFailure(failure);
     else
         TellAge(failure); // there is nothing yet whose age could be told
+    ForEachCard(&CVDirItem::ShowUnanswered);
+}
+
+void CVDirListPanel::ForEachCard(void (CVDirItem::*show)()) {
     for (int card = 0; card < CardCount(); ++card)
-        static_cast<CVDirItem*>(CardAt(card))->ShowUnanswered();
+        (static_cast<CVDirItem*>(CardAt(card))->*show)();
 }
 
 void CVDirListPanel::OnDismounted(const QString& name) {

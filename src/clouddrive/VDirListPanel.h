@@ -3,6 +3,8 @@
 #include "cards/CardPanel.h"
 #include "clouddrive/VDirCommands.h"
 
+class CVDirItem;
+
 /// The virtual directories as cards.
 class CVDirListPanel : public CardPanel {
     Q_OBJECT
@@ -21,6 +23,7 @@ private:
     QWidget* MakeEmptyView();
     void ShowEntry(CExpandableItem& card, const CardEntry& entry);
     void ShowUnanswered();
+    void ForEachCard(void (CVDirItem::*show)());
     void OnDismounted(const QString& name);
     void OnRenamed(const QString& name, const QString& newName);
 

@@ -108,6 +108,7 @@ private slots:
     }
 
     void aNewCardCollapsesTheExpandedOne() {
+        Service()->SetAnswer("/mysafe/", devservice::Answer{200, "<SafeCard/>"});
         Open();
         m_panel->ToggleCard(*m_panel->CardAt(0));
         Refresh();
@@ -160,7 +161,7 @@ private slots:
         row("no plug-in", "no-plugin", "none", "Specified plugin can not be located!",
             "Specified plugin can not be located!");
         row("never", "never", "none", "", "Pending");
-        row("not taken", "in", "deny:500@ForceRelogin", "Operation Failed\n", "Pending");
+        row("not taken", "never", "deny:500@ForceRelogin", "Operation Failed\n", "Pending");
         const QString silent = u"The service does not tell any more how the login of \"Mail\" goes on."_s;
         row("dying", "never", "deny:500@GetVDirStatus", silent, silent);
     }

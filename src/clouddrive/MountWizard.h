@@ -10,7 +10,8 @@
 struct Console;
 
 /// Calls `then` after a time, unless `context` has gone.
-using MountPace = std::function<void(QObject& context, std::chrono::milliseconds time, std::function<void()> then)>;
+using MountPace =
+    std::function<void(QObject& context, std::chrono::milliseconds time, std::function<void()> then)>;
 
 /// What the pages of the mount wizard share.
 struct MountDraft {
@@ -21,7 +22,7 @@ struct MountDraft {
     StorageProvider provider = {}; ///< as the login page has read it
     QStringList values = {};       ///< of its fields
     LoginCard card = {};
-    QString acceptedCard = {};                                   ///< the document that the service has
+    QString acceptedCard = {};                                 ///< the document that the service has
     MountOutcome::Place lookAt = MountOutcome::Place::Nothing; ///< on the way back from a failure
 };
 

@@ -111,7 +111,7 @@ void NamePage::ShowOffers(std::vector<Offer> offers, bool chooseLast) {
                offer.provider.spId == before->spId;
     });
     const int count = m_provider->count();
-    m_provider->setCurrentIndex(chooseLast             ? count - 1
+    m_provider->setCurrentIndex(chooseLast               ? count - 1
                                 : same == m_offers.end() ? -1
                                                          : int(same - m_offers.begin()));
 }
@@ -151,8 +151,11 @@ PageLine NamePage::Line() const {
 }
 
 void NamePage::PickFile() {
-    const PickRequest request{PickKind::FileToOpen, tr("Open Provider File"), {},
-                              tr("Provider descriptions (*.brenviasp*);;All files (*)"), {}};
+    const PickRequest request{PickKind::FileToOpen,
+                              tr("Open Provider File"),
+                              {},
+                              tr("Provider descriptions (*.brenviasp*);;All files (*)"),
+                              {}};
     m_console.prompts.PickPath(this, request, [this](const std::optional<QString>& file) {
         if (file)
             TakeFile(*file);

@@ -146,8 +146,8 @@ LoginCard MakeCard(const QString& vdirName, const std::vector<LoginField>& field
 
 QString CardDocument(const QString& vdirName, const QString& cardId, const std::vector<LoginField>& fields,
                      const QStringList& values) {
-    QString document = u"<SafeCard><Name>Login Info - "_s + vdirName + u"</Name><Id>"_s + cardId +
-                       u"</Id><Fields>"_s;
+    QString document =
+        u"<SafeCard><Name>Login Info - "_s + vdirName + u"</Name><Id>"_s + cardId + u"</Id><Fields>"_s;
     for (std::size_t i = 0; i < fields.size(); ++i)
         document += FieldXml(fields[i], values.value(qsizetype(i)));
     // The service takes the document without the closing tag of its root, and with no other one.

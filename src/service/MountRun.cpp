@@ -1,12 +1,14 @@
 #include "service/MountRun.h"
 
-#include "service/RequestText.h"
+#include "service/VDirLogin.h"
 #include "service/VirtualDirectories.h"
 #include "zep/Mui.h"
 #include "zep/Text.h"
 #include "zep/UserSettings.h"
 
 #include <QCoreApplication>
+
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -19,11 +21,6 @@ struct Words {
 constexpr int CardDone = 1;
 constexpr int NodeDone = 2;
 constexpr int LastPoll = 135;
-
-// What the service answers about a login; all else means that it goes on.
-constexpr int LoginFailed = 2;
-constexpr int LoggedIn = 3;
-constexpr int PluginMissing = 5;
 
 /// How the request went, in a sentence.
 QString Told(const ServiceAnswer& answer) {
@@ -83,11 +80,10 @@ MountRun::Wait MountRun::CreateNode(const std::stop_token& stop) {
         return Pause;
     if (!made) {
         m_nodeSent = false;
-        return End(
-            MountOutcome::End::Failed, Words::tr("Failed to create virtual directory!"),
-            Words::tr("It stopped when the virtual directory was to be created. %1").arg(Told(answer)),
-            answer.outcome == ServiceOutcome::OtherStatus ? MountOutcome::Place::Name
-                                                          : MountOutcome::Place::Nothing);
+        return End(MountOutcome::End::Failed, Words::tr("Failed to create virtual directory!"),
+                   Words::tr("It stopped when the virtual directory was to be created. %1").arg(Told(answer)),
+                   answer.outcome == ServiceOutcome::OtherStatus ? MountOutcome::Place::Name
+                                                                 : MountOutcome::Place::Nothing);
     }
     m_done = NodeDone;
     m_state = Words::tr("Validating Virtual Directory ...");
@@ -96,29 +92,32 @@ MountRun::Wait MountRun::CreateNode(const std::stop_token& stop) {
 }
 
 MountRun::Wait MountRun::Validate(const std::stop_token& stop) {
+    const auto since = std::chrono::steady_clock::now();
     const ServiceAnswer answer = m_service.CallProfileMethod(u"GetVDirStatus"_s, m_order.name, stop);
-    m_state = Words::tr("Validating Virtual Directory ...");
-    if (!answer)
-        m_state += u' ' + Told(answer);
-    switch (answer ? LeadingNumber(answer.body) : 0) {
-    case LoginFailed:
-        return EndLogin(LoginError(stop), MountOutcome::Place::Login, stop);
-    case LoggedIn:
+    const int code = answer ? LeadingNumber(answer.body) : 0;
+    const LoginOutcome login = OutcomeOfLogin(m_service, OwnRecord(), code, stop);
+    switch (login.end) {
+    case LoginEnd::LoggedIn:
         return EndMounted();
-    case PluginMissing:
-        return EndLogin(Words::tr("Specified plugin can not be located!"), MountOutcome::Place::Provider,
-                        stop);
+    case LoginEnd::Failed:
+        return EndLogin(login.words, MountOutcome::Place::Login, stop);
+    case LoginEnd::NoPlugin:
+        return EndLogin(login.words, MountOutcome::Place::Provider, stop);
     default:
         break;
     }
-    if (m_done < LastPoll) {
-        ++m_done;
-        return Pause;
-    }
-    return EndLogin(Words::tr("Failed to mount virtual directory. Please double check login/setup "
-                              "information or report issues to %1")
-                        .arg(ZEPMuiGetBrandingStringW(Branding::SupportAddress)),
-                    MountOutcome::Place::Login, stop);
+    m_state = Words::tr("Validating Virtual Directory ...");
+    if (!answer)
+        m_state += u' ' + Told(answer);
+    if (m_done >= LastPoll)
+        return EndLogin(Words::tr("Failed to mount virtual directory. Please double check login/setup "
+                                  "information or report issues to %1")
+                            .arg(ZEPMuiGetBrandingStringW(Branding::SupportAddress)),
+                        MountOutcome::Place::Login, stop);
+    // A service that hangs is not waited for longer than one that answers.
+    const auto spent = std::chrono::steady_clock::now() - since;
+    m_done = std::min(m_done + 1 + (answer ? 0 : static_cast<int>(spent / Pause)), LastPoll);
+    return Pause;
 }
 
 MountRun::Wait MountRun::EndMounted() {
@@ -132,13 +131,13 @@ MountRun::Wait MountRun::EndLogin(const QString& why, MountOutcome::Place lookAt
                                   const std::stop_token& stop) {
     // The login may have come about while its failure was on the way.
     const auto record = ListedRecord(stop);
-    if (record && LeadingNumber(record->status.toUtf8()) == LoggedIn)
+    if (record && MeaningOfStatus(record->status).state == VDirState::Mounted)
         return EndMounted();
     if (stop.stop_requested())
         return Pause;
-    return End(
-        MountOutcome::End::Failed, why,
-        Words::tr("It stopped when the virtual directory was being validated. %1").arg(RemoveNode()), lookAt);
+    return End(MountOutcome::End::Failed, why,
+               Words::tr("It stopped when the virtual directory was being validated. %1").arg(RemoveNode()),
+               lookAt);
 }
 
 MountRun::Wait MountRun::End(MountOutcome::End end, const QString& why, const QString& where,
@@ -154,14 +153,14 @@ MountRun::Wait MountRun::End(MountOutcome::End end, const QString& why, const QS
 void MountRun::CallOff() {
     if (m_step == Step::Ended)
         return;
-    End(MountOutcome::End::CalledOff, Words::tr("The mount was cancelled."),
-        m_nodeSent ? RemoveNode() : QString(), MountOutcome::Place::Nothing);
+    // While it is not known whether the node was taken, the name may be another one's.
+    const bool ours = m_nodeSent && (m_step != Step::Node || ListedRecord({}));
+    End(MountOutcome::End::CalledOff, Words::tr("The mount was cancelled."), ours ? RemoveNode() : QString(),
+        MountOutcome::Place::Nothing);
 }
 
-QString MountRun::LoginError(const std::stop_token& stop) const {
-    const QString setting = m_order.provider.spId + u'/' + m_order.name;
-    const auto text = LostInPath(setting).isEmpty() ? m_service.GetStringSetting(setting, stop) : std::nullopt;
-    return text && !text->isEmpty() ? *text : Words::tr("Login Failed");
+VDirRecord MountRun::OwnRecord() const {
+    return {m_order.name, m_order.card.id, {}, m_order.provider.spId};
 }
 
 std::optional<VDirRecord> MountRun::ListedRecord(const std::stop_token& stop) const {

@@ -43,9 +43,11 @@ public:
     /// Ends it, unless it has ended, and takes back what has been mounted so far.
     void CallOff();
 
-    bool NodeWasSent() const { return m_nodeSent; }  ///< so that calling it off takes something back; any thread
-    int Done() const { return m_done; }             ///< of Total
-    const QString& State() const { return m_state; } ///< what is being done, for people
+    bool NodeWasSent() const {
+        return m_nodeSent;
+    }                                   ///< so that calling it off takes something back; any thread
+    int Done() const { return m_done; } ///< of Total
+    const QString& State() const { return m_state; }          ///< what is being done, for people
     const MountOutcome& Outcome() const { return m_outcome; } ///< once it has ended
 
 private:
@@ -58,7 +60,7 @@ private:
     Wait EndMounted();
     Wait EndLogin(const QString& why, MountOutcome::Place lookAt, const std::stop_token& stop);
     Wait End(MountOutcome::End end, const QString& why, const QString& where, MountOutcome::Place lookAt);
-    QString LoginError(const std::stop_token& stop) const;
+    VDirRecord OwnRecord() const;
     std::optional<VDirRecord> ListedRecord(const std::stop_token& stop) const;
     /// Takes the node back; what became of it, in a sentence.
     QString RemoveNode() const;

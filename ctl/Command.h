@@ -86,6 +86,7 @@ std::vector<Command> LiveCommands();
 std::vector<Command> TaskCommands();
 std::vector<Command> SettingsCommands();
 std::vector<Command> DirectoryCommands();
+std::vector<Command> MountCommands();
 std::vector<Command> RequestCommands();
 std::vector<Command> HelpCommands();
 

@@ -68,7 +68,7 @@ Answer ServiceRequests::Handle(const ReceivedRequest& request) {
     if (request.verb == "GET" && StartsWith(parts.path, CardsPath))
         return HandleCards(parts);
     if (request.verb == "GET" && parts.path == PrefetchPath)
-        return StartsWith(parts.body, "/") && m_profile.Find(parts.body.substr(1)) ? Done : NotFound;
+        return OfFolder(parts);
     if (parts.path == ResourcesPath || StartsWith(parts.path, std::string(ResourcesPath) + '/'))
         return HandleResources(request.verb, parts);
     return NotFound;
@@ -116,10 +116,17 @@ Answer ServiceRequests::HandleProfile(const Parts& parts) {
         return AddNode(parts);
     if (method == "removenode")
         return RemoveNode(parts);
+    if (method == "consolepublish")
+        return OfFolder(parts);
     if (method == "forcerelogin")
         return Outcome(m_profile.Relogin(Parameter(parts.query, "VDirName").value_or(""), m_engine.Now()));
     const VirtualDirectory* directory = method == "getvdirstatus" ? m_profile.Find(parts.body) : nullptr;
     return directory ? Answer{200, std::to_string(directory->status)} : NotFound;
+}
+
+/// What is asked of a virtual directory's folder, as in "/Name", and shows nowhere.
+Answer ServiceRequests::OfFolder(const Parts& parts) const {
+    return StartsWith(parts.body, "/") && m_profile.Find(parts.body.substr(1)) ? Done : NotFound;
 }
 
 Answer ServiceRequests::AddNode(const Parts& parts) {

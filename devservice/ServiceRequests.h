@@ -22,6 +22,7 @@ private:
     Answer HandleSettings(const ReceivedRequest& request, const Parts& parts);
     Answer HandleSchedule(const Parts& parts);
     Answer HandleProfile(const Parts& parts);
+    Answer OfFolder(const Parts& parts) const;
     Answer AddNode(const Parts& parts);
     Answer RemoveNode(const Parts& parts);
     Answer HandleCards(const Parts& parts);

@@ -359,10 +359,10 @@ private slots:
     }
 
     void aStartWaitsForTheOutcome() {
-        if (QSysInfo::productType() == "windows"_L1)
-            QSKIP("It crashes in the Windows programs, for a reason not found yet.");
         QFETCH(const QString, meanwhile);
         QFETCH(const QString, file);
+        if (meanwhile == "stop"_L1 && QSysInfo::productType() == "windows"_L1)
+            QSKIP("Windows asks its service manager, which does not know the service of a test.");
         ServiceFixture service;
         devservice::Task task = MakeTask(TaskId, "Nightly");
         task.subTasks = {MakeSubTask(1, "PUT", file.toStdString(), 9'000'000)};

@@ -2,6 +2,7 @@
 
 #include "app/BackupSvrConfigWizard.h"
 #include "clouddrive/CloudSvcPage.h"
+#include "clouddrive/SetKeyDlg.h"
 #include "development/GalleryPanel.h"
 #include "page/Console.h"
 #include "page/WebPagePanel.h"
@@ -52,10 +53,15 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
         auto* settings = window.findChild<CSettingsPanel*>();
         settings->EditProxy();
     };
+    const auto key = [](CBTaskMMCDlg& window) {
+        const Console& parts = window.Parts();
+        (new CSetKeyDlg(parts.service, parts.reader, parts.prompts, &window))->Open(parts.settingNews);
+    };
     std::vector<DialogEntry> dialogs{
         {u"Bandwidth"_s, [bar](CBTaskMMCDlg& window) { emit bar(window)->BandwidthClicked(); }},
         {u"Cloud space"_s, [bar](CBTaskMMCDlg& window) { emit bar(window)->CloudSpaceClicked(); }},
         {u"Proxy"_s, proxy},
+        {u"Encryption key"_s, key},
     };
     if (serverMode) {
         dialogs.push_back({u"Set-up wizard"_s,

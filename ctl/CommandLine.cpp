@@ -133,7 +133,6 @@ const std::vector<Command>& AllCommands() {
         std::vector<Command> commands = DatabaseCommands();
         for (const auto& more : {LiveCommands(), TaskCommands(), SettingsCommands(), DirectoryCommands(),
                                  MountCommands(), RequestCommands(), HelpCommands()})
-                                 RequestCommands(), HelpCommands()})
             commands.insert(commands.end(), more.begin(), more.end());
         return commands;
     }();

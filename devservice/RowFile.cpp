@@ -3,6 +3,7 @@
 #include "devservice/WireText.h"
 #include "platform/Folders.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <stdexcept>

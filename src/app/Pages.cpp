@@ -2,7 +2,8 @@
 
 #include "app/BackupSvrConfigWizard.h"
 #include "clouddrive/CloudSvcPage.h"
-#include "clouddrive/VDirCommands.h"
+#include "clouddrive/SetKeyDlg.h"
+#include "clouddrive/VDirListPanel.h"
 #include "clouddrive/VirtualDirectoryPanel.h"
 #include "development/GalleryPanel.h"
 #include "page/Console.h"
@@ -59,11 +60,15 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
         auto* settings = window.findChild<CSettingsPanel*>();
         settings->EditProxy();
     };
-    const auto drive = [](CBTaskMMCDlg& window) -> CVirtualDirectoryPanel& {
-        return *window.findChild<CVirtualDirectoryPanel*>();
+    const auto drive = [](CBTaskMMCDlg& window) -> CVDirListPanel& {
+        return *window.findChild<CVDirListPanel*>();
     };
     const VDirRecord shown{u"Home"_s, u"{B1D4A6E0-2F57-4B1C-8E43-90A1C2D3E4F5}"_s, u"3"_s,
                            u"{0F3C6B52-7A41-4E0B-9C55-21D8E3A7B901}"_s};
+    const auto key = [](CBTaskMMCDlg& window) {
+        const Console& parts = window.Parts();
+        (new CSetKeyDlg(parts.service, parts.reader, parts.prompts, &window))->Open(parts.settingNews);
+    };
     std::vector<DialogEntry> dialogs{
         {u"Account quota"_s, [drive](CBTaskMMCDlg& window) { drive(window).ShowQuota(); }},
         {u"Profile encryption"_s, [drive](CBTaskMMCDlg& window) { drive(window).EditProfileEncryption(); }},
@@ -74,6 +79,7 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
         {u"Bandwidth"_s, [bar](CBTaskMMCDlg& window) { emit bar(window)->BandwidthClicked(); }},
         {u"Cloud space"_s, [bar](CBTaskMMCDlg& window) { emit bar(window)->CloudSpaceClicked(); }},
         {u"Proxy"_s, proxy},
+        {u"Encryption key"_s, key},
     };
     if (serverMode) {
         dialogs.push_back({u"Set-up wizard"_s,

@@ -10,7 +10,9 @@ const QStringList Groups{u"Cloud Drive"_s, u"Transfer"_s};
 } // namespace
 
 CloudDriveSettings::CloudDriveSettings(const Console& console, QWidget* parent)
-    : SettingsGridPage(console, &TypedText, parent) {}
+    : SettingsGridPage(console, &TypedText, parent) {
+    SetSideActions({RefreshAction()});
+}
 
 SettingsCatalog CloudDriveSettings::Catalog(QString& failure) const {
     SettingsCatalog catalog = LoadSettingsCatalog(SettingsCatalogPath(), &failure);

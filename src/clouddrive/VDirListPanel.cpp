@@ -1,8 +1,12 @@
 #include "clouddrive/VDirListPanel.h"
 
 #include "clouddrive/MountWizard.h"
+#include "clouddrive/ProfileEncryptionDlg.h"
+#include "clouddrive/Quota.h"
 #include "clouddrive/VDirItem.h"
+#include "look/IconRegistry.h"
 #include "page/LinkLabel.h"
+#include "page/UserPrompts.h"
 
 namespace {
 
@@ -33,6 +37,11 @@ CVDirListPanel::CVDirListPanel(const Console& console, LoginPace pace)
     section.show = [this](CExpandableItem& card, const CardEntry& entry) { ShowEntry(card, entry); };
     section.makeEmptyView = [this] { return MakeEmptyView(); };
     SetSection(std::move(section));
+    SetSideActions(
+        {{tr("Mount Virtual Directory"), MountIcon, [this] { MountNew(); }},
+         {tr("Account Quota"), QuotaIcon, [this] { ShowQuota(); }},
+         {tr("Enable/Disable Profile Encryption"), EncryptionIcon, [this] { EditProfileEncryption(); }},
+         RefreshAction()});
 
     connect(m_commands, &VDirCommands::Dismounted, this, &CVDirListPanel::OnDismounted);
     connect(m_commands, &VDirCommands::Renamed, this, &CVDirListPanel::OnRenamed);
@@ -61,6 +70,20 @@ void CVDirListPanel::MountNew() {
         if (panel && mounted)
             panel->Reload();
     });
+}
+
+void CVDirListPanel::ShowQuota() {
+    CQuota::Open(TheConsole(), window());
+}
+
+void CVDirListPanel::EditProfileEncryption() {
+    auto* dialog = new ProfileEncryptionDlg(TheConsole().service, TheConsole().reader, window());
+    connect(dialog, &QDialog::accepted, this, [this, dialog] {
+        if (dialog->IsOffered())
+            TheConsole().prompts.ShowMessage(
+                this, tr("Settings will take effect when the application starts next time."));
+    });
+    dialog->Open(TheConsole().settingNews);
 }
 
 void CVDirListPanel::ShowEntry(CExpandableItem& card, const CardEntry& entry) {

@@ -14,6 +14,9 @@ public:
 
     /// Opens the wizard that mounts a storage account.
     void MountNew();
+    void ShowQuota();
+    /// Has the profile encrypted or no longer.
+    void EditProfileEncryption();
     VDirCommands& Directories() { return *m_commands; }
 
 protected:

@@ -1,5 +1,6 @@
 #include "service/MountRun.h"
 
+#include "service/ServiceExtensions.h"
 #include "service/VDirLogin.h"
 #include "service/VirtualDirectories.h"
 #include "zep/Mui.h"
@@ -192,5 +193,5 @@ QString FinishMount(const ServiceClient& service, const MountOrder& order, const
 }
 
 bool OffersPublishing(const ServiceClient& service, const std::stop_token& stop) {
-    return service.GetStringSetting(u"ConsoleRecords"_s, stop) == u"1"_s;
+    return TakesConsoleRecords(service, stop).value_or(false);
 }

@@ -5,7 +5,6 @@
 #include "zep/Text.h"
 
 #include <QCoreApplication>
-#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -19,9 +18,15 @@ struct Words {
     Q_DECLARE_TR_FUNCTIONS(RequestText)
 };
 
+bool IsHexDigit(QChar c) {
+    return (c >= u'0' && c <= u'9') || (c.toLower() >= u'a' && c.toLower() <= u'f');
+}
+
 bool HoldsEscape(const QString& text) {
-    static const QRegularExpression escape(u"%[0-9A-Fa-f]{2}"_s);
-    return text.contains(escape);
+    for (qsizetype at = text.indexOf(u'%'); at >= 0 && at + 2 < text.size(); at = text.indexOf(u'%', at + 1))
+        if (IsHexDigit(text[at + 1]) && IsHexDigit(text[at + 2]))
+            return true;
+    return false;
 }
 
 enum class Plus { Kept, MayBeBlank };

@@ -1,6 +1,6 @@
 #include "service/VirtualDirectories.h"
 
-#include "service/ListSetting.h"
+#include "service/CloudFolders.h"
 #include "service/RequestText.h"
 
 #include <QCoreApplication>
@@ -35,8 +35,8 @@ struct FolderUse {
 
 constexpr FolderUse Uses[] = {
     {{"DropFolders", 2}, QT_TRANSLATE_NOOP("VirtualDirectories", "Synchronised with it: %1.")},
-    {{"EncFolderList", 1}, QT_TRANSLATE_NOOP("VirtualDirectories", "Encrypted in it: %1.")},
-    {{"CompressFolderList", 1}, QT_TRANSLATE_NOOP("VirtualDirectories", "Compressed in it: %1.")},
+    {EncryptedFolders, QT_TRANSLATE_NOOP("VirtualDirectories", "Encrypted in it: %1.")},
+    {CompressedFolders, QT_TRANSLATE_NOOP("VirtualDirectories", "Compressed in it: %1.")},
 };
 
 /// The folders that an entry names of the directory: a sync folder's is the local one behind its name,

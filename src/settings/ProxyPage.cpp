@@ -84,7 +84,7 @@ CBrenDialog::Write CProxyPage::Changes() const {
     Write write = InOrder(writes);
     write.run = [run = write.run, proxy = Wanted()](const ServiceClient& service,
                                                     const std::stop_token& stop) {
-        const QString failure = run(service, stop);
+        QString failure = run(service, stop);
         if (failure.isEmpty())
             ZEPSetProxyEnv(proxy);
         return failure;

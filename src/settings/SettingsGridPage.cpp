@@ -134,7 +134,7 @@ void SettingsGridPage::Write(std::size_t index, const QString& value) {
     // Each write is a command of its own: the last value typed into a row is the one that stays.
     Commands().Run(
         QString::number(++m_writes),
-        {.send = [setting = TextSetting(entry.setting),
+        {.send = [setting = static_cast<const TextSetting&>(entry.setting),
                   value](const ServiceClient& service,
                          const std::stop_token& stop) { return WriteSetting(service, setting, value, stop); },
          .failure =

@@ -2,8 +2,6 @@
 
 #include "zep/SysInfo.h"
 
-#include <QRegularExpression>
-
 #include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
@@ -43,9 +41,18 @@ QString QueryText(const AuditFilter& filter) {
     return sql;
 }
 
+bool IsAsciiLetterOrDigit(QChar c) {
+    return c < QChar(0x80) && c.isLetterOrNumber();
+}
+
+/// Letters, digits and hyphens in braces: no wildcard, and not hyphens alone.
 bool NamesOneTask(const QString& key) {
-    static const QRegularExpression identifier(u"\\A\\{[0-9A-Za-z-]*[0-9A-Za-z][0-9A-Za-z-]*\\}\\z"_s);
-    return identifier.match(key).hasMatch();
+    if (!key.startsWith(u'{') || !key.endsWith(u'}'))
+        return false;
+    const QStringView inner = QStringView(key).mid(1, key.size() - 2);
+    return std::all_of(inner.begin(), inner.end(),
+                       [](QChar c) { return c == u'-' || IsAsciiLetterOrDigit(c); }) &&
+           std::any_of(inner.begin(), inner.end(), IsAsciiLetterOrDigit);
 }
 
 } // namespace

@@ -26,7 +26,7 @@ ListTable HistoryTable(const TaskRow& task) {
         .id = {&Run::startTime, &Run::stopTime},
         .read = [id = task.id](RecordStream<Run>& rows, std::stop_token stop) {
             std::vector<Run> runs;
-            const ReadResult read = FillProcessLog(id, runs, std::move(stop));
+            ReadResult read = FillProcessLog(id, runs, std::move(stop));
             rows.PutAll(std::move(runs));
             return read;
         }};

@@ -4,7 +4,6 @@
 #include "clouddrive/RenameVDirDlg.h"
 #include "clouddrive/VDirItem.h"
 #include "clouddrive/VDirListPanel.h"
-#include "clouddrive/VirtualDirectoryPanel.h"
 #include "list/BrenListCtrl.h"
 #include "page/ActionButton.h"
 #include "page/LinkLabel.h"
@@ -360,8 +359,7 @@ private slots:
     void theProfileIsEncryptedWhereThatIsOffered() {
         const auto [offer, offered] = Fetched<QString, bool>();
         Service()->SetSetting("ConsoleRecords", offer.toStdString());
-        CVirtualDirectoryPanel section(m_fixture->console);
-        section.EditProfileEncryption();
+        m_panel->EditProfileEncryption();
         auto* dialog = OpenDialog<ProfileEncryptionDlg>();
         QVERIFY(dialog);
         m_fixture->reader.StepAll();

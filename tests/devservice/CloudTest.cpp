@@ -97,9 +97,11 @@ private slots:
         service->SetVirtualDirectories({{"V", "{C}", 3, Provider}, {"Other", "{C}", 3, Provider}});
         const QDir home(service.Home());
         QVERIFY(home.mkpath(u"outside/kept"_s));
-        std::error_code ignored; // a system may not allow links: then there is none to follow
+        std::error_code error;
         std::filesystem::create_directory_symlink(home.filePath(u"outside"_s).toStdU16String(),
-                                                  home.filePath(u"drive/V/link"_s).toStdU16String(), ignored);
+                                                  home.filePath(u"drive/V/link"_s).toStdU16String(), error);
+        if (error && request.contains("/link/"))
+            QSKIP("This system lets us make no links, so that there is none to follow.");
         QCOMPARE(Send(service->Port(), request).Status(), status);
         QVERIFY2(there.isEmpty() || home.exists(there), qPrintable(there));
         QVERIFY2(gone.isEmpty() || !home.exists(gone), qPrintable(gone));

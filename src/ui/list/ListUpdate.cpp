@@ -96,23 +96,23 @@ Places Arranged(const RowSet& rows, const Arrangement& arrangement, StopWatch& s
 } // namespace
 
 ListUpdate MakeUpdate(const RowSet& old, const RowSet& rows, const Arrangement& arrangement,
-                      const std::stop_token& token) {
-    StopWatch stop(token);
-    ListUpdate update{rows, arrangement, MatchRows(old, rows, stop), {}, {}};
-    for (int place = 0; place < old.Count(); ++place, stop.Look()) {
+                      const std::stop_token& stop) {
+    StopWatch watch(stop);
+    ListUpdate update{rows, arrangement, MatchRows(old, rows, watch), {}, {}};
+    for (int place = 0; place < old.Count(); ++place, watch.Look()) {
         const int match = update.matches[std::size_t(place)];
         if (match >= 0 && !old.Equals(place, rows, match))
             update.changed.push_back({place, match});
     }
-    update.places = Arranged(rows, arrangement, stop);
+    update.places = Arranged(rows, arrangement, watch);
     return update;
 }
 
-bool AreEqual(const RowSet& a, const RowSet& b, const std::stop_token& token) {
-    StopWatch stop(token);
+bool AreEqual(const RowSet& a, const RowSet& b, const std::stop_token& stop) {
+    StopWatch watch(stop);
     if (a.Count() != b.Count())
         return false;
-    for (int row = 0; row < a.Count(); ++row, stop.Look()) {
+    for (int row = 0; row < a.Count(); ++row, watch.Look()) {
         if (!a.Equals(row, b, row))
             return false;
     }
@@ -120,10 +120,10 @@ bool AreEqual(const RowSet& a, const RowSet& b, const std::stop_token& token) {
 }
 
 int FindRow(const RowSet& rows, const Places& displayed, const std::vector<int>& columns,
-            const QString& start, int from, const std::stop_token& token) {
-    StopWatch stop(token);
+            const QString& start, int from, const std::stop_token& stop) {
+    StopWatch watch(stop);
     const int count = int(displayed.size());
-    for (int step = 0; step < count; ++step, stop.Look()) {
+    for (int step = 0; step < count; ++step, watch.Look()) {
         const int row = (from + step) % count;
         const bool starts = std::any_of(columns.begin(), columns.end(), [&](int column) {
             return WordsOfCell(rows.Cell(displayed[std::size_t(row)], column))

@@ -34,7 +34,7 @@ public:
     const RecordPage& Page() const { return m_table.page; }
     const std::vector<TableAction>& Actions() const { return m_table.actions; }
     bool IsEnabled(const TableAction& action) const;
-    void Run(std::size_t action);
+    void Run(std::size_t number);
 
     /// What a page says of it while all is well.
     QString Help() const;

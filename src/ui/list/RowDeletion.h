@@ -23,7 +23,7 @@ public:
     RowDeletion(const Console& console, CBrenListCtrl& list, QWidget* parent = nullptr);
 
     /// Those of the rows that are still there and not on their way out already.
-    void Ask(const RowCommand& command, const std::vector<TakenRow>& rows);
+    void Ask(const RowCommand& command, const std::vector<TakenRow>& clicked);
 
 signals:
     /// All were sent, answered or not: what the list shows is out of date.

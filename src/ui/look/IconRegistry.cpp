@@ -55,6 +55,7 @@ constexpr NumberedIcon NumberedIcons[] = {
     {TaskCompletedIcon, "completed"},
     {TraceIcon, "trace"},
     {BackupIcon, "backup"},
+    {CompressionIcon, "compression"},
     {CopyIcon, "copy"},
     {DeleteAllIcon, "delete-all"},
     {EditIcon, "edit"},

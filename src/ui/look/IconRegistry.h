@@ -35,6 +35,7 @@ enum IconNumber : int {
     TaskCompletedIcon = 364,
     TraceIcon = 8022,
     BackupIcon = 9003,
+    CompressionIcon = 9012,
     CopyIcon = 9013,
     DeleteAllIcon = 9014,
     EditIcon = 9015,

@@ -88,7 +88,7 @@ QStringList CheckChoice::Set(const QStringList& path, bool ticked, const LevelBe
     QStringList way = path.first(1);
     while (!StateOf(way).inTicked)
         way.append(path.at(way.size()));
-    const QStringList changed = way;
+    QStringList changed = way;
     Mark(way, true);
     while (way.size() < path.size()) {
         const QString& next = path.at(way.size());

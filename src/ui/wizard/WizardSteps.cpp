@@ -67,7 +67,7 @@ void WizardSteps::PaintStep(QPainter& painter, const Step& step, const QRect& ba
     painter.setFont(Look::Font(Look::Body, now ? QFont::Bold : QFont::Normal));
     painter.setPen(now ? Look::Ink : Look::Secondary);
     const QRect words = place(band.adjusted(Inset + DotSize + 10, 0, -6, 0));
-    painter.drawText(words, Qt::AlignVCenter | (mirrored ? Qt::AlignRight : Qt::AlignLeft),
+    painter.drawText(words, int(Qt::AlignVCenter | (mirrored ? Qt::AlignRight : Qt::AlignLeft)),
                      painter.fontMetrics().elidedText(step.title, Qt::ElideRight, words.width()));
 }
 

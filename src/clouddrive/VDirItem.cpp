@@ -5,6 +5,8 @@
 #include "look/IconRegistry.h"
 #include "page/TabPanel.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 CVDirItem::CVDirItem(const Console& console, VDirCommands& commands, const VDirRow& directory)
     : CTaskItem(directory.title), m_console(console), m_commands(commands), m_directory(directory) {
     m_dismount = AddAction(tr("Dismount"), DismountIcon, [this] {
@@ -34,8 +36,8 @@ void CVDirItem::Update(const VDirRow& directory) {
 }
 
 void CVDirItem::ShowUnanswered() {
-    SetStatusIcon(QLatin1String(MeaningOfStatus(QStringLiteral("2")).icon),
-                  static_cast<int>(VDirState::Failed), tr("Not known"));
+    SetStatusIcon(QLatin1String(MeaningOfStatus(u"2"_s).icon), static_cast<int>(VDirState::Failed),
+                  tr("Not known"));
     SetStatusText(tr("Not known"));
 }
 

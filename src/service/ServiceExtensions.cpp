@@ -4,9 +4,11 @@
 
 #include <QCoreApplication>
 
+using namespace Qt::Literals::StringLiterals;
+
 std::optional<bool> TakesConsoleRecords(const ServiceClient& service, std::stop_token stop) {
     const SettingValue<QString> taken = ReadSetting(service, Settings::ConsoleRecords, std::move(stop));
-    return taken.WasRead() ? std::optional(taken.value == QLatin1String("1")) : std::nullopt;
+    return taken.WasRead() ? std::optional(taken.value == "1"_L1) : std::nullopt;
 }
 
 QString NoConsoleRecordsText() {

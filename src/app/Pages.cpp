@@ -70,6 +70,7 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
         (new CSetKeyDlg(parts.service, parts.reader, parts.prompts, &window))->Open(parts.settingNews);
     };
     std::vector<DialogEntry> dialogs{
+        {u"Mount virtual directory"_s, [drive](CBTaskMMCDlg& window) { drive(window).MountNew(); }},
         {u"Account quota"_s, [drive](CBTaskMMCDlg& window) { drive(window).ShowQuota(); }},
         {u"Profile encryption"_s, [drive](CBTaskMMCDlg& window) { drive(window).EditProfileEncryption(); }},
         {u"Virtual directory manager"_s,

@@ -1,14 +1,10 @@
 // Labels: threads
-#include "ctl/Btaskctl.h"
-
+#include "Shell.h"
 #include "support/ServiceFixture.h"
 #include "support/TestMain.h"
-#include "zep/SysInfo.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 
@@ -26,25 +22,6 @@ constexpr char TaskId[] = "{00000000-0000-4000-8000-000000000001}";
 const QString TaskIdText = QString::fromLatin1(TaskId);
 
 constexpr char OddName[] = "quote \" back \\ tab\t bell\x07 \xC3\xA4\xF0\x9F\x8C\xB1";
-
-struct Run {
-    CtlExit exit = CtlExit::Done;
-    QByteArray out;
-    QByteArray error;
-};
-
-Run Btaskctl(const QStringList& arguments, std::stop_token stop = {}, QByteArray input = {}) {
-    Run run;
-    QBuffer in(&input);
-    QBuffer out(&run.out);
-    QBuffer error(&run.error);
-    in.open(QIODevice::ReadOnly);
-    out.open(QIODevice::WriteOnly);
-    error.open(QIODevice::WriteOnly);
-    run.exit = RunBtaskctl(arguments, in, out, error, std::move(stop));
-    ZEPSysInfoSetServerMode(false);
-    return run;
-}
 
 /// Holds its first write up until it may go on.
 struct HeldOutput : QIODevice {
@@ -71,10 +48,6 @@ CtlExit RunOn(QIODevice& out, const QStringList& arguments, std::stop_token stop
     QBuffer error;
     error.open(QIODevice::WriteOnly);
     return RunBtaskctl(arguments, in, out, error, std::move(stop));
-}
-
-QJsonArray Json(const QStringList& arguments) {
-    return QJsonDocument::fromJson(Btaskctl(arguments + QStringList{u"--json"_s}).out).array();
 }
 
 /// A task with three sub-tasks, two of one name, settings and an answer.

@@ -87,6 +87,7 @@ std::vector<Command> TaskCommands();
 std::vector<Command> SettingsCommands();
 std::vector<Command> DirectoryCommands();
 std::vector<Command> MountCommands();
+std::vector<Command> FolderCommands();
 std::vector<Command> RequestCommands();
 std::vector<Command> HelpCommands();
 

@@ -13,7 +13,7 @@ namespace {
 /// Settings whose value is shown nowhere and never comes from an argument.
 const QStringList Secrets{u"EncFolderKey"_s, u"ProxyPwd"_s};
 /// Settings that a character changed on the way would damage.
-const QStringList Lists{u"DropFolders"_s};
+const QStringList Lists{u"DropFolders"_s, u"EncFolderList"_s, u"CompressFolderList"_s};
 const QString Hidden = u"******"_s;
 
 struct TypeWord {
@@ -117,7 +117,8 @@ CtlExit Send(const Invocation& invocation, const QString& name, const QString& v
 
 /// Reads back what was written, since a secret that is kept changed locks its owner out.
 CtlExit EndSecret(const Invocation& invocation, const QString& name, const QString& typed) {
-    switch (CheckSecret(ServiceClient(), {name}, typed, invocation.stop)) {
+    switch (
+        CheckSecret(ServiceClient(), {name, ServiceClient::ValueType::String, {}}, typed, invocation.stop)) {
     case KeptSecret::AsTyped:
         return CtlExit::Done;
     case KeptSecret::Otherwise:

@@ -1,5 +1,5 @@
 // Labels: threads
-#include "ShellRun.h"
+#include "Shell.h"
 #include "support/ServiceFixture.h"
 #include "support/TestMain.h"
 

@@ -7,7 +7,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-/// A command line that has ended.
+/// What a command line has brought.
 struct Run {
     CtlExit exit = CtlExit::Done;
     QByteArray out;
@@ -27,6 +27,7 @@ inline Run Btaskctl(const QStringList& arguments, std::stop_token stop = {}, QBy
     return run;
 }
 
+/// What it writes as JSON.
 inline QJsonArray Json(const QStringList& arguments) {
     return QJsonDocument::fromJson(Btaskctl(arguments + QStringList{QStringLiteral("--json")}).out).array();
 }

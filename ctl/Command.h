@@ -85,6 +85,9 @@ std::vector<Command> DatabaseCommands();
 std::vector<Command> LiveCommands();
 std::vector<Command> TaskCommands();
 std::vector<Command> SettingsCommands();
+std::vector<Command> DirectoryCommands();
+std::vector<Command> MountCommands();
+std::vector<Command> FolderCommands();
 std::vector<Command> RequestCommands();
 std::vector<Command> HelpCommands();
 

@@ -2,6 +2,9 @@
 
 #include "app/BackupSvrConfigWizard.h"
 #include "clouddrive/CloudSvcPage.h"
+#include "clouddrive/SetKeyDlg.h"
+#include "clouddrive/VDirListPanel.h"
+#include "clouddrive/VirtualDirectoryPanel.h"
 #include "development/GalleryPanel.h"
 #include "page/Console.h"
 #include "page/WebPagePanel.h"
@@ -34,6 +37,11 @@ std::vector<PageEntry> PagesOf(bool serverMode, bool withGallery) {
     std::vector<PageEntry> pages;
     if (!serverMode)
         pages.push_back(WebPage(QT_TRANSLATE_NOOP("Pages", "Welcome"), "home", "welcome.html"));
+    pages.push_back({serverMode ? Title(QT_TRANSLATE_NOOP("Pages", "Backup Target"))
+                                : Title(QT_TRANSLATE_NOOP("Pages", "Cloud Drive")),
+                     serverMode ? u"target"_s : u"cloud"_s, [](const Console& console) -> CBrenPanel* {
+                         return new CVirtualDirectoryPanel(console);
+                     }});
     pages.push_back({Title(QT_TRANSLATE_NOOP("Pages", "Task Manager")), u"tasks"_s,
                      [](const Console& console) -> CBrenPanel* { return new CTaskManPanel(console); }});
     pages.push_back({Title(QT_TRANSLATE_NOOP("Pages", "Settings")), u"settings"_s,
@@ -52,10 +60,27 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
         auto* settings = window.findChild<CSettingsPanel*>();
         settings->EditProxy();
     };
+    const auto drive = [](CBTaskMMCDlg& window) -> CVDirListPanel& {
+        return *window.findChild<CVDirListPanel*>();
+    };
+    const VDirRecord shown{u"Home"_s, u"{B1D4A6E0-2F57-4B1C-8E43-90A1C2D3E4F5}"_s, u"3"_s,
+                           u"{0F3C6B52-7A41-4E0B-9C55-21D8E3A7B901}"_s};
+    const auto key = [](CBTaskMMCDlg& window) {
+        const Console& parts = window.Parts();
+        (new CSetKeyDlg(parts.service, parts.reader, parts.prompts, &window))->Open(parts.settingNews);
+    };
     std::vector<DialogEntry> dialogs{
+        {u"Mount virtual directory"_s, [drive](CBTaskMMCDlg& window) { drive(window).MountNew(); }},
+        {u"Account quota"_s, [drive](CBTaskMMCDlg& window) { drive(window).ShowQuota(); }},
+        {u"Profile encryption"_s, [drive](CBTaskMMCDlg& window) { drive(window).EditProfileEncryption(); }},
+        {u"Virtual directory manager"_s,
+         [drive, shown](CBTaskMMCDlg& window) { drive(window).Directories().Config(shown); }},
+        {u"Rename virtual directory"_s,
+         [drive, shown](CBTaskMMCDlg& window) { drive(window).Directories().Rename(shown); }},
         {u"Bandwidth"_s, [bar](CBTaskMMCDlg& window) { emit bar(window)->BandwidthClicked(); }},
         {u"Cloud space"_s, [bar](CBTaskMMCDlg& window) { emit bar(window)->CloudSpaceClicked(); }},
         {u"Proxy"_s, proxy},
+        {u"Encryption key"_s, key},
     };
     if (serverMode) {
         dialogs.push_back({u"Set-up wizard"_s,

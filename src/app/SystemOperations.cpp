@@ -163,7 +163,7 @@ ServiceAnswer SystemOperations::RequestVdirList() {
 }
 
 void SystemOperations::EditVirtualDirectory(const VDirRecord& record) {
-    CBVDirMgrDlg(record).exec();
+    CBVDirMgrDlg(m_service, *m_reader, record).exec();
 }
 
 void SystemOperations::ShowCloudServicePage() {

@@ -1,30 +1,65 @@
 #include "clouddrive/BVDirMgrDlg.h"
 
-#include <QDialogButtonBox>
-#include <QFormLayout>
-#include <QLineEdit>
+#include "page/NumberField.h"
+#include "service/RequestText.h"
+#include "service/VirtualDirectories.h"
 
-namespace {
+#include <QCheckBox>
+#include <QLabel>
 
-QLineEdit* MakeField(const QString& text) {
-    auto* field = new QLineEdit(text);
-    field->setReadOnly(true);
-    field->setCursorPosition(0);
-    return field;
+using namespace Qt::Literals::StringLiterals;
+
+CBVDirMgrDlg::CBVDirMgrDlg(const ServiceClient& service, Reader& reader, const VDirRecord& record,
+                           QWidget* parent)
+    : SettingsDialog(service, reader, tr("Virtual Directory Manager"), parent), m_name(record.name) {
+    AddFact(tr("Name:"), record.name);
+    AddFact(tr("Storage provider:"), record.spId);
+    AddFact(tr("Login card:"), record.safeCardId);
+    auto* chunks = new QCheckBox(tr("Send files in &chunks"));
+    AddRow(chunks);
+    AddField({ChunkSetting(m_name), chunks->text(), Secrecy::Plain,
+              [chunks] { return Setting<bool>::TextOf(chunks->isChecked()); },
+              [chunks](const QString& text) { chunks->setChecked(SettingFlag(text.toUtf8())); }});
+    auto* size = new NumberField;
+    AddRow(tr("Chunk &size (MB):"), size);
+    AddField({ChunkSizeSetting(m_name), tr("Chunk size (MB)"), Secrecy::Plain,
+              [size] { return size->text(); },
+              [size](const QString& text) { size->SetValue(ChunkSize(text)); }});
 }
 
-} // namespace
+void CBVDirMgrDlg::AddFact(const QString& label, const QString& text) {
+    if (text.isEmpty())
+        return;
+    auto* fact = new QLabel(text);
+    fact->setTextFormat(Qt::PlainText);
+    fact->setWordWrap(true);
+    fact->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    AddRow(label, fact);
+}
 
-CBVDirMgrDlg::CBVDirMgrDlg(const VDirRecord& record, QWidget* parent) : QDialog(parent) {
-    setWindowTitle(tr("Virtual Directory Manager"));
-    auto* form = new QFormLayout(this);
-    form->setContentsMargins(20, 20, 20, 16);
-    form->setSpacing(12);
-    form->addRow(tr("&Name:"), MakeField(record.name));
-    form->addRow(tr("&Login card:"), MakeField(record.safeCardId));
-    form->addRow(tr("&Storage provider:"), MakeField(record.spId));
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::accept);
-    form->addRow(buttons);
-    setMinimumWidth(480);
+QString CBVDirMgrDlg::Refusal() const {
+    const QStringList lost = LostInPath(m_name);
+    if (!lost.isEmpty() && !ChangedFields().empty())
+        return tr("A request cannot carry %1 in the name of a setting.").arg(lost.join(u", "_s));
+    return SettingsDialog::Refusal();
+}
+
+CBrenDialog::Write CBVDirMgrDlg::Changes() const {
+    const std::vector<SettingWrite> changed = ChangedFields();
+    Write write = InOrder(changed);
+    if (changed.empty())
+        return write;
+    write.run = [changed, name = m_name](const ServiceClient& service, const std::stop_token& stop) {
+        for (const SettingWrite& each : changed) {
+            const ServiceAnswer answer =
+                each.setting.type == ServiceClient::ValueType::Boolean
+                    ? WriteChunkEnabled(service, name, SettingFlag(each.text.toUtf8()), stop)
+                    : WriteChunkSize(service, name, each.text.toInt(), stop);
+            if (!answer)
+                return tr("\"%1\" was not saved, because the service did not take it. OK tries again.")
+                    .arg(each.label);
+        }
+        return QString();
+    };
+    return write;
 }

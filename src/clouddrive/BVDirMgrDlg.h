@@ -1,13 +1,23 @@
 #pragma once
 
+#include "page/SettingsDialog.h"
 #include "service/VDirRecord.h"
 
-#include <QDialog>
-
-/// The virtual directory manager: what is known of one virtual directory's account.
-class CBVDirMgrDlg : public QDialog {
+/// The virtual directory manager: what is known of one virtual directory's account, and in how large pieces
+/// its files are sent.
+class CBVDirMgrDlg : public SettingsDialog {
     Q_OBJECT
 
 public:
-    explicit CBVDirMgrDlg(const VDirRecord& record, QWidget* parent = nullptr);
+    CBVDirMgrDlg(const ServiceClient& service, Reader& reader, const VDirRecord& record,
+                 QWidget* parent = nullptr);
+
+protected:
+    QString Refusal() const override;
+    Write Changes() const override;
+
+private:
+    void AddFact(const QString& label, const QString& text);
+
+    QString m_name;
 };

@@ -23,6 +23,10 @@ inline constexpr Setting<int> TaskAdvancedMode{"TaskAdvancedMode", 0};
 inline constexpr Setting<bool> PublishedToCloudSVC{"PublishedToCloudSVC", false};
 inline constexpr Setting<bool> BSInitConfig{"BSInitConfig", false}; ///< the server has been set up
 
+/// Whether the service takes this console's own forms (docs/service-extensions.md), and one of them.
+inline const Setting<QString> ConsoleRecords{"ConsoleRecords"};
+inline constexpr Setting<bool> ProfileEncryption{"ProfileEncryption", false};
+
 inline constexpr Setting<int> ProxyType{"ProxyType", 0};
 inline constexpr Setting<int> ProxyTypeChanged{"ProxyTypeChanged",
                                                0}; ///< the type as it was last saved whole

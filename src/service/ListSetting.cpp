@@ -12,17 +12,14 @@ struct Lists {
     Q_DECLARE_TR_FUNCTIONS(ListSetting)
 };
 
-/// Why the entry cannot be written; entries that stood in the list before have the fields they have.
-QString EntryRefusal(const ListSetting& list, const QStringList& before, const QString& entry) {
-    const bool isLine = !entry.isEmpty() && !entry.contains(u'\n') && entry.count(u'\t') == list.fields - 1;
-    if (!isLine && !before.contains(entry))
-        return Lists::tr("An entry can hold neither tabs nor line feeds.");
-    return QueryRefusal(entry);
+/// Entries that stood in the list before have the fields they have.
+QString RefusalOf(const ListSetting& list, const QStringList& before, const QString& entry) {
+    return before.contains(entry) ? QueryRefusal(entry) : EntryRefusal(list, entry);
 }
 
 QString Refusal(const ListSetting& list, const QStringList& before, const QStringList& wanted) {
     for (const QString& entry : wanted) {
-        const QString refusal = EntryRefusal(list, before, entry);
+        const QString refusal = RefusalOf(list, before, entry);
         if (!refusal.isEmpty())
             return Lists::tr("The list was not changed. Its entry \"%1\": %2")
                 .arg(QString(entry).replace(u'\t', u' '), refusal);
@@ -34,6 +31,11 @@ QString Refusal(const ListSetting& list, const QStringList& before, const QStrin
 
 bool IsNamed(const QString& entry, const QString& name) {
     return entry.section(u'\t', 0, 0).compare(name, Qt::CaseInsensitive) == 0;
+}
+
+QString EntryRefusal(const ListSetting& list, const QString& entry) {
+    const bool isLine = !entry.isEmpty() && !entry.contains(u'\n') && entry.count(u'\t') == list.fields - 1;
+    return isLine ? QueryRefusal(entry) : Lists::tr("An entry can hold neither tabs nor line feeds.");
 }
 
 QStringList EntriesOf(const QString& value) {
@@ -51,7 +53,8 @@ ListChange ChangeList(const ServiceClient& service, const ListSetting& list, con
     const SettingValue<QStringList> before = ReadList(service, list, stop);
     if (!before.WasRead())
         return {.failure = Lists::tr(
-                    "The list was not changed, because the service did not tell what it holds now.")};
+                    "The list was not changed, because the service did not tell what it holds now."),
+                .silent = before.silent};
     QStringList wanted = before.value;
     const QString givenUp = edit(wanted);
     if (!givenUp.isEmpty() || wanted == before.value)

@@ -25,11 +25,15 @@ QStringList EntriesOf(const QString& value);
 SettingValue<QStringList> ReadList(const ServiceClient& service, const ListSetting& list,
                                    std::stop_token stop = {});
 
+/// Why an entry cannot be added; empty when it can.
+QString EntryRefusal(const ListSetting& list, const QString& entry);
+
 /// How a change of a list went.
 struct ListChange {
     bool stored = false;                     ///< the service keeps the list as it was meant to be
     QString failure = {};                    ///< a sentence; empty when stored
     std::optional<QStringList> entries = {}; ///< what the service keeps, as far as that was read
+    bool silent = false;                     ///< nothing was changed, because nothing answered
 };
 
 /// What is done to the entries: it returns a sentence to give the change up, or nothing.

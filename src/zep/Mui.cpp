@@ -44,6 +44,7 @@ struct Texts {
         {Branding::DesktopConsole, u"Brenvia Orbitdesk"_s},
         {Branding::BackupServerConsole, u"Brenvia Backup Server Console"_s},
         {Branding::HiddenCardField, QString()},
+        {Branding::SupportAddress, u"support@brenvia.example"_s},
     };
 };
 

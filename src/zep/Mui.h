@@ -37,5 +37,6 @@ enum : int {
     DesktopConsole = 119,
     BackupServerConsole = 138,
     HiddenCardField = 139, ///< identifier of a login card's field that is not shown
+    SupportAddress = 9001, ///< where faults are reported to
 };
 }

@@ -1,14 +1,9 @@
 // Labels: threads
-#include "ctl/Btaskctl.h"
-
+#include "Shell.h"
 #include "support/ServiceFixture.h"
 #include "support/TestMain.h"
-#include "zep/SysInfo.h"
 
-#include <QBuffer>
 #include <QCoreApplication>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
 
@@ -26,25 +21,6 @@ constexpr char TaskId[] = "{00000000-0000-4000-8000-000000000001}";
 const QString TaskIdText = QString::fromLatin1(TaskId);
 
 constexpr char OddName[] = "quote \" back \\ tab\t bell\x07 \xC3\xA4\xF0\x9F\x8C\xB1";
-
-struct Run {
-    CtlExit exit = CtlExit::Done;
-    QByteArray out;
-    QByteArray error;
-};
-
-Run Btaskctl(const QStringList& arguments, std::stop_token stop = {}, QByteArray input = {}) {
-    Run run;
-    QBuffer in(&input);
-    QBuffer out(&run.out);
-    QBuffer error(&run.error);
-    in.open(QIODevice::ReadOnly);
-    out.open(QIODevice::WriteOnly);
-    error.open(QIODevice::WriteOnly);
-    run.exit = RunBtaskctl(arguments, in, out, error, std::move(stop));
-    ZEPSysInfoSetServerMode(false);
-    return run;
-}
 
 /// Holds its first write up until it may go on.
 struct HeldOutput : QIODevice {
@@ -71,10 +47,6 @@ CtlExit RunOn(QIODevice& out, const QStringList& arguments, std::stop_token stop
     QBuffer error;
     error.open(QIODevice::WriteOnly);
     return RunBtaskctl(arguments, in, out, error, std::move(stop));
-}
-
-QJsonArray Json(const QStringList& arguments) {
-    return QJsonDocument::fromJson(Btaskctl(arguments + QStringList{u"--json"_s}).out).array();
 }
 
 /// A task with three sub-tasks, two of one name, settings and an answer.
@@ -396,16 +368,20 @@ private slots:
         row("line end of the other system", "Text", "\ntwo\n\r\n", CtlExit::Done, "\ntwo\n");
         row("empty", "Text", "", CtlExit::Done, "");
         row("a secret that would be damaged", "ProxyPwd", "pass%41&word", CtlExit::Usage, "before");
+        row("a secret that is kept otherwise", "ProxyPwd", "other", CtlExit::Refused, "before");
         row("a list that would be damaged", "DropFolders", "Team\tC:\\R&D", CtlExit::Usage, "before");
         row("no UTF-8", "Text", "\xFF", CtlExit::Usage, "before");
     }
 
     void settingsComeFromFiles() {
-        const auto [name, input] = Fetched<QString, QByteArray>();
+        const auto [name, input, exit] = Fetched<QString, QByteArray, CtlExit>();
         ServiceFixture service;
         service->SetSetting(name.toStdString(), "before");
+        if (exit == CtlExit::Refused)
+            service->SetAnswer("/settings/ProxyPwd?", devservice::Answer{200, {}}); // taken, and not stored
         const Run run = Btaskctl({u"settings"_s, u"set"_s, name, u"--from"_s, u"-"_s}, {}, input);
-        QTEST(run.exit, "exit");
+        QCOMPARE(run.exit, exit);
+        QCOMPARE(run.error.contains("not stored as typed"), exit == CtlExit::Refused);
         QTEST(QByteArray::fromStdString(*service->Setting(name.toStdString())), "kept");
         QVERIFY2(!run.error.contains("pass"), run.error.constData());
     }

@@ -22,6 +22,14 @@ void PrepareConsole() {
         SetConsoleMode(console, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
 }
 
+std::stop_token StopOnInterrupt() {
+    static std::stop_source& source = *new std::stop_source; // the handler's thread may outlive statics
+    static const bool installed = SetConsoleCtrlHandler([](DWORD) -> BOOL { return source.request_stop(); },
+                                                        TRUE); // what is not handled ends the program
+    static_cast<void>(installed);
+    return source.get_token();
+}
+
 bool PrintText(std::string_view text) {
     DWORD written = 0;
     HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);

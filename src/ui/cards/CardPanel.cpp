@@ -118,10 +118,13 @@ void CardPanel::Take(const std::shared_ptr<const CardEntries>& entries) {
         m_readAt = QTime::currentTime();
         ShowCards();
     }
-    TellAge(entries->read.Sentence());
+    TellRead(entries->read);
 }
 
-/// What failed, and since when all stands as it is; empty: nothing did.
+void CardPanel::TellRead(const ReadResult& read) {
+    TellAge(read.Sentence());
+}
+
 void CardPanel::TellAge(const QString& failure) {
     TellFailure(failure.isEmpty() || !m_entries
                     ? failure

@@ -78,6 +78,10 @@ protected:
 
     void CreatePanel() override;
     void OnPeriod() override;
+    /// Says how a read ended, after what it brought is shown.
+    virtual void TellRead(const ReadResult& read);
+    /// What failed, and since when all stands as it is; empty: nothing did.
+    void TellAge(const QString& failure);
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
 
@@ -91,7 +95,6 @@ private:
     int ShowNewCards(const std::vector<const CardEntry*>& entries);
     void ShowCard(const CardEntry& entry);
     void TellCounts(int hidden);
-    void TellAge(const QString& failure);
     void ShowAge();
     void ShowEmptyText();
 

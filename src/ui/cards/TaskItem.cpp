@@ -20,8 +20,8 @@ QString CTaskItem::ActionCaption(int index) const {
     return m_actions.at(static_cast<std::size_t>(index))->accessibleName();
 }
 
-void CTaskItem::EnableAction(int index, bool enabled) {
-    m_actions.at(static_cast<std::size_t>(index))->SetBusy(!enabled);
+void CTaskItem::EnableAction(int index, bool enabled, const QString& why) {
+    m_actions.at(static_cast<std::size_t>(index))->SetBusy(!enabled, why);
 }
 
 QRect CTaskItem::ActionRect(int index) const {

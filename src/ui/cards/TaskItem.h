@@ -18,8 +18,8 @@ public:
     void SetAction(int index, const QString& caption, int image);
     QString ActionCaption(int index) const;
 
-    /// As while its command is under way: a disabled action swallows clicks.
-    void EnableAction(int index, bool enabled);
+    /// As while its command is under way: a disabled action swallows clicks. Its tool-tip says `why`.
+    void EnableAction(int index, bool enabled, const QString& why = {});
     int ActionCount() const { return static_cast<int>(m_actions.size()); }
 
     /// Where the action stands, in the card's coordinates.

@@ -13,6 +13,7 @@ constexpr int IconAlone = 18;
 constexpr int Gap = 8;
 constexpr int FramedInset = 10;
 constexpr int LinkInset = 8;
+constexpr int LinkWidth = 184; ///< of the column; a longer caption takes a second line
 
 } // namespace
 
@@ -34,15 +35,22 @@ void ActionButton::Set(const QString& caption, const QIcon& icon) {
     setText(caption);
     setAccessibleName(caption);
     setIcon(icon);
-    if (m_kind == Kind::Icon)
-        setToolTip(Look::ToolTip(caption));
+    ShowToolTip();
 }
 
-void ActionButton::SetBusy(bool busy) {
-    if (busy == m_busy)
+void ActionButton::ShowToolTip() {
+    QStringList lines{m_kind == Kind::Icon ? text() : QString(), m_why};
+    lines.removeAll(QString());
+    setToolTip(Look::ToolTip(lines.join(u'\n')));
+}
+
+void ActionButton::SetBusy(bool busy, const QString& why) {
+    if (busy == m_busy && why == m_why)
         return;
     m_busy = busy;
-    setAccessibleDescription(busy ? tr("Not available now") : QString());
+    m_why = why;
+    ShowToolTip();
+    setAccessibleDescription(!busy ? QString() : why.isEmpty() ? tr("Not available now") : why);
     QAccessible::State changed;
     changed.busy = true;
     QAccessibleStateChangeEvent told(this, changed);
@@ -55,7 +63,10 @@ QSize ActionButton::sizeHint() const {
         return {Height, Height};
     const int inset = m_kind == Kind::Link ? LinkInset : FramedInset;
     const int iconWidth = icon().isNull() ? 0 : IconInText + Gap;
-    return {2 * inset + iconWidth + fontMetrics().size(Qt::TextSingleLine, text()).width() + 2, Height};
+    const int width = 2 * inset + iconWidth + fontMetrics().size(Qt::TextSingleLine, text()).width() + 2;
+    if (m_kind == Kind::Link && width > LinkWidth)
+        return {LinkWidth, Height + fontMetrics().lineSpacing()};
+    return {width, Height};
 }
 
 void ActionButton::keyPressEvent(QKeyEvent* event) {
@@ -111,7 +122,10 @@ void ActionButton::paintEvent(QPaintEvent*) {
         }
         const QColor ink = m_kind == Kind::Link ? Look::Accent : Look::Ink;
         painter.setPen(m_busy ? palette().color(QPalette::Disabled, QPalette::ButtonText) : ink);
-        Look::DrawTextLine(painter, place, text());
+        if (height() > Height)
+            painter.drawText(place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextWordWrap, text());
+        else
+            Look::DrawTextLine(painter, place, text());
     }
     if (hasFocus())
         Look::DrawFocusRing(painter, rect());

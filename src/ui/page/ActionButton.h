@@ -17,7 +17,8 @@ public:
     void Set(const QString& caption, const QIcon& icon);
 
     /// While busy it looks disabled and swallows clicks, but keeps the focus. `Clicked` comes only otherwise.
-    void SetBusy(bool busy);
+    /// `why` is told by its tool-tip and to screen readers.
+    void SetBusy(bool busy, const QString& why = {});
     bool IsBusy() const { return m_busy; }
 
     QSize sizeHint() const override;
@@ -32,9 +33,11 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void ShowToolTip();
     void PaintFrame(QPainter& painter) const;
     void PaintIcon(QPainter& painter, const QRect& place) const;
 
     Kind m_kind;
     bool m_busy = false;
+    QString m_why; ///< of what cannot be done now
 };

@@ -27,6 +27,8 @@ void Harden(sqlite3* connection, OpenMode mode) {
     sqlite3_db_config(connection, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
     if (mode == OpenMode::ReadOnly)
         sqlite3_db_config(connection, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
+    // In KiB: a walk reads each page once, so pages kept would only be memory.
+    sqlite3_exec(connection, "PRAGMA cache_size=-128", nullptr, nullptr, nullptr);
 }
 
 } // namespace

@@ -46,7 +46,10 @@ void CTaskManPanel::ReadMode() {
             return mode.WasRead() ? std::optional(mode.value != 0) : std::nullopt;
         },
         [this](const Loaded<bool>& advanced) {
-            if (advanced && !m_modeKnown)
+            if (!advanced || m_modeKnown)
+                return;
+            m_modeKnown = true;
+            if (*advanced != m_advanced->isChecked()) // else all is shown as it should be, and not read twice
                 SetMode(*advanced);
         });
 }

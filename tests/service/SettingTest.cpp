@@ -100,13 +100,14 @@ private slots:
         else if (!fault.isEmpty())
             QVERIFY(service->SetFault(fault.toStdString()));
         const QString entry = edit.section(u' ', 1).replace(u'>', u'\t');
-        const ListChange change = ChangeList(ServiceClient(), Folders, [&](QStringList& entries) {
-            if (edit.startsWith(u"add"))
-                entries.append(entry);
-            else if (edit.startsWith(u"remove"))
-                entries.removeIf([&](const QString& each) { return IsNamed(each, entry); });
-            return edit == u"give up" ? u"Given up."_s : QString();
-        });
+        const ListChange change =
+            ChangeList(ServiceClient(), Folders, [edit = edit, &entry](QStringList& entries) {
+                if (edit.startsWith(u"add"))
+                    entries.append(entry);
+                else if (edit.startsWith(u"remove"))
+                    entries.removeIf([&](const QString& each) { return IsNamed(each, entry); });
+                return edit == u"give up" ? u"Given up."_s : QString();
+            });
         QVERIFY2(change.failure.contains(failure), qPrintable(change.failure));
         QCOMPARE(change.stored, failure.isEmpty());
         if (change.entries)

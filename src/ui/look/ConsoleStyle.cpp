@@ -1,5 +1,6 @@
 #include "look/ConsoleStyle.h"
 
+#include "look/IconRegistry.h"
 #include "look/Look.h"
 
 #include <QAbstractScrollArea>
@@ -322,4 +323,12 @@ int ConsoleStyle::styleHint(StyleHint hint, const QStyleOption* option, const QW
         return 1;
     }
     return QProxyStyle::styleHint(hint, option, widget, data);
+}
+
+QIcon ConsoleStyle::standardIcon(StandardPixmap which, const QStyleOption* option,
+                                 const QWidget* widget) const {
+    // The toolkit's own one would be looked up in the desktop's icon themes: a sixth of the start.
+    if (which == SP_LineEditClearButton)
+        return IconRegistry::Icon(CancelTaskIcon, Look::Secondary);
+    return QProxyStyle::standardIcon(which, option, widget);
 }

@@ -4,7 +4,6 @@
 #include "page/LinkAccessible.h"
 
 #include <QFocusEvent>
-#include <QRegularExpression>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -22,22 +21,24 @@ struct Markup {
 };
 
 Markup Parse(const QString& text) {
-    static const QRegularExpression span(u"<a>(.*?)</a>"_s,
-                                         QRegularExpression::CaseInsensitiveOption |
-                                             QRegularExpression::DotMatchesEverythingOption);
+    constexpr QStringView Begin = u"<a>";
+    constexpr QStringView End = u"</a>";
     Markup markup;
-    qsizetype end = 0;
-    for (auto matches = span.globalMatch(text); matches.hasNext();) {
-        const QRegularExpressionMatch match = matches.next();
-        const QStringView before = QStringView(text).mid(end, match.capturedStart() - end);
-        markup.html += Html(before) + u"<a href=\"%1\">"_s.arg(markup.spans.size()) +
-                       Html(match.capturedView(1)) + u"</a>"_s;
-        markup.plain.append(before).append(match.capturedView(1));
-        markup.spans += match.captured(1);
-        end = match.capturedEnd();
+    qsizetype rest = 0;
+    for (;;) {
+        const qsizetype begin = text.indexOf(Begin, rest, Qt::CaseInsensitive);
+        const qsizetype end = begin < 0 ? -1 : text.indexOf(End, begin + Begin.size(), Qt::CaseInsensitive);
+        if (end < 0)
+            break;
+        const QStringView before = QStringView(text).mid(rest, begin - rest);
+        const QStringView span = QStringView(text).mid(begin + Begin.size(), end - begin - Begin.size());
+        markup.html += Html(before) + u"<a href=\"%1\">"_s.arg(markup.spans.size()) + Html(span) + u"</a>"_s;
+        markup.plain.append(before).append(span);
+        markup.spans += span.toString();
+        rest = end + End.size();
     }
-    markup.html += Html(QStringView(text).mid(end));
-    markup.plain += QStringView(text).mid(end);
+    markup.html += Html(QStringView(text).mid(rest));
+    markup.plain += QStringView(text).mid(rest);
     return markup;
 }
 
@@ -45,7 +46,6 @@ Markup Parse(const QString& text) {
 
 LinkLabel::LinkLabel(const QString& text, QWidget* parent) : QLabel(parent) {
     TeachLinksToScreenReaders();
-    setTextFormat(Qt::RichText);
     setFont(Look::Font(Look::Small));
     connect(this, &QLabel::linkActivated, this,
             [this](const QString& link) { emit LinkClicked(link.toInt()); });
@@ -60,7 +60,9 @@ void LinkLabel::SetText(const QString& text) {
     m_spans = markup.spans;
     setTextInteractionFlags(!m_spans.isEmpty() ? Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard
                                                : Qt::NoTextInteraction);
-    setText(markup.html);
+    // A document for each label would be most of what a label without spans costs.
+    setTextFormat(m_spans.isEmpty() ? Qt::PlainText : Qt::RichText);
+    setText(m_spans.isEmpty() ? markup.plain : markup.html);
     setAccessibleName(markup.plain);
     if (hasFocus() && !m_spans.isEmpty()) {
         sizeHint(); // takes the new text over, in which no span is chosen yet

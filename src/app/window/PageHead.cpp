@@ -9,8 +9,30 @@
 #include <QHBoxLayout>
 #include <QKeySequence>
 #include <QLabel>
+#include <QTextLayout>
 
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// As much of the text as two lines hold, with a sign where it is cut.
+QString InTwoLines(QString text, const QFont& font, int width) {
+    QTextLayout layout(QString(text).replace(u'\n', QChar(QChar::LineSeparator)), font);
+    layout.beginLayout();
+    layout.createLine().setLineWidth(width);
+    QTextLine second = layout.createLine();
+    if (second.isValid())
+        second.setLineWidth(width);
+    const bool more = layout.createLine().isValid();
+    layout.endLayout();
+    if (!more)
+        return text;
+    const QString rest = text.mid(second.textStart());
+    return text.left(second.textStart()).trimmed() + u'\n' +
+           QFontMetrics(font).elidedText(Look::OneLine(rest), Qt::ElideRight, width);
+}
+
+} // namespace
 
 PageHead::PageHead()
     : m_title(new QLabel), m_status(new QLabel), m_toolbar(new QHBoxLayout),
@@ -57,13 +79,22 @@ void PageHead::SetTitle(const QString& title) {
 }
 
 void PageHead::SetStatusText(const QString& text) {
-    if (text == m_status->text())
+    if (text == m_statusText)
         return;
-    m_status->setText(text);
+    m_statusText = text;
+    FitStatus();
     if (text.isEmpty())
         return;
     QAccessibleEvent told(m_status, QAccessible::Alert);
     QAccessible::updateAccessibility(&told);
+}
+
+/// What is cut off is told by the tool-tip, and to screen readers.
+void PageHead::FitStatus() {
+    const QString shown = InTwoLines(m_statusText, m_status->font(), m_status->width());
+    m_status->setText(shown);
+    m_status->setAccessibleName(m_statusText);
+    m_status->setToolTip(shown == m_statusText ? QString() : Look::ToolTip(m_statusText));
 }
 
 void PageHead::LayOverStatus(NoticeLine* line) {
@@ -75,12 +106,13 @@ void PageHead::LayOverStatus(NoticeLine* line) {
 void PageHead::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     layout()->activate();
+    FitStatus();
     for (NoticeLine* line : m_lines)
         line->setGeometry(m_status->geometry().adjusted(-8, -2, 8, 4));
 }
 
 QString PageHead::StatusText() const {
-    return m_status->text();
+    return m_statusText;
 }
 
 void PageHead::SetActions(QWidget& owner, const std::vector<FrameAction>& actions) {

@@ -33,6 +33,9 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void FitStatus();
+
+    QString m_statusText;
     QLabel* m_title;
     QLabel* m_status;
     QHBoxLayout* m_toolbar;

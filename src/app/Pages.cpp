@@ -2,6 +2,7 @@
 
 #include "app/BackupSvrConfigWizard.h"
 #include "clouddrive/CloudSvcPage.h"
+#include "clouddrive/MountWizard.h"
 #include "development/GalleryPanel.h"
 #include "page/Console.h"
 #include "page/WebPagePanel.h"
@@ -12,7 +13,12 @@
 #include "window/BTaskMMCDlg.h"
 #include "window/ConsoleStatusBar.h"
 
+#include <QComboBox>
 #include <QCoreApplication>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -26,6 +32,25 @@ PageEntry WebPage(const char* title, const char* icon, const char* fileName) {
     return {Title(title), QString::fromLatin1(icon), [fileName](const Console& console) -> CBrenPanel* {
                 return new WebPagePanel(console, QString::fromLatin1(fileName));
             }};
+}
+
+/// Fills what is empty on a wizard's page and presses Next; false where that cannot be pressed.
+bool GoOn(QWidget& dialog) {
+    auto& sheet = static_cast<CBrenPropertySheet&>(dialog);
+    const auto buttons = sheet.findChildren<QPushButton*>();
+    const auto next = std::find_if(buttons.begin(), buttons.end(), [](const QPushButton* button) {
+        return button->text() == CBrenPropertySheet::tr("&Next") && button->isEnabled();
+    });
+    if (next == buttons.end())
+        return false;
+    for (auto* choice : sheet.CurrentPage()->findChildren<QComboBox*>())
+        if (choice->currentIndex() < 0)
+            choice->setCurrentIndex(0);
+    for (auto* line : sheet.CurrentPage()->findChildren<QLineEdit*>())
+        if (line->text().isEmpty() && line->isVisible())
+            line->setText(u"Sample"_s);
+    (*next)->click();
+    return true;
 }
 
 } // namespace
@@ -56,6 +81,7 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
         {u"Bandwidth"_s, [bar](CBTaskMMCDlg& window) { emit bar(window)->BandwidthClicked(); }},
         {u"Cloud space"_s, [bar](CBTaskMMCDlg& window) { emit bar(window)->CloudSpaceClicked(); }},
         {u"Proxy"_s, proxy},
+        {u"Mount wizard"_s, [](CBTaskMMCDlg& window) { OpenMountWizard(window.Parts(), &window, {}); }, GoOn},
     };
     if (serverMode) {
         dialogs.push_back({u"Set-up wizard"_s,

@@ -1,6 +1,6 @@
 #include "clouddrive/MountPage.h"
 
-#include "clouddrive/CSafePage.h"
+#include "clouddrive/SafePage.h"
 #include "lanes/ProgressNote.h"
 #include "look/Look.h"
 #include "page/Console.h"

@@ -294,8 +294,11 @@ private slots:
             u"The provider file \"%1\" cannot be used."_s.arg(folder.path() + u"/no.brenviasp"_s));
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(folder.path() + u"/no.brenviasp"_s)});
+        QWidget* page = mounting.rider->Sheet()->CurrentPage();
+        QDragEnterEvent enter({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(page, &enter);
         QDropEvent drop({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-        QApplication::sendEvent(mounting.rider->Sheet()->CurrentPage(), &drop);
+        QApplication::sendEvent(page, &drop);
         QVERIFY(mounting.Ride(u"step | Virtual directory name==V"_s));
     }
 };

@@ -64,7 +64,7 @@ private slots:
     }
 
     void mounts_data() {
-        // The line's words stand between bars, standard input holds "secret"; F is the first provider.
+        // The line's words stand between bars, standard input holds "hunter2"; F is the first provider.
         const Columns<QString, QString, CtlExit, QByteArray, QString> row("line", "login", "exit", "error",
                                                                           "methods");
         using enum CtlExit;
@@ -105,11 +105,11 @@ private slots:
         QStringList words = line.split(u'|');
         if (words[0].size() == 1)
             words[0] = words[0] == "F"_L1 ? id : id.toLower();
-        const Run run = Btaskctl(QStringList(u"mount"_s) + words, "secret\n");
+        const Run run = Btaskctl(QStringList(u"mount"_s) + words, "hunter2\n");
         QTEST(run.error, "error");
         QTEST(run.exit, "exit");
         QTEST(Methods(service), "methods");
-        QVERIFY(!run.out.contains("secret") && !run.error.contains("secret"));
+        QVERIFY(!run.out.contains("hunter2") && !run.error.contains("hunter2"));
     }
 
     void fieldsAreCutAtTheFirstEqualsSign() {

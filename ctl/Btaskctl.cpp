@@ -48,7 +48,7 @@ private:
 
 CtlExit RunCommand(const Command& command, const QStringList& words, const Invocation& streams) {
     WatchedOutput out(streams.out);
-    Invocation invocation{{}, {}, streams.in, out, streams.error, streams.stop};
+    Invocation invocation{{}, {}, streams.in, out, streams.error, streams.stop, streams.sleep};
     const QString mistake = TakeWords(command, words, invocation);
     if (!mistake.isEmpty())
         return invocation.End(CtlExit::Usage, mistake);
@@ -62,8 +62,8 @@ CtlExit RunCommand(const Command& command, const QStringList& words, const Invoc
 } // namespace
 
 CtlExit RunBtaskctl(const QStringList& arguments, QIODevice& in, QIODevice& out, QIODevice& error,
-                    std::stop_token stop) {
-    const Invocation invocation{{}, {}, in, out, error, std::move(stop)};
+                    std::stop_token stop, CtlSleep sleep) {
+    const Invocation invocation{{}, {}, in, out, error, std::move(stop), std::move(sleep)};
     QStringList words = arguments;
     if (!TakeMode(words))
         return invocation.End(CtlExit::Usage, u"One of --desktop and --server is given, once."_s);

@@ -71,6 +71,6 @@ std::optional<QByteArray> Invocation::ReadInput(const QString& file) const {
     return content;
 }
 
-bool Invocation::Pause(std::chrono::milliseconds time) const {
-    return platform::SleepUnlessStopped(stop, time);
+bool Invocation::Pause(std::chrono::milliseconds time, const std::stop_token& until) const {
+    return sleep ? sleep(until, time) : platform::SleepUnlessStopped(until, time);
 }

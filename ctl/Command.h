@@ -19,6 +19,7 @@ struct Invocation {
     QIODevice& out;
     QIODevice& error;
     std::stop_token stop;
+    CtlSleep sleep = {}; ///< none: as the system sleeps
 
     bool Has(QLatin1String option) const { return options.contains(option); }
     std::optional<QString> Option(QLatin1String option) const;
@@ -40,8 +41,9 @@ struct Invocation {
     /// What a file holds, or standard input for "-", without one line end at its end; none when it cannot be
     /// read, which is told.
     std::optional<QByteArray> ReadInput(const QString& file) const;
-    /// False when the command was stopped meanwhile.
-    bool Pause(std::chrono::milliseconds time) const;
+    /// False when the command was stopped meanwhile, by its own token or another one.
+    bool Pause(std::chrono::milliseconds time) const { return Pause(time, stop); }
+    bool Pause(std::chrono::milliseconds time, const std::stop_token& until) const;
 };
 
 /// How often an operand or an option is given.

@@ -1,7 +1,6 @@
 #include "ctl/Rows.h"
 
 #include "platform/Console.h"
-#include "platform/Sleep.h"
 #include "service/MountRun.h"
 #include "service/VirtualDirectories.h"
 
@@ -141,7 +140,7 @@ MountOutcome RunMount(const Invocation& invocation, const MountOrder& order) {
         invocation.stop.stop_possible() ? invocation.stop : platform::StopOnInterrupt();
     MountRun run(ServiceClient(), order);
     while (const auto wait = run.Next(stop))
-        if (!platform::SleepUnlessStopped(stop, *wait))
+        if (!invocation.Pause(*wait, stop))
             run.CallOff();
     return run.Outcome();
 }

@@ -11,11 +11,15 @@
 #include "settings/SetBandWidthLimitDlg.h"
 #include "settings/SettingsPanel.h"
 #include "taskman/TaskManPanel.h"
-
 #include "window/BTaskMMCDlg.h"
 #include "window/ConsoleStatusBar.h"
 
+#include <QComboBox>
 #include <QCoreApplication>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -29,6 +33,25 @@ PageEntry WebPage(const char* title, const char* icon, const char* fileName) {
     return {Title(title), QString::fromLatin1(icon), [fileName](const Console& console) -> CBrenPanel* {
                 return new WebPagePanel(console, QString::fromLatin1(fileName));
             }};
+}
+
+/// Fills what is empty on a wizard's page and presses Next; false where that cannot be pressed.
+bool GoOn(QWidget& dialog) {
+    auto& sheet = static_cast<CBrenPropertySheet&>(dialog);
+    const auto buttons = sheet.findChildren<QPushButton*>();
+    const auto next = std::find_if(buttons.begin(), buttons.end(), [](const QPushButton* button) {
+        return button->text() == CBrenPropertySheet::tr("&Next") && button->isEnabled();
+    });
+    if (next == buttons.end())
+        return false;
+    for (auto* choice : sheet.CurrentPage()->findChildren<QComboBox*>())
+        if (choice->currentIndex() < 0)
+            choice->setCurrentIndex(0);
+    for (auto* line : sheet.CurrentPage()->findChildren<QLineEdit*>())
+        if (line->text().isEmpty() && line->isVisible())
+            line->setText(u"Sample"_s);
+    (*next)->click();
+    return true;
 }
 
 } // namespace
@@ -70,7 +93,7 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
         (new CSetKeyDlg(parts.service, parts.reader, parts.prompts, &window))->Open(parts.settingNews);
     };
     std::vector<DialogEntry> dialogs{
-        {u"Mount virtual directory"_s, [drive](CBTaskMMCDlg& window) { drive(window).MountNew(); }},
+        {u"Mount virtual directory"_s, [drive](CBTaskMMCDlg& window) { drive(window).MountNew(); }, GoOn},
         {u"Account quota"_s, [drive](CBTaskMMCDlg& window) { drive(window).ShowQuota(); }},
         {u"Profile encryption"_s, [drive](CBTaskMMCDlg& window) { drive(window).EditProfileEncryption(); }},
         {u"Virtual directory manager"_s,

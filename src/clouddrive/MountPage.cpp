@@ -1,6 +1,6 @@
 #include "clouddrive/MountPage.h"
 
-#include "clouddrive/CSafePage.h"
+#include "clouddrive/SafePage.h"
 #include "lanes/ProgressNote.h"
 #include "look/Look.h"
 #include "page/Console.h"
@@ -106,6 +106,7 @@ void MountPage::ShowSummary() {
                 fields[i].encrypted ? Hidden : m_draft->values.value(qsizetype(i)));
     }
     m_summary->setWidget(form); // the one before goes
+    setTabOrder(m_fields.back().second, m_publish);
 }
 
 void MountPage::ShowPublishing(bool offered) {

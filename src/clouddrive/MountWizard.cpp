@@ -1,8 +1,8 @@
 #include "clouddrive/MountWizard.h"
 
-#include "clouddrive/CSafePage.h"
 #include "clouddrive/MountPage.h"
 #include "clouddrive/NamePage.h"
+#include "clouddrive/SafePage.h"
 #include "page/Console.h"
 
 #include <QTimer>

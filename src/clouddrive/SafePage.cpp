@@ -1,4 +1,4 @@
-#include "clouddrive/CSafePage.h"
+#include "clouddrive/SafePage.h"
 
 #include "page/Console.h"
 #include "page/PasswordField.h"

@@ -3,8 +3,8 @@
 #include "service/RequestText.h"
 #include "zep/Text.h"
 
-#include <QByteArrayMatcher>
-
+#include <algorithm>
+#include <cstring>
 #include <limits>
 
 using namespace Qt::Literals::StringLiterals;
@@ -16,19 +16,56 @@ constexpr int Multistatus = 207;
 constexpr qsizetype LongestHref = 1038;
 constexpr qsizetype NoPlace = std::numeric_limits<qsizetype>::max();
 
+/// Whether a pattern of this length may begin in the block: three of its octets stand where they should. The
+/// loop has no branches, so that the compiler compares many octets at once.
+constexpr qsizetype Block = 64;
+bool MayBeginIn(const char* block, QByteArrayView pattern) {
+    const char first = pattern.front();
+    const char second = pattern[pattern.size() / 2];
+    const char third = pattern.back();
+    const char* seconds = block + pattern.size() / 2;
+    const char* thirds = block + pattern.size() - 1;
+    unsigned char least = 255; // of what differs; zero where all three stand
+    for (int at = 0; at < Block; ++at) {
+        const int differs = (block[at] ^ first) | (seconds[at] ^ second) | (thirds[at] ^ third);
+        least = std::min(least, static_cast<unsigned char>(differs));
+    }
+    return least == 0;
+}
+
+/// The first place of the pattern, which begins before `end`; null when there is none.
+const char* FindBefore(const char* begin, const char* end, QByteArrayView pattern) {
+    const auto room = [&] { return static_cast<std::size_t>(end - begin); };
+    while (begin < end && (begin = static_cast<const char*>(std::memchr(begin, pattern.front(), room())))) {
+        if (begin[pattern.size() - 1] == pattern.back() &&
+            std::memcmp(begin, pattern.data(), static_cast<std::size_t>(pattern.size())) == 0)
+            return begin;
+        ++begin;
+    }
+    return nullptr;
+}
+
+const char* Find(QByteArrayView text, qsizetype from, QByteArrayView pattern) {
+    const char* at = text.data() + std::min(from, text.size());
+    const char* end = text.data() + std::max(text.size() - pattern.size() + 1, qsizetype(0));
+    for (; pattern.size() > 1 && end - at >= Block; at += Block)
+        if (MayBeginIn(at, pattern))
+            if (const char* found = FindBefore(at, at + Block, pattern))
+                return found;
+    return at < end ? FindBefore(at, end, pattern) : nullptr;
+}
+
 /// Finds a pattern at or behind positions that never go back, so that all searches together look at each
 /// octet once.
 class NextPlace {
 public:
-    NextPlace(QByteArrayView text, const QByteArray& pattern)
-        : m_text(text), m_length(pattern.size()), m_first(pattern.front()), m_matcher(pattern) {}
+    NextPlace(QByteArrayView text, const QByteArray& pattern) : m_text(text), m_pattern(pattern) {}
 
     /// NoPlace when there is none.
     qsizetype From(qsizetype position) {
         if (m_place < position) {
-            const qsizetype found =
-                m_length == 1 ? m_text.indexOf(m_first, position) : m_matcher.indexIn(m_text, position);
-            m_place = found < 0 ? NoPlace : found;
+            const char* found = Find(m_text, position, m_pattern);
+            m_place = found ? found - m_text.data() : NoPlace;
         }
         return m_place;
     }
@@ -36,14 +73,12 @@ public:
     /// Where the pattern ends.
     qsizetype EndFrom(qsizetype position) {
         const qsizetype place = From(position);
-        return place == NoPlace ? NoPlace : place + m_length;
+        return place == NoPlace ? NoPlace : place + m_pattern.size();
     }
 
 private:
     QByteArrayView m_text;
-    qsizetype m_length;
-    char m_first;
-    QByteArrayMatcher m_matcher;
+    QByteArray m_pattern;
     qsizetype m_place = -1;
 };
 

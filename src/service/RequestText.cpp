@@ -26,15 +26,6 @@ bool HoldsEscape(const QString& text) {
 
 enum class Plus { Kept, MayBeBlank };
 
-QString PathRefusal(const QString& path) {
-    for (const QString& name : path.split(u'/')) {
-        if (const QStringList lost = LostInPath(name); !lost.isEmpty())
-            return Words::tr("The name \"%1\" holds %2, which a request cannot carry to the service.")
-                .arg(name, lost.join(u", "_s));
-    }
-    return {};
-}
-
 QStringList Misread(const QString& text, Plus plus) {
     QStringList found;
     if (text.contains(u'&'))
@@ -83,10 +74,19 @@ QString QueryRefusal(const QString& text) {
         .arg(lost.join(u", "_s));
 }
 
+QString ListedPathRefusal(const QString& path) {
+    for (const QString& name : path.split(u'/')) {
+        if (const QStringList lost = LostInPath(name); !lost.isEmpty())
+            return Words::tr("The name \"%1\" holds %2, which a request cannot carry to the service.")
+                .arg(name, lost.join(u", "_s));
+    }
+    return {};
+}
+
 QString ChangedPathRefusal(const QString& path) {
     if (path.isEmpty() || path.endsWith(u'/'))
         return Words::tr("\"%1\" is no file or folder that can be changed.").arg(path);
-    return PathRefusal(path);
+    return ListedPathRefusal(path);
 }
 
 QString DeletedPathRefusal(const QString& path) {
@@ -98,7 +98,7 @@ QString DeletedPathRefusal(const QString& path) {
 }
 
 QString NewFolderRefusal(const QString& parent, const QString& name) {
-    return name.isEmpty() ? Words::tr("A folder needs a name.") : PathRefusal(parent + u'/' + name);
+    return name.isEmpty() ? Words::tr("A folder needs a name.") : ListedPathRefusal(parent + u'/' + name);
 }
 
 QString DocumentQuestion(const QString& what, const QString& value) {

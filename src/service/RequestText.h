@@ -20,7 +20,10 @@ QString QueryRemark(const QString& text);
 /// Why a list, a key, a password or a name in a query is not sent.
 QString QueryRefusal(const QString& text);
 
-/// Why the file or folder of this path is neither deleted nor moved. (A listing may be of the root.)
+/// Why the folder of this path is neither listed nor taken; the root can be.
+QString ListedPathRefusal(const QString& path);
+
+/// Why the file or folder of this path is neither deleted nor moved.
 QString ChangedPathRefusal(const QString& path);
 
 /// Why the file or folder of this path is not deleted: also that a path of one name is a whole storage

@@ -131,19 +131,17 @@ QString ZEPURLDecodeUTF8(QStringView text) {
 }
 
 QByteArray ZEPURLDecodeUTF8(QByteArrayView encoded) {
-    QByteArray decoded;
-    decoded.reserve(encoded.size());
+    QByteArray decoded(encoded.size(), Qt::Uninitialized);
+    char* end = decoded.data();
     for (qsizetype i = 0; i < encoded.size(); ++i) {
-        const bool escape = encoded.at(i) == '%' && i + 2 < encoded.size();
-        const int high = escape ? HexDigit(encoded.at(i + 1)) : -1;
-        const int low = escape ? HexDigit(encoded.at(i + 2)) : -1;
-        if (high < 0 || low < 0) {
-            decoded.append(encoded.at(i));
-            continue;
-        }
-        decoded.append(char(high * 16 + low));
-        i += 2;
+        const bool escape = encoded[i] == '%' && i + 2 < encoded.size();
+        const int high = escape ? HexDigit(encoded[i + 1]) : -1;
+        const int low = escape ? HexDigit(encoded[i + 2]) : -1;
+        const bool valid = high >= 0 && low >= 0;
+        *end++ = valid ? char(high * 16 + low) : encoded[i];
+        i += valid ? 2 : 0;
     }
+    decoded.truncate(end - decoded.constData());
     return decoded;
 }
 
@@ -153,6 +151,8 @@ QString HtmlDecode(const QString& text) {
 }
 
 QByteArray HtmlDecode(const QByteArray& utf8) {
+    if (!utf8.contains('&'))
+        return utf8;
     return DecodeReferences<QByteArray, QByteArrayView>(
         utf8, [](char32_t character) { return QStringView(QChar::fromUcs4(character)).toUtf8(); });
 }

@@ -1,11 +1,13 @@
 #include "devservice/DevService.h"
 
+#include "devservice/CloudScenarios.h"
 #include "devservice/DatabaseFaults.h"
 #include "devservice/LiveTraceWriter.h"
 #include "devservice/LiveView.h"
 #include "devservice/Scenarios.h"
 #include "devservice/ServiceLocks.h"
 #include "devservice/ServiceRequests.h"
+#include "devservice/WireText.h"
 #include "platform/Sleep.h"
 
 #include <deque>
@@ -22,7 +24,7 @@ namespace {
 
 constexpr size_t MostRequests = 10'000;
 constexpr milliseconds Tick = 250ms;
-constexpr char16_t DriveLetter = u'Z';
+constexpr int HugeEntries = 10'000;
 
 struct NamedDatabase {
     const char* name;
@@ -40,8 +42,9 @@ struct DevService::State {
     explicit State(Options given)
         : options(std::move(given)), databases(options.home, options.journal),
           settings(options.home / "settings" / "settings.txt"), engine(options.seed),
-          databaseFaults(databases), directories(DirectoriesOf(options.scenario)),
-          requests(engine, settings, directories) {}
+          databaseFaults(databases), profile(options.home / "settings" / "profile.txt", settings),
+          tree(options.home / "drive", options.home / "storage", options.davPrefix),
+          requests(engine, settings, profile, tree) {}
 
     const Options options;
 
@@ -56,8 +59,10 @@ struct DevService::State {
     Settings settings;
     TaskEngine engine;
     DatabaseFaults databaseFaults;
-    std::vector<VirtualDirectory> directories;
+    Profile profile;
+    DavTree tree;
     ServiceRequests requests;
+    char16_t driveLetter = u'Z';
     std::unique_ptr<LiveTraceWriter> live;
     std::deque<ReceivedRequest> received;
     std::map<std::string, Answer> answers; ///< by the beginning of a target
@@ -70,6 +75,7 @@ struct DevService::State {
     Answer Steer(const std::string& command);
     void SetFault(const HttpFaultSwitch& fault);
     bool SetFault(const std::string& text);
+    bool SetLogin(const std::string& text);
 
     /// Does a change under the lock and brings its result to files and counters.
     template <typename Change>
@@ -98,6 +104,12 @@ void DevService::State::OpenHome() {
     engine.Restore(databases.Load(), goesOn && options.ticking == 0 ? engine.Now() : FirstMoment());
     if (fresh)
         Populate(options.scenario, engine, databases, settings);
+    fs::create_directories(options.home / "drive");
+    if (!profile.Load(engine.Now()))
+        PopulateCloud(options.scenario, options.scenario == "huge" ? HugeEntries : options.entries, profile,
+                      tree, settings);
+    if (!settings.Get("ConsoleRecords")) // the forms that consoles have of their own are understood
+        settings.Set("ConsoleRecords", "1", "1");
     live = std::make_unique<LiveTraceWriter>(options.home / "trace" / "livetrace.map");
     running = true;
     Publish();
@@ -108,7 +120,7 @@ void DevService::State::Publish() {
         return;
     databaseFaults.ReleaseExpired();
     databases.Write(engine.Tasks(), engine.Unwritten());
-    live->Publish(LiveView(engine, DriveLetter));
+    live->Publish(LiveView(engine, driveLetter));
 }
 
 void DevService::State::RunClock(std::stop_token stop) {
@@ -135,7 +147,7 @@ Answer DevService::State::Handle(const ReceivedRequest& request, bool acts) {
     });
 }
 
-/// "fault?SWITCH" and "advance?MILLISECONDS".
+/// "fault?SWITCH", "login?SWITCH", "drive?LETTER" and "advance?MILLISECONDS".
 Answer DevService::State::Steer(const std::string& command) {
     const size_t mark = command.find('?');
     const std::string argument =
@@ -143,6 +155,12 @@ Answer DevService::State::Steer(const std::string& command) {
     try {
         if (command.substr(0, mark) == "fault" && SetFault(argument))
             return {};
+        if (command.substr(0, mark) == "login" && SetLogin(argument))
+            return {};
+        if (command.substr(0, mark) == "drive" && argument.size() < 2) {
+            Do([&] { driveLetter = argument.empty() ? u'\0' : static_cast<unsigned char>(argument[0]); });
+            return {};
+        }
         if (command.substr(0, mark) == "advance") {
             Do([&] { engine.Advance(milliseconds(std::stoll(argument))); });
             return {};
@@ -150,7 +168,8 @@ Answer DevService::State::Steer(const std::string& command) {
     } catch (const std::exception& error) {
         return {400, std::string(error.what()) + '\n'};
     }
-    return {400, "Use /dev/fault?SWITCH or /dev/advance?MILLISECONDS.\n"};
+    return {400,
+            "Use /dev/fault?SWITCH, /dev/login?SWITCH, /dev/drive?LETTER or /dev/advance?MILLISECONDS.\n"};
 }
 
 void DevService::State::SetFault(const HttpFaultSwitch& fault) {
@@ -177,6 +196,13 @@ bool DevService::State::SetFault(const std::string& text) {
             file = databases.FileOf(named.database);
     Do([&] { databaseFaults.Set({fault->fault, file, fault->time}); });
     return true;
+}
+
+bool DevService::State::SetLogin(const std::string& text) {
+    const auto how = ParseLogin(text);
+    if (how)
+        Do([&] { profile.SetLogin(*how, engine.Now()); });
+    return how.has_value();
 }
 
 DevService::DevService(Options options) : m_state(std::make_unique<State>(std::move(options))) {}
@@ -369,9 +395,31 @@ void DevService::AddAuditRows(const std::vector<AuditRow>& rows) {
     });
 }
 
-void DevService::SetVirtualDirectories(std::vector<VirtualDirectory> directories) {
+std::vector<VirtualDirectory> DevService::VirtualDirectories() const {
     const std::scoped_lock lock(m_state->mutex);
-    m_state->directories = std::move(directories);
+    return m_state->profile.Directories();
+}
+
+void DevService::SetVirtualDirectories(std::vector<VirtualDirectory> directories) {
+    m_state->Do([&] {
+        for (const VirtualDirectory& before : m_state->profile.Directories())
+            m_state->tree.Dismount(before.name);
+        for (const VirtualDirectory& directory : directories)
+            m_state->tree.Mount(directory.name);
+        m_state->profile.SetDirectories(std::move(directories));
+    });
+}
+
+void DevService::SetLogin(const LoginSwitch& how) {
+    m_state->Do([&] { m_state->profile.SetLogin(how, m_state->engine.Now()); });
+}
+
+bool DevService::SetLogin(const std::string& text) {
+    return m_state->SetLogin(text);
+}
+
+void DevService::SetDriveLetter(char16_t letter) {
+    m_state->Do([&] { m_state->driveLetter = letter; });
 }
 
 void DevService::Execute(const fs::path& file, const std::string& sql) {

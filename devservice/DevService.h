@@ -3,6 +3,7 @@
 #include "devservice/DatabaseKinds.h"
 #include "devservice/Faults.h"
 #include "devservice/HttpServer.h"
+#include "devservice/Profile.h"
 #include "devservice/Task.h"
 
 #include <chrono>
@@ -25,6 +26,8 @@ struct Options {
     std::optional<SimTime> now; ///< where the clock starts; a fixed day when not given and not ticking
     double ticking = 0;         ///< simulated seconds a real second; 0: the clock moves by Advance only
     std::chrono::milliseconds startDelay{0}; ///< until the port opens
+    std::string davPrefix = "D";             ///< of the elements of listings; none when empty
+    int entries = 0;                         ///< folders in the folder "Many" of a home that is filled
     bool holdLocks = true; ///< the shell's mutex and the service's lock, which one service can hold
 };
 
@@ -83,7 +86,14 @@ public:
     bool SetSubTaskState(const std::string& id, int number, SubTaskState state);
     void AddAuditRows(const std::vector<AuditRow>& rows);
 
+    std::vector<VirtualDirectory> VirtualDirectories() const;
+    /// In place of those that are mounted; each gets its folder below the home path "drive".
     void SetVirtualDirectories(std::vector<VirtualDirectory> directories);
+    /// How logins go from now on; Advance brings those that take their time.
+    void SetLogin(const LoginSwitch& how);
+    bool SetLogin(const std::string& text); ///< as on the command line; false when it is not understood
+    /// Where the virtual directories are shown; 0 when nowhere.
+    void SetDriveLetter(char16_t letter);
 
     /// Runs SQL on a database file by a connection of its own, for rows that no task makes. Throws
     /// std::runtime_error with the database's words.

@@ -288,19 +288,6 @@ bool IsScenario(const std::string& name) {
     return name == "empty" || name == "desktop" || name == "server" || name == "huge";
 }
 
-std::vector<VirtualDirectory> DirectoriesOf(const std::string& scenario) {
-    const std::string provider = "{0F3C6B52-7A41-4E0B-9C55-21D8E3A7B901}";
-    if (scenario == "desktop")
-        return {{"Home", "{B1D4A6E0-2F57-4B1C-8E43-90A1C2D3E4F5}", 3, provider},
-                {"Archive", "{C2E5B7F1-3068-4C2D-9F54-A1B2D3E4F506}", 3, provider},
-                {"Team", "{D3F6C802-4179-4D3E-A065-B2C3E4F50617}", 3, provider},
-                {"Old Storage", "{E407D913-528A-4E4F-B176-C3D4F5061728}", 2, provider}};
-    if (scenario == "server" || scenario == "huge")
-        return {{"Vault", "{F518EA24-639B-4F50-8287-D4E506172839}", 3, provider},
-                {"Second Site", "{0629FB35-74AC-4061-9398-E5F60728394A}", 1, provider}};
-    return {};
-}
-
 void Populate(const std::string& scenario, TaskEngine& engine, Databases& databases, Settings& settings) {
     if (scenario == "desktop")
         TellAll(DesktopStories, engine);

@@ -9,8 +9,6 @@ namespace devservice {
 /// Whether there is a scenario of this name: empty, desktop, server or huge.
 bool IsScenario(const std::string& name);
 
-std::vector<VirtualDirectory> DirectoriesOf(const std::string& scenario);
-
 /// Fills an empty home: tasks into the engine, logs and settings into their files. The files' tables stand.
 void Populate(const std::string& scenario, TaskEngine& engine, Databases& databases, Settings& settings);
 

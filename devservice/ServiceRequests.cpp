@@ -1,5 +1,8 @@
 #include "devservice/ServiceRequests.h"
 
+#include "devservice/Providers.h"
+#include "devservice/WireText.h"
+
 #include <algorithm>
 #include <charconv>
 
@@ -10,52 +13,24 @@ namespace {
 constexpr char SettingsPath[] = "/settings/";
 constexpr char SchedulePath[] = "/schedule/";
 constexpr char ProfilePath[] = "/profile/";
+constexpr char CardsPath[] = "/mysafe/";
+constexpr char PrefetchPath[] = "/DavCache/prefetchfolder";
+constexpr char ResourcesPath[] = "/resources";
+constexpr char Xml[] = "text/xml";
 
-bool StartsWith(const std::string& text, const std::string& beginning) {
-    return text.rfind(beginning, 0) == 0;
-}
-
-std::string Lower(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
-    return text;
-}
-
-std::string XmlAttribute(const std::string& name, const std::string& value) {
-    std::string escaped;
-    for (const char c : value) {
-        switch (c) {
-        case '&':
-            escaped += "&amp;";
-            break;
-        case '<':
-            escaped += "&lt;";
-            break;
-        case '"':
-            escaped += "&quot;";
-            break;
-        default:
-            escaped += c;
-        }
-    }
-    return ' ' + name + "=\"" + escaped + '"';
-}
-
-/// The query's parameter of this name, case ignored, decoded.
-std::optional<std::string> Parameter(const std::string& query, const std::string& name) {
-    for (size_t begin = 0; begin <= query.size();) {
-        const size_t end = std::min(query.find('&', begin), query.size());
-        const std::string part = query.substr(begin, end - begin);
-        const size_t equals = part.find('=');
-        if (equals != std::string::npos && Lower(part.substr(0, equals)) == Lower(name))
-            return PercentDecode(part.substr(equals + 1));
-        begin = end + 1;
-    }
-    return {};
-}
+// What the quota of the home storage is, and what older versions of files use of it.
+constexpr uint64_t Allocated = uint64_t{25} << 30;
+constexpr uint64_t UsedByVersions = uint64_t{9'986'000'000};
 
 const Answer NotFound{404, "There is no such thing here.\n"};
 const Answer BadRequest{400, "This request cannot be understood.\n"};
 const Answer Done{200, "OK"};
+const Answer NotLoggedIn{503, "This storage is not logged in.\n"};
+
+/// The status that a part of the service came to, with words.
+Answer Outcome(int status) {
+    return status == Done.status ? Done : Answer{status, "The service did not do this.\n"};
+}
 
 /// "TASK:NUMBER", split at the last colon.
 std::optional<std::pair<std::string, int>> SubTaskOf(const std::string& text) {
@@ -90,6 +65,12 @@ Answer ServiceRequests::Handle(const ReceivedRequest& request) {
         return HandleSchedule(parts);
     if (request.verb == "GET" && StartsWith(parts.path, ProfilePath))
         return HandleProfile(parts);
+    if (request.verb == "GET" && StartsWith(parts.path, CardsPath))
+        return HandleCards(parts);
+    if (request.verb == "GET" && parts.path == PrefetchPath)
+        return StartsWith(parts.body, "/") && m_profile.Find(parts.body.substr(1)) ? Done : NotFound;
+    if (parts.path == ResourcesPath || StartsWith(parts.path, std::string(ResourcesPath) + '/'))
+        return HandleResources(request.verb, parts);
     return NotFound;
 }
 
@@ -125,25 +106,90 @@ Answer ServiceRequests::HandleSchedule(const Parts& parts) {
 }
 
 Answer ServiceRequests::HandleProfile(const Parts& parts) {
+    m_profile.Settle(m_engine.Now());
     const std::string method = Lower(Parameter(parts.query, "PMCMethod").value_or(""));
     if (method == "getvdirlist")
-        return VirtualDirectoryList();
-    if (method != "getvdirstatus")
-        return NotFound;
-    const auto found =
-        std::find_if(m_directories.begin(), m_directories.end(),
-                     [&](const VirtualDirectory& each) { return Lower(each.name) == Lower(parts.body); });
-    return found == m_directories.end() ? NotFound : Answer{200, std::to_string(found->status)};
+        return {200, m_profile.ListAnswer(), Xml};
+    if (method == "getpopularstoragelist")
+        return {200, ProviderList(), Xml};
+    if (method == "addnewnode")
+        return AddNode(parts);
+    if (method == "removenode")
+        return RemoveNode(parts);
+    if (method == "forcerelogin")
+        return Outcome(m_profile.Relogin(Parameter(parts.query, "VDirName").value_or(""), m_engine.Now()));
+    const VirtualDirectory* directory = method == "getvdirstatus" ? m_profile.Find(parts.body) : nullptr;
+    return directory ? Answer{200, std::to_string(directory->status)} : NotFound;
 }
 
-Answer ServiceRequests::VirtualDirectoryList() const {
-    std::string list;
-    for (const VirtualDirectory& each : m_directories)
-        list += "<VDir" + XmlAttribute("Name", each.name) + XmlAttribute("SafeCardId", each.safeCardId) +
-                XmlAttribute("Status", std::to_string(each.status)) + XmlAttribute("SPId", each.providerId) +
-                "/>";
-    return {200, "<?xml version=\"1.0\" encoding=\"utf-8\"?><Response><VDirs>" + list + "</VDirs></Response>",
-            "text/xml"};
+Answer ServiceRequests::AddNode(const Parts& parts) {
+    const int status = m_profile.AddNode(parts.body, m_engine.Now());
+    if (status == Done.status)
+        m_tree.Mount(m_profile.Directories().back().name);
+    return Outcome(status);
+}
+
+Answer ServiceRequests::RemoveNode(const Parts& parts) {
+    const auto name = Element(parts.body, "NodeIDFieldValue");
+    const bool whole = StartsWith(parts.body, "<ZEPProfileReq>") && name &&
+                       Element(parts.body, "NodeContainer") == "Resources/VDirs" &&
+                       Element(parts.body, "NodeIDFieldName") == "Display.Name";
+    if (!whole)
+        return BadRequest;
+    if (!m_profile.Remove(*name))
+        return NotFound;
+    m_tree.Dismount(*name);
+    return Done;
+}
+
+Answer ServiceRequests::HandleCards(const Parts& parts) {
+    const std::string method = Lower(Parameter(parts.query, "PMCMethod").value_or(""));
+    if (method == "addnewcard")
+        return Outcome(m_profile.AddCard(parts.body));
+    const bool known = method == "getcard" && Parameter(parts.query, "CardNameOnly") == "Resources";
+    const auto card =
+        known ? m_profile.CardAnswer(Parameter(parts.query, "CardId").value_or("")) : std::nullopt;
+    return card ? Answer{200, *card, Xml} : NotFound;
+}
+
+Answer ServiceRequests::HandleResources(const std::string& verb, const Parts& parts) {
+    m_profile.Settle(m_engine.Now());
+    const std::string path = parts.path.substr(sizeof ResourcesPath - 1);
+    if (verb == "PROPFIND" && SameName(path, "/home/quota"))
+        return Quota();
+    const std::string name = path.substr(0, path.find('/', 1)).substr(path.empty() ? 0 : 1);
+    const VirtualDirectory* directory = m_profile.Find(name);
+    std::string destination = Parameter(parts.query, "Destination").value_or("");
+    if (verb == "MOVE") {
+        if (!StartsWith(destination, std::string(ResourcesPath) + '/'))
+            return BadRequest;
+        destination.erase(0, sizeof ResourcesPath - 1);
+        if (directory && path.size() == name.size() + 1)
+            return MoveDirectory(name, destination.substr(1));
+    }
+    if (directory && directory->status != 3)
+        return NotLoggedIn;
+    return m_tree.Handle(verb, path, destination);
+}
+
+Answer ServiceRequests::MoveDirectory(const std::string& name, const std::string& destination) {
+    if (!DavTree::IsPlainName(destination) || !m_profile.Rename(name, destination))
+        return {409, "There is such a virtual directory, or none can be named so.\n"};
+    m_tree.Rename(name, destination);
+    return Done;
+}
+
+Answer ServiceRequests::Quota() const {
+    if (!m_profile.Find("Home"))
+        return NotFound;
+    return {207,
+            "<?xml version=\"1.0\" encoding=\"utf-8\"?><D:multistatus xmlns:D=\"DAV:\"><D:response><D:href>"
+            "/resources/home/quota</D:href><D:propstat><D:prop><D:quota-used-bytes>" +
+                std::to_string(UsedByVersions + m_tree.Used("Home")) +
+                "</D:quota-used-bytes><D:quota-allocated-bytes>" + std::to_string(Allocated) +
+                "</D:quota-allocated-bytes></D:prop><D:status>HTTP/1.1 200 OK</D:status></D:propstat>"
+                "</D:response></D:multistatus>",
+            Xml};
 }
 
 } // namespace devservice

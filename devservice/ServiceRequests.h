@@ -1,6 +1,8 @@
 #pragma once
 
+#include "devservice/DavTree.h"
 #include "devservice/HttpServer.h"
+#include "devservice/Profile.h"
 #include "devservice/Settings.h"
 #include "devservice/TaskEngine.h"
 
@@ -9,8 +11,8 @@ namespace devservice {
 /// Answers the console's requests from the service's parts, which the caller has locked.
 class ServiceRequests {
 public:
-    ServiceRequests(TaskEngine& engine, Settings& settings, std::vector<VirtualDirectory>& directories)
-        : m_engine(engine), m_settings(settings), m_directories(directories) {}
+    ServiceRequests(TaskEngine& engine, Settings& settings, Profile& profile, DavTree& tree)
+        : m_engine(engine), m_settings(settings), m_profile(profile), m_tree(tree) {}
 
     Answer Handle(const ReceivedRequest& request);
 
@@ -20,11 +22,17 @@ private:
     Answer HandleSettings(const ReceivedRequest& request, const Parts& parts);
     Answer HandleSchedule(const Parts& parts);
     Answer HandleProfile(const Parts& parts);
-    Answer VirtualDirectoryList() const;
+    Answer AddNode(const Parts& parts);
+    Answer RemoveNode(const Parts& parts);
+    Answer HandleCards(const Parts& parts);
+    Answer HandleResources(const std::string& verb, const Parts& parts);
+    Answer MoveDirectory(const std::string& name, const std::string& destination);
+    Answer Quota() const;
 
     TaskEngine& m_engine;
     Settings& m_settings;
-    std::vector<VirtualDirectory>& m_directories;
+    Profile& m_profile;
+    DavTree& m_tree;
 };
 
 } // namespace devservice

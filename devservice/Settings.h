@@ -15,6 +15,7 @@ public:
     void Load();
     std::optional<std::string> Get(const std::string& name) const;
     void Set(const std::string& name, const std::string& type, const std::string& value); ///< written at once
+    void Remove(const std::string& name);
 
 private:
     struct Entry {
@@ -26,8 +27,5 @@ private:
     std::filesystem::path m_file;
     std::map<std::string, Entry> m_entries;
 };
-
-/// Decodes "%XX"; what is no escape stays as it stands, and so does a plus sign.
-std::string PercentDecode(std::string_view text);
 
 } // namespace devservice

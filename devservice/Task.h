@@ -60,12 +60,4 @@ struct AuditRow {
 /// The text of an audit row that belongs to a task: its key stands before the message as "$$KEY$ ".
 std::string TaskTrace(const std::string& taskId, const std::string& message);
 
-/// A mounted storage account as the list of virtual directories tells it.
-struct VirtualDirectory {
-    std::string name;
-    std::string safeCardId;
-    int status = 3; ///< 1 logging in, 2 failed, 3 logged in
-    std::string providerId;
-};
-
 } // namespace devservice

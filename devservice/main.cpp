@@ -31,6 +31,11 @@ A stand-in for the background service, for development and tests.
                       some requests only (status acts and answers N, deny answers N and does not act);
                       db-locked[:MS] db-truncated db-garbage db-missing db-schema
                       db-writer:MS db-none, with @scheduler, @processlog, @history, @audit, @fileindex or @TASK
+  --login SWITCH      how logins go, may be given often; also at run time: PUT /dev/login?SWITCH
+                      in after:SECONDS refused:TEXT no-plugin never, with @NAME for one virtual directory only
+  --no-drive          show no virtual directories; at run time: PUT /dev/drive? and PUT /dev/drive?Z
+  --dav-prefix NAME   before the elements of folder listings, D by default; "" for none
+  --entries N         so many folders in the folder "Many" of an empty home's first virtual directory
   --refuse-start      only leave the command that starts this service, and fail whenever it is used
   --until-stdin-closes  end when standard input ends
 )";
@@ -42,6 +47,8 @@ std::atomic<bool> ended = false; // set by signals
 struct Arguments {
     devservice::Options options;
     std::vector<std::string> faults;
+    std::vector<std::string> logins;
+    bool noDrive = false;
     bool untilStdinCloses = false;
     bool refuseStart = false;
     bool help = false;
@@ -102,6 +109,14 @@ Arguments Parse(const std::vector<std::string>& words) {
             result.options.startDelay = std::chrono::milliseconds(Number(value(), 3'600'000));
         else if (*word == "--fault")
             result.faults.push_back(value());
+        else if (*word == "--login")
+            result.logins.push_back(value());
+        else if (*word == "--no-drive")
+            result.noDrive = true;
+        else if (*word == "--dav-prefix")
+            result.options.davPrefix = value();
+        else if (*word == "--entries")
+            result.options.entries = Number(value(), 1'000'000);
         else if (*word == "--refuse-start")
             result.refuseStart = true;
         else if (*word == UntilStdinCloses)
@@ -152,6 +167,11 @@ void Run(const Arguments& arguments, const std::vector<std::string>& words) {
     for (const std::string& fault : arguments.faults)
         if (!service.SetFault(fault))
             throw UsageError("unknown fault " + fault);
+    for (const std::string& login : arguments.logins)
+        if (!service.SetLogin(login))
+            throw UsageError("unknown outcome of logins " + login);
+    if (arguments.noDrive)
+        service.SetDriveLetter(0);
     std::cout << "ready on port " << service.Port() << ", home " << platform::Utf8FromPath(service.Home())
               << std::endl; // NOLINT(performance-avoid-endl): whoever started us waits for this line
     while (!ended)

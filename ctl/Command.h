@@ -85,6 +85,7 @@ std::vector<Command> DatabaseCommands();
 std::vector<Command> LiveCommands();
 std::vector<Command> TaskCommands();
 std::vector<Command> SettingsCommands();
+std::vector<Command> DavCommands();
 std::vector<Command> RequestCommands();
 std::vector<Command> HelpCommands();
 

@@ -179,8 +179,11 @@ void CBrowseDlg::WalkOn(const TreeLevels::Node* listed) {
     const TreeLevels::Node* node = &m_model.Levels().Root();
     for (const QString& key : QStringList(m_walk->keys)) {
         const bool hasFailed = node->listing == Listing::Failed && node == listed;
-        if (node->listing != Listing::Listed && !hasFailed && node->entry.canOpen)
-            return m_model.List(m_model.IndexOf(*node)); // goes on when that is listed
+        if (node->listing != Listing::Listed && !hasFailed && node->entry.canOpen) {
+            const QModelIndex index = m_model.IndexOf(*node);
+            m_view->expand(index);      // should it fail, it stands there why
+            return m_model.List(index); // goes on when that is listed
+        }
         const TreeLevels::Node* child = ChildNamed(*node, key);
         if (!child)
             return EndWalk(*node, key);
@@ -198,8 +201,6 @@ void CBrowseDlg::EndWalk(const TreeLevels::Node& node, const QString& missing) {
             accept();
         return;
     }
-    if (node.listing == Listing::Failed && node.parent)
-        m_view->expand(m_model.IndexOf(node)); // there it stands why
     if (walk.arrival == Arrival::SelectAsFar)
         return;
     m_path->setText(walk.path); // to be mended

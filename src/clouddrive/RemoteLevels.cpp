@@ -18,7 +18,9 @@ struct Words {
 
 /// "Part 2" before "Part 10".
 QStringList InNaturalOrder(const QStringList& names) {
-    QCollator collator;
+    // The order of no language in particular knows no numbers.
+    const QLocale locale;
+    QCollator collator(locale.language() == QLocale::C ? QLocale(QLocale::English) : locale);
     collator.setNumericMode(true);
     collator.setCaseSensitivity(Qt::CaseInsensitive);
     std::vector<std::pair<QCollatorSortKey, QString>> keyed;

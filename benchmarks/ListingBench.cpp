@@ -1,6 +1,13 @@
 #include "benchmarks/BenchTable.h"
+#include "benchmarks/ConsoleParts.h"
+#include "benchmarks/HeldReader.h"
+#include "clouddrive/BrowseDlg.h"
+#include "look/Look.h"
 #include "service/DavListing.h"
+#include "wizard/CheckTreeView.h"
 #include "zep/Text.h"
+
+#include <QApplication>
 
 #include <benchmark/benchmark.h>
 #include <pugixml.hpp>
@@ -27,8 +34,7 @@ QByteArray MakeAnswer(int entries, bool marked) {
                   "</D:href>\n <D:propstat>\n  <D:status>HTTP/1.1 200 OK</D:status>\n  <D:prop>\n";
         if (marked)
             answer += "   <D:displayname>" + name + "</D:displayname>\n   <a:mesffolder>0</a:mesffolder>\n";
-        answer += "   <D:iscollection>" + QByteArray::number(number % 2) +
-                  "</D:iscollection>\n   <D:resourcetype/>\n   <D:supportedlock/>\n   "
+        answer += "   <D:iscollection>1</D:iscollection>\n   <D:resourcetype/>\n   <D:supportedlock/>\n   "
                   "<D:getcontentlength>4096</D:getcontentlength>\n   "
                   "<D:creationdate>2026-03-01T12:00:00Z</D:creationdate>\n   "
                   "<D:getlastmodified>Sun, 01 Mar 2026 12:00:00 GMT</D:getlastmodified>\n  </D:prop>\n "
@@ -89,6 +95,49 @@ void MeasureListings(BenchTable& table) {
     }
 }
 
+void MeasurePicker(BenchTable& table) {
+    ApplyLook(*qApp);
+    ConsoleParts parts("empty");
+    const auto answer = [&parts](const char* target, int folders) {
+        parts.home.Service().SetAnswer(target,
+                                       devservice::Answer{207, MakeAnswer(folders, true).toStdString()});
+    };
+    answer("/resources", 1);
+    answer("/resources/Photographs%20of%200", 10'000);
+    Samples shown;
+    double longest = 0;
+    for (int round = 0; round < 5; ++round) {
+        HeldReader reader;
+        const Console console = parts.On(reader);
+        RemoteFolderRequest request;
+        request.start = u"/Photographs of 0"_s;
+        CBrowseDlg dialog(console, request);
+        dialog.show();
+        reader.Work();
+        reader.Answer();
+        QCoreApplication::processEvents();
+        auto& view = *dialog.findChild<CheckTreeView*>();
+        view.expand(view.currentIndex());
+        StallWatch watch;
+        shown.Add(MillisecondsOf([&] {
+            reader.Work(); // the exchange as well
+            longest = std::max(longest, MillisecondsOf([&] { reader.Answer(); }));
+            for (int turn = 0; turn < 3; ++turn)
+                watch.Handle([once = true]() mutable { return std::exchange(once, false); });
+        }));
+        longest = std::max(longest, watch.longest);
+        if (view.indexAt(QPoint(60, 200)).row() < 5)
+            throw std::runtime_error("the folder is not on screen");
+    }
+    table.Add({.name = "A folder of 10,000 in the picker, from its request to the screen",
+               .unit = "ms",
+               .ours = shown.Median(),
+               .maxOurs = 200.0});
+    table.Add(
+        {.name = "Longest stall of the picker meanwhile", .unit = "ms", .ours = longest, .maxOurs = 50.0});
+}
+
+const BenchRegistration Picker("folder picker", MeasurePicker);
 const BenchRegistration Listings("listings", MeasureListings);
 
 } // namespace

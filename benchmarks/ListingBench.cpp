@@ -98,19 +98,16 @@ void MeasureListings(BenchTable& table) {
 void MeasurePicker(BenchTable& table) {
     ApplyLook(*qApp);
     ConsoleParts parts("empty");
-    const auto answer = [&parts](const char* target, int folders) {
-        parts.home.Service().SetAnswer(target,
-                                       devservice::Answer{207, MakeAnswer(folders, true).toStdString()});
-    };
-    answer("/resources", 1);
-    answer("/resources/Photographs%20of%200", 10'000);
+    parts.home.Service().SetVirtualDirectories({{"V", "{C}", 3, {}}});
+    parts.home.Service().SetAnswer("/resources/V",
+                                   devservice::Answer{207, MakeAnswer(10'000, true).toStdString()});
     Samples shown;
     double longest = 0;
     for (int round = 0; round < 5; ++round) {
         HeldReader reader;
         const Console console = parts.On(reader);
         RemoteFolderRequest request;
-        request.start = u"/Photographs of 0"_s;
+        request.start = u"/V"_s;
         CBrowseDlg dialog(console, request);
         dialog.show();
         reader.Work();

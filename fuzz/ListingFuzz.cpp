@@ -2,10 +2,12 @@
 #include "Require.h"
 #include "service/DavListing.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 void Compare(const QByteArray& answer) {
-    const QString path = answer.size() % 2 ? QStringLiteral("/home/Docs") : QString();
+    const QString path = answer.size() % 2 ? u"/home/Docs"_s : QString();
     for (const HiddenEntries hidden : {HiddenEntries::LeaveOut, HiddenEntries::Show})
         Require(ParseMultistatus(answer, path, hidden) == NaiveListing(answer, path, hidden));
 }

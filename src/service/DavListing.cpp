@@ -16,9 +16,12 @@ constexpr int Multistatus = 207;
 constexpr qsizetype LongestHref = 1038;
 constexpr qsizetype NoPlace = std::numeric_limits<qsizetype>::max();
 
+constexpr int Block = 64;
+constexpr int Part = 16;
+
 /// Whether a pattern of this length may begin in the block: three of its octets stand where they should. The
 /// loop has no branches, so that the compiler compares many octets at once.
-constexpr qsizetype Block = 64;
+template <int Size>
 bool MayBeginIn(const char* block, QByteArrayView pattern) {
     const char first = pattern.front();
     const char second = pattern[pattern.size() / 2];
@@ -26,7 +29,7 @@ bool MayBeginIn(const char* block, QByteArrayView pattern) {
     const char* seconds = block + pattern.size() / 2;
     const char* thirds = block + pattern.size() - 1;
     unsigned char least = 255; // of what differs; zero where all three stand
-    for (int at = 0; at < Block; ++at) {
+    for (int at = 0; at < Size; ++at) {
         const int differs = (block[at] ^ first) | (seconds[at] ^ second) | (thirds[at] ^ third);
         least = std::min(least, static_cast<unsigned char>(differs));
     }
@@ -49,9 +52,11 @@ const char* Find(QByteArrayView text, qsizetype from, QByteArrayView pattern) {
     const char* at = text.data() + std::min(from, text.size());
     const char* end = text.data() + std::max(text.size() - pattern.size() + 1, qsizetype(0));
     for (; pattern.size() > 1 && end - at >= Block; at += Block)
-        if (MayBeginIn(at, pattern))
-            if (const char* found = FindBefore(at, at + Block, pattern))
-                return found;
+        if (MayBeginIn<Block>(at, pattern))
+            for (const char* part = at; part < at + Block; part += Part)
+                if (const char* found =
+                        MayBeginIn<Part>(part, pattern) ? FindBefore(part, part + Part, pattern) : nullptr)
+                    return found;
     return at < end ? FindBefore(at, end, pattern) : nullptr;
 }
 

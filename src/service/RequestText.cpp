@@ -90,7 +90,7 @@ QString ChangedPathRefusal(const QString& path) {
 }
 
 QString DeletedPathRefusal(const QString& path) {
-    if (const QString refusal = ChangedPathRefusal(path); !refusal.isEmpty())
+    if (QString refusal = ChangedPathRefusal(path); !refusal.isEmpty())
         return refusal;
     if (path.split(u'/', Qt::SkipEmptyParts).size() == 1)
         return Words::tr("\"%1\" is a whole storage account, which is not deleted.").arg(path);

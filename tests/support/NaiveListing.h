@@ -64,7 +64,7 @@ inline DavListing NaiveListing(QByteArray answer, const QString& folderPath, Hid
             const Value flag = valueOf(position, "iscollection");
             if (!flag.first)
                 continue;
-            entry.isFolder = std::atoi(flag.first) != 0;
+            entry.isFolder = std::strtol(flag.first, nullptr, 10) != 0;
         } else {
             const Value type = valueOf(position, "getcontenttype");
             if (!type.second)

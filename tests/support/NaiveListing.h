@@ -3,6 +3,8 @@
 #include "service/DavListing.h"
 #include "zep/Text.h"
 
+#include <QByteArrayList>
+
 #include <cctype>
 #include <cstdlib>
 #include <cstring>

@@ -1,14 +1,13 @@
 #include "benchmarks/BenchTable.h"
+#include "benchmarks/HeldReader.h"
 #include "look/Look.h"
 #include "wizard/CheckTreeView.h"
 #include "wizard/TreeFindField.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QPaintEvent>
 
-#include <memory>
 #include <stdexcept>
 
 using namespace Qt::Literals::StringLiterals;
@@ -18,24 +17,6 @@ namespace {
 constexpr int KnownNodes = 100'000;
 constexpr int LevelOf = 100; ///< nodes a level in the known tree
 constexpr int LongLevel = 10'000;
-
-/// Does each job when it is told to, on this thread.
-class HeldReader : public Reader {
-public:
-    void Submit(Job job) override { m_jobs.push_back(std::move(job)); }
-    /// The lane's share; what is left is the window's.
-    void Work() {
-        for (const Job& job : m_jobs)
-            job.work(job.stop.get_token());
-    }
-    void Answer() {
-        for (const Job& job : std::exchange(m_jobs, {}))
-            job.done();
-    }
-
-private:
-    std::vector<Job> m_jobs;
-};
 
 TreeLevel MakeLevel(int count) {
     TreeLevel level;
@@ -75,20 +56,6 @@ struct KnownTree {
     CheckTreeModel model;
     CheckTreeView view;
     int nodes = 1;
-};
-
-/// The longest time that the window does nothing else while events are handled.
-class StallWatch {
-public:
-    void Handle(const std::function<bool()>& goesOn) {
-        QElapsedTimer since;
-        while (goesOn()) {
-            since.start();
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 0);
-            longest = std::max(longest, double(since.nsecsElapsed()) / 1e6);
-        }
-    }
-    double longest = 0;
 };
 
 void MeasureKnownTree(BenchTable& table) {

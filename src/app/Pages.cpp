@@ -1,6 +1,7 @@
 #include "app/Pages.h"
 
 #include "app/BackupSvrConfigWizard.h"
+#include "clouddrive/BrowseDlg.h"
 #include "clouddrive/CloudSvcPage.h"
 #include "clouddrive/SetKeyDlg.h"
 #include "clouddrive/VDirListPanel.h"
@@ -104,6 +105,8 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
         {u"Cloud space"_s, [bar](CBTaskMMCDlg& window) { emit bar(window)->CloudSpaceClicked(); }},
         {u"Proxy"_s, proxy},
         {u"Encryption key"_s, key},
+        {u"Folder picker"_s,
+         [](CBTaskMMCDlg& window) { PickRemoteFolder(window.Parts(), {}, &window, {}, [](const auto&) {}); }},
     };
     if (serverMode) {
         dialogs.push_back({u"Set-up wizard"_s,
@@ -122,6 +125,13 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
                            }});
     }
     return dialogs;
+}
+
+void SetRemoteFolderPicker(WindowPrompts& prompts, const Console& console) {
+    prompts.SetRemoteFolderPicker([&console](QWidget* over, const RemoteFolderRequest& request,
+                                             std::function<void(std::optional<QString>)> answer) {
+        PickRemoteFolder(console, {}, over, request, std::move(answer));
+    });
 }
 
 CBrenDialog* CloudSpaceDialog(const Console& console, QWidget* parent) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "development/ViewWalk.h"
+#include "page/WindowPrompts.h"
 #include "window/PageEntry.h"
 
 #include <vector>
@@ -10,6 +11,9 @@ std::vector<PageEntry> PagesOf(bool serverMode, bool withGallery);
 
 /// The dialogs and wizards of a mode, a line each, for the tour and the sweep.
 std::vector<DialogEntry> DialogsOf(bool serverMode);
+
+/// Lets the prompts pick folders of the service. The console outlives the pages that ask.
+void SetRemoteFolderPicker(WindowPrompts& prompts, const Console& console);
 
 /// What a click on the status bar opens.
 CBrenDialog* CloudSpaceDialog(const Console& console, QWidget* parent);

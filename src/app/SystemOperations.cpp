@@ -181,6 +181,7 @@ void SystemOperations::ShowMainWindow(const QString& title, int initialView) {
                          .pages = PagesOf(ZEPSysInfoIsServer(), m_commandLine.Gallery()),
                          .cloudSpace = CloudSpaceDialog,
                          .bandwidth = BandwidthDialog});
+    SetRemoteFolderPicker(m_prompts, window.Parts());
     window.show();
     std::unique_ptr<Tour> tour;
     if (!m_commandLine.TourFolder().isEmpty())

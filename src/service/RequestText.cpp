@@ -79,15 +79,31 @@ QString QueryRefusal(const QString& text) {
         .arg(lost.join(u", "_s));
 }
 
-QString ChangedPathRefusal(const QString& path) {
-    if (path.isEmpty() || path.endsWith(u'/'))
-        return Words::tr("\"%1\" is no file or folder that can be changed.").arg(path);
+QString ListedPathRefusal(const QString& path) {
     for (const QString& name : path.split(u'/')) {
         if (const QStringList lost = LostInPath(name); !lost.isEmpty())
             return Words::tr("The name \"%1\" holds %2, which a request cannot carry to the service.")
                 .arg(name, lost.join(u", "_s));
     }
     return {};
+}
+
+QString ChangedPathRefusal(const QString& path) {
+    if (path.isEmpty() || path.endsWith(u'/'))
+        return Words::tr("\"%1\" is no file or folder that can be changed.").arg(path);
+    return ListedPathRefusal(path);
+}
+
+QString DeletedPathRefusal(const QString& path) {
+    if (QString refusal = ChangedPathRefusal(path); !refusal.isEmpty())
+        return refusal;
+    if (path.split(u'/', Qt::SkipEmptyParts).size() == 1)
+        return Words::tr("\"%1\" is a whole storage account, which is not deleted.").arg(path);
+    return {};
+}
+
+QString NewFolderRefusal(const QString& parent, const QString& name) {
+    return name.isEmpty() ? Words::tr("A folder needs a name.") : ListedPathRefusal(parent + u'/' + name);
 }
 
 QString DocumentQuestion(const QString& what, const QString& value) {

@@ -20,8 +20,18 @@ QString QueryRemark(const QString& text);
 /// Why a list, a key, a password or a name in a query is not sent.
 QString QueryRefusal(const QString& text);
 
-/// Why the file or folder of this path is neither deleted nor moved. (A listing may be of the root.)
+/// Why the folder of this path is neither listed nor taken; the root can be.
+QString ListedPathRefusal(const QString& path);
+
+/// Why the file or folder of this path is neither deleted nor moved.
 QString ChangedPathRefusal(const QString& path);
+
+/// Why the file or folder of this path is not deleted: also that a path of one name is a whole storage
+/// account.
+QString DeletedPathRefusal(const QString& path);
+
+/// Why no folder of this name is made below a path, which may be the root.
+QString NewFolderRefusal(const QString& parent, const QString& name);
 
 /// Of a value that goes into a document unescaped: a question, to be answered No unless the person knows
 /// better. `what` names the value.

@@ -4,6 +4,7 @@
 
 #include <QStringDecoder>
 
+#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -59,6 +60,40 @@ std::optional<char32_t> ReferencedCharacter(QStringView name) {
     return std::nullopt;
 }
 
+QStringView Wide(QStringView text) {
+    return text;
+}
+
+QString Wide(QByteArrayView octets) {
+    return QString::fromLatin1(octets);
+}
+
+/// Replaces the references of a text by what `encode` makes of their characters.
+template <typename String, typename View, typename Encode>
+String DecodeReferences(View text, Encode encode) {
+    // Leading zeros make a reference long; beyond this it is no reference, so that a text of ampersands
+    // costs no more than its length.
+    constexpr qsizetype longestReference = 32;
+    using Unit = typename String::value_type;
+    String decoded;
+    decoded.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text.at(i) == Unit(u'&')) {
+            const View behind = text.sliced(i + 1);
+            const View rest = behind.first(std::min(behind.size(), longestReference));
+            const qsizetype end = rest.indexOf(Unit(u';'));
+            const auto character = end < 0 ? std::nullopt : ReferencedCharacter(Wide(rest.first(end)));
+            if (character) {
+                decoded.append(encode(*character));
+                i += end + 1;
+                continue;
+            }
+        }
+        decoded.append(text.at(i));
+    }
+    return decoded;
+}
+
 } // namespace
 
 QString ZEPUTF8ToUnicode(QByteArrayView utf8) {
@@ -92,43 +127,34 @@ QString ZEPUrlEncodeUnicode(QStringView text) {
 }
 
 QString ZEPURLDecodeUTF8(QStringView text) {
-    const QByteArray encoded = ZEPUnicodeToUTF8(text);
-    QByteArray decoded;
-    decoded.reserve(encoded.size());
+    return ZEPUTF8ToUnicode(ZEPURLDecodeUTF8(QByteArrayView(ZEPUnicodeToUTF8(text))));
+}
+
+QByteArray ZEPURLDecodeUTF8(QByteArrayView encoded) {
+    QByteArray decoded(encoded.size(), Qt::Uninitialized);
+    char* end = decoded.data();
     for (qsizetype i = 0; i < encoded.size(); ++i) {
-        const bool escape = encoded.at(i) == '%' && i + 2 < encoded.size();
-        const int high = escape ? HexDigit(encoded.at(i + 1)) : -1;
-        const int low = escape ? HexDigit(encoded.at(i + 2)) : -1;
-        if (high < 0 || low < 0) {
-            decoded.append(encoded.at(i));
-            continue;
-        }
-        decoded.append(char(high * 16 + low));
-        i += 2;
+        const bool escape = encoded[i] == '%' && i + 2 < encoded.size();
+        const int high = escape ? HexDigit(encoded[i + 1]) : -1;
+        const int low = escape ? HexDigit(encoded[i + 2]) : -1;
+        const bool valid = high >= 0 && low >= 0;
+        *end++ = valid ? char(high * 16 + low) : encoded[i];
+        i += valid ? 2 : 0;
     }
-    return ZEPUTF8ToUnicode(decoded);
+    decoded.truncate(end - decoded.constData());
+    return decoded;
 }
 
 QString HtmlDecode(const QString& text) {
-    // Leading zeros make a reference long; beyond this it is no reference, so that a text of ampersands
-    // costs no more than its length.
-    constexpr qsizetype longestReference = 32;
-    QString decoded;
-    decoded.reserve(text.size());
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        if (text.at(i) == u'&') {
-            const QStringView rest = QStringView(text).sliced(i + 1).left(longestReference);
-            const qsizetype end = rest.indexOf(u';');
-            const auto character = end < 0 ? std::nullopt : ReferencedCharacter(rest.left(end));
-            if (character) {
-                decoded.append(QChar::fromUcs4(*character));
-                i += end + 1;
-                continue;
-            }
-        }
-        decoded.append(text.at(i));
-    }
-    return decoded;
+    return DecodeReferences<QString, QStringView>(
+        text, [](char32_t character) { return QStringView(QChar::fromUcs4(character)); });
+}
+
+QByteArray HtmlDecode(const QByteArray& utf8) {
+    if (!utf8.contains('&'))
+        return utf8;
+    return DecodeReferences<QByteArray, QByteArrayView>(
+        utf8, [](char32_t character) { return QStringView(QChar::fromUcs4(character)).toUtf8(); });
 }
 
 QByteArray ZEPBase64Encode(QByteArrayView octets) {

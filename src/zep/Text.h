@@ -16,9 +16,11 @@ QString ZEPUrlEncodeUnicode(QStringView text);
 
 /// Decodes "%XX" as octets of UTF-8; a malformed escape stays as it stands. A plus sign stays a plus sign.
 QString ZEPURLDecodeUTF8(QStringView text);
+QByteArray ZEPURLDecodeUTF8(QByteArrayView encoded); ///< the octets themselves, whatever they are
 
 /// Replaces character references (named of XML, decimal, hexadecimal); an unknown one stays as it stands.
 QString HtmlDecode(const QString& text);
+QByteArray HtmlDecode(const QByteArray& utf8); ///< malformed UTF-8 stays as it stands
 
 QByteArray ZEPBase64Encode(QByteArrayView octets);
 

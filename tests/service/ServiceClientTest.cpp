@@ -1,6 +1,7 @@
 // Labels: threads
 #include "service/ServiceClient.h"
 
+#include "service/DavListing.h"
 #include "support/ServiceFixture.h"
 #include "support/TestMain.h"
 #include "zep/SysInfo.h"
@@ -100,6 +101,14 @@ private slots:
             [](auto& client) { client.AddNewCard(u"<c/>"_s); });
         row("status", "GET /profile/?PMCMethod=GetVDirStatus", "4", QByteArray("abc\0", 4),
             [](auto& client) { client.GetVDirStatus("abc"); });
+        row("list a folder", "PROPFIND /resources/h/%C3%A4%20b", none, none,
+            [](auto& client) { RequestDavListing(client, u"/h/ä b"_s); });
+        row("new folder", "MKCOL /resources/h/new%20folder", none, none,
+            [](auto& client) { CreateDavFolder(client, u"/h"_s, u"new folder"_s); });
+        row("delete a folder", "DELETE /resources/h/a", none, none, [](auto& client) {
+            DeleteDavPath(client, u"/h"_s); // a whole account: nothing is sent
+            DeleteDavPath(client, u"/h/a"_s);
+        });
         row("empty body", "PROPFIND /resources/x", "1", QByteArray("\0", 1),
             [](auto& client) { client.SendRequest(u"/resources/x"_s, u"PROPFIND"_s, 207, ""); });
         row("other verb", "MOVE /resources/a/../b?Destination=/resources/c", none, none, [](auto& client) {

@@ -15,6 +15,7 @@ std::vector<Silence> AllSilences() {
          "two trees stand beside each other, each with a field of its own"},
         {SweepRule::Focus, "gallery-fields", "*",
          "the samples of the focused state show their ring all the time"},
+        {SweepRule::Default, "dialog-folder-picker", "*'OK'", "OK waits for a folder to be selected"},
     };
 }
 

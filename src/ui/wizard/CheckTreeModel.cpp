@@ -44,6 +44,13 @@ void CheckTreeModel::ListAgain(const QModelIndex& index) {
         Ask(node.isMessage ? *node.parent : node);
 }
 
+void CheckTreeModel::ListFrom(Lister lister) {
+    m_lister = std::move(lister);
+    m_asking.clear();
+    Replace(m_levels.Root(), {});
+    Ask(m_levels.Root());
+}
+
 void CheckTreeModel::Ask(TreeLevels::Node& node) {
     if (m_asking.contains(&node))
         return;

@@ -31,6 +31,9 @@ public:
     /// Lists a level anew that was listed before; what is below it is forgotten, what is ticked is not.
     void ListAgain(const QModelIndex& index);
 
+    /// Forgets all levels and lists the first one by another lister; what is ticked stays.
+    void ListFrom(Lister lister);
+
     /// Gives a level that is known without being listed.
     void SetLevel(const QStringList& path, TreeLevel level);
 

@@ -90,6 +90,11 @@ void CheckTreeView::GoTo(const TreeLevels::Node& node) {
     scrollTo(index);
 }
 
+void CheckTreeView::ListPresentLevelAgain() {
+    const QModelIndex index = currentIndex();
+    m_tree.ListAgain(isExpanded(index) ? index : index.parent());
+}
+
 void CheckTreeView::OnEnter(const QModelIndex& index) {
     if (m_tree.NodeAt(index).isMessage)
         m_tree.List(index);
@@ -123,11 +128,13 @@ void CheckTreeView::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_Space:
         if (index.isValid() && m_tree.NodeAt(index).isMessage)
             m_tree.List(index);
-        else if (index.isValid() && !event->isAutoRepeat())
+        else if (!index.data(Qt::CheckStateRole).isValid())
+            QTreeView::keyPressEvent(event);
+        else if (!event->isAutoRepeat())
             m_tree.Toggle(index);
         break;
     case Qt::Key_F5:
-        m_tree.ListAgain(isExpanded(index) ? index : index.parent());
+        ListPresentLevelAgain();
         break;
     case Qt::Key_Asterisk: // would list the whole tree
         expand(index);

@@ -5,7 +5,8 @@
 #include <QTreeView>
 
 /// Shows a CheckTreeModel, which lives as long: opening a node lists its level. Enter opens, closes or ticks,
-/// Space ticks, F5 lists the present level anew; none of them presses a button of the window.
+/// Space ticks or, where nothing can be ticked, selects, F5 lists the present level anew; none of them
+/// presses a button of the window.
 class CheckTreeView : public QTreeView {
     Q_OBJECT
 
@@ -15,6 +16,8 @@ public:
     CheckTreeModel& Tree() const { return m_tree; }
     /// Opens what is above the node, makes it the present one and brings it into view.
     void GoTo(const TreeLevels::Node& node);
+    /// The level that is open below the present row, or the one that it stands in.
+    void ListPresentLevelAgain();
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;

@@ -16,10 +16,7 @@ PageHead::PageHead()
     : m_title(new QLabel), m_status(new QLabel), m_toolbar(new QHBoxLayout),
       m_find(new ActionButton(ActionButton::Kind::Icon)) {
     setObjectName(u"pageHead"_s);
-    QPalette paper = this->palette();
-    paper.setColor(QPalette::Window, Look::Paper);
-    setPalette(paper);
-    setAutoFillBackground(true);
+    Look::SetGround(*this, Look::Paper);
     m_title->setTextFormat(Qt::PlainText);
     m_title->setFont(Look::Font(Look::Title, QFont::Bold));
     m_status->setTextFormat(Qt::PlainText);
@@ -27,9 +24,7 @@ PageHead::PageHead()
     m_status->setWordWrap(true);
     m_status->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     m_status->setAccessibleDescription(tr("About this page"));
-    QPalette palette = m_status->palette();
-    palette.setColor(QPalette::WindowText, Look::Muted);
-    m_status->setPalette(palette);
+    Look::SetInk(*m_status, Look::Muted);
     // Room for two lines from the start, so that a page does not jump when its text comes.
     m_status->setFixedHeight(2 * QFontMetrics(m_status->font()).lineSpacing());
 

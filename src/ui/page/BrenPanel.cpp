@@ -8,11 +8,8 @@
 
 CBrenPanel::CBrenPanel(const Console& console, QWidget* parent)
     : QWidget(parent), m_console(console), m_loader(console.reader, *this) {
-    QPalette colours = palette();
-    colours.setColor(QPalette::Window, Look::Paper);
-    colours.setColor(QPalette::WindowText, Look::Ink);
-    setPalette(colours);
-    setAutoFillBackground(true);
+    Look::SetGround(*this, Look::Paper);
+    Look::SetInk(*this, Look::Ink);
     hide();
 }
 

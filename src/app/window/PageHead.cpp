@@ -10,7 +10,15 @@
 #include <QKeySequence>
 #include <QLabel>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int HeadSpacing = 24;
+
+} // namespace
 
 PageHead::PageHead()
     : m_title(new QLabel), m_status(new QLabel), m_toolbar(new QHBoxLayout),
@@ -30,7 +38,7 @@ PageHead::PageHead()
 
     m_toolbar->setSpacing(4);
     auto* top = new QHBoxLayout;
-    top->setSpacing(24);
+    top->setSpacing(HeadSpacing);
     top->addWidget(m_title, 1);
     top->addLayout(m_toolbar);
     top->addWidget(m_find);
@@ -49,6 +57,7 @@ PageHead::PageHead()
 
 void PageHead::SetTitle(const QString& title) {
     m_title->setText(title);
+    FitActions();
 }
 
 void PageHead::SetStatusText(const QString& text) {
@@ -69,6 +78,7 @@ void PageHead::LayOverStatus(NoticeLine* line) {
 
 void PageHead::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
+    FitActions();
     layout()->activate();
     for (NoticeLine* line : m_lines)
         line->setGeometry(m_status->geometry().adjusted(-8, -2, 8, 4));
@@ -80,8 +90,36 @@ QString PageHead::StatusText() const {
 
 void PageHead::SetActions(QWidget& owner, const std::vector<FrameAction>& actions) {
     ShowActions(*m_toolbar, owner, actions, ActionButton::Kind::Framed);
+    FitActions();
 }
 
 void PageHead::OfferFind(bool offered) {
     m_find->setVisible(offered);
+    FitActions();
+}
+
+/// What head and title need with buttons of that width.
+int PageHead::RoomBeside(int buttons) const {
+    const QMargins margins = layout()->contentsMargins();
+    const int find = m_find->isHidden() ? 0 : HeadSpacing + ActionButton::Height;
+    return margins.left() + margins.right() + m_title->minimumSizeHint().width() + HeadSpacing + buttons +
+           find;
+}
+
+QSize PageHead::minimumSizeHint() const {
+    const int count = m_toolbar->count();
+    const int buttons = count * ActionButton::Height + std::max(0, count - 1) * m_toolbar->spacing();
+    return {RoomBeside(buttons), QWidget::minimumSizeHint().height()};
+}
+
+/// The buttons show their captions only where all of them have room.
+void PageHead::FitActions() {
+    int wanted = std::max(0, m_toolbar->count() - 1) * m_toolbar->spacing();
+    const auto button = [this](int index) {
+        return static_cast<ActionButton*>(m_toolbar->itemAt(index)->widget());
+    };
+    for (int index = 0; index < m_toolbar->count(); ++index)
+        wanted += button(index)->CaptionWidth();
+    for (int index = 0; index < m_toolbar->count(); ++index)
+        button(index)->SetCompact(RoomBeside(wanted) > width());
 }

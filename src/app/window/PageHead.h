@@ -26,6 +26,9 @@ public:
     /// Whether the page has something to find words in.
     void OfferFind(bool offered);
 
+    /// Has room for the buttons without their captions.
+    QSize minimumSizeHint() const override;
+
 signals:
     void FindClicked();
 
@@ -33,6 +36,9 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void FitActions();
+    int RoomBeside(int buttons) const;
+
     QLabel* m_title;
     QLabel* m_status;
     QHBoxLayout* m_toolbar;

@@ -1,5 +1,6 @@
 #include "look/Look.h"
 
+#include "look/AccessiblePart.h"
 #include "look/ConsoleStyle.h"
 
 #include <QApplication>
@@ -111,6 +112,7 @@ void Look::DrawFocusRing(QPainter& painter, const QRectF& bounds, qreal radius) 
 }
 
 void ApplyLook(QApplication& application) {
+    TeachPartsToScreenReaders();
     application.setStyle(new ConsoleStyle);
     application.setPalette(MakePalette());
     application.setFont(Look::Font(Look::Body));

@@ -1,8 +1,8 @@
 #include "page/ActionButton.h"
 
+#include "look/AccessiblePart.h"
 #include "look/Look.h"
 
-#include <QAccessible>
 #include <QKeyEvent>
 #include <QPainter>
 
@@ -14,9 +14,40 @@ constexpr int Gap = 8;
 constexpr int FramedInset = 10;
 constexpr int LinkInset = 8;
 
+class AccessibleActionButton : public AccessiblePart {
+public:
+    explicit AccessibleActionButton(ActionButton& button)
+        : AccessiblePart(&button, QAccessible::Button), m_button(button) {}
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.busy = m_button.IsBusy();
+        return state;
+    }
+
+    QStringList actionNames() const override { return QAccessibleWidget::actionNames() << pressAction(); }
+
+    void doAction(const QString& action) override {
+        if (action == pressAction())
+            m_button.click();
+        else
+            QAccessibleWidget::doAction(action);
+    }
+
+private:
+    ActionButton& m_button;
+};
+
+QAccessibleInterface* MakeAccessible(const QString&, QObject* object) {
+    auto* button = qobject_cast<ActionButton*>(object);
+    return button ? new AccessibleActionButton(*button) : nullptr;
+}
+
 } // namespace
 
 ActionButton::ActionButton(Kind kind, QWidget* parent) : QAbstractButton(parent), m_kind(kind) {
+    static const bool once = (QAccessible::installFactory(MakeAccessible), true);
+    Q_UNUSED(once)
     setFocusPolicy(Qt::StrongFocus);
     setFont(Look::Font(Look::Small));
     setSizePolicy(kind == Kind::Link ? QSizePolicy::Expanding : QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -34,8 +65,19 @@ void ActionButton::Set(const QString& caption, const QIcon& icon) {
     setText(caption);
     setAccessibleName(caption);
     setIcon(icon);
-    if (m_kind == Kind::Icon)
-        setToolTip(Look::ToolTip(caption));
+    setToolTip(IsIconOnly() ? Look::ToolTip(caption) : QString());
+}
+
+void ActionButton::SetCompact(bool compact) {
+    if (std::exchange(m_compact, compact) == compact)
+        return;
+    setToolTip(IsIconOnly() ? Look::ToolTip(text()) : QString());
+    updateGeometry();
+    update();
+}
+
+bool ActionButton::IsIconOnly() const {
+    return m_kind == Kind::Icon || (m_compact && !icon().isNull());
 }
 
 void ActionButton::SetBusy(bool busy) {
@@ -51,11 +93,13 @@ void ActionButton::SetBusy(bool busy) {
 }
 
 QSize ActionButton::sizeHint() const {
-    if (m_kind == Kind::Icon)
-        return {Height, Height};
+    return {IsIconOnly() ? Height : CaptionWidth(), Height};
+}
+
+int ActionButton::CaptionWidth() const {
     const int inset = m_kind == Kind::Link ? LinkInset : FramedInset;
     const int iconWidth = icon().isNull() ? 0 : IconInText + Gap;
-    return {2 * inset + iconWidth + fontMetrics().size(Qt::TextSingleLine, text()).width() + 2, Height};
+    return 2 * inset + iconWidth + fontMetrics().size(Qt::TextSingleLine, text()).width() + 2;
 }
 
 void ActionButton::keyPressEvent(QKeyEvent* event) {
@@ -98,7 +142,7 @@ void ActionButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     PaintFrame(painter);
-    if (m_kind == Kind::Icon) {
+    if (IsIconOnly()) {
         QRect place(0, 0, IconAlone, IconAlone);
         place.moveCenter(rect().center());
         PaintIcon(painter, place);

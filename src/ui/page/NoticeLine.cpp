@@ -1,9 +1,9 @@
 #include "page/NoticeLine.h"
 
+#include "look/AccessiblePart.h"
 #include "look/IconRegistry.h"
 #include "look/Look.h"
 
-#include <QAccessibleWidget>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
@@ -15,19 +15,9 @@ namespace {
 
 constexpr int IconSize = 16;
 
-class AccessibleNotice : public QAccessibleWidget {
-public:
-    explicit AccessibleNotice(NoticeLine& line) : QAccessibleWidget(&line, QAccessible::AlertMessage) {}
-
-    /// Its tool-tip says the same as its name, in markup.
-    QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Description ? QString() : QAccessibleWidget::text(kind);
-    }
-};
-
 QAccessibleInterface* MakeAccessible(const QString&, QObject* object) {
     auto* line = qobject_cast<NoticeLine*>(object);
-    return line ? new AccessibleNotice(*line) : nullptr;
+    return line ? new AccessiblePart(line, QAccessible::AlertMessage) : nullptr;
 }
 
 } // namespace

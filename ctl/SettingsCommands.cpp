@@ -1,6 +1,7 @@
 #include "ctl/Rows.h"
 
 #include "service/RequestText.h"
+#include "service/Setting.h"
 #include "service/SettingsCatalog.h"
 
 #include <algorithm>
@@ -114,6 +115,20 @@ CtlExit Send(const Invocation& invocation, const QString& name, const QString& v
     return exit != CtlExit::Done || remark.isEmpty() ? exit : invocation.End(CtlExit::Done, remark);
 }
 
+/// Reads back what was written, since a secret that is kept changed locks its owner out.
+CtlExit EndSecret(const Invocation& invocation, const QString& name, const QString& typed) {
+    switch (CheckSecret(ServiceClient(), {name}, typed, invocation.stop)) {
+    case KeptSecret::AsTyped:
+        return CtlExit::Done;
+    case KeptSecret::Otherwise:
+        return invocation.End(CtlExit::Refused, u"The password was not stored as typed."_s);
+    case KeptSecret::NotTold:
+        break;
+    }
+    return invocation.End(CtlExit::Refused,
+                          u"\"%1\" was written, but the service did not tell what it keeps."_s.arg(name));
+}
+
 /// The value of the command line or of its file; none when it cannot be had, which is told.
 std::optional<QString> ReadValue(const Invocation& invocation) {
     const auto file = invocation.Option("--from"_L1);
@@ -146,7 +161,8 @@ CtlExit SetSetting(const Invocation& invocation) {
                                                   lost.join(u", "_s), name));
     if (const QString refusal = LengthRefusal(name, *value); !refusal.isEmpty())
         return invocation.End(CtlExit::Usage, refusal);
-    return Send(invocation, name, *value);
+    const CtlExit exit = Send(invocation, name, *value);
+    return exit == CtlExit::Done && secret ? EndSecret(invocation, name, *value) : exit;
 }
 
 } // namespace

@@ -15,6 +15,14 @@ ServiceAnswer WriteSetting(const ServiceClient& service, const TextSetting& sett
     return service.SetSetting(setting.name, TypedText(text, setting.type), setting.type, std::move(stop));
 }
 
+KeptSecret CheckSecret(const ServiceClient& service, const TextSetting& setting, const QString& typed,
+                       std::stop_token stop) {
+    const SettingValue<QString> kept = ReadSetting(service, setting, std::move(stop));
+    if (!kept.WasRead())
+        return KeptSecret::NotTold;
+    return kept.value == typed ? KeptSecret::AsTyped : KeptSecret::Otherwise;
+}
+
 QString TypedText(const QString& text, ServiceClient::ValueType type) {
     switch (type) {
     case ServiceClient::ValueType::Integer:

@@ -28,6 +28,12 @@ SettingValue<QString> ReadSetting(const ServiceClient& service, const TextSettin
 ServiceAnswer WriteSetting(const ServiceClient& service, const TextSetting& setting, const QString& text,
                            std::stop_token stop = {});
 
+/// Whether a secret is kept as it was typed.
+enum class KeptSecret { AsTyped, Otherwise, NotTold };
+/// Reads back a secret that was just written.
+KeptSecret CheckSecret(const ServiceClient& service, const TextSetting& setting, const QString& typed,
+                       std::stop_token stop = {});
+
 /// The text as the type understands it: of an integer its leading number, of a boolean "True" or "False".
 QString TypedText(const QString& text, ServiceClient::ValueType type);
 

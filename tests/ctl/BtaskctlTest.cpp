@@ -396,16 +396,20 @@ private slots:
         row("line end of the other system", "Text", "\ntwo\n\r\n", CtlExit::Done, "\ntwo\n");
         row("empty", "Text", "", CtlExit::Done, "");
         row("a secret that would be damaged", "ProxyPwd", "pass%41&word", CtlExit::Usage, "before");
+        row("a secret that is kept otherwise", "ProxyPwd", "other", CtlExit::Refused, "before");
         row("a list that would be damaged", "DropFolders", "Team\tC:\\R&D", CtlExit::Usage, "before");
         row("no UTF-8", "Text", "\xFF", CtlExit::Usage, "before");
     }
 
     void settingsComeFromFiles() {
-        const auto [name, input] = Fetched<QString, QByteArray>();
+        const auto [name, input, exit] = Fetched<QString, QByteArray, CtlExit>();
         ServiceFixture service;
         service->SetSetting(name.toStdString(), "before");
+        if (exit == CtlExit::Refused)
+            service->SetAnswer("/settings/ProxyPwd?", devservice::Answer{200, {}}); // taken, and not stored
         const Run run = Btaskctl({u"settings"_s, u"set"_s, name, u"--from"_s, u"-"_s}, {}, input);
-        QTEST(run.exit, "exit");
+        QCOMPARE(run.exit, exit);
+        QCOMPARE(run.error.contains("not stored as typed"), exit == CtlExit::Refused);
         QTEST(QByteArray::fromStdString(*service->Setting(name.toStdString())), "kept");
         QVERIFY2(!run.error.contains("pass"), run.error.constData());
     }

@@ -4,6 +4,7 @@
 #include "look/Look.h"
 #include "page/TabStrip.h"
 
+#include <QEvent>
 #include <QPainter>
 
 namespace {
@@ -141,6 +142,12 @@ void CTabPanel::LayOutPages() {
     }
     for (const Page& page : m_pages)
         page.panel->setGeometry(0, stripHeight + 1, width(), std::max(0, height() - stripHeight - 1));
+}
+
+bool CTabPanel::event(QEvent* event) {
+    if (event->type() == QEvent::LayoutRequest)
+        LayOutPages(); // the corner wants another room
+    return CBrenPanel::event(event);
 }
 
 void CTabPanel::resizeEvent(QResizeEvent* event) {

@@ -117,7 +117,8 @@ CtlExit Send(const Invocation& invocation, const QString& name, const QString& v
 
 /// Reads back what was written, since a secret that is kept changed locks its owner out.
 CtlExit EndSecret(const Invocation& invocation, const QString& name, const QString& typed) {
-    switch (CheckSecret(ServiceClient(), {name}, typed, invocation.stop)) {
+    switch (
+        CheckSecret(ServiceClient(), {name, ServiceClient::ValueType::String, {}}, typed, invocation.stop)) {
     case KeptSecret::AsTyped:
         return CtlExit::Done;
     case KeptSecret::Otherwise:

@@ -92,7 +92,8 @@ void CTaskManPanel::EndWriteMode(const ServiceAnswer& answer) {
         answer ? QString() : tr("Advanced Mode was not saved: %1").arg(WhyNotDone(answer));
     m_unsaved->setVisible(!answer);
     m_unsaved->setToolTip(Look::ToolTip(failure));
-    m_advanced->setAccessibleDescription(failure);
+    for (QWidget* told : std::initializer_list<QWidget*>{m_unsaved, m_advanced})
+        told->setAccessibleDescription(failure);
     if (!answer && IsActive())
         Frame().SetStatusText(failure);
     else if (!wasSaved && IsActive())

@@ -4,6 +4,7 @@
 #include "look/IconRegistry.h"
 #include "page/ActionButton.h"
 #include "page/BrenPanel.h"
+#include "page/NoticeLine.h"
 #include "support/ConsoleFixture.h"
 #include "support/ServiceFixture.h"
 #include "support/TestMain.h"
@@ -147,14 +148,16 @@ private slots:
     }
 
     void buttonsThatLackRoomAreIcons() {
-        PageHead head;
+        QWidget window;
+        auto& head = *new PageHead;
+        head.setParent(&window);
         head.SetTitle(u"Task Manager"_s);
         std::vector<FrameAction> actions;
         for (const auto& caption : {u"Start Now"_s, u"Pause"_s, u"Cancel Task"_s, u"Refresh"_s})
             actions.push_back({caption, RefreshIcon});
         head.SetActions(head, actions);
         head.OfferFind(true);
-        head.show();
+        window.show();
         for (const int width : {760, 424, 760}) {
             head.resize(width, head.sizeHint().height());
             head.layout()->activate();
@@ -166,6 +169,22 @@ private slots:
                 QCOMPARE(button->toolTip().contains(button->text()), narrow || find);
                 QVERIFY(head.rect().contains(button->geometry()));
             }
+        }
+    }
+
+    void aNoticesSignStandsBesideItsFirstLine() {
+        NoticeLine line;
+        for (const auto& text : {u"The service does not answer."_s, QString(u"word "_s).repeated(60)}) {
+            line.SetText(text);
+            line.resize(500, std::max(60, line.heightForWidth(500)));
+            line.layout()->activate();
+            const QList<QLabel*> labels = line.findChildren<QLabel*>();
+            const bool signFirst = labels.first()->text().isEmpty();
+            const QLabel* sign = labels.at(signFirst ? 0 : 1);
+            const QLabel* words = labels.at(signFirst ? 1 : 0);
+            const int firstLine =
+                words->y() + words->contentsMargins().top() + words->fontMetrics().height() / 2;
+            QVERIFY(std::abs(sign->geometry().center().y() - firstLine) <= 1);
         }
     }
 

@@ -63,16 +63,19 @@ private slots:
     }
 
     void tellsAFailedCommandUntilTheNextSuccess_data() {
-        const Columns<QString, QString> row("fault", "why");
-        row("refuse", "the service does not answer");
-        row("status:500", "the service did not take it");
+        const Columns<bool, QString> row("isDown", "why");
+        row("down", true, "the service does not answer");
+        row("refusing", false, "the service did not take it");
     }
 
     void tellsAFailedCommandUntilTheNextSuccess() {
-        const auto [fault, why] = Fetched<QString, QString>();
+        const auto [isDown, why] = Fetched<bool, QString>();
         const auto panel = MakePanel();
         CTaskManItem* card = Card(*panel, u"Photos"_s);
-        QVERIFY(m_fixture->service->SetFault(fault.toStdString()));
+        if (isDown)
+            m_fixture->service->SetFault(devservice::HttpFault::Refuse);
+        else
+            m_fixture->service->SetAnswer("/schedule/startnow", devservice::Answer{500, {}});
         ClickAction(card, u"Start Now"_s);
         m_fixture->reader.StepAll();
         m_fixture->Refresh(*panel);
@@ -80,6 +83,7 @@ private slots:
         QVERIFY(card->accessibleDescription().startsWith(card->Failure()));
         QCOMPARE(m_fixture->frame.StatusText(), u"Not started (Photos): "_s + why);
         m_fixture->service->ClearFaults();
+        m_fixture->service->SetAnswer("/schedule/startnow", {});
         ClickAction(card, u"Start Now"_s); // the refused command left the button as it was
         m_fixture->reader.StepAll();
         QCOMPARE(card->Failure(), QString());

@@ -1,6 +1,7 @@
 #include "development/StateGallery.h"
 
 #include "development/GalleryReader.h"
+#include "lanes/ProgressNote.h"
 #include "list/BrenListCtrl.h"
 #include "list/RecordTable.h"
 #include "list/RecordView.h"

@@ -121,10 +121,10 @@ public:
             const auto& [parts, title] = sides[column];
             auto* list = new RecordView(parts, SampleTable(title));
             list->List().setMinimumHeight(120);
-            list->Read();
+            m_lists.push_back(list);
             grid->addWidget(list, 3, column);
             auto* dialog = new SampleDialog(parts.service, parts.reader, title);
-            grid->addWidget(dialog, 4, column);
+            grid->addWidget(dialog, 4 + column, 0, 1, 2);
             grid->setColumnStretch(column, 1);
             if (&parts == &m_answering)
                 PressWhenReady(*dialog);
@@ -132,9 +132,18 @@ public:
         grid->setRowStretch(3, 1);
     }
 
+protected:
+    /// A list reads only while it is seen.
+    void showEvent(QShowEvent* event) override {
+        QWidget::showEvent(event);
+        for (RecordView* list : m_lists)
+            list->Read();
+    }
+
 private:
     Console m_hanging;
     Console m_answering;
+    std::vector<RecordView*> m_lists;
 };
 
 } // namespace

@@ -198,7 +198,7 @@ void CBrenDialog::Grow() {
                                                      : layout()->totalMinimumSize().height();
     setMinimumHeight(needed);
     const QRect room = screen()->availableGeometry();
-    if (isVisible() && !room.contains(frameGeometry()))
+    if (isWindow() && isVisible() && !room.contains(frameGeometry()))
         move(std::max(room.left(), std::min(x(), room.right() - frameGeometry().width())),
              std::max(room.top(), std::min(y(), room.bottom() - frameGeometry().height())));
 }

@@ -19,6 +19,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTimer>
+#include <QVBoxLayout>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -82,9 +83,11 @@ ListTable SampleTable(const QString& name) {
 
 QWidget* MakeButtons() {
     auto* buttons = new QWidget;
-    auto* row = new QHBoxLayout(buttons);
-    row->setContentsMargins(0, 0, 0, 0);
+    auto* rows = new QVBoxLayout(buttons);
+    rows->setContentsMargins(0, 0, 0, 0);
     for (const bool busy : {false, true}) {
+        auto* row = new QHBoxLayout;
+        rows->addLayout(row);
         for (const auto kind :
              {ActionButton::Kind::Framed, ActionButton::Kind::Link, ActionButton::Kind::Icon}) {
             auto* button = new ActionButton(kind);
@@ -93,7 +96,6 @@ QWidget* MakeButtons() {
             row->addWidget(button);
         }
     }
-    row->addStretch();
     return buttons;
 }
 
@@ -112,9 +114,9 @@ public:
         bar->SetProgress({});
         grid->addWidget(bar, 1, 0, 1, 2);
         auto* notice = new NoticeLine;
+        grid->addWidget(notice, 2, 0, 1, 2);
         notice->SetText(u"The database is locked by another program: v10_history.db (Shown as it was at "
                         "17:40:12.) The line tells of it as long as it lasts, also in two lines."_s);
-        grid->addWidget(notice, 2, 0, 1, 2);
         const std::pair<const Console&, QString> sides[] = {{m_hanging, u"Busy"_s},
                                                             {m_answering, u"Failed"_s}};
         for (int column = 0; column < 2; ++column) {

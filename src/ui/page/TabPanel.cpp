@@ -145,8 +145,9 @@ void CTabPanel::LayOutPages() {
 }
 
 bool CTabPanel::event(QEvent* event) {
-    if (event->type() == QEvent::LayoutRequest)
-        LayOutPages(); // the corner wants another room
+    // The strip asks too when it is laid out; only a corner that wants another room is heard.
+    if (event->type() == QEvent::LayoutRequest && m_corner && m_corner->sizeHint() != m_corner->size())
+        LayOutPages();
     return CBrenPanel::event(event);
 }
 

@@ -3,6 +3,7 @@
 #include "app/BackupSvrConfigWizard.h"
 #include "clouddrive/BrowseDlg.h"
 #include "clouddrive/CloudSvcPage.h"
+#include "clouddrive/MountWizard.h"
 #include "clouddrive/SetKeyDlg.h"
 #include "clouddrive/VDirListPanel.h"
 #include "clouddrive/VirtualDirectoryPanel.h"
@@ -106,7 +107,9 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
         {u"Proxy"_s, proxy},
         {u"Encryption key"_s, key},
         {u"Folder picker"_s,
-         [](CBTaskMMCDlg& window) { PickRemoteFolder(window.Parts(), {}, &window, {}, [](const auto&) {}); }},
+         [](CBTaskMMCDlg& window) {
+             PickRemoteFolder(window.Parts(), OpenMountWizard, &window, {}, [](const auto&) {});
+         }},
     };
     if (serverMode) {
         dialogs.push_back({u"Set-up wizard"_s,
@@ -130,7 +133,7 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
 void SetRemoteFolderPicker(WindowPrompts& prompts, const Console& console) {
     prompts.SetRemoteFolderPicker([&console](QWidget* over, const RemoteFolderRequest& request,
                                              std::function<void(std::optional<QString>)> answer) {
-        PickRemoteFolder(console, {}, over, request, std::move(answer));
+        PickRemoteFolder(console, OpenMountWizard, over, request, std::move(answer));
     });
 }
 

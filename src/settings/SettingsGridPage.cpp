@@ -64,7 +64,13 @@ void SettingsGridPage::AddGroup(const SettingGroup& group) {
                                  ? tr("Settings will take effect when the application starts next time.")
                                  : QString();
         m_entries.push_back({setting, rows, rows->RowCount()});
-        rows->AddRow({setting.description, {}, setting.name, GridType(setting.type), hint, true});
+        rows->AddRow({setting.description,
+                      {},
+                      setting.name,
+                      GridType(setting.type),
+                      hint,
+                      true,
+                      PropertyMark::Reading});
     }
 }
 
@@ -137,8 +143,7 @@ void SettingsGridPage::Write(std::size_t index, const QString& value) {
         {.send = [setting = static_cast<const TextSetting&>(entry.setting),
                   value](const ServiceClient& service,
                          const std::stop_token& stop) { return WriteSetting(service, setting, value, stop); },
-         .failure =
-             tr("\"%1\" was not saved, because the service did not take it.").arg(entry.setting.description),
+         .notDone = tr("\"%1\" was not saved").arg(entry.setting.description),
          .after = [this, index](bool done) { EndWrite(index, done); }});
     // A read that began before the write may bring, or may just have brought, the old value.
     if (Loader().IsReading())

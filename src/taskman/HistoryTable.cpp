@@ -19,7 +19,7 @@ ListTable HistoryTable(const TaskRow& task) {
         .columns =
             {{.title = RecordPanel::tr("Start Time"), .width = 150, .cell = &Run::startTime, .least = 126},
              {.title = RecordPanel::tr("Stop Time"), .width = 150, .cell = &Run::stopTime, .least = 126},
-             {RecordPanel::tr("Stop Reason"), 250, &Run::stopReason},
+             {.title = RecordPanel::tr("Stop Reason"), .width = 250, .cell = &Run::stopReason, .least = 142},
              {RecordPanel::tr("Total Subtasks"), 200, &Run::totalSubTasks},
              {RecordPanel::tr("Failed Subtasks"), 200, &Run::failedSubTasks},
              {RecordPanel::tr("Processed Subtasks"), 200, &Run::processedSubTasks}},

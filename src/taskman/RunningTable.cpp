@@ -91,9 +91,9 @@ ListTable SystemActivityTable(const LiveCounters& counters) {
                                     .widths = u"SystemActivities"_s,
                                     .status = RecordPanel::tr("View current system activities."),
                                     .empty = RecordPanel::tr("System is idle.")}),
-        .columns = {{RecordPanel::tr("Task"), 230, TaskCell},
-                    {RecordPanel::tr("Target"), 200, &Running::target},
-                    {RecordPanel::tr("Status"), 130, StatusCell},
+        .columns = {{RecordPanel::tr("Task"), 268, TaskCell},
+                    {RecordPanel::tr("Target"), 222, &Running::target},
+                    {RecordPanel::tr("Status"), 122, StatusCell},
                     CompletionColumn(150)},
         .id = Id(),
         .read = [&counters](RecordStream<Running>& rows, const std::stop_token&) {

@@ -33,6 +33,18 @@ constexpr std::array<TypeName, 8> TypeNames{{
     {Test::Equals, "snapshotbackup", QT_TRANSLATE_NOOP("TaskTypeName", "Snapshot Backup")},
 }};
 
+struct NamedKind {
+    const char* start; ///< of the names of such tasks
+    const char* kind;
+};
+
+constexpr std::array<NamedKind, 4> NamedKinds{{
+    {"Default Task For", QT_TRANSLATE_NOOP("TaskTypeName", "Virtual Directory Default Task ")},
+    {"Cloud Sync Folder Task For", QT_TRANSLATE_NOOP("TaskTypeName", "Cloud Sync Folder Task")},
+    {"Drop Folder Sync", QT_TRANSLATE_NOOP("TaskTypeName", "Cloud Sync Folder Task")},
+    {"Prefetch Task", QT_TRANSLATE_NOOP("TaskTypeName", "Prefetch Task")},
+}};
+
 } // namespace
 
 TaskClass ClassifyTask(const QString& type, const QString& name, bool backupFlag) {
@@ -50,6 +62,17 @@ QString TaskTypeName(const QString& type) {
         const QLatin1String text(entry.text);
         if (entry.test == Test::Equals ? Equal(type, text) : type.contains(text))
             return QCoreApplication::translate("TaskTypeName", entry.name);
+    }
+    return type;
+}
+
+QString TaskKindText(const QString& type, const QString& name) {
+    const QString known = TaskTypeName(type);
+    if (known != type)
+        return known.trimmed();
+    for (const NamedKind& entry : NamedKinds) {
+        if (name.startsWith(QLatin1String(entry.start), Qt::CaseInsensitive))
+            return QCoreApplication::translate("TaskTypeName", entry.kind).trimmed();
     }
     return type;
 }

@@ -13,3 +13,6 @@ TaskClass ClassifyTask(const QString& type, const QString& name, bool backupFlag
 
 /// The name of a task's type, as shown; the type string itself when it has none.
 QString TaskTypeName(const QString& type);
+
+/// What a card calls it: the type's name, or what the task's name says where the type has none.
+QString TaskKindText(const QString& type, const QString& name);

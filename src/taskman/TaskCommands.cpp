@@ -5,25 +5,27 @@
 
 #include <QCoreApplication>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 struct Command {
     const char* caption;
     int image;
     ServiceAnswer (ServiceClient::*send)(const QString& taskId, std::stop_token) const;
-    const char* failure;
+    const char* notDone;
 };
 
 /// By action.
 constexpr Command Commands[] = {
     {QT_TRANSLATE_NOOP("TaskCommands", "Start Now"), StartNowIcon, &ServiceClient::StartTaskNow,
-     QT_TRANSLATE_NOOP("TaskCommands", "Not started: the service did not take the command (%1)")},
+     QT_TRANSLATE_NOOP("TaskCommands", "Not started")},
     {QT_TRANSLATE_NOOP("TaskCommands", "Pause"), PauseIcon, &ServiceClient::PauseTask,
-     QT_TRANSLATE_NOOP("TaskCommands", "Not paused: the service did not take the command (%1)")},
+     QT_TRANSLATE_NOOP("TaskCommands", "Not paused")},
     {QT_TRANSLATE_NOOP("TaskCommands", "Resume"), ResumeIcon, &ServiceClient::ResumeTask,
-     QT_TRANSLATE_NOOP("TaskCommands", "Not resumed: the service did not take the command (%1)")},
+     QT_TRANSLATE_NOOP("TaskCommands", "Not resumed")},
     {QT_TRANSLATE_NOOP("TaskCommands", "Cancel Task"), CancelTaskIcon, &ServiceClient::DeleteTask,
-     QT_TRANSLATE_NOOP("TaskCommands", "Not cancelled: the service did not take the command (%1)")},
+     QT_TRANSLATE_NOOP("TaskCommands", "Not cancelled")},
 };
 
 const Command& CommandOf(TaskAction action) {
@@ -48,12 +50,16 @@ QString TaskOrderKey(TaskAction action, const QString& taskId) {
     return QLatin1String(CommandOf(action).caption) + taskId;
 }
 
+QString TaskNotDone(TaskAction action) {
+    return Text(CommandOf(action).notDone);
+}
+
 CommandOrder TaskOrder(TaskAction action, const QString& taskId, const QString& name) {
     CommandOrder order;
     order.send = [send = CommandOf(action).send, taskId](const ServiceClient& service, std::stop_token stop) {
         return (service.*send)(taskId, stop);
     };
-    order.failure = Text(CommandOf(action).failure).arg(Isolated(name));
+    order.notDone = u"%1 (%2)"_s.arg(TaskNotDone(action), Isolated(name));
     if (action == TaskAction::Cancel) {
         order.title = name;
         order.question =

@@ -1,24 +1,9 @@
 #include "taskman/TaskListPanel.h"
 
-#include "platform/Folders.h"
+#include "page/WebPage.h"
 #include "taskman/TaskManItem.h"
 
-#include <QTextBrowser>
-
 using namespace Qt::Literals::StringLiterals;
-
-namespace {
-
-QWidget* MakeEmptyPage() {
-    const std::string folder = platform::Utf8FromPath(platform::ExecutableFolder());
-    auto* page = new QTextBrowser;
-    page->setFrameShape(QFrame::NoFrame);
-    page->setAccessibleName(CTaskListPanel::tr("No tasks"));
-    page->setSource(QUrl::fromLocalFile(QString::fromStdString(folder) + u"/task_list.html"_s));
-    return page;
-}
-
-} // namespace
 
 CTaskListPanel::CTaskListPanel(const Console& console, TaskFilter filter) : CardPanel(console) {
     CardSection section;
@@ -41,6 +26,6 @@ CTaskListPanel::CTaskListPanel(const Console& console, TaskFilter filter) : Card
     section.show = [](CExpandableItem& card, const CardEntry& entry) {
         static_cast<CTaskManItem&>(card).Update(static_cast<const TaskRow&>(entry));
     };
-    section.makeEmptyView = MakeEmptyPage;
+    section.makeEmptyView = [] { return new WebPage(u"task_list.html"_s); };
     SetSection(std::move(section));
 }

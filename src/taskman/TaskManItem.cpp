@@ -11,6 +11,8 @@
 #include "taskman/TaskManSummary.h"
 #include "taskman/TraceTable.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 CTaskManItem::CTaskManItem(const Console& console, CommandRunner& commands, const TaskRow& task)
     : CTaskItem(task.title), m_console(console), m_commands(commands), m_task(task),
       m_cancel(AddAction(TaskActionCaption(TaskAction::Cancel), TaskActionImage(TaskAction::Cancel),
@@ -29,16 +31,15 @@ void CTaskManItem::Update(const TaskRow& task) {
     if (task.id != m_task.id)
         m_meter = {};
     if (task.id != m_task.id || task.state != m_task.state || task.lastRun != m_task.lastRun)
-        m_failure.clear(); // what was not done then says nothing of the task now
+        SetFailure({}); // what was not done then says nothing of the task now
     m_task = task;
     if (m_summary)
         m_summary->SetTask(task);
     for (const View& view : m_views)
         view.panel->Turn(view.tableOf(task));
     ShowStatus();
-    SetBodyText(task.lastRun.isEmpty()
-                    ? TaskTypeName(task.type)
-                    : tr("%1  \u00B7  Last run %2").arg(TaskTypeName(task.type), task.lastRun));
+    const QString kind = TaskKindText(task.type, task.title);
+    SetBodyText(task.lastRun.isEmpty() ? kind : tr("%1  \u00B7  Last run %2").arg(kind, task.lastRun));
     Offer(task.state == TaskState::Running ? TaskAction::Pause : TaskAction::StartNow);
 }
 
@@ -49,8 +50,7 @@ void CTaskManItem::ShowStatus() {
     const QString activity = running ? ActivityText() : QString();
     if (!running)
         m_meter = {};
-    SetStatusText(!m_failure.isEmpty()       ? m_failure
-                  : running                  ? activity
+    SetStatusText(running                    ? activity
                   : m_task.nextRun.isEmpty() ? tr("Next Run: ") + tr("not scheduled")
                                              : tr("Next Run: ") + m_task.nextRun);
     SetProgress(running ? ProgressOf(m_task.activity.counts).value_or(Progress()) : 0);
@@ -65,16 +65,16 @@ void CTaskManItem::Run(TaskAction action) {
     CommandOrder order = TaskOrder(action, m_task.id, m_task.title);
     const auto isSame = [card = QPointer(this), id = m_task.id] { return card && card->m_task.id == id; };
     order.isStillMeant = isSame;
-    order.after = [this, isSame, action, failure = order.failure](bool done) {
+    order.after = [card = QPointer(this), isSame, action](const CommandEnd& end) {
         if (isSame())
-            EndCommand(action, done ? QString() : failure);
+            card->EndCommand(action, end);
     };
     m_commands.Run(TaskOrderKey(action, m_task.id), order);
 }
 
-void CTaskManItem::EndCommand(TaskAction action, const QString& failure) {
-    m_failure = failure;
-    if (failure.isEmpty() && (action == TaskAction::StartNow || action == TaskAction::Pause))
+void CTaskManItem::EndCommand(TaskAction action, const CommandEnd& end) {
+    SetFailure(end ? QString() : TaskNotDone(action) + u": "_s + end.why);
+    if (end && (action == TaskAction::StartNow || action == TaskAction::Pause))
         Offer(action == TaskAction::Pause ? TaskAction::StartNow : TaskAction::Pause);
     ShowStatus();
     emit Commanded();
@@ -93,7 +93,7 @@ void CTaskManItem::OnExpanded() {
 
 void CTaskManItem::MakeViews() {
     auto* tabs = new CTabPanel(m_console);
-    m_summary = new CTaskSummary(m_console, m_task, TaskManSummary());
+    m_summary = new CTaskSummary(m_console, m_task, TaskManSummary(), &m_commands);
     connect(m_summary, &CTaskSummary::Commanded, this, &CTaskManItem::EndCommand);
     tabs->AddTab(tr("Summary"), m_summary, SummaryIcon);
     const auto add = [&](const QString& title, int image, std::function<ListTable(const TaskRow&)> tableOf) {

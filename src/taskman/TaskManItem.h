@@ -38,14 +38,13 @@ private:
     void ShowStatus();
     QString ActivityText();
     void Run(TaskAction action);
-    void EndCommand(TaskAction action, const QString& failure);
+    void EndCommand(TaskAction action, const CommandEnd& end);
     void ShowBusy();
     void Offer(TaskAction action);
 
     const Console& m_console;
     CommandRunner& m_commands;
     TaskRow m_task;
-    QString m_failure; ///< of the last command; empty when it did not fail
     TransferMeter m_meter;
     CTaskSummary* m_summary = nullptr; ///< this and the other views are made when the card is first expanded
     std::vector<View> m_views;

@@ -3,6 +3,7 @@
 #include "list/RecordPanel.h"
 #include "look/IconRegistry.h"
 #include "look/Look.h"
+#include "page/CommandRunner.h"
 #include "service/KnownSettings.h"
 #include "settings/TaskItemSettings.h"
 #include "taskman/CompletedTable.h"
@@ -10,6 +11,8 @@
 #include "taskman/TaskListPanel.h"
 
 #include <QCheckBox>
+#include <QHBoxLayout>
+#include <QLabel>
 
 namespace {
 
@@ -18,7 +21,8 @@ constexpr int SimpleTabs = 2;
 } // namespace
 
 CTaskManPanel::CTaskManPanel(const Console& console)
-    : CTabPanel(console), m_advanced(new QCheckBox(tr("Advanced Mode"))) {
+    : CTabPanel(console), m_advanced(new QCheckBox(tr("Advanced Mode"))),
+      m_unsaved(new QLabel(tr("not saved"))) {
     SetSideActions({RefreshAction()});
     AddTab(tr("My Tasks"), new CTaskListPanel(console, TaskFilter::MyTasks), TaskListIcon);
     AddTab(tr("System Activities"), new RecordPanel(console, SystemActivityTable(console.counters)),
@@ -27,7 +31,15 @@ CTaskManPanel::CTaskManPanel(const Console& console)
     AddHiddenTab(tr("System Tasks"), new CTaskListPanel(console, TaskFilter::SystemTasks), SystemTasksIcon);
     AddHiddenTab(tr("Completed Tasks"), new RecordPanel(console, CompletedTable()), CompletedTasksIcon);
     m_advanced->setFont(Look::Font(Look::Small));
-    SetCorner(m_advanced);
+    m_unsaved->setFont(Look::Font(Look::Small));
+    Look::SetInk(*m_unsaved, Look::Failed);
+    m_unsaved->hide();
+    auto* corner = new QWidget;
+    auto* row = new QHBoxLayout(corner);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(m_unsaved);
+    row->addWidget(m_advanced);
+    SetCorner(corner);
     connect(m_advanced, &QCheckBox::toggled, this, &CTaskManPanel::WriteMode);
 }
 
@@ -70,15 +82,23 @@ void CTaskManPanel::WriteMode(bool advanced) {
         [service = TheConsole().service, advanced](std::stop_token stop) {
             return WriteSetting(service, Settings::TaskAdvancedMode, advanced ? 1 : 0, std::move(stop));
         },
-        [this](const Loaded<ServiceAnswer>& answer) { EndWriteMode(answer && *answer); });
+        [this](const Loaded<ServiceAnswer>& answer) {
+            EndWriteMode(answer.value.value_or(ServiceAnswer()));
+        });
     SetMode(advanced);
 }
 
-/// The status line is the current page's, and gets its text back.
-void CTaskManPanel::EndWriteMode(bool saved) {
-    if (!saved && IsActive())
-        Frame().SetStatusText(tr("Advanced Mode was not saved, because the service did not take it."));
-    else if (saved && m_modeUnsaved && IsActive())
+/// The status line is the current page's, which may take it for itself; the words beside the box stay.
+void CTaskManPanel::EndWriteMode(const ServiceAnswer& answer) {
+    const bool wasSaved = m_unsaved->isHidden();
+    const QString failure =
+        answer ? QString() : tr("Advanced Mode was not saved: %1").arg(WhyNotDone(answer));
+    m_unsaved->setVisible(!answer);
+    m_unsaved->setToolTip(Look::ToolTip(failure));
+    for (QWidget* told : std::initializer_list<QWidget*>{m_unsaved, m_advanced})
+        told->setAccessibleDescription(failure);
+    if (!answer && IsActive())
+        Frame().SetStatusText(failure);
+    else if (!wasSaved && IsActive())
         Activate();
-    m_modeUnsaved = !saved;
 }

@@ -4,7 +4,9 @@
 #include "page/TabPanel.h"
 
 class QCheckBox;
+class QLabel;
 struct Console;
+struct ServiceAnswer;
 
 /// The task manager: the user's tasks and what the service does right now; in the advanced mode the settings
 /// of tasks, the service's own tasks and the completed ones too.
@@ -20,9 +22,9 @@ private:
     void ReadMode();
     void SetMode(bool advanced);
     void WriteMode(bool advanced);
-    void EndWriteMode(bool saved);
+    void EndWriteMode(const ServiceAnswer& answer);
 
     QCheckBox* m_advanced;
+    QLabel* m_unsaved;        ///< stands beside the box until it is saved
     bool m_modeKnown = false; ///< read, or chosen here
-    bool m_modeUnsaved = false;
 };

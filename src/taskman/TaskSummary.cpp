@@ -2,15 +2,18 @@
 
 #include "taskman/TaskCommands.h"
 
-CTaskSummary::CTaskSummary(const Console& console, const TaskRow& task, TaskSummaryPlan plan)
+CTaskSummary::CTaskSummary(const Console& console, const TaskRow& task, TaskSummaryPlan plan,
+                           CommandRunner* commands)
     : SummaryPanel(console, plan.widths), m_task(task), m_plan(std::move(plan)) {
     SetHelp(m_plan.help);
+    if (commands)
+        ShareCommands(*commands);
     connect(&Commands(), &CommandRunner::BusyChanged, this, &CTaskSummary::ShowToolbar);
 }
 
 void CTaskSummary::CreatePanel() {
     SummaryPanel::CreatePanel();
-    SetRows(m_plan.rows(m_task, m_facts));
+    SetRows(m_plan.rows(m_task, m_facts), Known::Before);
 }
 
 void CTaskSummary::SetTask(const TaskRow& task) {
@@ -21,7 +24,7 @@ void CTaskSummary::SetTask(const TaskRow& task) {
     Loader().Cancel();
     m_facts = {};
     ForgetRows();
-    SetRows(m_plan.rows(m_task, m_facts));
+    SetRows(m_plan.rows(m_task, m_facts), Known::Before);
     SetToolbar({});
     if (IsActive())
         Reload();
@@ -43,9 +46,11 @@ void CTaskSummary::Reload() {
             if (!IsActive())
                 return;
             if (loaded)
-                Show(*loaded);
-            else if (loaded.outcome == LoadOutcome::Failed)
-                TellFailure(loaded.why);
+                return Show(*loaded);
+            if (loaded.outcome == LoadOutcome::Cancelled)
+                return;
+            TellFailure(loaded.why);
+            SetRows(m_plan.rows(m_task, m_facts));
         });
 }
 
@@ -71,13 +76,16 @@ void CTaskSummary::ShowToolbar() {
 
 void CTaskSummary::Run(TaskAction action) {
     CommandOrder order = TaskOrder(action, m_task.id, m_task.title);
-    const auto isSame = [this, id = m_task.id] { return m_task.id == id; };
+    // The commands may be those of a list, which outlives the card.
+    const auto isSame = [summary = QPointer(this), id = m_task.id] {
+        return summary && summary->m_task.id == id;
+    };
     order.isStillMeant = isSame;
-    order.after = [this, isSame, action, failure = order.failure](bool done) {
-        if (IsActive())
-            Reload();
+    order.after = [summary = QPointer(this), isSame, action](const CommandEnd& end) {
+        if (summary && summary->IsActive())
+            summary->Reload();
         if (isSame())
-            emit Commanded(action, done ? QString() : failure);
+            emit summary->Commanded(action, end);
     };
     Commands().Run(TaskOrderKey(action, m_task.id), order);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cards/SummaryPanel.h"
+#include "page/CommandRunner.h"
 #include "taskman/TaskFacts.h"
 #include "taskman/TaskList.h"
 
@@ -22,7 +23,9 @@ class CTaskSummary : public SummaryPanel {
     Q_OBJECT
 
 public:
-    CTaskSummary(const Console& console, const TaskRow& task, TaskSummaryPlan plan);
+    /// Of a card its commands are shared; without one it has its own.
+    CTaskSummary(const Console& console, const TaskRow& task, TaskSummaryPlan plan,
+                 CommandRunner* commands = nullptr);
 
     /// Turns to another task.
     void SetTask(const TaskRow& task);
@@ -31,8 +34,8 @@ public:
     void Reload() override;
 
 signals:
-    /// A command has ended; `failure` is empty when the service has answered it.
-    void Commanded(TaskAction action, const QString& failure);
+    /// A command has ended.
+    void Commanded(TaskAction action, const CommandEnd& end);
 
 protected:
     void CreatePanel() override;

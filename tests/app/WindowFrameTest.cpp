@@ -1,8 +1,10 @@
 #include "list/BrenListCtrl.h"
 #include "list/FindBar.h"
+#include "look/AccessiblePart.h"
 #include "look/IconRegistry.h"
 #include "page/ActionButton.h"
 #include "page/BrenPanel.h"
+#include "page/NoticeLine.h"
 #include "support/ConsoleFixture.h"
 #include "support/ServiceFixture.h"
 #include "support/TestMain.h"
@@ -74,6 +76,8 @@ class WindowFrameTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void initTestCase() { TeachPartsToScreenReaders(); }
+
     void init() {
         m_parts = std::make_unique<ConsoleFixture<>>();
         StoreWindowGeometry({});
@@ -141,6 +145,63 @@ private slots:
         QTest::mouseClick(ButtonOf(layout, 0), Qt::LeftButton);
         QCOMPARE(refreshed, 1);
         QCOMPARE(deleted, 0);
+    }
+
+    void buttonsThatLackRoomAreIcons() {
+        QWidget window;
+        auto& head = *new PageHead;
+        head.setParent(&window);
+        head.SetTitle(u"Task Manager"_s);
+        std::vector<FrameAction> actions;
+        for (const auto& caption : {u"Start Now"_s, u"Pause"_s, u"Cancel Task"_s, u"Refresh"_s})
+            actions.push_back({caption, RefreshIcon});
+        head.SetActions(head, actions);
+        head.OfferFind(true);
+        window.show();
+        for (const int width : {760, 424, 760}) {
+            head.resize(width, head.sizeHint().height());
+            head.layout()->activate();
+            const bool narrow = width == 424;
+            QVERIFY(head.minimumSizeHint().width() <= 424);
+            for (const ActionButton* button : head.findChildren<ActionButton*>()) {
+                const bool find = button->text().startsWith(u"Find");
+                QCOMPARE(button->width() == ActionButton::Height, narrow || find);
+                QCOMPARE(button->toolTip().contains(button->text()), narrow || find);
+                QVERIFY(head.rect().contains(button->geometry()));
+            }
+        }
+    }
+
+    void aNoticesSignStandsBesideItsFirstLine() {
+        NoticeLine line;
+        for (const auto& text : {u"The service does not answer."_s, QString(u"word "_s).repeated(60)}) {
+            line.SetText(text);
+            line.resize(500, std::max(60, line.heightForWidth(500)));
+            line.layout()->activate();
+            const QList<QLabel*> labels = line.findChildren<QLabel*>();
+            const bool signFirst = labels.first()->text().isEmpty();
+            const QLabel* sign = labels.at(signFirst ? 0 : 1);
+            const QLabel* words = labels.at(signFirst ? 1 : 0);
+            const int firstLine =
+                words->y() + words->contentsMargins().top() + words->fontMetrics().height() / 2;
+            QVERIFY(std::abs(sign->geometry().center().y() - firstLine) <= 1);
+        }
+    }
+
+    void screenReadersMeetPartsAsTheyAreSeen() {
+        const auto window = Open({Section<BusyPage>(u"Busy"_s)});
+        auto* head = window->findChild<PageHead*>();
+        QTRY_VERIFY(head->findChildren<ActionButton*>().first()->isVisible());
+        QCOMPARE(QAccessible::queryAccessibleInterface(window.get())->role(), QAccessible::Window);
+        QAccessibleInterface* met = QAccessible::queryAccessibleInterface(head);
+        QStringList names;
+        for (int part = 0; part < 4; ++part) {
+            QCOMPARE(met->indexOfChild(met->child(part)), part);
+            names << met->child(part)->text(QAccessible::Name);
+            QVERIFY(!met->child(part)->text(QAccessible::Description).contains(u'<'));
+        }
+        names.last().truncate(4);
+        QCOMPARE(names, QStringList({u"Busy"_s, u"Delete"_s, u"Refresh..."_s, u"Find"_s}));
     }
 
     void tabGoesByPlace() {

@@ -48,6 +48,7 @@ private slots:
         QVERIFY(!fixture.reader.Work(Lane::Service));
         page.Activate();
         QVERIFY((*FindRow(page, u"UploadWorkerCount"_s)).readOnly);
+        QVERIFY(AllMarked(page, PropertyMark::Reading));
         QCOMPARE(fixture.reader.StepAll(), 13);
         QVERIFY(!(*FindRow(page, u"UploadWorkerCount"_s)).readOnly);
         QVERIFY(AllMarked(page, PropertyMark::None));

@@ -62,20 +62,31 @@ private slots:
         QVERIFY(bar->isVisible());
     }
 
+    void tellsAFailedCommandUntilTheNextSuccess_data() {
+        const Columns<bool, QString> row("isDown", "why");
+        row("down", true, "the service does not answer");
+        row("refusing", false, "the service did not take it");
+    }
+
     void tellsAFailedCommandUntilTheNextSuccess() {
+        const auto [isDown, why] = Fetched<bool, QString>();
         const auto panel = MakePanel();
         CTaskManItem* card = Card(*panel, u"Photos"_s);
-        const QString failure = u"Not started: the service did not take the command (Photos)"_s;
-        m_fixture->service->SetFault(devservice::HttpFault::Refuse);
+        if (isDown)
+            m_fixture->service->SetFault(devservice::HttpFault::Refuse);
+        else
+            m_fixture->service->SetAnswer("/schedule/startnow", devservice::Answer{500, {}});
         ClickAction(card, u"Start Now"_s);
         m_fixture->reader.StepAll();
         m_fixture->Refresh(*panel);
-        QCOMPARE(card->StatusText(), failure);
-        QCOMPARE(m_fixture->frame.StatusText(), failure);
+        QCOMPARE(card->Failure(), u"Not started: "_s + why);
+        QVERIFY(card->accessibleDescription().startsWith(card->Failure()));
+        QCOMPARE(m_fixture->frame.StatusText(), u"Not started (Photos): "_s + why);
         m_fixture->service->ClearFaults();
+        m_fixture->service->SetAnswer("/schedule/startnow", {});
         ClickAction(card, u"Start Now"_s); // the refused command left the button as it was
         m_fixture->reader.StepAll();
-        QVERIFY(card->StatusText() != failure);
+        QCOMPARE(card->Failure(), QString());
         QCOMPARE(card->StatusState(), int(TaskState::Running)); // read back at once
         QVERIFY(m_fixture->frame.StatusText().startsWith("View tasks."_L1));
     }
@@ -96,6 +107,20 @@ private slots:
         QTest::mouseDClick(card->childAt(card->ActionRect(1).center()), Qt::LeftButton);
         m_fixture->reader.StepAll();
         QCOMPARE(m_fixture->service.RequestLines(), QStringList{u"GET /schedule/startnow?%7B1%7D"_s});
+    }
+
+    void aCardAndItsSummaryCommandOnce() {
+        const auto panel = MakePanel();
+        m_fixture->service->ForgetRequests();
+        m_fixture->prompts.ExpectQuestion(AskToCancel, true);
+        ClickAction(Card(*panel, u"Photos"_s), u"Cancel Task"_s); // sent, and not answered yet
+        panel->ToggleCard(*Card(*panel, u"Photos"_s));
+        while (m_fixture->reader.Step(Lane::Databases))
+            ;
+        QVERIFY(m_fixture->frame.Captions().contains(u"Start Now"_s));
+        m_fixture->frame.Click(u"Cancel Task"_s);
+        m_fixture->reader.StepAll();
+        QCOMPARE(m_fixture->service.RequestLines(), QStringList{u"GET /schedule/deletetask?%7B1%7D"_s});
     }
 
     void asksBeforeItDeletes() {

@@ -3,6 +3,7 @@
 #include "support/TestMain.h"
 
 #include <QCheckBox>
+#include <QLabel>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -63,6 +64,26 @@ private slots:
             QCOMPARE(m_fixture->frame.StatusText().contains(u"not saved"),
                      fault != devservice::HttpFault::None);
         }
+    }
+
+    void aModeThatIsNotSavedSaysSoUntilItIs() {
+        Open();
+        m_fixture->service->SetFault(devservice::HttpFault::Refuse);
+        Box()->click();
+        m_panel->Deactivate(); // before the answer
+        m_fixture->reader.StepAll();
+        Open();
+        m_panel->SelectPage(1);
+        const auto labels = m_panel->findChildren<QLabel*>();
+        const auto mark = std::find_if(labels.begin(), labels.end(),
+                                       [](const QLabel* label) { return label->text() == u"not saved"_s; });
+        QVERIFY(mark != labels.end() && (*mark)->isVisible());
+        QVERIFY(m_panel->rect().contains((*mark)->mapTo(m_panel.get(), (*mark)->rect().bottomRight())));
+        QVERIFY(Box()->accessibleDescription().contains(u"the service does not answer"_s));
+        m_fixture->service->ClearFaults();
+        Box()->click();
+        m_fixture->reader.StepAll();
+        QVERIFY(!(*mark)->isVisible());
     }
 
     void asksAgainAfterTheServiceWasGone() {

@@ -45,6 +45,14 @@ private slots:
         QCOMPARE(Detail(*summary, u"Next Start Time"_s) != "NA"_L1, hasNextStart);
     }
 
+    void saysThatItIsReading() {
+        CTaskSummary summary(m_fixture->console, {{u"{1}"_s, u"Photos"_s}, u"BACKUP"_s}, TaskManSummary());
+        summary.Activate();
+        QCOMPARE(Detail(summary, u"Status"_s), u"Reading..."_s);
+        m_fixture->reader.StepAll();
+        QCOMPARE(Detail(summary, u"Status"_s), u"Pending"_s);
+    }
+
     void countsSubTasks() {
         m_fixture->service->SetTaskState("{1}", TaskState::Running);
         m_fixture->service->PutSubTasks("{1}",

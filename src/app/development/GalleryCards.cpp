@@ -19,6 +19,8 @@ struct Sample {
     const char* state;
     int icon;
     int progress;
+    const char* failure = "";
+    bool stale = false;
 };
 
 constexpr Sample Samples[] = {
@@ -29,10 +31,10 @@ constexpr Sample Samples[] = {
     {"Mail archive", "Application Data Backup  \xC2\xB7  Failed: the target refused the login",
      "Next Run: 2026-11-21 18:15:0", "Failed", TaskFailedIcon, 0},
     {"Drop Folder Sync - Projects", "Cloud Sync Folder Task  \xC2\xB7  Last run 2026-11-21 9:02:11", "Paused",
-     "Paused", TaskPausedIcon, 0},
+     "Paused", TaskPausedIcon, 0, "Not resumed: the service does not answer in time"},
     {"Restore [Contracts] From [Northwind]", "Restore  \xC2\xB7  Last run 2026-11-21 17:00:00", "Completed",
      "Completed", TaskCompletedIcon, 0},
-    {"Home", "Virtual directory", "Connected", "Mounted", MountedIcon, 0},
+    {"Home", "Virtual directory", "Connected", "Mounted", MountedIcon, 0, "", true},
     {"A title that is much longer than the room that a title band of a card has beside the status text of "
      "the card",
      "A line about the card that goes on and on, behind the buttons at its end if they did not cut it off "
@@ -54,6 +56,8 @@ public:
         SetStatusText(Text(sample.status));
         SetStatusIcon(IconRegistry::Name(sample.icon), sample.icon, Text(sample.state));
         SetProgress(sample.progress);
+        SetFailure(Text(sample.failure));
+        SetStale(sample.stale);
         AddAction(u"Cancel"_s, CancelTaskIcon, [] {});
         m_start = AddAction(u"Start Now"_s, StartIcon, [this] { Switch(); });
         EnableAction(m_start, sample.icon != TaskCompletedIcon);

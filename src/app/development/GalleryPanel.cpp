@@ -4,6 +4,7 @@
 #include "development/GalleryCards.h"
 #include "development/KitGallery.h"
 #include "development/ListGallery.h"
+#include "development/StateGallery.h"
 #include "look/IconRegistry.h"
 #include "look/Look.h"
 #include "page/LinkLabel.h"
@@ -41,6 +42,7 @@ void GalleryPanel::CreatePanel() {
     AddTab(tr("Fields"), MakeScrolled(MakeFieldGallery(TheConsole().prompts)), EditIcon);
     AddTab(tr("Form"), MakeScrolled(MakeFormGallery(TheConsole().prompts)), SettingIcon);
     AddTab(tr("Grid"), MakeScrolled(MakeGridGallery(TheConsole().prompts)), SettingGroupIcon);
+    AddTab(tr("States"), MakeScrolled(MakeStateGallery(TheConsole())), TaskFailedIcon);
     AddTab(tr("Trees"), MakeScrolled(MakeTreeGallery()), FolderIcon);
     for (const auto& [title, state] : {std::pair(tr("Wizard"), SampleWizard::FirstPage),
                                        {tr("Busy"), SampleWizard::Busy},

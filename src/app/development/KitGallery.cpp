@@ -216,6 +216,14 @@ QWidget* MakeGridGallery(UserPrompts& prompts) {
                      u"Long"_s,
                      Type::Text,
                      {}});
+    for (const PropertyMark mark : {PropertyMark::Reading, PropertyMark::NotRead, PropertyMark::NotSaved})
+        general->AddRow({u"Limit (KB/S)"_s,
+                         mark == PropertyMark::Reading ? QString() : u"500"_s,
+                         u"Limit"_s,
+                         Type::Integer,
+                         {},
+                         mark == PropertyMark::Reading,
+                         mark});
     CPropertyGroup* other = grid->AddGroup(u"\u05D4\u05D2\u05D3\u05E8\u05D5\u05EA"_s);
     other->AddRow({u"\u05E9\u05DD"_s, u"\u05D2\u05D9\u05D1\u05D5\u05D9"_s, u"Name"_s, Type::Text, {}});
     general->SelectRow(1);

@@ -1,6 +1,7 @@
 #include "development/SweepLayout.h"
 
 #include "development/SweepInk.h"
+#include "list/HeaderCtrlCl.h"
 #include "page/BrenPanel.h"
 
 #include <QAbstractButton>
@@ -87,7 +88,9 @@ QString CutColumn(const QHeaderView& header) {
         return {};
     for (int column = 0; column < header.count(); ++column) {
         const QString title = header.model()->headerData(column, Qt::Horizontal).toString();
-        const int wanted = header.fontMetrics().horizontalAdvance(title);
+        const auto* own = qobject_cast<const CHeaderCtrlCl*>(&header);
+        const int wanted =
+            own ? own->WrappedTitleWidth(column) : header.fontMetrics().horizontalAdvance(title);
         if (!header.isSectionHidden(column) && !title.isEmpty() && wanted > header.sectionSize(column))
             return u"the column title \"%1\" is cut"_s.arg(title);
     }

@@ -157,6 +157,8 @@ void FindNameless(QWidget& window, std::vector<SweepFind>& finds) {
         }
         if (Qt::mightBeRichText(accessible->text(QAccessible::Name)))
             Add(finds, SweepRule::Name, *control, u"its accessible name holds markup"_s);
+        if (Qt::mightBeRichText(accessible->text(QAccessible::Description)))
+            Add(finds, SweepRule::Name, *control, u"its accessible description holds markup"_s);
         const QString wrong = WrongRole(*control, *accessible);
         if (!wrong.isEmpty())
             Add(finds, SweepRule::Name, *control, wrong);

@@ -1,3 +1,4 @@
+#include "development/GalleryReader.h"
 #include "development/KitGallery.h"
 #include "look/IconRegistry.h"
 #include "look/Look.h"
@@ -6,7 +7,6 @@
 #include "wizard/Form.h"
 #include "wizard/TreeFindField.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QLineEdit>
@@ -19,35 +19,6 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-/// Does all work at the next turn, and for ever what is to be shown under way.
-class GalleryReader : public Reader {
-public:
-    explicit GalleryReader(bool hangs = false) : m_hangs(hangs) {}
-
-    void Submit(Job job) override {
-        if (m_hangs)
-            return;
-        QTimer::singleShot(0, qApp, [job = std::move(job)] {
-            if (!job.stop.stop_requested())
-                job.work(job.stop.get_token());
-            job.done();
-        });
-    }
-
-private:
-    bool m_hangs;
-};
-
-Reader& AnsweringReader() {
-    static GalleryReader reader;
-    return reader;
-}
-
-Reader& HangingReader() {
-    static GalleryReader reader(true);
-    return reader;
-}
 
 TreeEntry Folder(const char* name) {
     const QString text = QString::fromUtf8(name);

@@ -49,9 +49,7 @@ ConsoleStatusBar::ConsoleStatusBar() : m_version(new QLabel(this)) {
     m_version->setFont(Look::Font(Look::Caption));
     m_version->setContentsMargins(TextInset, 0, 4, 0);
     m_version->setToolTip(tr("Version Information"));
-    QPalette ink = m_version->palette();
-    ink.setColor(QPalette::WindowText, Look::Secondary);
-    m_version->setPalette(ink);
+    Look::SetInk(*m_version, Look::Secondary);
     place(*m_version, Version);
     const QString setsLimit = tr("Click to set bandwidth limit");
     for (const auto& [part, toolTip] : {std::pair(CloudSpace, tr("Click to configure cloud space")),

@@ -65,9 +65,7 @@ QLabel* MakeLabel(const QString& text, Look::TextSize size, const QColor& colour
     auto* label = new QLabel(text);
     label->setTextFormat(Qt::PlainText);
     label->setFont(Look::Font(size, QFont::Bold));
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, colour);
-    label->setPalette(palette);
+    Look::SetInk(*label, colour);
     label->setContentsMargins(16, 0, 8, 0);
     return label;
 }

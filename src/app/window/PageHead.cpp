@@ -11,9 +11,13 @@
 #include <QLabel>
 #include <QTextLayout>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
+
+constexpr int HeadSpacing = 24;
 
 /// As much of the text as two lines hold, with a sign where it is cut.
 QString InTwoLines(QString text, const QFont& font, int width) {
@@ -38,10 +42,7 @@ PageHead::PageHead()
     : m_title(new QLabel), m_status(new QLabel), m_toolbar(new QHBoxLayout),
       m_find(new ActionButton(ActionButton::Kind::Icon)) {
     setObjectName(u"pageHead"_s);
-    QPalette paper = this->palette();
-    paper.setColor(QPalette::Window, Look::Paper);
-    setPalette(paper);
-    setAutoFillBackground(true);
+    Look::SetGround(*this, Look::Paper);
     m_title->setTextFormat(Qt::PlainText);
     m_title->setFont(Look::Font(Look::Title, QFont::Bold));
     m_status->setTextFormat(Qt::PlainText);
@@ -49,15 +50,13 @@ PageHead::PageHead()
     m_status->setWordWrap(true);
     m_status->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     m_status->setAccessibleDescription(tr("About this page"));
-    QPalette palette = m_status->palette();
-    palette.setColor(QPalette::WindowText, Look::Muted);
-    m_status->setPalette(palette);
+    Look::SetInk(*m_status, Look::Muted);
     // Room for two lines from the start, so that a page does not jump when its text comes.
     m_status->setFixedHeight(2 * QFontMetrics(m_status->font()).lineSpacing());
 
     m_toolbar->setSpacing(4);
     auto* top = new QHBoxLayout;
-    top->setSpacing(24);
+    top->setSpacing(HeadSpacing);
     top->addWidget(m_title, 1);
     top->addLayout(m_toolbar);
     top->addWidget(m_find);
@@ -76,6 +75,7 @@ PageHead::PageHead()
 
 void PageHead::SetTitle(const QString& title) {
     m_title->setText(title);
+    FitActions();
 }
 
 void PageHead::SetStatusText(const QString& text) {
@@ -105,6 +105,7 @@ void PageHead::LayOverStatus(NoticeLine* line) {
 
 void PageHead::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
+    FitActions();
     layout()->activate();
     FitStatus();
     for (NoticeLine* line : m_lines)
@@ -117,8 +118,36 @@ QString PageHead::StatusText() const {
 
 void PageHead::SetActions(QWidget& owner, const std::vector<FrameAction>& actions) {
     ShowActions(*m_toolbar, owner, actions, ActionButton::Kind::Framed);
+    FitActions();
 }
 
 void PageHead::OfferFind(bool offered) {
     m_find->setVisible(offered);
+    FitActions();
+}
+
+/// What head and title need with buttons of that width.
+int PageHead::RoomBeside(int buttons) const {
+    const QMargins margins = layout()->contentsMargins();
+    const int find = m_find->isHidden() ? 0 : HeadSpacing + ActionButton::Height;
+    return margins.left() + margins.right() + m_title->minimumSizeHint().width() + HeadSpacing + buttons +
+           find;
+}
+
+QSize PageHead::minimumSizeHint() const {
+    const int count = m_toolbar->count();
+    const int buttons = count * ActionButton::Height + std::max(0, count - 1) * m_toolbar->spacing();
+    return {RoomBeside(buttons), QWidget::minimumSizeHint().height()};
+}
+
+/// The buttons show their captions only where all of them have room.
+void PageHead::FitActions() {
+    int wanted = std::max(0, m_toolbar->count() - 1) * m_toolbar->spacing();
+    const auto button = [this](int index) {
+        return static_cast<ActionButton*>(m_toolbar->itemAt(index)->widget());
+    };
+    for (int index = 0; index < m_toolbar->count(); ++index)
+        wanted += button(index)->CaptionWidth();
+    for (int index = 0; index < m_toolbar->count(); ++index)
+        button(index)->SetCompact(RoomBeside(wanted) > width());
 }

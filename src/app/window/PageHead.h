@@ -26,6 +26,9 @@ public:
     /// Whether the page has something to find words in.
     void OfferFind(bool offered);
 
+    /// Has room for the buttons without their captions.
+    QSize minimumSizeHint() const override;
+
 signals:
     void FindClicked();
 
@@ -34,6 +37,8 @@ protected:
 
 private:
     void FitStatus();
+    void FitActions();
+    int RoomBeside(int buttons) const;
 
     QString m_statusText;
     QLabel* m_title;

@@ -1,13 +1,13 @@
 #include "window/TabOrder.h"
 
+#include "look/AccessiblePart.h"
+
 #include <QWidget>
 
 #include <algorithm>
 
 namespace {
 
-/// The child widgets by line, then from the left. What begins above the middle of a line's first one stands
-/// in it.
 std::vector<QWidget*> ChildrenInOrder(const QWidget& parent) {
     std::vector<QWidget*> children;
     for (QObject* child : parent.children()) {
@@ -15,16 +15,7 @@ std::vector<QWidget*> ChildrenInOrder(const QWidget& parent) {
         if (widget && !widget->isWindow() && !widget->isHidden())
             children.push_back(widget);
     }
-    std::stable_sort(children.begin(), children.end(),
-                     [](const QWidget* a, const QWidget* b) { return a->y() < b->y(); });
-    for (auto line = children.begin(); line != children.end();) {
-        const int middle = (*line)->geometry().center().y();
-        const auto end = std::find_if(line + 1, children.end(),
-                                      [middle](const QWidget* next) { return next->y() >= middle; });
-        std::stable_sort(line, end, [](const QWidget* a, const QWidget* b) { return a->x() < b->x(); });
-        line = end;
-    }
-    return children;
+    return InOrderOfPlace(std::move(children));
 }
 
 void Collect(QWidget& widget, const QWidget* current, std::vector<QWidget*>& stops) {

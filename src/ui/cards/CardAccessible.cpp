@@ -2,17 +2,16 @@
 
 #include "cards/ExpandableItem.h"
 #include "cards/ExpandableItemList.h"
-#include "page/ActionButton.h"
+#include "look/AccessiblePart.h"
 
-#include <QAccessibleWidget>
 #include <QContextMenuEvent>
 
 namespace {
 
-class AccessibleCard : public QAccessibleWidget {
+class AccessibleCard : public AccessiblePart {
 public:
     explicit AccessibleCard(CExpandableItem& card)
-        : QAccessibleWidget(&card, QAccessible::ListItem), m_card(card) {}
+        : AccessiblePart(&card, QAccessible::ListItem), m_card(card) {}
 
     QAccessible::State state() const override {
         QAccessible::State state = QAccessibleWidget::state();
@@ -41,43 +40,11 @@ private:
     CExpandableItem& m_card;
 };
 
-class AccessibleCardButton : public QAccessibleWidget {
-public:
-    explicit AccessibleCardButton(ActionButton& button)
-        : QAccessibleWidget(&button, QAccessible::Button), m_button(button) {}
-
-    QAccessible::State state() const override {
-        QAccessible::State state = QAccessibleWidget::state();
-        state.busy = m_button.IsBusy();
-        return state;
-    }
-
-    /// Its tool-tip says the same as its name, in markup.
-    QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Description ? m_button.accessibleDescription()
-                                                : QAccessibleWidget::text(kind);
-    }
-
-    QStringList actionNames() const override { return QAccessibleWidget::actionNames() << pressAction(); }
-
-    void doAction(const QString& action) override {
-        if (action == pressAction())
-            m_button.click();
-        else
-            QAccessibleWidget::doAction(action);
-    }
-
-private:
-    ActionButton& m_button;
-};
-
 QAccessibleInterface* Make(const QString&, QObject* object) {
     if (auto* card = qobject_cast<CExpandableItem*>(object))
         return new AccessibleCard(*card);
-    if (auto* button = qobject_cast<ActionButton*>(object))
-        return new AccessibleCardButton(*button);
     if (auto* list = qobject_cast<CExpandableItemList*>(object))
-        return new QAccessibleWidget(list, QAccessible::List);
+        return new AccessiblePart(list, QAccessible::List);
     return nullptr;
 }
 

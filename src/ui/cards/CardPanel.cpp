@@ -235,7 +235,7 @@ void CardPanel::TellCounts(int hidden) {
     if (hidden >= 0)
         m_hidden->SetText(hidden > 0 ? m_section.hidden.arg(hidden) : QString());
     const int total = m_entries ? static_cast<int>(m_entries->all.size()) : 0;
-    m_find->SetCounts(m_matching, total);
+    m_find->SetCounts(static_cast<int>(m_wanted.size()), total);
     m_choices->SetCounts(m_matching, [this](int state) { return m_stateCounts.value(state); });
     if (total > MaxCards)
         m_find->show(); // the way to those without a card

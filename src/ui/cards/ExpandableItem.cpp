@@ -20,6 +20,8 @@ namespace {
 
 constexpr int StatusLeft = 300; ///< from the right edge
 constexpr int StatusRight = 50;
+constexpr int SignSize = 16;
+constexpr int SignRoom = SignSize + 6;
 constexpr qreal StaleOpacity = 0.5;
 
 QString Elided(const QString& text, const QFont& font, const QRect& place) {
@@ -57,6 +59,18 @@ void CExpandableItem::SetStatusText(const QString& text) {
     if (QFontMetrics(Look::Font(Look::Body, QFont::Bold)).horizontalAdvance(Title()) > shorter)
         update(before.united(TitleRect()));
     Describe();
+}
+
+void CExpandableItem::SetFailure(const QString& sentence) {
+    if (sentence == m_failure)
+        return;
+    m_failure = sentence;
+    update(BandRect());
+    Describe();
+    if (sentence.isEmpty())
+        return;
+    QAccessibleEvent told(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&told);
 }
 
 void CExpandableItem::SetStatusIcon(const QString& icon, int state, const QString& caption) {
@@ -163,8 +177,8 @@ void CExpandableItem::PlaceChildren() {
 }
 
 void CExpandableItem::Describe() {
-    QStringList parts{m_bodyText, m_statusCaption, m_statusText, m_note,
-                      m_stale ? tr("not read again") : QString()};
+    QStringList parts{m_failure,    m_bodyText, m_statusCaption,
+                      m_statusText, m_note,     m_stale ? tr("not read again") : QString()};
     parts.removeAll(QString());
     setAccessibleDescription(parts.join(u", "_s));
 }
@@ -175,14 +189,17 @@ QRect CExpandableItem::TitleRect() const {
         BandRect().adjusted(0, 0, -StatusRight - status - (status > 0 ? Look::TextInset : 0), 0));
 }
 
-/// What its text needs; but where title and text do not both fit, at least half of the band is the title's.
+/// What its text needs; but where title and text do not both fit, at least half of the band is the title's. A
+/// failure has all the room that the title leaves.
 int CExpandableItem::StatusWidth() const {
-    if (m_statusText.isEmpty())
+    if (ShownStatus().isEmpty())
         return 0;
+    const bool failed = !m_failure.isEmpty();
     const int band = width() - 2 * Look::TextInset - StatusRight;
     const int title = QFontMetrics(Look::Font(Look::Body, QFont::Bold)).horizontalAdvance(Title());
-    const int status = QFontMetrics(Look::Font(Look::Small)).horizontalAdvance(m_statusText) + 1;
-    return std::max(0, std::min({status, StatusLeft - StatusRight, std::max(band - title, band / 2)}));
+    const int text = QFontMetrics(Look::Font(Look::Small)).horizontalAdvance(ShownStatus()) + 1;
+    const int wanted = failed ? text + SignRoom : std::min(text, StatusLeft - StatusRight);
+    return std::max(0, std::min(wanted, std::max(band - title, band / 2)));
 }
 
 QRect CExpandableItem::StatusRect() const {
@@ -203,9 +220,7 @@ void CExpandableItem::paintEvent(QPaintEvent* event) {
                          Look::Running);
 
     painter.setFont(Look::Font(Look::Small));
-    painter.setPen(Look::Secondary);
-    painter.drawText(StatusRect(), Qt::AlignVCenter | Qt::AlignRight | Qt::TextSingleLine,
-                     Elided(m_statusText, painter.font(), StatusRect()));
+    PaintStatus(painter);
     m_statusIcon.paint(&painter, QRect(width() - 38, (TitleBandHeight() - 24) / 2, 24, 24));
 
     if (!m_expanded) {
@@ -213,6 +228,17 @@ void CExpandableItem::paintEvent(QPaintEvent* event) {
         painter.drawText(BodyTextRect(), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
                          Elided(m_bodyText, painter.font(), BodyTextRect()));
     }
+}
+
+void CExpandableItem::PaintStatus(QPainter& painter) const {
+    const bool failed = !m_failure.isEmpty();
+    const QRect place = StatusRect();
+    if (failed)
+        IconRegistry::Icon(TaskFailedIcon, Look::Failed)
+            .paint(&painter, QRect(place.left(), place.center().y() - SignSize / 2, SignSize, SignSize));
+    painter.setPen(failed ? Look::Failed : Look::Secondary);
+    painter.drawText(place, Qt::AlignVCenter | Qt::AlignRight | Qt::TextSingleLine,
+                     Elided(ShownStatus(), painter.font(), place.adjusted(failed ? SignRoom : 0, 0, 0, 0)));
 }
 
 void CExpandableItem::resizeEvent(QResizeEvent* event) {
@@ -261,7 +287,8 @@ bool CExpandableItem::event(QEvent* event) {
             texts.append(text);
     };
     addWhenCut(Title(), Look::Font(Look::Body, QFont::Bold), TitleRect());
-    addWhenCut(m_statusText, Look::Font(Look::Small), StatusRect());
+    addWhenCut(ShownStatus(), Look::Font(Look::Small),
+               StatusRect().adjusted(m_failure.isEmpty() ? 0 : SignRoom, 0, 0, 0));
     if (!m_expanded)
         addWhenCut(m_bodyText, Look::Font(Look::Small), BodyTextRect());
     if (help->pos().y() < TitleBandHeight())

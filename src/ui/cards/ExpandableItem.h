@@ -25,6 +25,10 @@ public:
     virtual void SetStatusText(const QString& text);
     const QString& StatusText() const { return m_statusText; }
 
+    /// Stands in place of the status text, with a sign and in the colour of failures; empty: nothing failed.
+    void SetFailure(const QString& sentence);
+    const QString& Failure() const { return m_failure; }
+
     /// `icon` is a name of the icon registry and `caption` says it in words.
     virtual void SetStatusIcon(const QString& icon, int state, const QString& caption = {});
     int StatusState() const { return m_statusState; }
@@ -81,8 +85,10 @@ protected:
 private:
     void Describe();
     void ShowMenu(const QPoint& position);
+    const QString& ShownStatus() const { return m_failure.isEmpty() ? m_statusText : m_failure; }
     int StatusWidth() const;
     QRect StatusRect() const;
+    void PaintStatus(QPainter& painter) const;
     QRect BodyTextRect() const;
 
     CBrenPanel* m_content = nullptr;
@@ -91,6 +97,7 @@ private:
     bool m_expanded = false;
     bool m_stale = false;
     QString m_statusText;
+    QString m_failure;
     QString m_bodyText;
     QString m_note;
     QIcon m_statusIcon;

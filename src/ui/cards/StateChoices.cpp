@@ -7,6 +7,8 @@
 #include <QPainter>
 #include <QToolButton>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -23,9 +25,16 @@ public:
         setAttribute(Qt::WA_Hover);
     }
 
-    QSize sizeHint() const override {
-        return {2 * Inset + QFontMetrics(Look::Font(Look::Small, QFont::Bold)).horizontalAdvance(text()), 24};
+    /// `widest`: the text with the widest count that is to find room.
+    void Set(const QString& text, const QString& widest) {
+        setText(text);
+        const QFontMetrics bold(Look::Font(Look::Small, QFont::Bold));
+        const int width = 2 * Inset + std::max(bold.horizontalAdvance(text), bold.horizontalAdvance(widest));
+        if (std::exchange(m_width, width) != width)
+            updateGeometry();
     }
+
+    QSize sizeHint() const override { return {m_width, 24}; }
 
 protected:
     void paintEvent(QPaintEvent*) override {
@@ -41,6 +50,9 @@ protected:
         if (hasFocus())
             Look::DrawFocusRing(painter, rect());
     }
+
+private:
+    int m_width = 0;
 };
 
 } // namespace
@@ -67,10 +79,11 @@ StateChoices::StateChoices(std::vector<CardState> states, QWidget* parent)
 }
 
 void StateChoices::SetCounts(int all, const std::function<int(int state)>& countOf) {
-    const auto show = [this](int number, const QString& text, int count) {
-        QAbstractButton* button = m_buttons->button(number);
-        button->setText(u"%1 %2"_s.arg(text).arg(count));
-        button->updateGeometry();
+    m_widest = std::max(m_widest, all);
+    const QString zeros(QString::number(m_widest).size(), u'0');
+    const auto show = [this, &zeros](int number, const QString& text, int count) {
+        static_cast<ChoiceButton*>(m_buttons->button(number))
+            ->Set(u"%1 %2"_s.arg(text).arg(count), u"%1 %2"_s.arg(text, zeros));
     };
     show(All, tr("All"), all);
     for (const CardState& state : m_states)

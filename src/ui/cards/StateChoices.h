@@ -30,5 +30,6 @@ signals:
 
 private:
     std::vector<CardState> m_states;
+    int m_widest = 0; ///< count so far: each button has room for it, so that none moves when counts change
     QButtonGroup* m_buttons;
 };

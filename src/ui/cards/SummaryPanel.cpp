@@ -29,15 +29,16 @@ void SummaryPanel::CreatePanel() {
     setFocusProxy(m_list);
 }
 
-void SummaryPanel::SetRows(const std::vector<SummaryRow>& rows) {
+void SummaryPanel::SetRows(const std::vector<SummaryRow>& rows, Known known) {
     m_rows.resize(rows.size());
+    QString word = known == Known::Before ? tr("Reading...") : QString(); // in the first row that lacks one
     std::vector<ListRow> shown;
     for (std::size_t row = 0; row < rows.size(); ++row) {
         m_rows[row].title = rows[row].title;
         if (rows[row].detail)
             m_rows[row].detail = rows[row].detail;
-        shown.emplace_back(QString::number(row),
-                           QStringList{m_rows[row].title, m_rows[row].detail.value_or(QString())});
+        const QString detail = m_rows[row].detail ? *m_rows[row].detail : std::exchange(word, QString());
+        shown.emplace_back(QString::number(row), QStringList{m_rows[row].title, detail});
     }
     if (m_list)
         m_list->SetRows(std::move(shown));

@@ -20,7 +20,9 @@ public:
 
 protected:
     void CreatePanel() override;
-    void SetRows(const std::vector<SummaryRow>& rows);
+    enum class Known { Before, Read };
+    /// What is known before the first read has ended, where a word says that it is under way, or since.
+    void SetRows(const std::vector<SummaryRow>& rows, Known known = Known::Read);
     /// Details of another subject are none of the next one.
     void ForgetRows() { m_rows.clear(); }
 

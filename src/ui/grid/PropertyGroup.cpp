@@ -383,7 +383,12 @@ void CPropertyGroup::PaintValue(QPainter& painter, int row) const {
         painter.setBrush(Qt::NoBrush);
     }
     QRect place = value.adjusted(CellInset, 0, -2 * CellInset, 0);
-    if (const QString mark = MarkText(property.mark); !mark.isEmpty()) {
+    const QString mark = MarkText(property.mark);
+    if (property.mark == PropertyMark::Reading) {
+        painter.setPen(Look::Muted);
+        return Look::DrawTextLine(painter, place, mark);
+    }
+    if (!mark.isEmpty()) {
         painter.setPen(property.mark == PropertyMark::NotSaved ? Look::Failed : Look::Muted);
         painter.drawText(place, Qt::AlignVCenter | Qt::AlignRight | Qt::TextSingleLine, mark);
         place.adjust(0, 0, -painter.fontMetrics().horizontalAdvance(mark) - CellInset, 0);

@@ -21,6 +21,8 @@ QString SpokenValue(const PropertyRow& row) {
 
 QString MarkText(PropertyMark mark) {
     switch (mark) {
+    case PropertyMark::Reading:
+        return PropertyModel::tr("Reading...");
     case PropertyMark::NotRead:
         return PropertyModel::tr("not read");
     case PropertyMark::NotSaved:

@@ -7,7 +7,7 @@
 enum class PropertyType { Integer, Text, Boolean };
 
 /// What there is to say of a value, in a word beside it.
-enum class PropertyMark { None, NotRead, NotSaved };
+enum class PropertyMark { None, Reading, NotRead, NotSaved };
 QString MarkText(PropertyMark mark);
 
 /// One row of a property group.

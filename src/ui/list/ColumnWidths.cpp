@@ -17,11 +17,6 @@ QString StateFile() {
     return QString::fromStdString(platform::Utf8FromPath(platform::ConsoleStateFile()));
 }
 
-struct ColumnRoom {
-    int wanted;
-    int least; ///< at most `wanted`
-};
-
 /// Empty when none are remembered for that many columns.
 std::vector<int> ReadColumnWidths(const QString& listName, std::size_t columns) {
     QSettings state(StateFile(), QSettings::IniFormat);
@@ -112,16 +107,27 @@ void ColumnWidths::Fit() {
     if (std::exchange(m_fitting, true))
         return;
     std::vector<ColumnRoom> columns;
+    int least = 0;
     for (int column = 0; column < int(m_widths.size()); ++column) {
-        const int wanted = m_widths[std::size_t(column)];
-        const int title = m_header.TitleWidth(column);
-        const int least = std::max(title, m_least[std::size_t(column)]);
-        columns.push_back({wanted, m_chosen || title == 0 ? wanted : std::min(wanted, least)});
+        columns.push_back(RoomOf(column, m_header.TitleWidth(column)));
+        least += columns.back().least;
+    }
+    // Titles are broken in two only where they must be.
+    for (int column = 0; column < int(columns.size()) && least > m_room.width(); ++column) {
+        ColumnRoom& room = columns[std::size_t(column)];
+        room = {room.least, RoomOf(column, m_header.WrappedTitleWidth(column)).least};
     }
     const std::vector<int> widths = FittedWidths(columns, FilledColumn(), m_room.width());
     for (std::size_t column = 0; column < widths.size(); ++column)
         m_header.resizeSection(int(column), widths[column]);
     m_fitting = false;
+}
+
+/// Of a column whose title needs `title` pixels.
+ColumnRoom ColumnWidths::RoomOf(int column, int title) const {
+    const int wanted = m_widths[std::size_t(column)];
+    const int least = std::max(title, m_least[std::size_t(column)]);
+    return {wanted, m_chosen || title == 0 ? wanted : std::min(wanted, least)};
 }
 
 /// The last one with a title: icons look lost in the middle of a wide column.

@@ -8,6 +8,12 @@ class QWidget;
 
 class CHeaderCtrlCl;
 
+/// What a column asks for, in pixels.
+struct ColumnRoom {
+    int wanted;
+    int least; ///< at most `wanted`
+};
+
 /// How wide the columns of a list are: as asked for, and no wider than the list where their titles allow;
 /// from the first width on that the user chooses, as chosen. Kept in the console's own file.
 class ColumnWidths {
@@ -27,6 +33,7 @@ public:
 private:
     void OnResized(int column, int width);
     int FilledColumn() const;
+    ColumnRoom RoomOf(int column, int title) const;
 
     CHeaderCtrlCl& m_header;
     const QWidget& m_room;

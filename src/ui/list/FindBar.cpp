@@ -28,9 +28,7 @@ FindBar::FindBar(QWidget* target, QWidget* parent)
     m_words->setAccessibleName(tr("Find"));
     m_words->setClearButtonEnabled(true);
     m_count->setFont(Look::Font(Look::Small));
-    QPalette palette = m_count->palette();
-    palette.setColor(QPalette::WindowText, Look::Muted);
-    m_count->setPalette(palette);
+    Look::SetInk(*m_count, Look::Muted);
     connect(m_words, &QLineEdit::textChanged, this, &FindBar::WordsChanged);
     target->installEventFilter(this);
     hide();

@@ -8,6 +8,8 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include <algorithm>
+
 namespace {
 
 constexpr QRgb Rim = 0xFF696969;
@@ -25,6 +27,23 @@ QFont CaptionFont() {
     QFont font = Look::Font(Look::Body);
     font.setPixelSize(CaptionSize);
     return font;
+}
+
+/// Broken at the blank that leaves the shorter lines; as it is without one.
+QStringList InTwoLines(const QString& title, const QFontMetrics& metrics) {
+    QStringList best{title};
+    const auto widest = [&metrics](const QStringList& lines) {
+        int width = 0;
+        for (const QString& line : lines)
+            width = std::max(width, metrics.horizontalAdvance(line));
+        return width;
+    };
+    for (qsizetype blank = title.indexOf(u' '); blank >= 0; blank = title.indexOf(u' ', blank + 1)) {
+        const QStringList lines{title.left(blank), title.mid(blank + 1)};
+        if (widest(lines) < widest(best))
+            best = lines;
+    }
+    return best;
 }
 
 QPainterPath Rounded(const QRectF& rect, qreal radius) {
@@ -81,6 +100,15 @@ int CHeaderCtrlCl::TitleWidth(int section) const {
                            : QFontMetrics(CaptionFont()).horizontalAdvance(title) + LeftInset + RightInset;
 }
 
+int CHeaderCtrlCl::WrappedTitleWidth(int section) const {
+    const QFontMetrics metrics(CaptionFont());
+    int width = 0;
+    for (const QString& line :
+         InTwoLines(model()->headerData(section, Qt::Horizontal, Qt::DisplayRole).toString(), metrics))
+        width = std::max(width, metrics.horizontalAdvance(line));
+    return width == 0 ? 0 : width + LeftInset + RightInset;
+}
+
 QSize CHeaderCtrlCl::sizeHint() const {
     const QSize size = QHeaderView::sizeHint();
     return m_custom ? QSize(size.width(), CustomHeight) : size;
@@ -105,13 +133,19 @@ void CHeaderCtrlCl::PaintSection(QPainter& painter, int section) const {
     const QRect cell(sectionViewportPosition(section), 0, sectionSize(section), viewport()->height());
     if (!cell.intersects(viewport()->rect()))
         return;
-    const int flags =
-        int(model()->headerData(section, Qt::Horizontal, Qt::TextAlignmentRole).value<Qt::Alignment>()) |
-        Qt::TextSingleLine;
     const QString caption = model()->headerData(section, Qt::Horizontal, Qt::DisplayRole).toString();
     const bool sorted = isSortIndicatorShown() && sortIndicatorSection() == section;
     const QRect room = cell.adjusted(LeftInset, 0, sorted ? -ArrowRoom : -RightInset, 0);
-    const QString text = painter.fontMetrics().elidedText(caption, Qt::ElideRight, room.width());
+    const QFontMetrics metrics = painter.fontMetrics();
+    QStringList lines{caption};
+    if (metrics.horizontalAdvance(caption) > room.width())
+        lines = InTwoLines(caption, metrics);
+    for (QString& line : lines)
+        line = metrics.elidedText(line, Qt::ElideRight, room.width());
+    const QString text = lines.join(u'\n');
+    const auto alignment =
+        model()->headerData(section, Qt::Horizontal, Qt::TextAlignmentRole).value<Qt::Alignment>();
+    const int flags = int(alignment) | (lines.size() == 1 ? Qt::TextSingleLine : 0);
     painter.setPen(QColor(CaptionColour));
     const QRect drawn = painter.boundingRect(room, flags, text);
     painter.drawText(room, flags, text);

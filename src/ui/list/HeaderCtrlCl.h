@@ -16,6 +16,8 @@ public:
 
     /// Pixels that a column needs to show its whole title.
     int TitleWidth(int section) const;
+    /// The same where the title stands in two lines, which it does in a narrower column.
+    int WrappedTitleWidth(int section) const;
 
     QSize sizeHint() const override;
 

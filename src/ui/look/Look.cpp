@@ -1,11 +1,13 @@
 #include "look/Look.h"
 
+#include "look/AccessiblePart.h"
 #include "look/ConsoleStyle.h"
 
 #include <QApplication>
 #include <QPainter>
 #include <QPalette>
 #include <QTextDocument>
+#include <QWidget>
 
 #include <algorithm>
 
@@ -35,6 +37,12 @@ QPalette MakePalette() {
     return palette;
 }
 
+void SetRole(QWidget& widget, QPalette::ColorRole role, const QColor& colour) {
+    QPalette palette = widget.palette();
+    palette.setColor(role, colour);
+    widget.setPalette(palette);
+}
+
 } // namespace
 
 QFont Look::Font(TextSize size, QFont::Weight weight) {
@@ -44,6 +52,20 @@ QFont Look::Font(TextSize size, QFont::Weight weight) {
     font.setWeight(weight);
     font.setHintingPreference(QFont::PreferVerticalHinting);
     return font;
+}
+
+void Look::SetInk(QWidget& widget, const QColor& colour) {
+    SetRole(widget, QPalette::WindowText, colour);
+}
+
+void Look::SetGround(QWidget& widget, const QColor& colour) {
+    SetRole(widget, QPalette::Window, colour);
+    widget.setAutoFillBackground(true);
+}
+
+void Look::TintSelection(QWidget& view) {
+    SetRole(view, QPalette::Highlight, AccentTint);
+    SetRole(view, QPalette::HighlightedText, Ink);
 }
 
 QString Look::ToolTip(const QString& text) {
@@ -90,6 +112,7 @@ void Look::DrawFocusRing(QPainter& painter, const QRectF& bounds, qreal radius) 
 }
 
 void ApplyLook(QApplication& application) {
+    TeachPartsToScreenReaders();
     application.setStyle(new ConsoleStyle);
     application.setPalette(MakePalette());
     application.setFont(Look::Font(Look::Body));

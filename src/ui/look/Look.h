@@ -7,6 +7,7 @@
 
 class QApplication;
 class QPainter;
+class QWidget;
 
 /// The console's colours, measures and type. Lengths are logical pixels.
 namespace Look {
@@ -49,6 +50,12 @@ enum TextSize { Caption = 11, Small = 12, Body = 13, Title = 18 };
 
 /// Arial, or its metric twin where there is none.
 QFont Font(TextSize size, QFont::Weight weight = QFont::Normal);
+
+/// Of the widget's texts, and of the ground below it.
+void SetInk(QWidget& widget, const QColor& colour);
+void SetGround(QWidget& widget, const QColor& colour);
+/// Selected rows are tinted and keep their ink, as where ticks and signs stand in them.
+void TintSelection(QWidget& view);
 
 /// A tool-tip that shows the text as it stands; empty when the text is.
 QString ToolTip(const QString& text);

@@ -1,8 +1,8 @@
 #include "page/ActionButton.h"
 
+#include "look/AccessiblePart.h"
 #include "look/Look.h"
 
-#include <QAccessible>
 #include <QKeyEvent>
 #include <QPainter>
 
@@ -15,9 +15,40 @@ constexpr int FramedInset = 10;
 constexpr int LinkInset = 8;
 constexpr int LinkWidth = 184; ///< of the column; a longer caption takes a second line
 
+class AccessibleActionButton : public AccessiblePart {
+public:
+    explicit AccessibleActionButton(ActionButton& button)
+        : AccessiblePart(&button, QAccessible::Button), m_button(button) {}
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.busy = m_button.IsBusy();
+        return state;
+    }
+
+    QStringList actionNames() const override { return QAccessibleWidget::actionNames() << pressAction(); }
+
+    void doAction(const QString& action) override {
+        if (action == pressAction())
+            m_button.click();
+        else
+            QAccessibleWidget::doAction(action);
+    }
+
+private:
+    ActionButton& m_button;
+};
+
+QAccessibleInterface* MakeAccessible(const QString&, QObject* object) {
+    auto* button = qobject_cast<ActionButton*>(object);
+    return button ? new AccessibleActionButton(*button) : nullptr;
+}
+
 } // namespace
 
 ActionButton::ActionButton(Kind kind, QWidget* parent) : QAbstractButton(parent), m_kind(kind) {
+    static const bool once = (QAccessible::installFactory(MakeAccessible), true);
+    Q_UNUSED(once)
     setFocusPolicy(Qt::StrongFocus);
     setFont(Look::Font(Look::Small));
     setSizePolicy(kind == Kind::Link ? QSizePolicy::Expanding : QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -38,8 +69,20 @@ void ActionButton::Set(const QString& caption, const QIcon& icon) {
     ShowToolTip();
 }
 
+void ActionButton::SetCompact(bool compact) {
+    if (std::exchange(m_compact, compact) == compact)
+        return;
+    ShowToolTip();
+    updateGeometry();
+    update();
+}
+
+bool ActionButton::IsIconOnly() const {
+    return m_kind == Kind::Icon || (m_compact && !icon().isNull());
+}
+
 void ActionButton::ShowToolTip() {
-    QStringList lines{m_kind == Kind::Icon ? text() : QString(), m_why};
+    QStringList lines{IsIconOnly() ? text() : QString(), m_why};
     lines.removeAll(QString());
     setToolTip(Look::ToolTip(lines.join(u'\n')));
 }
@@ -59,14 +102,18 @@ void ActionButton::SetBusy(bool busy, const QString& why) {
 }
 
 QSize ActionButton::sizeHint() const {
-    if (m_kind == Kind::Icon)
+    if (IsIconOnly())
         return {Height, Height};
-    const int inset = m_kind == Kind::Link ? LinkInset : FramedInset;
-    const int iconWidth = icon().isNull() ? 0 : IconInText + Gap;
-    const int width = 2 * inset + iconWidth + fontMetrics().size(Qt::TextSingleLine, text()).width() + 2;
+    const int width = CaptionWidth();
     if (m_kind == Kind::Link && width > LinkWidth)
         return {LinkWidth, Height + fontMetrics().lineSpacing()};
     return {width, Height};
+}
+
+int ActionButton::CaptionWidth() const {
+    const int inset = m_kind == Kind::Link ? LinkInset : FramedInset;
+    const int iconWidth = icon().isNull() ? 0 : IconInText + Gap;
+    return 2 * inset + iconWidth + fontMetrics().size(Qt::TextSingleLine, text()).width() + 2;
 }
 
 void ActionButton::keyPressEvent(QKeyEvent* event) {
@@ -109,7 +156,7 @@ void ActionButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     PaintFrame(painter);
-    if (m_kind == Kind::Icon) {
+    if (IsIconOnly()) {
         QRect place(0, 0, IconAlone, IconAlone);
         place.moveCenter(rect().center());
         PaintIcon(painter, place);

@@ -16,6 +16,12 @@ public:
 
     void Set(const QString& caption, const QIcon& icon);
 
+    /// A framed button is its icon alone as long as it is compact; its caption is told by tool-tip then. One
+    /// without an icon stays as it is.
+    void SetCompact(bool compact);
+    /// In pixels, with its caption.
+    int CaptionWidth() const;
+
     /// While busy it looks disabled and swallows clicks, but keeps the focus. `Clicked` comes only otherwise.
     /// `why` is told by its tool-tip and to screen readers.
     void SetBusy(bool busy, const QString& why = {});
@@ -34,10 +40,12 @@ protected:
 
 private:
     void ShowToolTip();
+    bool IsIconOnly() const;
     void PaintFrame(QPainter& painter) const;
     void PaintIcon(QPainter& painter, const QRect& place) const;
 
     Kind m_kind;
     bool m_busy = false;
     QString m_why; ///< of what cannot be done now
+    bool m_compact = false;
 };

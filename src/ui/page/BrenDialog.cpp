@@ -15,6 +15,14 @@
 
 #include <algorithm>
 
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto WordAfter = 300ms;
+
+} // namespace
+
 CBrenDialog::CBrenDialog(const ServiceClient& service, Reader& reader, const QString& title, QWidget* parent)
     : QDialog(parent), m_service(service), m_fields(new QWidget), m_grid(new QGridLayout(m_fields)),
       m_notice(new NoticeLine), m_loader(reader, *this) {
@@ -68,8 +76,14 @@ void CBrenDialog::showEvent(QShowEvent* event) {
     if (event->spontaneous())
         return;
     SetReady(!m_read);
-    if (m_read)
-        m_read();
+    if (!m_read)
+        return;
+    m_read();
+    // A line that comes and goes within a moment would only be a flicker.
+    QTimer::singleShot(WordAfter, this, [this] {
+        if (m_loader.IsReading() && m_notice->Text().isEmpty())
+            m_notice->SetText(tr("Reading..."));
+    });
 }
 
 void CBrenDialog::EndRead(bool answered) {
@@ -95,6 +109,8 @@ void CBrenDialog::accept() {
     if (!write.run)
         return QDialog::accept();
     SetReady(false);
+    m_isWriting = true;
+    m_mayLeave = false;
     m_writing = write.settings;
     m_loader.Command(
         Lane::Service,
@@ -104,8 +120,14 @@ void CBrenDialog::accept() {
         });
 }
 
-/// What was sent is carried out all the same; whoever reads the settings now does so behind it.
+/// What is being written may yet fail, and then it is typed here and nowhere else; so the first wish to leave
+/// waits. Who wishes again may go: what was sent is carried out, and who reads the settings does so behind
+/// it.
 void CBrenDialog::reject() {
+    if (m_isWriting && !std::exchange(m_mayLeave, true)) {
+        m_notice->SetText(tr("Still saving. Cancel once more closes without waiting for the service."));
+        return;
+    }
     TellWritten();
     QDialog::reject();
 }
@@ -116,6 +138,7 @@ void CBrenDialog::TellWritten() {
 }
 
 void CBrenDialog::EndWrite(const QString& failure) {
+    m_isWriting = false;
     TellWritten();
     if (failure.isEmpty())
         return QDialog::accept();
@@ -175,7 +198,7 @@ void CBrenDialog::Grow() {
                                                      : layout()->totalMinimumSize().height();
     setMinimumHeight(needed);
     const QRect room = screen()->availableGeometry();
-    if (isVisible() && !room.contains(frameGeometry()))
+    if (isWindow() && isVisible() && !room.contains(frameGeometry()))
         move(std::max(room.left(), std::min(x(), room.right() - frameGeometry().width())),
              std::max(room.top(), std::min(y(), room.bottom() - frameGeometry().height())));
 }

@@ -26,6 +26,7 @@ public:
 
     /// Closes only when all is written, so after the service has answered.
     void accept() override;
+    /// While it writes, only when it is wished twice.
     void reject() override;
 
 signals:
@@ -91,6 +92,8 @@ private:
     QPushButton* m_ok = nullptr;
     QPointer<QWidget> m_focusBefore; ///< had the keyboard before the fields were disabled
     QStringList m_writing;           ///< the settings that OK has sent and nobody was told of
+    bool m_isWriting = false;
+    bool m_mayLeave = false; ///< without waiting for what is being written
     std::function<void()> m_read;
     PageLoader m_loader;
 };

@@ -8,11 +8,8 @@
 
 CBrenPanel::CBrenPanel(const Console& console, QWidget* parent)
     : QWidget(parent), m_console(console), m_loader(console.reader, *this) {
-    QPalette colours = palette();
-    colours.setColor(QPalette::Window, Look::Paper);
-    colours.setColor(QPalette::WindowText, Look::Ink);
-    setPalette(colours);
-    setAutoFillBackground(true);
+    Look::SetGround(*this, Look::Paper);
+    Look::SetInk(*this, Look::Ink);
     hide();
 }
 
@@ -104,16 +101,19 @@ void CBrenPanel::LeaveHead(bool left) {
 }
 
 CommandRunner& CBrenPanel::Commands() {
-    if (!m_commands) {
-        m_commands = new CommandRunner(m_console, *this);
-        const auto tell = [this](const QString& sentence) {
-            m_commandFailure = sentence;
-            ShowStatus();
-        };
-        connect(m_commands, &CommandRunner::Failed, this, tell);
-        connect(m_commands, &CommandRunner::Succeeded, this, [tell] { tell({}); });
-    }
+    if (!m_commands)
+        ShareCommands(*new CommandRunner(m_console, *this));
     return *m_commands;
+}
+
+void CBrenPanel::ShareCommands(CommandRunner& commands) {
+    m_commands = &commands;
+    const auto tell = [this](const QString& sentence) {
+        m_commandFailure = sentence;
+        ShowStatus();
+    };
+    connect(m_commands, &CommandRunner::Failed, this, tell);
+    connect(m_commands, &CommandRunner::Succeeded, this, [tell] { tell({}); });
 }
 
 void CBrenPanel::ShowStatus() {

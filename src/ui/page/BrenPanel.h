@@ -38,6 +38,9 @@ public:
     /// Calls `CreatePanel` the first time.
     void EnsureCreated();
 
+    /// Commands by the runner of another panel, which lives as long: what both command is under way once.
+    void ShareCommands(CommandRunner& commands);
+
 protected:
     /// Fills the panel with its children, before it is first activated.
     virtual void CreatePanel();

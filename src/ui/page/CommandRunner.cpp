@@ -3,6 +3,22 @@
 #include "page/Console.h"
 #include "page/UserPrompts.h"
 
+using namespace Qt::Literals::StringLiterals;
+
+QString WhyNotDone(const ServiceAnswer& answer) {
+    switch (answer.outcome) {
+    case ServiceOutcome::OtherStatus:
+        return CommandRunner::tr("the service did not take it");
+    case ServiceOutcome::TimedOut:
+        return CommandRunner::tr("the service does not answer in time");
+    case ServiceOutcome::Unreachable:
+    case ServiceOutcome::Cancelled:
+    case ServiceOutcome::Answered:
+        break;
+    }
+    return CommandRunner::tr("the service does not answer");
+}
+
 CommandRunner::CommandRunner(const Console& console, QWidget& page)
     : QObject(&page), m_service(console.service), m_prompts(console.prompts), m_page(page),
       m_loader(console.reader, page) {}
@@ -39,19 +55,23 @@ void CommandRunner::Send(const QString& key, const CommandOrder& order) {
     m_loader.Command(
         Lane::Service,
         [service = m_service, send = order.send](std::stop_token stop) { return send(service, stop); },
-        [this, key, order](const Loaded<ServiceAnswer>& loaded) { End(key, order, loaded && *loaded); });
+        [this, key, order](const Loaded<ServiceAnswer>& loaded) {
+            const bool done = loaded && *loaded;
+            End(key, order, {done, done ? QString() : WhyNotDone(loaded.value.value_or(ServiceAnswer()))});
+        });
 }
 
-void CommandRunner::End(const QString& key, const CommandOrder& order, bool done) {
+void CommandRunner::End(const QString& key, const CommandOrder& order, const CommandEnd& end) {
     const QPointer<CommandRunner> alive(this);
     m_inFlight.remove(key);
     emit BusyChanged();
-    if (done)
+    const QString failure = order.notDone.isEmpty() ? order.failure : order.notDone + u": "_s + end.why;
+    if (end)
         emit Succeeded();
-    else if (!order.failure.isEmpty())
-        emit Failed(order.failure);
-    if (!done && order.failureInBox)
-        m_prompts.ShowMessage(&m_page, order.failure);
+    else if (!failure.isEmpty())
+        emit Failed(failure);
+    if (!end && order.failureInBox)
+        m_prompts.ShowMessage(&m_page, failure);
     if (alive && order.after)
-        order.after(done);
+        order.after(end);
 }

@@ -1,28 +1,23 @@
 #include "page/NoticeLine.h"
 
+#include "look/AccessiblePart.h"
 #include "look/IconRegistry.h"
 #include "look/Look.h"
 
-#include <QAccessibleWidget>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
+#include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
-class AccessibleNotice : public QAccessibleWidget {
-public:
-    explicit AccessibleNotice(NoticeLine& line) : QAccessibleWidget(&line, QAccessible::AlertMessage) {}
-
-    /// Its tool-tip says the same as its name, in markup.
-    QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Description ? QString() : QAccessibleWidget::text(kind);
-    }
-};
+constexpr int IconSize = 16;
 
 QAccessibleInterface* MakeAccessible(const QString&, QObject* object) {
     auto* line = qobject_cast<NoticeLine*>(object);
-    return line ? new AccessibleNotice(*line) : nullptr;
+    return line ? new AccessiblePart(line, QAccessible::AlertMessage) : nullptr;
 }
 
 } // namespace
@@ -33,18 +28,26 @@ NoticeLine::NoticeLine(QWidget* parent) : QFrame(parent), m_text(new QLabel) {
     m_text->setTextFormat(Qt::PlainText);
     m_text->setWordWrap(true);
     m_text->setFont(Look::Font(Look::Small));
-    QPalette colours = m_text->palette();
-    colours.setColor(QPalette::WindowText, Look::NoticeInk);
-    m_text->setPalette(colours);
+    m_text->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+    Look::SetInk(*m_text, Look::NoticeInk);
     auto* icon = new QLabel;
-    icon->setPixmap(
-        IconRegistry::Icon(InformationIcon, Look::NoticeInk).pixmap(QSize(16, 16), devicePixelRatio()));
+    icon->setPixmap(IconRegistry::Icon(InformationIcon, Look::NoticeInk)
+                        .pixmap(QSize(IconSize, IconSize), devicePixelRatio()));
+    // Beside the first line of the text, and both in the middle of a line that has room to spare.
+    const int firstLine = QFontMetrics(m_text->font()).height();
+    icon->setFixedHeight(std::max(firstLine, IconSize));
+    m_text->setContentsMargins(0, std::max(0, (IconSize - firstLine) / 2), 0, 0);
+    auto* row = new QHBoxLayout;
+    row->setSpacing(8);
+    row->addWidget(icon, 0, Qt::AlignTop);
+    row->addWidget(m_text, 1);
 
-    auto* layout = new QHBoxLayout(this);
+    auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(Look::TextInset, 6, Look::TextInset, 6);
-    layout->setSpacing(8);
-    layout->addWidget(icon, 0, Qt::AlignTop);
-    layout->addWidget(m_text, 1);
+    layout->setSpacing(0);
+    layout->addStretch();
+    layout->addLayout(row);
+    layout->addStretch();
     hide();
 }
 

@@ -21,9 +21,7 @@ QLabel* MakeText(const QString& text, const QColor& colour) {
     auto* label = new QLabel(text);
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
-    QPalette palette = label->palette();
-    palette.setColor(QPalette::WindowText, colour);
-    label->setPalette(palette);
+    Look::SetInk(*label, colour);
     return label;
 }
 

@@ -1,5 +1,6 @@
 #include "page/SettingsDialog.h"
 
+#include "page/CommandRunner.h"
 #include "page/NumberField.h"
 #include "service/RequestText.h"
 
@@ -128,15 +129,15 @@ CBrenDialog::Write SettingsDialog::InOrder(const std::vector<SettingWrite>& writ
         all.settings.append(write.setting.name);
     all.run = [writes](const ServiceClient& service, const std::stop_token& stop) {
         for (const SettingWrite& write : writes) {
-            if (!WriteSetting(service, write.setting, write.text, stop))
-                return tr("\"%1\" was not saved, because the service did not take it. OK tries again.")
-                    .arg(write.label);
+            const ServiceAnswer answer = WriteSetting(service, write.setting, write.text, stop);
+            if (!answer)
+                return tr("\"%1\" was not saved: %2. OK tries again.").arg(write.label, WhyNotDone(answer));
             if (write.secrecy != Secrecy::Secret)
                 continue;
-            const auto back = ReadSetting(service, write.setting, stop);
-            if (!back.WasRead())
+            const KeptSecret kept = CheckSecret(service, write.setting, write.text, stop);
+            if (kept == KeptSecret::NotTold)
                 return tr("\"%1\" was written, but the service did not tell what it keeps.").arg(write.label);
-            if (back.value != write.text)
+            if (kept == KeptSecret::Otherwise)
                 return tr("The password was not stored as typed.");
         }
         return QString();

@@ -4,6 +4,7 @@
 #include "look/Look.h"
 #include "page/TabStrip.h"
 
+#include <QEvent>
 #include <QPainter>
 
 namespace {
@@ -141,6 +142,13 @@ void CTabPanel::LayOutPages() {
     }
     for (const Page& page : m_pages)
         page.panel->setGeometry(0, stripHeight + 1, width(), std::max(0, height() - stripHeight - 1));
+}
+
+bool CTabPanel::event(QEvent* event) {
+    // The strip asks too when it is laid out; only a corner that wants another room is heard.
+    if (event->type() == QEvent::LayoutRequest && m_corner && m_corner->sizeHint() != m_corner->size())
+        LayOutPages();
+    return CBrenPanel::event(event);
 }
 
 void CTabPanel::resizeEvent(QResizeEvent* event) {

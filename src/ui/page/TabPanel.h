@@ -44,6 +44,7 @@ public:
     void OpenFind() override { CurrentPage()->OpenFind(); }
 
 protected:
+    bool event(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 

@@ -15,9 +15,7 @@ TextDialog::TextDialog(TextRequest request, QWidget* parent)
     label->setWordWrap(true);
     m_reason->setTextFormat(Qt::PlainText);
     m_reason->setWordWrap(true);
-    QPalette red = m_reason->palette();
-    red.setColor(QPalette::WindowText, Look::Failed);
-    m_reason->setPalette(red);
+    Look::SetInk(*m_reason, Look::Failed);
     m_reason->hide();
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
 

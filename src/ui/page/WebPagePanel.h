@@ -2,9 +2,7 @@
 
 #include "page/BrenPanel.h"
 
-class QTextBrowser;
-
-/// A local page that comes with the program, in a text browser.
+/// A page that shows a local page that comes with the program.
 class WebPagePanel : public CBrenPanel {
     Q_OBJECT
 
@@ -12,13 +10,9 @@ public:
     /// `fileName` is looked for beside the executable.
     WebPagePanel(const Console& console, QString fileName);
 
-    void Activate() override;
-
 protected:
     void CreatePanel() override;
-    void paintEvent(QPaintEvent* event) override;
 
 private:
     QString m_fileName;
-    QTextBrowser* m_browser = nullptr;
 };

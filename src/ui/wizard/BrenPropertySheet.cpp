@@ -20,13 +20,6 @@ namespace {
 constexpr QSize FirstSize(760, 560);
 constexpr int ContentMargin = 20;
 
-void SetPaper(QWidget& widget, const QColor& colour) {
-    QPalette palette = widget.palette();
-    palette.setColor(QPalette::Window, colour);
-    widget.setPalette(palette);
-    widget.setAutoFillBackground(true);
-}
-
 bool IsEnter(const QKeyEvent& event) {
     return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
 }
@@ -70,16 +63,14 @@ CBrenPropertySheet::~CBrenPropertySheet() = default;
 
 QWidget* CBrenPropertySheet::MakeContent() {
     auto* content = new QWidget;
-    SetPaper(*content, Look::Paper);
+    Look::SetGround(*content, Look::Paper);
     for (QLabel* label : {m_title, m_subtitle}) {
         label->setTextFormat(Qt::PlainText);
         label->setWordWrap(true);
     }
     m_title->setFont(Look::Font(Look::Title, QFont::Bold));
     m_subtitle->setFont(Look::Font(Look::Small));
-    QPalette muted = m_subtitle->palette();
-    muted.setColor(QPalette::WindowText, Look::Muted);
-    m_subtitle->setPalette(muted);
+    Look::SetInk(*m_subtitle, Look::Muted);
 
     auto* column = new QVBoxLayout(content);
     column->setContentsMargins(ContentMargin, 14, ContentMargin, Look::TextInset);
@@ -96,9 +87,9 @@ QWidget* CBrenPropertySheet::MakeContent() {
 QWidget* CBrenPropertySheet::MakeFoot() {
     auto* line = new QFrame;
     line->setFixedHeight(1);
-    SetPaper(*line, Look::Line);
+    Look::SetGround(*line, Look::Line);
     auto* foot = new QWidget;
-    SetPaper(*foot, Look::Side);
+    Look::SetGround(*foot, Look::Side);
     auto* row = new QHBoxLayout;
     row->setContentsMargins(16, 11, 16, 11);
     row->setSpacing(8);

@@ -21,10 +21,7 @@ CheckList::CheckList(const QString& name, const std::vector<std::pair<QString, i
     setUniformRowHeights(true);
     setSelectionMode(ExtendedSelection);
     setFont(Look::Font(Look::Small));
-    QPalette colours = palette();
-    colours.setColor(QPalette::Highlight, Look::AccentTint);
-    colours.setColor(QPalette::HighlightedText, Look::Ink);
-    setPalette(colours);
+    Look::TintSelection(*this);
     setColumnCount(int(columns.size()));
     for (int column = 0; column < columnCount(); ++column) {
         headerItem()->setText(column, columns[std::size_t(column)].first);

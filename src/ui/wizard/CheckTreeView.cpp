@@ -66,10 +66,7 @@ CheckTreeView::CheckTreeView(CheckTreeModel& model, QWidget* parent) : QTreeView
     setEditTriggers(NoEditTriggers);
     setTextElideMode(Qt::ElideMiddle);
     setFont(Look::Font(Look::Small));
-    QPalette colours = palette();
-    colours.setColor(QPalette::Highlight, Look::AccentTint);
-    colours.setColor(QPalette::HighlightedText, Look::Ink);
-    setPalette(colours);
+    Look::TintSelection(*this);
     connect(this, &QTreeView::expanded, &model, [&model](const QModelIndex& index) { model.List(index); });
     connect(this, &QTreeView::clicked, &model, [&model](const QModelIndex& index) {
         if (model.NodeAt(index).isMessage)

@@ -49,9 +49,7 @@ void Form::AddRow(const QString& label, QWidget* field, Need need, const QString
     below->setTextFormat(Qt::PlainText);
     below->setWordWrap(true);
     below->setFont(Look::Font(Look::Caption));
-    QPalette muted = below->palette();
-    muted.setColor(QPalette::WindowText, Look::Muted);
-    below->setPalette(muted);
+    Look::SetInk(*below, Look::Muted);
     column->addWidget(below);
 
     auto* name = new QLabel(need == Need::Required ? label + u" *"_s : label);

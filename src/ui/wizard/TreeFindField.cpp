@@ -34,9 +34,7 @@ TreeFindField::TreeFindField(CheckTreeView& view, const QString& placeholder, QW
     m_words->addAction(IconRegistry::Icon(SearchIcon), QLineEdit::LeadingPosition);
     m_words->installEventFilter(this);
     m_count->setFont(Look::Font(Look::Small));
-    QPalette muted = m_count->palette();
-    muted.setColor(QPalette::WindowText, Look::Muted);
-    m_count->setPalette(muted);
+    Look::SetInk(*m_count, Look::Muted);
     setFocusProxy(m_words);
 
     connect(m_words, &QLineEdit::textChanged, this, [this] {

@@ -18,12 +18,6 @@ namespace {
 
 constexpr auto NotePeriod = 100ms;
 
-void SetInk(QWidget& widget, const QColor& colour) {
-    QPalette palette = widget.palette();
-    palette.setColor(QPalette::WindowText, colour);
-    widget.setPalette(palette);
-}
-
 } // namespace
 
 WizardLine::WizardLine(QWidget* parent)
@@ -68,7 +62,7 @@ void WizardLine::SetFace(Face face, const QString& lead, const QString& rest) {
     m_rest->setText(rest);
     m_rest->setVisible(!rest.isEmpty());
     for (QLabel* label : {m_lead, m_rest})
-        SetInk(*label, failed ? Look::RefusalInk : label == m_lead ? Look::Ink : Look::Secondary);
+        Look::SetInk(*label, failed ? Look::RefusalInk : label == m_lead ? Look::Ink : Look::Secondary);
     m_again->setVisible(false);
     m_bar->setVisible(face == Face::Busy);
     setFocusPolicy(face == Face::Busy ? Qt::StrongFocus : Qt::NoFocus);

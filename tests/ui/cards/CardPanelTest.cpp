@@ -88,8 +88,14 @@ private slots:
         QCOMPARE(panel.Choices(), u"[All 10000], Running 9998, Failed 2"_s);
         panel.Choose(u"Failed"_s);
         QCOMPARE(panel.Titles(), QStringList({u"Fruit 7777"_s, u"Fruit 9999"_s}));
+        QCOMPARE(panel.findChild<FindBar*>()->findChild<QLabel*>()->text(), u"2 of 10000"_s);
 
+        const auto* find = panel.findChild<FindBar*>();
+        QCoreApplication::sendPostedEvents();
+        const int place = find->x();
         QTest::keyClicks(panel.findChild<QLineEdit*>(), u"7777"_s);
+        QCoreApplication::sendPostedEvents();
+        QCOMPARE(find->x(), place); // what is typed into stays where it is
         QCOMPARE(panel.Titles(), QStringList{u"Fruit 7777"_s});
         QCOMPARE(panel.Choices(), u"All 1, Running 0, [Failed 1]"_s);
 

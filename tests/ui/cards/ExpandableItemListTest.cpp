@@ -1,4 +1,5 @@
 #include "TestList.h"
+#include "look/Look.h"
 #include "support/PaintNote.h"
 
 #include <QAccessible>
@@ -198,6 +199,35 @@ private slots:
         if (QSysInfo::productType() != "windows"_L1) // whose fonts here are wider than a user's
             QVERIFY(!isCut(0));
         QVERIFY(isCut(1));
+    }
+
+    void aFailureIsReadWhole_data() {
+        const Columns<int, bool> row("width", "cut");
+        row("default", 762, false);
+        row("narrow", 300, true); // then the tool-tip has it
+    }
+
+    void aFailureIsReadWhole() {
+        const auto [width, cut] = Fetched<int, bool>();
+        TestList list;
+        list.resize(width + 40, 400);
+        list.Refresh({u"Photos"_s});
+        CountingCard& card = *list.Card(0);
+        const QString failure = u"Not started: the service did not take it, or does not answer in time"_s;
+        card.SetFailure(failure);
+        QVERIFY(card.accessibleDescription().contains(failure));
+        const QPoint place(card.width() - 60, 10);
+        QHelpEvent asks(QEvent::ToolTip, place, card.mapToGlobal(place));
+        QCoreApplication::sendEvent(&card, &asks);
+        const QString told = QToolTip::text();
+        QToolTip::hideText();
+        QCOMPARE(told.contains(failure), cut);
+        const QImage band = card.grab({0, 0, card.width(), card.TitleBandHeight()}).toImage();
+        bool red = false;
+        for (int x = 0; x < band.width(); ++x)
+            for (int y = 0; y < band.height(); ++y)
+                red = red || band.pixelColor(x, y) == Look::Failed;
+        QVERIFY(red);
     }
 
     void showsTheEmptyViewWithoutCards() {

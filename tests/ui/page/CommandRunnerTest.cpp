@@ -28,7 +28,7 @@ public:
         order.gone = u"gone"_s;
         order.failure = u"failed"_s;
         order.failureInBox = inBox;
-        order.after = [this](bool done) { ended.append(done ? u"done"_s : u"not done"_s); };
+        order.after = [this](const CommandEnd& done) { ended.append(done ? u"done"_s : u"not done"_s); };
         Commands().Run(u"key"_s, order);
     }
     bool IsBusy() { return Commands().IsBusy(u"key"_s); }

@@ -164,6 +164,50 @@ private slots:
         QCOMPARE(fixture.service->Setting("Limit").value_or(""), std::string("35"));
     }
 
+    void leavingWhileItWritesLosesNothing_data() {
+        const Columns<bool, bool> row("byKey", "fails");
+        row("Escape", true, false);
+        row("close button", false, false);
+        row("Escape, and the write fails", true, true);
+    }
+
+    void leavingWhileItWritesLosesNothing() {
+        const auto [byKey, fails] = Fetched<bool, bool>();
+        DialogFixture fixture;
+        fixture.Show();
+        fixture.reader.StepAll();
+        fixture.Type(u"35"_s);
+        if (fails)
+            fixture.service->SetAnswer("/settings/Limit?", devservice::Answer{500, {}});
+        fixture.Press(Qt::Key_Return);
+        if (byKey)
+            fixture.Press(Qt::Key_Escape);
+        else
+            fixture.dialog.close();
+        QVERIFY2(fixture.dialog.isVisible(), "not before it is known how the write went");
+        QVERIFY2(fixture.Notice().contains(u"Still saving"), qPrintable(fixture.Notice()));
+        fixture.reader.StepAll();
+        QCOMPARE(fixture.Written(), QStringList{u"Limit?ValueType=1&Value=35"_s});
+        QCOMPARE(fixture.dialog.isVisible(), fails);
+        QCOMPARE(fixture.Notice().contains(u"was not saved: the service did not take it"), fails);
+        QCOMPARE(fixture.dialog.limit->text(), u"35"_s);
+    }
+
+    void whoWishesTwiceLeavesASilentService() {
+        DialogFixture fixture;
+        fixture.Show();
+        fixture.reader.StepAll();
+        fixture.Type(u"35"_s);
+        QSignalSpy written(&fixture.dialog, &CBrenDialog::Written);
+        fixture.Press(Qt::Key_Return);
+        fixture.Press(Qt::Key_Escape);
+        fixture.Press(Qt::Key_Escape);
+        QVERIFY(!fixture.dialog.isVisible());
+        QCOMPARE(written.size(), 1); // whoever shows it reads it again
+        fixture.reader.StepAll();
+        QCOMPARE(fixture.Written().size(), 1);
+    }
+
     void spaceTwiceOnOkIsNoCancel() {
         DialogFixture fixture;
         fixture.Show();

@@ -83,7 +83,7 @@ Answer Content(const fs::path& file) {
 
 } // namespace
 
-DavTree::DavTree(fs::path mounted, fs::path kept, std::string prefix)
+DavTree::DavTree(fs::path mounted, fs::path kept, const std::string& prefix)
     : m_mounted(std::move(mounted)), m_kept(std::move(kept)), m_tag(prefix.empty() ? prefix : prefix + ':'),
       m_namespace(prefix.empty() ? " xmlns=\"DAV:\"" : " xmlns:" + prefix + "=\"DAV:\"") {}
 

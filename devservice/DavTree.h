@@ -19,7 +19,7 @@ inline constexpr char BackupSets[] = "091306a3-3cb9-4778-b990-6efd84ed4bb5";   /
 class DavTree {
 public:
     /// `prefix` stands before the elements of listings, none when empty.
-    DavTree(std::filesystem::path mounted, std::filesystem::path kept, std::string prefix);
+    DavTree(std::filesystem::path mounted, std::filesystem::path kept, const std::string& prefix);
 
     /// PROPFIND, MKCOL, MOVE, DELETE and GET. The path is decoded and without "/resources"; `destination` is
     /// where MOVE shall move to.

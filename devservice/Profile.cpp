@@ -21,12 +21,12 @@ constexpr int Failed = 2;
 constexpr int LoggedIn = 3;
 constexpr int NoPlugin = 5;
 
-std::optional<std::chrono::seconds> SecondsOf(std::string_view text) {
+std::optional<int> NumberOf(std::string_view text) {
     int number = -1;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
     if (error != std::errc() || end != text.data() + text.size() || number < 0)
         return {};
-    return std::chrono::seconds(number);
+    return number;
 }
 
 std::string CardField(const std::string& field) {
@@ -51,10 +51,10 @@ std::optional<LoginSwitch> ParseLogin(const std::string& text) {
     LoginSwitch result;
     result.name = at == std::string::npos ? std::string() : text.substr(at + 1);
     if (word == "after" && rest) {
-        const auto time = SecondsOf(*rest);
+        const auto seconds = NumberOf(*rest);
         result.login = Login::After;
-        result.time = time.value_or(std::chrono::seconds(0));
-        return time ? std::optional(result) : std::nullopt;
+        result.time = std::chrono::seconds(seconds.value_or(0));
+        return seconds ? std::optional(result) : std::nullopt;
     }
     if (word == "refused" && rest) {
         result.login = Login::Refused;
@@ -80,7 +80,7 @@ bool Profile::Load(SimTime now) {
         if (row.size() == 3 && row[0] == "card")
             m_cards[row[1]] = row[2];
         if (row.size() == 6 && row[0] == "vdir")
-            m_directories.push_back({row[1], row[2], std::atoi(row[3].c_str()), row[4], row[5]});
+            m_directories.push_back({row[1], row[2], NumberOf(row[3]).value_or(Failed), row[4], row[5]});
     }
     for (VirtualDirectory& directory : m_directories)
         if (directory.status == LoggingIn)

@@ -123,6 +123,7 @@ private slots:
         row("no value", {u"--home"_s});
         row("speed", {u"--speed"_s, u"fast"_s});
         row("fault", {u"--fault"_s, u"drip"_s});
+        row("login", {u"--login"_s, u"after:soon"_s});
     }
 
     void refusesWhatItDoesNotKnow() {

@@ -1,5 +1,6 @@
 #include "clouddrive/NamePage.h"
 
+#include "look/Look.h"
 #include "page/Console.h"
 #include "page/UserPrompts.h"
 #include "service/VirtualDirectories.h"
@@ -9,6 +10,7 @@
 #include <QComboBox>
 #include <QDragEnterEvent>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
@@ -41,11 +43,12 @@ NamePage::NamePage(const Console& console, std::shared_ptr<MountDraft> draft)
       m_name(new QLineEdit) {
     m_provider->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_provider->setMinimumContentsLength(20);
+    m_provider->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     m_provider->setPlaceholderText(tr("Choose a provider"));
     m_form->Add(tr("&Storage provider"), m_provider, Form::Need::Required);
-    m_form->AddWide(MakeFileButton());
     m_form->Add(tr("Virtual &directory name"), m_name, Form::Need::Required,
                 tr("Letters, digits, blanks and '.', '-', '_', '(', ')', '#'"));
+    m_form->AddWide(MakeFileRow());
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(m_form);
@@ -54,16 +57,19 @@ NamePage::NamePage(const Console& console, std::shared_ptr<MountDraft> draft)
     connect(m_form, &Form::Edited, this, &WizardPage::Edited);
 }
 
-QWidget* NamePage::MakeFileButton() {
+QWidget* NamePage::MakeFileRow() {
     auto* button = new QPushButton(tr("&Open Provider File..."));
-    button->setToolTip(tr("A provider that the service does not list can come as a file (.brenviasp), which "
-                          "may also be dropped here."));
     connect(button, &QPushButton::clicked, this, &NamePage::PickFile);
+    auto* words = new QLabel(
+        tr("A provider that is not listed can come as a file (.brenviasp), which may also be dropped here."));
+    words->setWordWrap(true);
+    words->setFont(Look::Font(Look::Small));
     auto* row = new QWidget;
     auto* layout = new QHBoxLayout(row);
-    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setContentsMargins(0, Look::TextInset, 0, 0);
+    layout->setSpacing(Look::TextInset);
+    layout->addWidget(words, 1);
     layout->addWidget(button);
-    layout->addStretch();
     return row;
 }
 

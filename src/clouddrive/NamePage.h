@@ -31,7 +31,7 @@ private:
         bool fromFile = false;
     };
 
-    QWidget* MakeFileButton();
+    QWidget* MakeFileRow();
     void PickFile();
     void TakeFile(const QString& file);
     QString Show(const Loaded<Facts>& facts);

@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -145,10 +146,10 @@ void CBrenPropertySheet::showEvent(QShowEvent* event) {
     QDialog::showEvent(event);
     if (m_entries.empty() || event->spontaneous())
         return;
-    if (!std::exchange(m_opened, true))
-        EnterPage();
-    else
-        FillCurrent(); // a read may have ended with the window hidden
+    if (std::exchange(m_opened, true))
+        return FillCurrent(); // a read may have ended with the window hidden
+    resize(size().boundedTo(screen()->availableSize()));
+    EnterPage();
 }
 
 void CBrenPropertySheet::EnterPage() {

@@ -81,8 +81,10 @@ CtlExit Dismount(const Invocation& invocation, const VDirRecord& record, const D
 
 CtlExit Rename(const Invocation& invocation, const VDirRecord& record, const DirectoryList& list) {
     const QString& newName = invocation.operands[1];
-    if (const QString refusal = RenameRefusal(record.name, newName, list.records); !refusal.isEmpty())
+    if (const QString refusal = RenameRefusal(record.name, newName, {}); !refusal.isEmpty())
         return invocation.End(CtlExit::Usage, refusal);
+    if (const QString taken = RenameRefusal(record.name, newName, list.records); !taken.isEmpty())
+        return invocation.End(CtlExit::Refused, taken);
     if (newName == record.name)
         return CtlExit::Done;
     return invocation.End(RenameVDir(ServiceClient(), record.name, newName, invocation.stop));

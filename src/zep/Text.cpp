@@ -147,7 +147,7 @@ QByteArray ZEPURLDecodeUTF8(QByteArrayView encoded) {
 
 QString HtmlDecode(const QString& text) {
     return DecodeReferences<QString, QStringView>(
-        text, [](char32_t character) { return QStringView(QChar::fromUcs4(character)); });
+        text, [](char32_t character) { return QStringView(QChar::fromUcs4(character)).toString(); });
 }
 
 QByteArray HtmlDecode(const QByteArray& utf8) {

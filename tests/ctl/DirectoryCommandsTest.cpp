@@ -13,10 +13,14 @@ using namespace Qt::Literals::StringLiterals;
 class DirectoryCommandsTest : public QObject {
     Q_OBJECT
 
+    /// One that the service knows, so that a login may go well.
+    static constexpr char Provider[] = "{0F3C6B52-7A41-4E0B-9C55-21D8E3A7B901}";
+
 private slots:
     void init() {
         m_service = std::make_unique<ServiceFixture>();
-        Service()->SetVirtualDirectories({{"Photos", "{C}", 1, "{P}"}, {"A&B", "{C&D}", 7, "{P}"}});
+        Service()->SetVirtualDirectories(
+            {{"Photos", "{C}", 1, Provider}, {"Plans", "{C}", 1, Provider}, {"A&B", "{C&D}", 7, Provider}});
     }
 
     void cleanup() { m_service.reset(); }
@@ -34,6 +38,7 @@ private slots:
         row("vdir|rename|photos|PHOTOS", Done, {u"MOVE /resources/Photos?Destination=/resources/PHOTOS"_s});
         row("vdir|rename|Photos|Photos", Done, {});
         row("vdir|rename|photos|a&b", Usage, {});
+        row("vdir|rename|photos|plans", Refused, {});
         row("vdir|rename|A&B|photos", Usage, {});
         row("vdir|rename|none|c", Refused, {});
         row("card|A&B", Refused, {});
@@ -73,11 +78,12 @@ private slots:
             return QJsonObject{{u"name"_s, QString::fromLatin1(name)},
                                {u"status"_s, QString::fromLatin1(status)},
                                {u"statusText"_s, u"pending"_s},
-                               {u"spId"_s, u"{P}"_s},
+                               {u"spId"_s, QString::fromLatin1(Provider)},
                                {u"safeCardId"_s, QString::fromLatin1(card)}};
         };
         QCOMPARE(Json({u"vdirs"_s}),
-                 (QJsonArray{directory("Photos", "1", "{C}"), directory("A&B", "7", "{C&D}")}));
+                 (QJsonArray{directory("Photos", "1", "{C}"), directory("Plans", "1", "{C}"),
+                             directory("A&B", "7", "{C&D}")}));
         Service()->SetAnswer("/mysafe/",
                              devservice::Answer{200, "<SafeCard><F FieldId='{F}' FieldName='Key' "
                                                      "Encrypted='True' FieldData='b3Blbg=='/></SafeCard>"});

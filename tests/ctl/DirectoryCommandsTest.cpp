@@ -39,7 +39,7 @@ private slots:
         row("vdir|rename|Photos|Photos", Done, {});
         row("vdir|rename|photos|a&b", Usage, {});
         row("vdir|rename|photos|plans", Refused, {});
-        row("vdir|rename|A&B|photos", Usage, {});
+        row("vdir|rename|A&B|photos", Refused, {});
         row("vdir|rename|none|c", Refused, {});
         row("card|A&B", Refused, {});
         row("card|none", Refused, {});

@@ -111,12 +111,12 @@ ServiceAnswer ForceRelogin(const ServiceClient& service, const QString& name, st
 }
 
 QString RenameRefusal(const QString& name, const QString& newName, std::vector<VDirRecord> existing) {
-    if (const QString refusal = ChangedPathRefusal(name); !refusal.isEmpty())
+    if (QString refusal = ChangedPathRefusal(name); !refusal.isEmpty())
         return refusal;
     std::erase_if(existing, [&name](const VDirRecord& record) {
         return record.name.compare(name, Qt::CaseInsensitive) == 0;
     });
-    const QString refusal = VDirNameRefusal(newName, existing);
+    QString refusal = VDirNameRefusal(newName, existing);
     if (!refusal.isEmpty())
         return refusal;
     return newName == "."_L1 || newName == ".."_L1 ? ChangedPathRefusal(newName) : QueryRefusal(newName);

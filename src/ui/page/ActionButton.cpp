@@ -13,6 +13,7 @@ constexpr int IconAlone = 18;
 constexpr int Gap = 8;
 constexpr int FramedInset = 10;
 constexpr int LinkInset = 8;
+constexpr int Slack = 2;
 constexpr int LinkWidth = 184; ///< of the column; a longer caption takes a second line
 
 class AccessibleActionButton : public AccessiblePart {
@@ -105,15 +106,16 @@ QSize ActionButton::sizeHint() const {
     if (IsIconOnly())
         return {Height, Height};
     const int width = CaptionWidth();
-    if (m_kind == Kind::Link && width > LinkWidth)
-        return {LinkWidth, Height + fontMetrics().lineSpacing()};
-    return {width, Height};
+    if (m_kind != Kind::Link)
+        return {width, Height};
+    const bool wraps = width - Slack > LinkWidth;
+    return {std::min(width, LinkWidth), wraps ? Height + fontMetrics().lineSpacing() : Height};
 }
 
 int ActionButton::CaptionWidth() const {
     const int inset = m_kind == Kind::Link ? LinkInset : FramedInset;
     const int iconWidth = icon().isNull() ? 0 : IconInText + Gap;
-    return 2 * inset + iconWidth + fontMetrics().size(Qt::TextSingleLine, text()).width() + 2;
+    return 2 * inset + iconWidth + fontMetrics().size(Qt::TextSingleLine, text()).width() + Slack;
 }
 
 void ActionButton::keyPressEvent(QKeyEvent* event) {

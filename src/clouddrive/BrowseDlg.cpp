@@ -39,8 +39,10 @@ bool StaysInHome() {
 
 RemoteLevels LevelsFor(const RemoteFolderRequest& request) {
     const bool home = StaysInHome();
-    return {home ? u"/home"_s : QString(), request.hiddenToo ? HiddenEntries::Show : HiddenEntries::LeaveOut,
-            request.oneLevel, request.homeIsRoot && home};
+    // What shows the home folder as the root has to list the root.
+    return {home && !request.homeIsRoot ? u"/home"_s : QString(),
+            request.hiddenToo ? HiddenEntries::Show : HiddenEntries::LeaveOut, request.oneLevel,
+            request.homeIsRoot && home};
 }
 
 /// The child of this name, before one that differs in case; null when there is none.
@@ -130,7 +132,7 @@ void CBrowseDlg::BuildLayout() {
     column->setContentsMargins(16, 16, 16, 16);
     column->setSpacing(12);
     column->addLayout(path);
-    column->addWidget(new TreeFindField(*m_view, tr("Find a folder")));
+    column->addWidget(new TreeFindField(*m_view, tr("Find a folder"), TreeFindField::Others::Hidden));
     column->addWidget(m_view, 1);
     column->addWidget(m_notice);
     column->addLayout(buttons);
@@ -265,12 +267,17 @@ void CBrowseDlg::AskNewFolder() {
 }
 
 void CBrowseDlg::MakeFolder(const QString& parent, const QString& name) {
+    if (std::exchange(m_makesFolder, true))
+        return;
+    m_notice->SetText(tr("\"%1\" is being made...").arg(name));
     m_loader.Command(
         Lane::Service,
         [service = m_console.service, parent, name, hidden = m_levels.hidden](std::stop_token stop) {
             return FindOrMake(service, parent, name, hidden, stop);
         },
         [this, parent, name](const Loaded<NewFolder>& made) {
+            m_makesFolder = false;
+            m_notice->SetText({});
             if (made && !made->existing.isEmpty())
                 return Refill(parent + u'/' + made->existing);
             if (made && made->answer)

@@ -75,6 +75,7 @@ private:
     QPushButton* m_newFolder;
     QPushButton* m_ok = nullptr;
     std::optional<Walk> m_walk;
+    bool m_makesFolder = false;
     QString m_lost; ///< was selected before its level was listed again
 };
 

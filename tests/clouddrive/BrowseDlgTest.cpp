@@ -203,6 +203,15 @@ private slots:
         QCOMPARE(picker.Names({}), (QStringList{u"Home"_s, u"V"_s}));
     }
 
+    void showsHomeAsTheRoot() {
+        RemoteFolderRequest request;
+        request.homeIsRoot = true;
+        Picker picker(request, true);
+        QCOMPARE(picker.Names({}), (QStringList{u"/"_s, u"V"_s}));
+        QTest::keyClick(&picker.Tree(), Qt::Key_Space);
+        QCOMPARE(picker.dialog->Path(), u"/Home"_s);
+    }
+
     void fillsAnewAfterMounting() {
         std::function<void(bool)> done;
         Picker picker({}, false, [&done](const Console&, QWidget*, std::function<void(bool)> closed) {

@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QSet>
 
 namespace {
 
@@ -18,8 +19,8 @@ constexpr int NodesBetweenLooksAtTheClock = 256;
 
 } // namespace
 
-TreeFindField::TreeFindField(CheckTreeView& view, const QString& placeholder, QWidget* parent)
-    : QWidget(parent), m_view(view), m_words(new QLineEdit), m_count(new QLabel) {
+TreeFindField::TreeFindField(CheckTreeView& view, const QString& placeholder, Others others, QWidget* parent)
+    : QWidget(parent), m_view(view), m_words(new QLineEdit), m_count(new QLabel), m_others(others) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(Look::TextInset);
@@ -71,11 +72,32 @@ void TreeFindField::LookOn() {
         if (++nodes % NodesBetweenLooksAtTheClock == 0 && since.elapsed() >= PieceMilliseconds)
             break;
     }
-    if (!m_at)
+    if (!m_at) {
         m_timer.stop();
+        HideOthers();
+    }
     if (!m_found.empty() && !std::exchange(m_went, true))
         m_view.GoTo(*m_found.front());
     ShowCount();
+}
+
+void TreeFindField::HideOthers() {
+    const bool hides = m_others == Others::Hidden && !m_words->text().isEmpty();
+    if (!hides && !m_hides)
+        return;
+    m_hides = hides;
+    QSet<const TreeLevels::Node*> above;
+    for (const TreeLevels::Node* found : m_found)
+        for (const TreeLevels::Node* node = found; node && !above.contains(node); node = node->parent)
+            above.insert(node);
+    QSet<const TreeLevels::Node*> within(m_found.begin(), m_found.end());
+    for (const TreeLevels::Node* node = NextNode(m_view.Tree().Levels().Root()); node;
+         node = NextNode(*node)) {
+        if (within.contains(node->parent))
+            within.insert(node);
+        const bool shown = above.contains(node) || within.contains(node);
+        m_view.setRowHidden(node->row, m_view.Tree().IndexOf(*node->parent), hides && !shown);
+    }
 }
 
 void TreeFindField::Step(int by) {

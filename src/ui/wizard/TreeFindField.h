@@ -18,8 +18,12 @@ class TreeFindField : public QWidget {
     Q_OBJECT
 
 public:
+    /// Whether the other nodes are hidden, but for what leads to one that was found and what is below it.
+    enum class Others { Shown, Hidden };
+
     /// Stands above the view, which lives as long.
-    TreeFindField(CheckTreeView& view, const QString& placeholder, QWidget* parent = nullptr);
+    TreeFindField(CheckTreeView& view, const QString& placeholder, Others others = Others::Shown,
+                  QWidget* parent = nullptr);
 
     bool IsLooking() const { return m_at != nullptr; }
 
@@ -29,6 +33,7 @@ protected:
 private:
     void Start();
     void LookOn();
+    void HideOthers();
     void Step(int by);
     void ShowCount();
 
@@ -40,4 +45,6 @@ private:
     std::vector<const TreeLevels::Node*> m_found;
     std::size_t m_shown = 0;
     bool m_went = false; ///< to the first one found
+    Others m_others;
+    bool m_hides = false; ///< nodes are hidden now
 };

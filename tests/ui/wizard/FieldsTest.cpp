@@ -123,7 +123,7 @@ private slots:
         QWidget page;
         CheckTreeModel model(reader, page, Lane::Service, nullptr);
         CheckTreeView view(model, &page);
-        TreeFindField find(view, u"Find"_s, &page);
+        TreeFindField find(view, u"Find"_s, TreeFindField::Others::Hidden, &page);
         const auto level = [](const QStringList& names) {
             TreeLevel made;
             for (const QString& name : names)
@@ -149,8 +149,21 @@ private slots:
         QTRY_COMPARE(find.findChild<QLabel*>()->text(), u"1 of 2"_s);
         QTest::keyClick(words, Qt::Key_Up);
         QCOMPARE(present(), u"photon"_s);
+        // Only what was found is shown, what leads to it and what is below it.
+        model.SetLevel({u"Photos"_s}, level({u"raw"_s}));
+        QTRY_VERIFY(!find.IsLooking());
+        const auto isHidden = [&view](const QModelIndex& index) {
+            return view.isRowHidden(index.row(), index.parent());
+        };
+        const QModelIndex photos = model.index(0, 0);
+        const QModelIndex music = model.index(1, 0);
+        QVERIFY(!isHidden(photos) && !isHidden(model.index(0, 0, photos)) && !isHidden(music));
+        words->setText(u"raw"_s);
+        QTRY_VERIFY(isHidden(music));
+        QVERIFY(!isHidden(photos) && isHidden(model.index(0, 0, music)));
         QTest::keyClick(words, Qt::Key_Escape);
         QVERIFY(words->text().isEmpty());
+        QTRY_VERIFY(!isHidden(music));
     }
 };
 

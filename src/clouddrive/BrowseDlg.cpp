@@ -200,7 +200,7 @@ void CBrowseDlg::EndWalk(const TreeLevels::Node& node, const QString& missing) {
         m_view->GoTo(node);
     if (missing.isEmpty()) {
         if (walk.arrival == Arrival::Accept)
-            accept();
+            CBrowseDlg::accept();
         return;
     }
     if (walk.arrival == Arrival::SelectAsFar)

@@ -50,7 +50,7 @@ CBrenDialog::Write CRenameVDirDlg::Changes() const {
                 const auto existing = service.GetVdirList(stop);
                 if (!existing)
                     return NoVdirListText();
-                if (const QString refusal = RenameRefusal(before, after, *existing); !refusal.isEmpty())
+                if (QString refusal = RenameRefusal(before, after, *existing); !refusal.isEmpty())
                     return refusal;
                 return RenameVDir(service, before, after, stop) ? QString() : tr("Operation failed");
             },

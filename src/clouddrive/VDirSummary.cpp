@@ -76,14 +76,13 @@ void CVDirSummary::Activate() {
 }
 
 void CVDirSummary::ShowToolbar() {
-    SetToolbar(
-        {{tr("Config"), SettingsIcon, [this] { m_commands.Config(m_record); }},
-         {tr("Dismount"), DismountIcon,
-          [this] { m_commands.Dismount(m_record, [panel = QPointer(this)] { return !panel.isNull(); }); },
-          !m_commands.IsDismounting(m_record.name)},
-         {tr("Rename"), EditIcon, [this] { m_commands.Rename(m_record); }},
-         {tr("Login"), LoginIcon, [this] { m_commands.Login(m_record); },
-          !m_commands.IsLoggingIn(m_record.name)}});
+    const auto isShown = [panel = QPointer(this)] { return !panel.isNull(); };
+    SetToolbar({{tr("Config"), SettingsIcon, [this] { m_commands.Config(m_record); }},
+                {tr("Dismount"), DismountIcon, [this, isShown] { m_commands.Dismount(m_record, isShown); },
+                 !m_commands.IsDismounting(m_record.name)},
+                {tr("Rename"), EditIcon, [this] { m_commands.Rename(m_record); }},
+                {tr("Login"), LoginIcon, [this] { m_commands.Login(m_record); },
+                 !m_commands.IsLoggingIn(m_record.name)}});
 }
 
 CVDirSummary::Facts CVDirSummary::ReadFacts(const ServiceClient& service, const VDirRecord& record,

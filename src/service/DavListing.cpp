@@ -13,67 +13,22 @@ namespace {
 
 constexpr int Ok = 200;
 constexpr int Multistatus = 207;
+constexpr qsizetype UsualEntry = 512; // octets
 constexpr qsizetype LongestHref = 1038;
 constexpr qsizetype NoPlace = std::numeric_limits<qsizetype>::max();
-
-constexpr int Block = 64;
-constexpr int Part = 16;
-
-/// Whether a pattern of this length may begin in the block: three of its octets stand where they should. The
-/// loop has no branches, so that the compiler compares many octets at once.
-template <int Size>
-bool MayBeginIn(const char* block, QByteArrayView pattern) {
-    const char first = pattern.front();
-    const char second = pattern[pattern.size() / 2];
-    const char third = pattern.back();
-    const char* seconds = block + pattern.size() / 2;
-    const char* thirds = block + pattern.size() - 1;
-    unsigned char least = 255; // of what differs; zero where all three stand
-    for (int at = 0; at < Size; ++at) {
-        const int differs = (block[at] ^ first) | (seconds[at] ^ second) | (thirds[at] ^ third);
-        least = std::min(least, static_cast<unsigned char>(differs));
-    }
-    return least == 0;
-}
-
-/// The first place of the pattern, which begins before `end`; null when there is none.
-const char* FindBefore(const char* begin, const char* end, QByteArrayView pattern) {
-    const auto room = [&] { return static_cast<std::size_t>(end - begin); };
-    while (begin < end && (begin = static_cast<const char*>(std::memchr(begin, pattern.front(), room())))) {
-        if (begin[pattern.size() - 1] == pattern.back() &&
-            std::memcmp(begin, pattern.data(), static_cast<std::size_t>(pattern.size())) == 0)
-            return begin;
-        ++begin;
-    }
-    return nullptr;
-}
-
-const char* Find(QByteArrayView text, qsizetype from, QByteArrayView pattern) {
-    const char* at = text.data() + std::min(from, text.size());
-    const char* end = text.data() + std::max(text.size() - pattern.size() + 1, qsizetype(0));
-    for (; pattern.size() > 1 && end - at >= Block; at += Block)
-        if (MayBeginIn<Block>(at, pattern))
-            for (const char* part = at; part < at + Block; part += Part)
-                if (const char* found =
-                        MayBeginIn<Part>(part, pattern) ? FindBefore(part, part + Part, pattern) : nullptr)
-                    return found;
-    return at < end ? FindBefore(at, end, pattern) : nullptr;
-}
 
 /// Finds a pattern at or behind positions that never go back, so that all searches together look at each
 /// octet once.
 class NextPlace {
 public:
-    NextPlace(QByteArrayView text, const QByteArray& pattern) : m_text(text), m_pattern(pattern) {}
+    /// The octets of the text and of the pattern stay where they are. `rare` is the place in the pattern of
+    /// an octet that answers seldom hold: it is what is looked for first.
+    NextPlace(QByteArrayView text, QByteArrayView pattern, qsizetype rare = 0)
+        : m_text(text.data()), m_end(text.size() - pattern.size() + rare + 1), m_pattern(pattern),
+          m_rare(rare) {}
 
     /// NoPlace when there is none.
-    qsizetype From(qsizetype position) {
-        if (m_place < position) {
-            const char* found = Find(m_text, position, m_pattern);
-            m_place = found ? found - m_text.data() : NoPlace;
-        }
-        return m_place;
-    }
+    qsizetype From(qsizetype position) { return m_place < position ? m_place = Find(position) : m_place; }
 
     /// Where the pattern ends.
     qsizetype EndFrom(qsizetype position) {
@@ -82,16 +37,35 @@ public:
     }
 
 private:
-    QByteArrayView m_text;
-    QByteArray m_pattern;
+    qsizetype Find(qsizetype from) const {
+        const char rare = m_pattern[m_rare];
+        for (qsizetype at = from + m_rare; at < m_end; ++at) {
+            if (m_text[at] != rare) {
+                const void* found = std::memchr(m_text + at, rare, static_cast<std::size_t>(m_end - at));
+                if (!found)
+                    break;
+                at = static_cast<const char*>(found) - m_text;
+            }
+            const char* place = m_text + at - m_rare;
+            if (*place == m_pattern.front() &&
+                std::memcmp(place, m_pattern.data(), static_cast<std::size_t>(m_pattern.size())) == 0)
+                return at - m_rare;
+        }
+        return NoPlace;
+    }
+
+    const char* m_text;
+    qsizetype m_end; ///< of where the rare octet may stand
+    QByteArrayView m_pattern;
+    qsizetype m_rare;
     qsizetype m_place = -1;
 };
 
 /// The value that follows the next place of a property's name: from the first ">" to the first "<" behind it.
 class NextValue {
 public:
-    NextValue(QByteArrayView text, const QByteArray& property)
-        : m_property(text, property), m_open(text, ">"), m_close(text, "<") {}
+    NextValue(QByteArrayView text, QByteArrayView property, qsizetype rare)
+        : m_property(text, property, rare), m_open(text, ">"), m_close(text, "<") {}
 
     struct Value {
         bool named = false;        ///< the property's name was found
@@ -149,8 +123,9 @@ public:
     Scanner(QByteArrayView text, const QString& folderPath, HiddenEntries hidden)
         : m_text(text), m_showHidden(hidden == HiddenEntries::Show),
           m_self(folderPath.contains(u'/') ? LastSegment(folderPath) : QString()),
-          m_marker(text, ElementMarker(text)) {
+          m_elementBegin(ElementMarker(text)), m_marker(text, m_elementBegin) {
         m_listing.folderPath = folderPath;
+        m_listing.entries.reserve(static_cast<std::size_t>(text.size() / UsualEntry));
     }
 
     DavListing Scan() {
@@ -217,9 +192,10 @@ private:
 
     Name MakeName(QByteArrayView utf8) const {
         const QString text = ZEPUTF8ToUnicode(utf8);
-        const bool isListed = !text.isEmpty() && text.compare(m_self, Qt::CaseInsensitive) != 0 &&
-                              text.compare("resources"_L1, Qt::CaseInsensitive) != 0;
-        return {true, isListed, text};
+        const auto is = [&text](const auto& name) {
+            return text.size() == name.size() && text.compare(name, Qt::CaseInsensitive) == 0;
+        };
+        return {true, !text.isEmpty() && !is(m_self) && !is("resources"_L1), text};
     }
 
     std::optional<bool> ReadIsFolder() {
@@ -237,20 +213,21 @@ private:
 
     QByteArrayView Octets(qsizetype begin, qsizetype end) const { return m_text.sliced(begin, end - begin); }
 
-    inline static const QByteArray ElementEnd = "response>";
+    static constexpr QByteArrayView ElementEnd = "response>";
 
     QByteArrayView m_text;
     bool m_showHidden;
     QString m_self; ///< the name of the folder's own entry
     qsizetype m_position = 0;
+    QByteArray m_elementBegin;
     NextPlace m_marker;
-    NextPlace m_hidden{m_text, "</a:mesffolder>"};
-    NextValue m_href{m_text, "href"};
-    NextValue m_displayName{m_text, "displayname"};
-    NextValue m_collection{m_text, "iscollection"};
-    NextValue m_contentType{m_text, "getcontenttype"};
-    NextValue m_modified{m_text, "getlastmodified"};
-    NextPlace m_elementEnd{m_text, ElementEnd};
+    NextPlace m_hidden{m_text, "</a:mesffolder>", 4};
+    NextValue m_href{m_text, "href", 3};
+    NextValue m_displayName{m_text, "displayname", 6};
+    NextValue m_collection{m_text, "iscollection", 4};
+    NextValue m_contentType{m_text, "getcontenttype", 11};
+    NextValue m_modified{m_text, "getlastmodified", 7};
+    NextPlace m_elementEnd{m_text, ElementEnd, 6};
     qsizetype m_hrefBegin = NoPlace;
     Remembered<QByteArray> m_decodedHref;
     Remembered<Name> m_hrefName;

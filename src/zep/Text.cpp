@@ -133,13 +133,17 @@ QString ZEPURLDecodeUTF8(QStringView text) {
 QByteArray ZEPURLDecodeUTF8(QByteArrayView encoded) {
     QByteArray decoded(encoded.size(), Qt::Uninitialized);
     char* end = decoded.data();
-    for (qsizetype i = 0; i < encoded.size(); ++i) {
-        const bool escape = encoded[i] == '%' && i + 2 < encoded.size();
-        const int high = escape ? HexDigit(encoded[i + 1]) : -1;
-        const int low = escape ? HexDigit(encoded[i + 2]) : -1;
-        const bool valid = high >= 0 && low >= 0;
-        *end++ = valid ? char(high * 16 + low) : encoded[i];
-        i += valid ? 2 : 0;
+    for (qsizetype i = 0; i < encoded.size();) {
+        const qsizetype found = encoded.indexOf('%', i);
+        const qsizetype mark = found < 0 ? encoded.size() : found;
+        end = std::copy(encoded.begin() + i, encoded.begin() + mark, end);
+        i = mark;
+        if (mark == encoded.size())
+            break;
+        const int high = mark + 2 < encoded.size() ? HexDigit(encoded[mark + 1]) : -1;
+        const int low = high >= 0 ? HexDigit(encoded[mark + 2]) : -1;
+        *end++ = low >= 0 ? char(high * 16 + low) : '%';
+        i += low >= 0 ? 3 : 1;
     }
     decoded.truncate(end - decoded.constData());
     return decoded;
@@ -150,7 +154,7 @@ QString HtmlDecode(const QString& text) {
         text, [](char32_t character) { return QStringView(QChar::fromUcs4(character)).toString(); });
 }
 
-QByteArray HtmlDecode(const QByteArray& utf8) {
+QByteArray HtmlDecode(QByteArray utf8) {
     if (!utf8.contains('&'))
         return utf8;
     return DecodeReferences<QByteArray, QByteArrayView>(

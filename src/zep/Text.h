@@ -20,7 +20,7 @@ QByteArray ZEPURLDecodeUTF8(QByteArrayView encoded); ///< the octets themselves,
 
 /// Replaces character references (named of XML, decimal, hexadecimal); an unknown one stays as it stands.
 QString HtmlDecode(const QString& text);
-QByteArray HtmlDecode(const QByteArray& utf8); ///< malformed UTF-8 stays as it stands
+QByteArray HtmlDecode(QByteArray utf8); ///< malformed UTF-8 stays as it stands
 
 QByteArray ZEPBase64Encode(QByteArrayView octets);
 

@@ -49,9 +49,10 @@ private slots:
         elements.removeFirst();
         for (const QByteArray& element : elements) {
             qsizetype at = 0;
-            for (const char* pattern : {"href>", "displayname>", "iscollection>", "getlastmodified>"}) {
-                at = element.indexOf(pattern, at) + qstrlen(pattern);
-                if (qstrcmp(pattern, "getlastmodified>") != 0)
+            for (const QByteArrayView pattern :
+                 {"href>", "displayname>", "iscollection>", "getlastmodified>"}) {
+                at = element.indexOf(pattern, at) + pattern.size();
+                if (pattern != "getlastmodified>")
                     picked += ' ' + element.mid(at, element.indexOf('<', at) - at);
             }
             at = element.indexOf("</a:mesffolder>");

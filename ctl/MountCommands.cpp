@@ -147,7 +147,7 @@ MountOutcome RunMount(const Invocation& invocation, const MountOrder& order) {
 
 CtlExit EndMount(const Invocation& invocation, const MountOrder& order, const MountOutcome& outcome) {
     if (outcome.end != MountOutcome::End::Mounted)
-        return invocation.End(CtlExit::Refused, QStringList{outcome.why, outcome.where}.join(u' ').trimmed());
+        return invocation.End(CtlExit::Refused, outcome.Words());
     const CtlExit told =
         outcome.message.isEmpty() ? CtlExit::Done : invocation.Write(outcome.message.toUtf8() + '\n');
     const QString failure = FinishMount(ServiceClient(), order, invocation.stop);

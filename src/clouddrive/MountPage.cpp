@@ -246,7 +246,7 @@ void MountPage::Finish() {
 
 void MountPage::EndFailed(const MountOutcome& outcome) {
     m_draft->lookAt = outcome.lookAt;
-    const QString words = QStringList{outcome.why, outcome.where}.join(u' ').trimmed();
+    const QString words = outcome.Words();
     Sheet().Stay({words, FieldOf(outcome.lookAt)});
     if (outcome.end == MountOutcome::End::Failed)
         m_console.prompts.ShowMessage(this, outcome.why, {}, outcome.where);

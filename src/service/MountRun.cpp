@@ -32,6 +32,13 @@ QString Told(const ServiceAnswer& answer) {
 
 } // namespace
 
+QString MountOutcome::Words() const {
+    if (why.isEmpty() || where.isEmpty())
+        return why + where;
+    return why + (why.back().isLetterOrNumber() ? u". "_s : u" "_s) +
+           where; // a service ends its words as it likes
+}
+
 MountRun::MountRun(const ServiceClient& service, MountOrder order)
     : m_service(service), m_order(std::move(order)), m_state(Words::tr("Creating Safe Card ...")) {
     m_outcome.cardAccepted = m_order.cardAccepted;

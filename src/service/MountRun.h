@@ -27,6 +27,8 @@ struct MountOutcome {
     Place lookAt = Place::Nothing;
     bool cardAccepted = false; ///< the service has the card
     QString message = {};      ///< of a mount: what the provider wants the user to read
+
+    QString Words() const; ///< why and where, in a line
 };
 
 /// One mount, from the login card to the logged-in account, a request or two at a time: whoever runs it waits

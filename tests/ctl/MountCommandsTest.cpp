@@ -77,7 +77,7 @@ private slots:
             u"GetPopularStorageList GetVdirList ConsoleRecords addnewcard AddNewNode GetVDirStatus "
             "prefetchfolder ConsolePublish"_s);
         row(u"F|V"_s + login, "refused:Quota", Refused,
-            "Quota It stopped when the virtual directory was being validated. The half-made virtual "
+            "Quota. It stopped when the virtual directory was being validated. The half-made virtual "
             "directory "
             "was removed.\n",
             mounted + u" V GetVdirList RemoveNode"_s);

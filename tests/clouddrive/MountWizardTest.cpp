@@ -164,7 +164,7 @@ private slots:
         // back.
         const Columns<QString, QString, QString, QString, QString, QString> row("login", "fault", "why",
                                                                                 "where", "field", "back");
-        row("login refused", "refused:Quota is used up", "", "Quota is used up", u'.' + Stopped + Removed,
+        row("login refused", "refused:Quota is used up.", "", "Quota is used up.", Stopped + Removed,
             "Password", "focus Password");
         row("no plug-in", "no-plugin", "", "Specified plugin can not be located!", Stopped + Removed,
             "Storage provider", "Back | focus Storage provider");

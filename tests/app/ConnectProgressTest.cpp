@@ -1,4 +1,4 @@
-// Labels: threads
+// Labels: threads painting
 #include "app/ConnectProgressDlg.h"
 #include "support/ServiceFixture.h"
 #include "support/TestMain.h"

@@ -1,4 +1,3 @@
-// Labels: threads painting
 #include "app/Pages.h"
 #include "development/CheckRun.h"
 #include "development/Silences.h"

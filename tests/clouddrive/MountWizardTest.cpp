@@ -2,6 +2,7 @@
 #include "clouddrive/MountWizard.h"
 
 #include "support/PageFixture.h"
+#include "support/RegistryText.h"
 #include "support/TestMain.h"
 #include "support/WizardRider.h"
 
@@ -143,11 +144,8 @@ private slots:
 
     void aProvidersMessageGoesToTheClipboard() {
         Mounting mounting;
-        QVERIFY(QDir(mounting.service.Home()).mkpath(u"brenvia/SOFTWARE/Brenvia"_s));
-        QFile file(mounting.service.Home() + u"/brenvia/SOFTWARE/Brenvia/Settings.ini"_s);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("Msg-{0F3C6B52-7A41-4E0B-9C55-21D8E3A7B901}/Photos=Key 4711\n");
-        file.close();
+        const RegistryText message(platform::RegistryRoot::CurrentUser, u"SOFTWARE\\Brenvia\\Settings"_s,
+                                   u"Msg-{0F3C6B52-7A41-4E0B-9C55-21D8E3A7B901}/Photos"_s, u"Key 4711"_s);
         mounting.prompts.ExpectMessage(
             u"Key 4711\n\n The above message will be copied to clipboard upon clicking OK."_s);
         mounting.prompts.Hold();

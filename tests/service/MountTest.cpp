@@ -1,6 +1,7 @@
 // Labels: threads
 #include "service/MountRun.h"
 #include "service/VirtualDirectories.h"
+#include "support/RegistryText.h"
 #include "support/ServiceFixture.h"
 #include "support/TestMain.h"
 
@@ -332,11 +333,8 @@ private slots:
 
     void aProvidersMessageIsRead() {
         ServiceFixture service;
-        QVERIFY(QDir(service.Home()).mkpath(u"brenvia/SOFTWARE/Brenvia"_s));
-        QFile file(service.Home() + u"/brenvia/SOFTWARE/Brenvia/Settings.ini"_s);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write("Msg-" + Provider.spId.toUtf8() + "/Photos=Keep this: 4711\n");
-        file.close();
+        const RegistryText message(platform::RegistryRoot::CurrentUser, u"SOFTWARE\\Brenvia\\Settings"_s,
+                                   u"Msg-"_s + Provider.spId + u"/Photos"_s, u"Keep this: 4711"_s);
         QCOMPARE(Run(Order()).message, u"Keep this: 4711"_s);
     }
 

@@ -3,7 +3,7 @@
 #include "stores/FileIndexStore.h"
 #include "stores/HistoryStore.h"
 #include "stores/ProcessLogStore.h"
-#include "support/MachineText.h"
+#include "support/RegistryText.h"
 #include "support/TestMain.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -228,7 +228,8 @@ private slots:
     void theFileIndexStandsWhereItsMonitorSays() {
         auto [location, folder] = Fetched<QString, QString>();
         ServiceFixture service;
-        const MachineText value(MonitorKey, u"DBLocation"_s, location.replace(u"%1"_s, service.Home()));
+        const RegistryText value(platform::RegistryRoot::LocalMachine, MonitorKey, u"DBLocation"_s,
+                                 location.replace(u"%1"_s, service.Home()));
         folder.replace(u"%1"_s, service.Home());
         QCOMPARE(QString::fromStdU16String(FileIndexFolder().generic_u16string()), folder);
         QVERIFY(!folder.startsWith(service.Home()) || QDir(folder).exists());
@@ -239,7 +240,7 @@ private slots:
         ServiceFixture service;
         for (const auto& [name, text] : {std::pair(u"DBLocation"_s, u""_s), std::pair(u"Other"_s, u"x"_s),
                                          std::pair(u"DBLocation"_s, u'/' + QString(260, u'x'))}) {
-            const MachineText location(MonitorKey, name, text);
+            const RegistryText location(platform::RegistryRoot::LocalMachine, MonitorKey, name, text);
             QVERIFY(QString::fromStdU16String(FileIndexFolder().generic_u16string())
                         .endsWith(u"/Brenvia/JounralDB"_s));
         }

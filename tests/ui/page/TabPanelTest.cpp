@@ -173,8 +173,8 @@ private slots:
         tabs.Activate();
         const auto* strip = tabs.findChild<TabStrip*>();
         // The fonts of the other system are wider.
-        const int firstSize = QSysInfo::productType() == "windows"_L1 ? 1200 : 786;
-        for (const auto& [width, hasIcons] : {std::pair(1200, true), {firstSize, true}, {400, false}}) {
+        const int firstSize = QSysInfo::productType() == "windows"_L1 ? 1600 : 786;
+        for (const auto& [width, hasIcons] : {std::pair(1600, true), {firstSize, true}, {400, false}}) {
             tabs.resize(width, 400);
             QCOMPARE(!strip->iconSize().isEmpty(), hasIcons);
         }

@@ -3,6 +3,7 @@
 #include "app/SystemOperations.h"
 #include "look/Look.h"
 #include "platform/Console.h"
+#include "platform/Memory.h"
 
 #include <QApplication>
 
@@ -21,6 +22,7 @@ QStringList Words(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    platform::ShareHeaps();
     const QString text = CommandLine(Words(argc, argv)).TextToPrint();
     if (!text.isEmpty() && platform::PrintText(text.toStdString()))
         return 0;

@@ -74,12 +74,15 @@ public:
     };
 
     Value From(qsizetype position) {
-        Value value;
-        const qsizetype name = m_property.EndFrom(position);
-        value.named = name != NoPlace;
-        value.begin = value.named ? m_open.EndFrom(name) : NoPlace;
+        Value value = BeginFrom(position);
         value.end = value.begin == NoPlace ? NoPlace : m_close.From(value.begin);
         return value;
+    }
+
+    /// Its end is not looked for.
+    Value BeginFrom(qsizetype position) {
+        const qsizetype name = m_property.EndFrom(position);
+        return {name != NoPlace, name == NoPlace ? NoPlace : m_open.EndFrom(name), NoPlace};
     }
 
 private:
@@ -158,8 +161,8 @@ private:
             return;
         m_position = end + ElementEnd.size();
         if (modified.end < end && name->isListed)
-            m_listing.entries.push_back(
-                {name->text, *href, *isFolder, Octets(modified.begin, modified.end).toByteArray()});
+            m_listing.entries.emplace_back(name->text, *href, *isFolder,
+                                           Octets(modified.begin, modified.end).toByteArray());
     }
 
     bool IsHidden() {
@@ -199,7 +202,7 @@ private:
     }
 
     std::optional<bool> ReadIsFolder() {
-        const NextValue::Value flag = m_collection.From(m_position);
+        const NextValue::Value flag = m_collection.BeginFrom(m_position);
         if (flag.named && flag.begin == NoPlace)
             return std::nullopt;
         if (flag.named)

@@ -27,8 +27,10 @@ void Harden(sqlite3* connection, OpenMode mode) {
     sqlite3_db_config(connection, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
     if (mode == OpenMode::ReadOnly)
         sqlite3_db_config(connection, SQLITE_DBCONFIG_NO_CKPT_ON_CLOSE, 1, nullptr);
-    // In KiB: a walk reads each page once, so pages kept would only be memory.
-    sqlite3_exec(connection, "PRAGMA cache_size=-128", nullptr, nullptr, nullptr);
+    // A walk prepares once and reads each page once: what would be kept for the next time is only memory (in
+    // KiB).
+    sqlite3_db_config(connection, SQLITE_DBCONFIG_LOOKASIDE, nullptr, 0, 0);
+    sqlite3_exec(connection, "PRAGMA cache_size=-64", nullptr, nullptr, nullptr);
 }
 
 } // namespace

@@ -134,8 +134,7 @@ QByteArray ZEPURLDecodeUTF8(QByteArrayView encoded) {
     QByteArray decoded(encoded.size(), Qt::Uninitialized);
     char* end = decoded.data();
     for (qsizetype i = 0; i < encoded.size();) {
-        const qsizetype found = encoded.indexOf('%', i);
-        const qsizetype mark = found < 0 ? encoded.size() : found;
+        const qsizetype mark = std::find(encoded.begin() + i, encoded.end(), '%') - encoded.begin();
         end = std::copy(encoded.begin() + i, encoded.begin() + mark, end);
         i = mark;
         if (mark == encoded.size())

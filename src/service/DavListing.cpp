@@ -161,8 +161,8 @@ private:
             return;
         m_position = end + ElementEnd.size();
         if (modified.end < end && name->isListed)
-            m_listing.entries.emplace_back(name->text, *href, *isFolder,
-                                           Octets(modified.begin, modified.end).toByteArray());
+            m_listing.entries.push_back(
+                {name->text, *href, *isFolder, Octets(modified.begin, modified.end).toByteArray()});
     }
 
     bool IsHidden() {

@@ -85,7 +85,7 @@ constexpr Thing DesktopThings[] = {
     {"/Home/.trash/"},
     {"/Archive/Photos/"},
     {"/Archive/Projects/"},
-    {"/Archive/Snapshots/Work/"},
+    {"/Archive/Snapshots/Letters/"},
     {"/Archive/Snapshots/Office/"},
     {"/Archive/Snapshots/Garden plans/091306a3-3cb9-4778-b990-6efd84ed4bb5/"},
     {"/Archive/Applications/Mail/"},

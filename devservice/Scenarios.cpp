@@ -36,7 +36,7 @@ constexpr Story DesktopStories[] = {
     {"Photo library", "backup", ScheduleKind::Backup, ScheduleMode::Daily, TaskState::Running, 6, 9min,
      "D:\\Photos\t/Archive/Photos\t*"},
     {"Weekly work snapshot", "snapshotbackup", ScheduleKind::Backup, ScheduleMode::Weekdays,
-     TaskState::Pending, 10, 2880min, "D:\\Work\t/Archive/Snapshots/Work\t*.obj\n*.iso"},
+     TaskState::Pending, 10, 2880min, "D:\\Work\t/Archive/Snapshots/Letters\t*.obj\n*.iso"},
     {"All office files", "snapshotbackup", ScheduleKind::Backup, ScheduleMode::Daily, TaskState::Pending, 10,
      1200min, "@\t/Archive/Snapshots/Office\t*"},
     {"Home to Archive", "ccbackup", ScheduleKind::Backup, ScheduleMode::Daily, TaskState::Paused, 4, 320min,

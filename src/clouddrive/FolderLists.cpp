@@ -114,16 +114,19 @@ void FolderListPage::ShowState() {
     SetSideActions(std::move(actions));
 }
 
+void FolderListPage::SetBusy(bool busy) {
+    m_busy = busy;
+    ShowState();
+}
+
 void FolderListPage::AddFolder() {
     if (m_busy)
         return;
-    m_busy = true;
-    ShowState();
+    SetBusy(true);
     RemoteFolderRequest request{.caption = tr("Select folder")};
     request.refuse = [list = m_kind.list](const QString& path) { return EntryRefusal(list, path); };
     TheConsole().prompts.PickRemoteFolder(this, request, [this](const std::optional<QString>& path) {
-        m_busy = false;
-        ShowState();
+        SetBusy(false);
         if (path)
             Send(
                 tr("The folder \"%1\" was not added.").arg(*path),
@@ -137,11 +140,9 @@ void FolderListPage::AddFolder() {
 void FolderListPage::AskAndRemove(const std::vector<ListedFolder>& folders) {
     if (m_busy || !m_view->Failure().isEmpty())
         return;
-    m_busy = true;
-    ShowState();
+    SetBusy(true);
     const auto answer = [this, folders](bool yes) {
-        m_busy = false;
-        ShowState();
+        SetBusy(false);
         if (yes)
             Send(
                 tr("The list was not changed."),
@@ -154,8 +155,7 @@ void FolderListPage::AskAndRemove(const std::vector<ListedFolder>& folders) {
 }
 
 void FolderListPage::Send(const QString& failed, Work work, bool addsFolder) {
-    m_busy = true;
-    ShowState();
+    SetBusy(true);
     const bool asksPassword = addsFolder && m_kind.needsPassword;
     Loader().Command(
         Lane::Service,
@@ -166,8 +166,7 @@ void FolderListPage::Send(const QString& failed, Work work, bool addsFolder) {
             return change;
         },
         [this, failed](const Loaded<Change>& change) {
-            m_busy = false;
-            ShowState();
+            SetBusy(false);
             EndChange(failed, change ? *change : Change{{.failure = change.why}, {}});
         });
 }

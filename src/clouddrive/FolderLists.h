@@ -42,6 +42,7 @@ private:
     using Work = std::function<ListChange(const ServiceClient&, std::stop_token)>;
 
     void ShowState();
+    void SetBusy(bool busy);
     void AskAndRemove(const std::vector<ListedFolder>& folders);
     void Send(const QString& failed, Work work, bool addsFolder);
     void EndChange(const QString& failed, const Change& change);

@@ -311,7 +311,7 @@ private slots:
         ServiceFixture service;
         service->SetFault(devservice::HttpFault::Hang);
         std::stop_source stop;
-        auto run = std::async(std::launch::async, Btaskctl, arguments, stop.get_token(), QByteArray());
+        auto run = std::async(std::launch::async, [&] { return Btaskctl(arguments, stop.get_token()); });
         QVERIFY(run.wait_for(std::chrono::milliseconds(50)) == std::future_status::timeout);
         stop.request_stop();
         QVERIFY(run.wait_for(std::chrono::seconds(1)) == std::future_status::ready);

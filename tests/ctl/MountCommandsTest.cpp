@@ -1,37 +1,21 @@
 // Labels: threads
-#include "ctl/Btaskctl.h"
-
+#include "Shell.h"
 #include "support/ServiceFixture.h"
 #include "support/TestMain.h"
 
-#include <QBuffer>
 #include <QTemporaryFile>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-struct Run {
-    CtlExit exit = CtlExit::Done;
-    QByteArray out;
-    QByteArray error;
-};
-
-/// Its waits end at once; `input` stands on standard input.
-Run Btaskctl(const QStringList& arguments, QByteArray input = {}, const CtlSleep& sleep = {}) {
-    Run run;
-    QBuffer in(&input);
-    QBuffer out(&run.out);
-    QBuffer error(&run.error);
-    in.open(QIODevice::ReadOnly);
-    out.open(QIODevice::WriteOnly);
-    error.open(QIODevice::WriteOnly);
+/// Its waits end at once.
+Run Mount(const QStringList& arguments, const QByteArray& input = {}, const CtlSleep& sleep = {}) {
     const CtlSleep atOnce = [](const std::stop_token& stop, std::chrono::milliseconds) {
         return !stop.stop_requested();
     };
-    std::stop_source stop;
-    run.exit = RunBtaskctl(arguments, in, out, error, stop.get_token(), sleep ? sleep : atOnce);
-    return run;
+    const std::stop_source stop;
+    return Btaskctl(arguments, stop.get_token(), input, sleep ? sleep : atOnce);
 }
 
 QString Methods(const ServiceFixture& service) {
@@ -57,7 +41,7 @@ class MountCommandsTest : public QObject {
 private slots:
     void listsProviders() {
         const ServiceFixture service;
-        const QByteArray out = Btaskctl({u"providers"_s, u"--json"_s}).out;
+        const QByteArray out = Mount({u"providers"_s, u"--json"_s}).out;
         QVERIFY2(out.startsWith("[\n") || out.startsWith("[{"), out.constData());
         QVERIFY(out.contains("\"displayName\":\"Fennmoor Storage\","
                              "\"spId\":\"{0F3C6B52-7A41-4E0B-9C55-21D8E3A7B901}\""));
@@ -105,7 +89,7 @@ private slots:
         QStringList words = line.split(u'|');
         if (words[0].size() == 1)
             words[0] = words[0] == "F"_L1 ? id : id.toLower();
-        const Run run = Btaskctl(QStringList(u"mount"_s) + words, "hunter2\n");
+        const Run run = Mount(QStringList(u"mount"_s) + words, "hunter2\n");
         QTEST(run.error, "error");
         QTEST(run.exit, "exit");
         QTEST(Methods(service), "methods");
@@ -119,8 +103,8 @@ private slots:
         file.write("s=1\r\n");
         file.close();
         // Of three fields one is not given, and sends what the provider proposes.
-        Btaskctl({u"mount"_s, u"{2B6E8D74-9C63-401D-BE77-43FA05C9DB03}"_s, u"V"_s, u"--field"_s,
-                  u"Access Key=HL-a=b"_s, u"--secret"_s, u"Secret Key="_s + file.fileName()});
+        Mount({u"mount"_s, u"{2B6E8D74-9C63-401D-BE77-43FA05C9DB03}"_s, u"V"_s, u"--field"_s,
+               u"Access Key=HL-a=b"_s, u"--secret"_s, u"Secret Key="_s + file.fileName()});
         const QString card = CardOf(service);
         for (const char* value : {"HL-a=b", "s=1", "backups"})
             QVERIFY2(card.contains(u"<FieldData>"_s + QString::fromLatin1(QByteArray(value).toBase64()) +
@@ -135,7 +119,7 @@ private slots:
                                                    "<SafeCardTemplate><F Name='A'/><F Name='A'/><F Name='B' "
                                                    "Hidden='TRUE'/></SafeCardTemplate></P>"
                                                    "</VirtualStorageProviders>"});
-        QCOMPARE(Btaskctl({u"mount"_s, u"p"_s, u"V"_s, u"--field"_s, u"A=1"_s, u"--field"_s, u"A=2"_s}).exit,
+        QCOMPARE(Mount({u"mount"_s, u"p"_s, u"V"_s, u"--field"_s, u"A=1"_s, u"--field"_s, u"A=2"_s}).exit,
                  CtlExit::Refused); // no plug-in
         const QString card = CardOf(service);
         QVERIFY(card.indexOf("<FieldData>MQ=="_L1) < card.indexOf("<FieldData>Mg=="_L1));
@@ -145,10 +129,9 @@ private slots:
     void publishingThatIsNotOfferedSendsNothing() {
         ServiceFixture service;
         service->SetSetting("ConsoleRecords", "0");
-        const Run run =
-            Btaskctl({u"mount"_s, u"{0F3C6B52-7A41-4E0B-9C55-21D8E3A7B901}"_s, u"V"_s, u"--field"_s,
-                      u"User Name=m"_s, u"--secret"_s, u"Password=-"_s, u"--publish"_s},
-                     "p");
+        const Run run = Mount({u"mount"_s, u"{0F3C6B52-7A41-4E0B-9C55-21D8E3A7B901}"_s, u"V"_s, u"--field"_s,
+                               u"User Name=m"_s, u"--secret"_s, u"Password=-"_s, u"--publish"_s},
+                              "p");
         QCOMPARE(run.exit, CtlExit::Refused);
         QVERIFY(CardOf(service).isEmpty());
     }
@@ -157,10 +140,10 @@ private slots:
         ServiceFixture service;
         service->SetLogin("never");
         int waits = 0;
-        const Run run = Btaskctl(
-            {u"mount"_s, u"{0F3C6B52-7A41-4E0B-9C55-21D8E3A7B901}"_s, u"V"_s, u"--field"_s, u"User Name=m"_s,
-             u"--secret"_s, u"Password=-"_s},
-            "p", [&waits](const std::stop_token&, std::chrono::milliseconds) { return ++waits < 5; });
+        const Run run =
+            Mount({u"mount"_s, u"{0F3C6B52-7A41-4E0B-9C55-21D8E3A7B901}"_s, u"V"_s, u"--field"_s,
+                   u"User Name=m"_s, u"--secret"_s, u"Password=-"_s},
+                  "p", [&waits](const std::stop_token&, std::chrono::milliseconds) { return ++waits < 5; });
         QCOMPARE(run.exit, CtlExit::Refused);
         QCOMPARE(run.error, "The mount was cancelled. The half-made virtual directory was removed.\n");
         QVERIFY(service->VirtualDirectories().empty());

@@ -14,7 +14,9 @@ struct Run {
     QByteArray error;
 };
 
-inline Run Btaskctl(const QStringList& arguments, std::stop_token stop = {}, QByteArray input = {}) {
+/// `input` stands on standard input; without a `sleep` it waits as the program does.
+inline Run Btaskctl(const QStringList& arguments, std::stop_token stop = {}, QByteArray input = {},
+                    const CtlSleep& sleep = {}) {
     Run run;
     QBuffer in(&input);
     QBuffer out(&run.out);
@@ -22,7 +24,7 @@ inline Run Btaskctl(const QStringList& arguments, std::stop_token stop = {}, QBy
     in.open(QIODevice::ReadOnly);
     out.open(QIODevice::WriteOnly);
     error.open(QIODevice::WriteOnly);
-    run.exit = RunBtaskctl(arguments, in, out, error, std::move(stop));
+    run.exit = RunBtaskctl(arguments, in, out, error, std::move(stop), sleep);
     ZEPSysInfoSetServerMode(false);
     return run;
 }

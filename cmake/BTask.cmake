@@ -126,8 +126,8 @@ function(btask_library name)
   target_link_libraries(${target} PUBLIC btask_rules ${arg_LIBS} PRIVATE ${arg_PRIVATE})
   if(arg_PCH)
     btask_precompile(${target} ${arg_PCH})
+    btask_unite(${target}) # not where the system's own headers are included: their macros would reach the next source
   endif()
-  btask_unite(${target})
 endfunction()
 
 # btask_group(NAME LIBS libraries): one name for all of them.

@@ -1,6 +1,8 @@
 #include "app/Pages.h"
 
 #include "app/BackupSvrConfigWizard.h"
+#include "backup/AdvSchedule.h"
+#include "backup/SchedulerPage.h"
 #include "clouddrive/BrowseDlg.h"
 #include "clouddrive/CloudSvcPage.h"
 #include "clouddrive/MountWizard.h"
@@ -54,6 +56,29 @@ bool GoOn(QWidget& dialog) {
             line->setText(u"Sample"_s);
     (*next)->click();
     return true;
+}
+
+void OpenScheduleDialog(CBTaskMMCDlg& window, ScheduleForm form) {
+    const BackupSchedule schedule = DefaultSchedule(form, QDateTime::currentDateTime());
+    auto* dialog = new CSchedulerPage(window.Parts().prompts, form, schedule, &window);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
+}
+
+void OpenSchedulePage(CBTaskMMCDlg& window, ScheduleForm flavour) {
+    const Console& parts = window.Parts();
+    auto* sheet = new CBrenPropertySheet(parts.reader, parts.prompts,
+                                         Title(QT_TRANSLATE_NOOP("Pages", "Backup")), &window);
+    sheet->AddPage(new CAdvSchedule(flavour, std::make_shared<BackupSchedule>()));
+    sheet->open();
+}
+
+/// Chooses the next mode of a schedule; false on the last one.
+bool ChooseNextMode(QWidget& dialog) {
+    auto* modes = dialog.findChild<QComboBox*>();
+    const bool more = modes->currentIndex() + 1 < modes->count();
+    modes->setCurrentIndex(modes->currentIndex() + (more ? 1 : 0));
+    return more;
 }
 
 } // namespace
@@ -110,6 +135,15 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
          [](CBTaskMMCDlg& window) {
              PickRemoteFolder(window.Parts(), OpenMountWizard, &window, {}, [](const auto&) {});
          }},
+        {u"Schedule"_s,
+         [serverMode](CBTaskMMCDlg& window) {
+             OpenScheduleDialog(window, serverMode ? ScheduleForm::Server : ScheduleForm::Dialog);
+         },
+         ChooseNextMode},
+        {u"Schedule of a mirrored backup"_s,
+         [](CBTaskMMCDlg& window) { OpenSchedulePage(window, ScheduleForm::Mirrored); }, ChooseNextMode},
+        {u"Schedule of a snapshot backup"_s,
+         [](CBTaskMMCDlg& window) { OpenSchedulePage(window, ScheduleForm::Snapshot); }, ChooseNextMode},
     };
     if (serverMode) {
         dialogs.push_back({u"Set-up wizard"_s,

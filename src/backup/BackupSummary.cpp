@@ -142,5 +142,5 @@ TaskSummaryPlan BackupSummary() {
                                    "View summary of backup configuration and progress. For detailed "
                                    "completion status, check the history tab. There are additional "
                                    "details on the other tabs.")),
-            u"BackupSummary"_s, RowsOf, ButtonsOf};
+            u"BackupSummary"_s, RowsOf, ButtonsOf, CountsRead::Always};
 }

@@ -18,9 +18,9 @@ CSchedulerPage::CSchedulerPage(UserPrompts& prompts, ScheduleForm form, const Ba
                                QWidget* parent)
     : QDialog(parent), m_prompts(prompts), m_form(form), m_editor(new ScheduleEditor(form)) {
     setWindowTitle(tr("Task Scheduling"));
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
-    auto* apply = buttons->addButton(tr("&Apply"), QDialogButtonBox::AcceptRole);
-    apply->setDefault(true);
+    auto* buttons = new QDialogButtonBox;
+    buttons->addButton(tr("&Apply"), QDialogButtonBox::AcceptRole)->setDefault(true);
+    buttons->addButton(QDialogButtonBox::Cancel);
     connect(buttons, &QDialogButtonBox::accepted, this, &CSchedulerPage::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &CSchedulerPage::reject);
     auto* column = new QVBoxLayout(this);

@@ -35,13 +35,15 @@ void RunningWork::Add(const RunningSubTask& subTask) {
     partial += static_cast<quint64>(done * Whole / static_cast<double>(subTask.bytesTotal));
 }
 
-TaskFacts ReadTaskFacts(const QString& taskId, TaskFacts before, const LiveCounters& counters,
-                        std::stop_token stop) {
+TaskFacts ReadTaskFacts(const QString& taskId, TaskFacts before, CountsRead read,
+                        const LiveCounters& counters, std::stop_token stop) {
     TaskFacts facts = std::move(before);
     facts.lookup = GetTaskInfo(taskId, std::move(stop));
     const auto changes = counters.ZEPTraceCounterGet(TraceCounter::TaskTable);
-    if (changes != facts.changes) {
+    const bool changed = changes != facts.changes;
+    if (changed)
         facts.work = ReadWork(taskId, counters);
+    if (changed || read == CountsRead::Always) {
         facts.counts = counters.ZEPTraceGetSTaskInfo(taskId);
         facts.changes = facts.counts.total ? changes : std::nullopt;
     }

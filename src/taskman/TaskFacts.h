@@ -24,9 +24,11 @@ struct TaskFacts {
     RunningWork work; ///< as of the same change
 };
 
-/// The task's row; its counts too when the service's change counter has moved since `before`. On a lane.
-TaskFacts ReadTaskFacts(const QString& taskId, TaskFacts before, const LiveCounters& counters,
-                        std::stop_token stop);
+enum class CountsRead { WhenChanged, Always };
+
+/// The task's row, and what runs when the service's change counter has moved since `before`. On a lane.
+TaskFacts ReadTaskFacts(const QString& taskId, TaskFacts before, CountsRead read,
+                        const LiveCounters& counters, std::stop_token stop);
 
 /// The counts as people read them; none where one is not known.
 std::optional<QString> CountText(const std::optional<quint32>& count);

@@ -1,6 +1,9 @@
 #include "app/Pages.h"
 
 #include "app/BackupSvrConfigWizard.h"
+#include "backup/AdvSchedule.h"
+#include "backup/BackupPanel.h"
+#include "backup/SchedulerPage.h"
 #include "clouddrive/BrowseDlg.h"
 #include "clouddrive/CloudSvcPage.h"
 #include "clouddrive/MountWizard.h"
@@ -56,17 +59,46 @@ bool GoOn(QWidget& dialog) {
     return true;
 }
 
+void OpenScheduleDialog(CBTaskMMCDlg& window, ScheduleForm form) {
+    const BackupSchedule schedule = DefaultSchedule(form, QDateTime::currentDateTime());
+    auto* dialog = new CSchedulerPage(window.Parts().prompts, form, schedule, &window);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
+}
+
+void OpenSchedulePage(CBTaskMMCDlg& window, ScheduleForm flavour) {
+    const Console& parts = window.Parts();
+    auto* sheet = new CBrenPropertySheet(parts.reader, parts.prompts,
+                                         Title(QT_TRANSLATE_NOOP("Pages", "Backup")), &window);
+    sheet->AddPage(new CAdvSchedule(flavour, std::make_shared<BackupSchedule>()));
+    sheet->open();
+}
+
+/// Chooses the next mode of a schedule; false on the last one.
+bool ChooseNextMode(QWidget& dialog) {
+    auto* modes = dialog.findChild<QComboBox*>();
+    const bool more = modes->currentIndex() + 1 < modes->count();
+    modes->setCurrentIndex(modes->currentIndex() + (more ? 1 : 0));
+    return more;
+}
+
 } // namespace
 
 std::vector<PageEntry> PagesOf(bool serverMode, bool withGallery) {
     std::vector<PageEntry> pages;
     if (!serverMode)
         pages.push_back(WebPage(QT_TRANSLATE_NOOP("Pages", "Welcome"), "home", "welcome.html"));
+    const PageEntry backups{Title(QT_TRANSLATE_NOOP("Pages", "Backup and Restore")), u"backup"_s,
+                            [](const Console& console) -> CBrenPanel* { return new CBackupPanel(console); }};
+    if (serverMode)
+        pages.push_back(backups);
     pages.push_back({serverMode ? Title(QT_TRANSLATE_NOOP("Pages", "Backup Target"))
                                 : Title(QT_TRANSLATE_NOOP("Pages", "Cloud Drive")),
                      serverMode ? u"target"_s : u"cloud"_s, [](const Console& console) -> CBrenPanel* {
                          return new CVirtualDirectoryPanel(console);
                      }});
+    if (!serverMode)
+        pages.push_back(backups);
     pages.push_back({Title(QT_TRANSLATE_NOOP("Pages", "Task Manager")), u"tasks"_s,
                      [](const Console& console) -> CBrenPanel* { return new CTaskManPanel(console); }});
     pages.push_back({Title(QT_TRANSLATE_NOOP("Pages", "Settings")), u"settings"_s,
@@ -110,6 +142,15 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
          [](CBTaskMMCDlg& window) {
              PickRemoteFolder(window.Parts(), OpenMountWizard, &window, {}, [](const auto&) {});
          }},
+        {u"Schedule"_s,
+         [serverMode](CBTaskMMCDlg& window) {
+             OpenScheduleDialog(window, serverMode ? ScheduleForm::Server : ScheduleForm::Dialog);
+         },
+         ChooseNextMode},
+        {u"Schedule of a mirrored backup"_s,
+         [](CBTaskMMCDlg& window) { OpenSchedulePage(window, ScheduleForm::Mirrored); }, ChooseNextMode},
+        {u"Schedule of a snapshot backup"_s,
+         [](CBTaskMMCDlg& window) { OpenSchedulePage(window, ScheduleForm::Snapshot); }, ChooseNextMode},
     };
     if (serverMode) {
         dialogs.push_back({u"Set-up wizard"_s,

@@ -16,14 +16,34 @@ QString Text(const char* words) {
     return QCoreApplication::translate("TaskFacts", words);
 }
 
+RunningWork ReadWork(const QString& taskId, const LiveCounters& counters) {
+    RunningWork work;
+    counters.ZEPEnumTasksWithCallBackEx(taskId, [&work](const RunningSubTask& subTask) {
+        work.Add(subTask);
+        return true;
+    });
+    return work;
+}
+
 } // namespace
 
-TaskFacts ReadTaskFacts(const QString& taskId, TaskFacts before, const LiveCounters& counters,
-                        std::stop_token stop) {
+void RunningWork::Add(const RunningSubTask& subTask) {
+    ++count;
+    if (subTask.bytesTotal == 0 || subTask.description.contains(u"Chunk"))
+        return;
+    const auto done = static_cast<double>(std::min(subTask.bytesDone, subTask.bytesTotal));
+    partial += static_cast<quint64>(done * Whole / static_cast<double>(subTask.bytesTotal));
+}
+
+TaskFacts ReadTaskFacts(const QString& taskId, TaskFacts before, CountsRead read,
+                        const LiveCounters& counters, std::stop_token stop) {
     TaskFacts facts = std::move(before);
     facts.lookup = GetTaskInfo(taskId, std::move(stop));
     const auto changes = counters.ZEPTraceCounterGet(TraceCounter::TaskTable);
-    if (changes != facts.changes) {
+    const bool changed = changes != facts.changes;
+    if (changed)
+        facts.work = ReadWork(taskId, counters);
+    if (changed || read == CountsRead::Always) {
         facts.counts = counters.ZEPTraceGetSTaskInfo(taskId);
         facts.changes = facts.counts.total ? changes : std::nullopt;
     }

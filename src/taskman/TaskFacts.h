@@ -3,16 +3,32 @@
 #include "stores/SchedulerStore.h"
 #include "zep/LiveCounters.h"
 
+/// What a task's sub-tasks are at now.
+struct RunningWork {
+    static constexpr quint64 Whole = 10000; ///< of one sub-task
+
+    quint32 count = 0;
+    quint64 partial = 0; ///< how far they are, added up
+
+    /// Parts of files, and what has no size, are counted and add nothing.
+    void Add(const RunningSubTask& subTask);
+
+    bool operator==(const RunningWork&) const = default;
+};
+
 /// What is known of one task: its row and the counts of its sub-tasks.
 struct TaskFacts {
     TaskLookup lookup;
     std::optional<quint32> changes; ///< of the task table, when the counts were read
     SubTaskCounts counts;
+    RunningWork work; ///< as of the same change
 };
 
-/// The task's row; its counts too when the service's change counter has moved since `before`. On a lane.
-TaskFacts ReadTaskFacts(const QString& taskId, TaskFacts before, const LiveCounters& counters,
-                        std::stop_token stop);
+enum class CountsRead { WhenChanged, Always };
+
+/// The task's row, and what runs when the service's change counter has moved since `before`. On a lane.
+TaskFacts ReadTaskFacts(const QString& taskId, TaskFacts before, CountsRead read,
+                        const LiveCounters& counters, std::stop_token stop);
 
 /// The counts as people read them; none where one is not known.
 std::optional<QString> CountText(const std::optional<quint32>& count);

@@ -39,9 +39,8 @@ void CTaskSummary::Activate() {
 void CTaskSummary::Reload() {
     Loader().Load(
         Lane::Databases,
-        [id = m_task.id, before = m_facts, counters = &TheConsole().counters](std::stop_token stop) {
-            return ReadTaskFacts(id, before, *counters, stop);
-        },
+        [id = m_task.id, before = m_facts, read = m_plan.counts, counters = &TheConsole().counters](
+            std::stop_token stop) { return ReadTaskFacts(id, before, read, *counters, stop); },
         [this](const Loaded<TaskFacts>& loaded) {
             if (!IsActive())
                 return;

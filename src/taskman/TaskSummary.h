@@ -16,6 +16,7 @@ struct TaskSummaryPlan {
     QString widths; ///< under which the columns' are remembered
     std::function<std::vector<SummaryRow>(const TaskRow&, const TaskFacts&)> rows;
     std::function<std::vector<TaskButton>(TaskState)> buttons;
+    CountsRead counts = CountsRead::WhenChanged;
 };
 
 /// A look at one task, read again every second: its state, the counts of its sub-tasks, when it ran and runs.

@@ -53,7 +53,7 @@ CBrenPropertySheet::CBrenPropertySheet(Reader& reader, UserPrompts& prompts, con
 
     m_main->setDefault(true);
     m_main->installEventFilter(this);
-    connect(m_back, &QPushButton::clicked, this, &CBrenPropertySheet::GoBack);
+    connect(m_back, &QPushButton::clicked, this, [this] { StepBack(m_travel.Current() - 1); });
     connect(m_main, &QPushButton::clicked, this, &CBrenPropertySheet::Advance);
     connect(m_cancel, &QPushButton::clicked, this, &CBrenPropertySheet::reject);
     connect(m_line, &WizardLine::TryAgain, this, &CBrenPropertySheet::TryAgain);
@@ -322,10 +322,19 @@ void CBrenPropertySheet::ShowProgress(const Progress& progress) {
     m_line->ShowProgress(progress);
 }
 
-void CBrenPropertySheet::GoBack() {
+void CBrenPropertySheet::GoBackTo(const WizardPage& page) {
+    const int number = int(&EntryOf(page) - m_entries.data());
+    if (m_travel.MarkOf(number) == WizardTravel::Mark::Done)
+        StepBack(number);
+}
+
+void CBrenPropertySheet::StepBack(int page) {
     if (m_travel.Now() == WizardTravel::Phase::Checking)
         GiveCheckUp();
-    if (m_travel.Back())
+    bool moved = false;
+    while (m_travel.Current() > page && m_travel.Back())
+        moved = true;
+    if (moved)
         EnterPage();
 }
 

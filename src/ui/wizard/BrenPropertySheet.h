@@ -38,6 +38,9 @@ public:
     /// Takes effect for the way from the present page on.
     void LeaveOut(const WizardPage& page, bool leftOut);
     WizardPage* CurrentPage() const;
+    /// What a link to an earlier page does: as Back pressed until that one is reached. Nothing from there on,
+    /// while something is written, and for a page that is left out.
+    void GoBackTo(const WizardPage& page);
 
     // What a page calls.
 
@@ -150,7 +153,8 @@ private:
     QWidget* MakeContent();
     QWidget* MakeFoot();
     void Advance();
-    void GoBack();
+    /// Until that number, or one before it, is reached.
+    void StepBack(int page);
     void EnterPage();
     void FillCurrent();
     void TryAgain();

@@ -113,21 +113,31 @@ void Form::SetRowShown(QWidget& field, bool shown) {
     m_layout->labelForField(body)->setVisible(shown);
 }
 
+QString DateForm(const QLocale& locale) {
+    QString form = locale.dateFormat(QLocale::ShortFormat);
+    return form.contains("yyyy"_L1) ? form : form.replace("yy"_L1, "yyyy"_L1);
+}
+
+QString TimeForm(const QLocale& locale) {
+    QString form = locale.timeFormat(QLocale::LongFormat);
+    form.remove(u't'); // the time zone, which is always the computer's
+    return form.simplified();
+}
+
 QDateEdit* MakeDateField() {
-    auto* field = new QDateEdit(QDate::currentDate());
-    QString form = field->locale().dateFormat(QLocale::ShortFormat);
-    if (!form.contains("yyyy"_L1))
-        form.replace("yy"_L1, "yyyy"_L1);
-    field->setDisplayFormat(form);
+    auto* field = new QDateEdit;
+    field->setTimeSpec(Qt::UTC);
+    field->setDate(QDate::currentDate());
+    field->setDisplayFormat(DateForm(field->locale()));
     field->setCalendarPopup(true);
     field->setMinimumWidth(field->sizeHint().width() + CalendarArrow);
     return field;
 }
 
 QTimeEdit* MakeTimeField() {
-    auto* field = new QTimeEdit(QTime::currentTime());
-    QString form = field->locale().timeFormat(QLocale::LongFormat);
-    form.remove(u't'); // the time zone, which is always the computer's
-    field->setDisplayFormat(form.simplified());
+    auto* field = new QTimeEdit;
+    field->setTimeSpec(Qt::UTC);
+    field->setTime(QTime::currentTime());
+    field->setDisplayFormat(TimeForm(field->locale()));
     return field;
 }

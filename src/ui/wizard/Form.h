@@ -5,6 +5,7 @@
 class QDateEdit;
 class QFormLayout;
 class QLabel;
+class QLocale;
 class QTimeEdit;
 
 /// Fields with their labels, one below the other, each with a line below it for a remark. Names its fields
@@ -51,7 +52,11 @@ private:
     std::vector<Row> m_rows;
 };
 
-/// A date with its calendar, and a time to the second, in the form of the user's language with all four
-/// digits of the year.
+/// The form of a date in that language with all four digits of the year, and of a time to the second.
+QString DateForm(const QLocale& locale);
+QString TimeForm(const QLocale& locale);
+
+/// A date with its calendar, and a time, in these forms. Both take what is entered as it stands, also where
+/// the computer's clock skips it.
 QDateEdit* MakeDateField();
 QTimeEdit* MakeTimeField();

@@ -1,0 +1,154 @@
+#include "ctl/Rows.h"
+
+#include "plan/BackupSchedule.h"
+#include "plan/FileIndexing.h"
+
+#include <algorithm>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr QLatin1String FormNames = "dialog|server|mirrored|snapshot"_L1;
+constexpr QLatin1String ModeNames = "now|daily|weekly"_L1;
+
+/// Numbers of at most four digits between separators, as in "2025-1-31"; fewer when it is none.
+std::vector<int> Numbers(const QString& text, QChar separator) {
+    std::vector<int> numbers;
+    for (const QString& part : text.split(separator)) {
+        const bool digits = std::all_of(part.begin(), part.end(),
+                                        [](QChar letter) { return letter >= u'0' && letter <= u'9'; });
+        if (!digits || part.isEmpty() || part.size() > 4)
+            return {};
+        numbers.push_back(part.toInt());
+    }
+    return numbers;
+}
+
+/// Puts the value into the schedule. Returns what is wrong with it, if anything.
+using Take = QString (*)(const QString& value, BackupSchedule& schedule);
+
+QString TakeDate(const QString& value, BackupSchedule& schedule) {
+    const std::vector<int> numbers = Numbers(value, u'-');
+    schedule.date = numbers.size() == 3 ? QDate(numbers[0], numbers[1], numbers[2]) : QDate();
+    const bool taken = schedule.date >= FirstScheduleDate && schedule.date <= LastScheduleDate;
+    return taken ? QString() : u"--date takes a day with a year of four digits, as in 2025-1-31."_s;
+}
+
+QString TakeTime(const QString& value, BackupSchedule& schedule) {
+    const std::vector<int> numbers = Numbers(value, u':');
+    schedule.time = numbers.size() == 3 ? QTime(numbers[0], numbers[1], numbers[2]) : QTime();
+    return schedule.time.isValid() ? QString() : u"--time takes hour, minute and second, as in 22:30:0."_s;
+}
+
+QString TakeDays(const QString& value, BackupSchedule& schedule) {
+    const QStringList names{u"sun"_s, u"mon"_s, u"tue"_s, u"wed"_s, u"thu"_s, u"fri"_s, u"sat"_s};
+    schedule.weekdays.fill(false);
+    if (value.isEmpty())
+        return {};
+    for (const QString& day : value.split(u',')) {
+        const qsizetype at = names.indexOf(day.toLower());
+        if (at < 0)
+            return u"\"%1\": --days takes words of %2 with commas between them."_s.arg(day,
+                                                                                       names.join(u", "_s));
+        schedule.weekdays[static_cast<std::size_t>(at)] = true;
+    }
+    return {};
+}
+
+QString TakeBox(const QString& value, BackupSchedule& schedule) {
+    schedule.box = value == "on"_L1;
+    return {};
+}
+
+/// The place of the option's word among those that it takes.
+int ChoiceOf(const Invocation& invocation, QLatin1String option, QLatin1String names) {
+    return int(QString(names).split(u'|').indexOf(invocation.Option(option).value_or(QString())));
+}
+
+QString TakeSchedule(const Invocation& invocation, ScheduleForm form, BackupSchedule& schedule) {
+    schedule.mode = static_cast<ScheduleMode>(ChoiceOf(invocation, "--mode"_L1, ModeNames));
+    const auto modes = ModesOf(form);
+    if (std::find(modes.begin(), modes.end(), schedule.mode) == modes.end())
+        return u"This form offers no --mode now: its backups run daily or weekly."_s;
+    if (HasLink(form) && invocation.Has("--box"_L1))
+        return u"This form has no box: --box is for mirrored and snapshot."_s;
+    for (const auto& [option, take] : {std::pair<QLatin1String, Take>("--date"_L1, TakeDate),
+                                       {"--time"_L1, TakeTime},
+                                       {"--days"_L1, TakeDays},
+                                       {"--box"_L1, TakeBox}}) {
+        const auto value = invocation.Option(option);
+        if (QString mistake = value ? take(*value, schedule) : QString(); !mistake.isEmpty())
+            return mistake;
+    }
+    return ScheduleRefusal(schedule, form);
+}
+
+/// A line each; the string brings the end of its own.
+CtlExit WriteLines(const Invocation& invocation, const ScheduleTexts& texts) {
+    const QString link = texts.link.isEmpty() ? QString() : texts.link + u'\n';
+    return invocation.Write((texts.string + link + texts.summary + u'\n').toUtf8());
+}
+
+CtlExit SaySchedule(const Invocation& invocation) {
+    const auto form = static_cast<ScheduleForm>(ChoiceOf(invocation, "--form"_L1, FormNames));
+    BackupSchedule schedule = DefaultSchedule(form, QDateTime::currentDateTime());
+    if (const QString mistake = TakeSchedule(invocation, form, schedule); !mistake.isEmpty())
+        return invocation.End(CtlExit::Usage, mistake);
+    const ScheduleTexts texts = ConfirmedTexts(schedule, form);
+    if (!invocation.Has(JsonOption.name))
+        return WriteLines(invocation, texts);
+    return WriteRows(invocation, {{"string"_L1}, {"link"_L1}, {"summary"_L1}}, [&texts](RowWriter& rows) {
+        rows.Add({texts.string, texts.link.isEmpty() ? QStringView() : texts.link, texts.summary});
+        return CtlExit::Done;
+    });
+}
+
+/// Waits until the monitor has done what it was told.
+CtlExit WaitForIndex(const Invocation& invocation) {
+    constexpr std::chrono::minutes Longest{10};
+    constexpr std::chrono::milliseconds Interval{500};
+    for (auto waited = std::chrono::milliseconds(0); waited < Longest; waited += Interval) {
+        const FileIndexing indexing = ReadFileIndexing(invocation.stop);
+        if (indexing.end == FileIndexing::End::Built)
+            return CtlExit::Done;
+        if (indexing.end == FileIndexing::End::Gone)
+            return invocation.End(CtlExit::Refused,
+                                  u"The file monitor service stopped before the index was built."_s);
+        if (!invocation.Pause(Interval))
+            return invocation.End(CtlExit::Refused, u"Stopped before the index was built."_s);
+    }
+    return invocation.End(CtlExit::Refused, u"The index was not built within 10 minutes."_s);
+}
+
+CtlExit BuildIndex(const Invocation& invocation) {
+    if (const QString refusal = FileIndexRefusal(AskFileMonitor(invocation.stop)); !refusal.isEmpty())
+        return invocation.End(CtlExit::Refused, refusal);
+    invocation.Has("--force"_L1) ? ForceFileIndex() : BeginFileIndex();
+    return invocation.Has("--wait"_L1) ? WaitForIndex(invocation) : CtlExit::Done;
+}
+
+} // namespace
+
+std::vector<Command> BackupCommands() {
+    return {
+        {"index"_L1,
+         {},
+         {{"--force"_L1, {}, "build it anew where it was built before"_L1},
+          {"--wait"_L1, {}, "end when it has been built, after 10 minutes at most"_L1}},
+         "Lets the file monitor build the index that backups by file type are made from."_L1,
+         BuildIndex},
+        {"schedule"_L1,
+         {},
+         {{"--form"_L1, FormNames, "the form that would be confirmed"_L1, Times::Once},
+          {"--mode"_L1, ModeNames, "when changes are backed up"_L1, Times::Once},
+          {"--date"_L1, "Y-M-D"_L1, "the first day, also told where it counts for nothing"_L1, Times::Once},
+          {"--time"_L1, "H:M:S"_L1, "the time of day, as the computer's clock shows it"_L1, Times::Once},
+          {"--days"_L1, "DAYS"_L1, "as in sun,mon; '' for none; all seven when it is not given"_L1},
+          {"--box"_L1, "on|off"_L1, "mirrored: skip the first upload; snapshot: run at once"_L1},
+          JsonOption},
+         "The schedule of a backup as the service takes it, and in words: the string, the link of\n"
+         "a dialog's form, and the summary. Asks nobody."_L1,
+         SaySchedule},
+    };
+}

@@ -1,0 +1,181 @@
+#include "backup/ScheduleEditor.h"
+
+#include "look/Look.h"
+#include "plan/NextRuns.h"
+#include "wizard/Form.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDateEdit>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLocale>
+#include <QTimeEdit>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <chrono>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int ShownRuns = 3;
+constexpr auto ClockPeriod = 10s;
+
+QLabel* MakeLine(Look::TextSize size, const QColor& ink) {
+    auto* line = new QLabel;
+    line->setTextFormat(Qt::PlainText);
+    line->setWordWrap(true);
+    line->setFont(Look::Font(size));
+    Look::SetInk(*line, ink);
+    return line;
+}
+
+} // namespace
+
+ScheduleEditor::ScheduleEditor(ScheduleForm form, QWidget* parent)
+    : QWidget(parent), m_kind(form), m_form(new Form), m_mode(new QComboBox),
+      m_description(MakeLine(Look::Small, Look::Secondary)), m_date(MakeDateField()), m_time(MakeTimeField()),
+      m_weekdays(MakeWeekdays()) {
+    for (const ScheduleMode mode : ModesOf(form))
+        m_mode->addItem(ModeChoice(form, mode), static_cast<int>(mode));
+    m_date->setDateRange(FirstScheduleDate, LastScheduleDate);
+    m_form->Add(tr("&Schedule"), m_mode);
+    m_form->AddWide(m_description);
+    m_form->Add(tr("Start &Date:"), m_date);
+    m_form->Add(tr("Start &Time:"), m_time);
+    m_form->AddWide(m_weekdays);
+    if (const QString text = BoxText(form); !text.isEmpty())
+        m_form->AddWide(m_box = new QCheckBox(text));
+
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(Look::TextInset);
+    column->addWidget(m_form);
+    column->addWidget(MakeRuns());
+    column->addStretch();
+    connect(m_form, &Form::Edited, this, [this] {
+        ShowMode();
+        emit Edited();
+    });
+    m_clock.setInterval(ClockPeriod);
+    connect(&m_clock, &QTimer::timeout, this, &ScheduleEditor::ShowRuns);
+    SetSchedule(DefaultSchedule(form, QDateTime::currentDateTime()));
+}
+
+QWidget* ScheduleEditor::MakeWeekdays() {
+    const QString names[] = {tr("Sunday"),   tr("Monday"), tr("Tuesday"), tr("Wednesday"),
+                             tr("Thursday"), tr("Friday"), tr("Saturday")};
+    auto* boxes = new QWidget;
+    boxes->setAccessibleName(tr("Weekdays"));
+    auto* row = new QHBoxLayout(boxes);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(4);
+    for (std::size_t day = 0; day < m_days.size(); ++day) {
+        m_days[day] = new QCheckBox(names[day]);
+        m_days[day]->setFont(Look::Font(Look::Small));
+        row->addWidget(m_days[day]);
+        connect(m_days[day], &QCheckBox::toggled, this, [this] {
+            ShowRuns();
+            emit Edited();
+        });
+    }
+    row->addStretch();
+    return boxes;
+}
+
+QWidget* ScheduleEditor::MakeRuns() {
+    m_runs = new QWidget;
+    auto* column = new QVBoxLayout(m_runs);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(3);
+    auto* title = MakeLine(Look::Small, Look::Ink);
+    title->setText(tr("Next runs"));
+    title->setFont(Look::Font(Look::Small, QFont::Bold));
+    m_noRuns = MakeLine(Look::Small, Look::Secondary);
+    column->addWidget(title);
+    column->addWidget(m_noRuns);
+    for (int run = 0; run < ShownRuns; ++run) {
+        m_runLines.push_back({MakeLine(Look::Small, Look::Ink), MakeLine(Look::Caption, Look::Paused)});
+        column->addWidget(m_runLines.back().when);
+        column->addWidget(m_runLines.back().remark);
+    }
+    return m_runs;
+}
+
+void ScheduleEditor::SetSchedule(const BackupSchedule& schedule) {
+    m_mode->setCurrentIndex(std::max(0, m_mode->findData(static_cast<int>(schedule.mode))));
+    if (schedule.date.isValid())
+        m_date->setDate(schedule.date);
+    if (schedule.time.isValid())
+        m_time->setTime(schedule.time);
+    for (std::size_t day = 0; day < m_days.size(); ++day)
+        m_days[day]->setChecked(schedule.weekdays[day]);
+    if (m_box)
+        m_box->setChecked(schedule.box);
+    ShowMode();
+}
+
+BackupSchedule ScheduleEditor::Schedule() const {
+    BackupSchedule schedule;
+    schedule.mode = static_cast<ScheduleMode>(m_mode->currentData().toInt());
+    schedule.date = m_date->date();
+    const QTime time = m_time->time();
+    schedule.time = QTime(time.hour(), time.minute(), time.second());
+    for (std::size_t day = 0; day < m_days.size(); ++day)
+        schedule.weekdays[day] = m_days[day]->isChecked();
+    schedule.box = m_box && m_box->isChecked();
+    return schedule;
+}
+
+void ScheduleEditor::FocusWeekdays() {
+    m_days.front()->setFocus();
+}
+
+void ScheduleEditor::ShowMode() {
+    const ScheduleMode mode = Schedule().mode;
+    const bool starts = mode != ScheduleMode::Continuous;
+    m_description->setText(ModeDescription(m_kind, mode));
+    m_form->SetRowShown(*m_date, starts);
+    m_form->SetRowShown(*m_time, starts);
+    m_weekdays->setVisible(mode == ScheduleMode::Weekdays);
+    m_runs->setVisible(starts);
+    ShowRuns();
+}
+
+void ScheduleEditor::ShowRuns() {
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    const auto runs = NextRuns(Schedule(), now, QTimeZone::systemTimeZone(), ShownRuns);
+    const bool noDay =
+        Schedule().mode == ScheduleMode::Weekdays &&
+        std::none_of(m_days.begin(), m_days.end(), [](const QCheckBox* day) { return day->isChecked(); });
+    m_noRuns->setText(noDay ? tr("None: no weekday is ticked.") : tr("None."));
+    m_noRuns->setVisible(runs.empty());
+    for (std::size_t line = 0; line < m_runLines.size(); ++line)
+        ShowRun(m_runLines[line], line < runs.size() ? runs[line] : PlannedRun(), now);
+}
+
+void ScheduleEditor::ShowRun(const RunLines& lines, const PlannedRun& run, const QDateTime& now) {
+    const QLocale locale = lines.when->locale();
+    if (run.date.isValid())
+        lines.when->setText(tr("%1 %2, %3 (%4)")
+                                .arg(locale.dayName(run.date.dayOfWeek(), QLocale::ShortFormat),
+                                     locale.toString(run.date, DateForm(locale)),
+                                     locale.toString(run.time, TimeForm(locale)), TimeUntil(now, run.at)));
+    lines.when->setVisible(run.date.isValid());
+    lines.remark->setText(ClockRemark(run.clock));
+    lines.remark->setVisible(run.clock != PlannedRun::Clock::Plain);
+}
+
+void ScheduleEditor::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    ShowRuns();
+    m_clock.start();
+}
+
+void ScheduleEditor::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    m_clock.stop();
+}

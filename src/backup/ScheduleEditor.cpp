@@ -33,10 +33,55 @@ QLabel* MakeLine(Look::TextSize size, const QColor& ink) {
     return line;
 }
 
+/// Boxes side by side, in shorter words where there is no room for their own.
+class BoxRow : public QWidget {
+public:
+    struct Box {
+        QCheckBox* box;
+        QString text;
+        QString shorter;
+    };
+
+    explicit BoxRow(std::vector<Box> boxes) : m_boxes(std::move(boxes)) {
+        auto* row = new QHBoxLayout(this);
+        row->setContentsMargins(0, 0, 0, 0);
+        row->setSpacing(4);
+        for (const Box& each : m_boxes) {
+            each.box->setAccessibleName(each.text);
+            row->addWidget(each.box);
+        }
+        row->addStretch();
+        Write(true);
+        m_least = layout()->sizeHint().width();
+        Write(false);
+        m_whole = layout()->sizeHint().width();
+    }
+
+    QSize sizeHint() const override { return {m_whole, layout()->sizeHint().height()}; }
+    QSize minimumSizeHint() const override { return {m_least, layout()->sizeHint().height()}; }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override {
+        QWidget::resizeEvent(event);
+        Write(width() < m_whole);
+    }
+
+private:
+    void Write(bool shorter) {
+        for (const Box& each : m_boxes)
+            each.box->setText(shorter ? each.shorter : each.text);
+        updateGeometry();
+    }
+
+    std::vector<Box> m_boxes;
+    int m_least = 0; ///< widths
+    int m_whole = 0;
+};
+
 } // namespace
 
-ScheduleEditor::ScheduleEditor(ScheduleForm form, QWidget* parent)
-    : QWidget(parent), m_kind(form), m_form(new Form), m_mode(new QComboBox),
+ScheduleEditor::ScheduleEditor(ScheduleForm form, const QTimeZone& zone)
+    : m_kind(form), m_zone(zone), m_form(new Form), m_mode(new QComboBox),
       m_description(MakeLine(Look::Small, Look::Secondary)), m_date(MakeDateField()), m_time(MakeTimeField()),
       m_weekdays(MakeWeekdays()) {
     for (const ScheduleMode mode : ModesOf(form))
@@ -48,7 +93,7 @@ ScheduleEditor::ScheduleEditor(ScheduleForm form, QWidget* parent)
     m_form->Add(tr("Start &Time:"), m_time);
     m_form->AddWide(m_weekdays);
     if (const QString text = BoxText(form); !text.isEmpty())
-        m_form->AddWide(m_box = new QCheckBox(text));
+        AddBox(text);
 
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -66,24 +111,33 @@ ScheduleEditor::ScheduleEditor(ScheduleForm form, QWidget* parent)
 }
 
 QWidget* ScheduleEditor::MakeWeekdays() {
-    const QString names[] = {tr("Sunday"),   tr("Monday"), tr("Tuesday"), tr("Wednesday"),
-                             tr("Thursday"), tr("Friday"), tr("Saturday")};
-    auto* boxes = new QWidget;
-    boxes->setAccessibleName(tr("Weekdays"));
-    auto* row = new QHBoxLayout(boxes);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(4);
-    for (std::size_t day = 0; day < m_days.size(); ++day) {
-        m_days[day] = new QCheckBox(names[day]);
-        m_days[day]->setFont(Look::Font(Look::Small));
-        row->addWidget(m_days[day]);
-        connect(m_days[day], &QCheckBox::toggled, this, [this] {
+    const std::pair<QString, QString> names[] = {{tr("Sunday"), tr("Sun")},   {tr("Monday"), tr("Mon")},
+                                                 {tr("Tuesday"), tr("Tue")},  {tr("Wednesday"), tr("Wed")},
+                                                 {tr("Thursday"), tr("Thu")}, {tr("Friday"), tr("Fri")},
+                                                 {tr("Saturday"), tr("Sat")}};
+    std::vector<BoxRow::Box> boxes;
+    for (const auto& [name, shorter] : names) {
+        boxes.push_back({new QCheckBox, name, shorter});
+        QCheckBox* box = boxes.back().box;
+        box->setFont(Look::Font(Look::Small));
+        m_days[boxes.size() - 1] = box;
+        connect(box, &QCheckBox::toggled, this, [this] {
             ShowRuns();
             emit Edited();
         });
     }
-    row->addStretch();
-    return boxes;
+    auto* row = new BoxRow(std::move(boxes));
+    row->setAccessibleName(tr("Weekdays"));
+    return row;
+}
+
+void ScheduleEditor::AddBox(const QString& text) {
+    m_box = new QCheckBox;
+    QString inTwoLines = text;
+    if (const qsizetype at = text.indexOf(" ("_L1); at > 0)
+        inTwoLines[at] = u'\n';
+    m_form->AddWide(new BoxRow({{m_box, text, inTwoLines}}));
+    connect(m_box, &QCheckBox::toggled, this, &ScheduleEditor::Edited);
 }
 
 QWidget* ScheduleEditor::MakeRuns() {
@@ -147,7 +201,7 @@ void ScheduleEditor::ShowMode() {
 
 void ScheduleEditor::ShowRuns() {
     const QDateTime now = QDateTime::currentDateTimeUtc();
-    const auto runs = NextRuns(Schedule(), now, QTimeZone::systemTimeZone(), ShownRuns);
+    const auto runs = NextRuns(Schedule(), now, m_zone, ShownRuns);
     const bool noDay =
         Schedule().mode == ScheduleMode::Weekdays &&
         std::none_of(m_days.begin(), m_days.end(), [](const QCheckBox* day) { return day->isChecked(); });

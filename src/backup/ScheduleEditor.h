@@ -2,6 +2,7 @@
 
 #include "plan/BackupSchedule.h"
 
+#include <QTimeZone>
 #include <QTimer>
 #include <QWidget>
 
@@ -18,7 +19,8 @@ class ScheduleEditor : public QWidget {
     Q_OBJECT
 
 public:
-    explicit ScheduleEditor(ScheduleForm form, QWidget* parent = nullptr);
+    /// `zone` is that of the computer.
+    explicit ScheduleEditor(ScheduleForm form, const QTimeZone& zone = QTimeZone::systemTimeZone());
 
     /// A start that is not known leaves date and time as they stand; a mode that is not offered becomes the
     /// first one.
@@ -42,12 +44,14 @@ private:
     };
 
     QWidget* MakeWeekdays();
+    void AddBox(const QString& text);
     QWidget* MakeRuns();
     void ShowMode();
     void ShowRuns();
     static void ShowRun(const RunLines& lines, const PlannedRun& run, const QDateTime& now);
 
     ScheduleForm m_kind;
+    QTimeZone m_zone;
     Form* m_form;
     QComboBox* m_mode;
     QLabel* m_description;

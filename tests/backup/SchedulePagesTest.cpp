@@ -1,6 +1,8 @@
 #include "backup/AdvSchedule.h"
+#include "backup/ScheduleEditor.h"
 #include "backup/SchedulerPage.h"
 
+#include "plan/NextRuns.h"
 #include "support/ScriptedPrompts.h"
 #include "support/TestMain.h"
 #include "support/WizardRider.h"
@@ -91,7 +93,20 @@ private slots:
         QCOMPARE(dialog.Texts().string, u"2 2031 3 4 9 5 7 1 0 0 0 0 0 0\n"_s);
     }
 
-    /// Nor does the computer's own clock turn what was chosen into something else.
+    void runsThatTheClockDoublesCarryARemark() {
+        ScheduleEditor editor(ScheduleForm::Mirrored, QTimeZone("Europe/Berlin"));
+        editor.show();
+        BackupSchedule schedule = Before;
+        schedule.mode = ScheduleMode::Daily;
+        schedule.date = QDate(2031, 10, 26);
+        for (const auto& [time, remarks] : {std::pair(QTime(1, 30), 0), {QTime(2, 30), 1}}) {
+            schedule.time = time;
+            editor.SetSchedule(schedule);
+            QCOMPARE(VisibleTexts(editor).count(ClockRemark(PlannedRun::Clock::Doubled)), remarks);
+        }
+    }
+
+    /// The computer's own clock turns what was chosen into nothing else.
     void timesThatTheClockSkipsAreKept() {
         qputenv("TZ", "America/Sao_Paulo");
         ScriptedPrompts prompts;

@@ -1,5 +1,8 @@
 #include "plan/BackupSchedule.h"
 
+#include "service/KnownSettings.h"
+#include "zep/SysInfo.h"
+
 #include <QCoreApplication>
 #include <QStringList>
 
@@ -161,6 +164,12 @@ bool HasWeekday(const BackupSchedule& schedule) {
 }
 
 } // namespace
+
+ScheduleForm DialogForm(const ServiceClient& service, std::stop_token stop) {
+    const bool server =
+        ZEPSysInfoIsServer() && ReadSetting(service, Settings::BSInitConfig, std::move(stop)).value;
+    return server ? ScheduleForm::Server : ScheduleForm::Dialog;
+}
 
 BackupSchedule DefaultSchedule(ScheduleForm form, const QDateTime& now) {
     BackupSchedule schedule;

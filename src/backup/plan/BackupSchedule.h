@@ -4,7 +4,10 @@
 
 #include <QDateTime>
 
+#include <stop_token>
 #include <vector>
+
+class ServiceClient;
 
 /// How a backup comes to run. The number is what the service is told.
 enum class ScheduleMode { Continuous = 0, Daily = 1, Weekdays = 2 };
@@ -27,6 +30,9 @@ struct BackupSchedule {
 /// The years of four digits, which is what a schedule can say.
 inline const QDate FirstScheduleDate(1000, 1, 1);
 inline const QDate LastScheduleDate(9999, 12, 31);
+
+/// The dialog's form on this computer. A server is asked whether it has been set up, so this is for a lane.
+ScheduleForm DialogForm(const ServiceClient& service, std::stop_token stop = {});
 
 /// What a form has at first. `now` is the local time.
 BackupSchedule DefaultSchedule(ScheduleForm form, const QDateTime& now);

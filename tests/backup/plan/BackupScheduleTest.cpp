@@ -1,7 +1,13 @@
+// Labels: threads
 #include "plan/BackupSchedule.h"
 
 #include "plan/NextRuns.h"
+#include "service/ServiceClient.h"
+#include "support/ServiceFixture.h"
 #include "support/TestMain.h"
+#include "zep/SysInfo.h"
+
+#include <QScopeGuard>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -31,6 +37,24 @@ class BackupScheduleTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void theDialogOfAServerWaitsForItsSetUp_data() {
+        const Columns<bool, QByteArray, ScheduleForm> row("server", "setting", "form");
+        row("desktop", false, "True", ScheduleForm::Dialog);
+        row("server", true, "True", ScheduleForm::Server);
+        row("not set up", true, "False", ScheduleForm::Dialog);
+        row("never asked", true, "", ScheduleForm::Dialog);
+    }
+
+    void theDialogOfAServerWaitsForItsSetUp() {
+        const auto [server, setting] = Fetched<bool, QByteArray>();
+        ServiceFixture service;
+        if (!setting.isEmpty())
+            service->SetSetting("BSInitConfig", setting.toStdString());
+        ZEPSysInfoSetServerMode(server);
+        const auto back = qScopeGuard([] { ZEPSysInfoSetServerMode(false); });
+        QTEST(DialogForm(ServiceClient()), "form");
+    }
+
     void formsBeforeTheyAreConfirmed_data() {
         using enum ScheduleForm;
         const Columns<ScheduleForm, QString, QString, QString> row("form", "string", "link", "summary");

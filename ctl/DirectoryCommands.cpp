@@ -64,9 +64,10 @@ CtlExit Login(const Invocation& invocation, const VDirRecord& record, const Dire
     if (const QString refusal = ReloginRefusal(record.name); !refusal.isEmpty())
         return invocation.End(CtlExit::Usage, refusal);
     const ServiceClient service;
-    if (const ServiceAnswer answer = ForceRelogin(service, record.name, invocation.stop); !answer)
+    const std::stop_token stop = invocation.StoppedByInterrupt().stop;
+    if (const ServiceAnswer answer = ForceRelogin(service, record.name, stop); !answer)
         return invocation.End(answer);
-    const LoginOutcome outcome = WaitForLogin(service, record, {}, invocation.stop);
+    const LoginOutcome outcome = WaitForLogin(service, record, {}, stop);
     if (outcome.end == LoginEnd::LoggedIn)
         return CtlExit::Done;
     const bool unanswered = outcome.end == LoginEnd::Silent || outcome.end == LoginEnd::Cancelled;

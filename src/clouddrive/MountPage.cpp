@@ -192,12 +192,9 @@ void MountPage::Escape() {
         return CallOff();
     if (std::exchange(m_asking, true))
         return;
-    const Question question{tr("Do you really want to stop mounting \"%1\"?").arg(m_order.name),
-                            tr("The half-made virtual directory is removed. What you have entered is kept."),
-                            {},
-                            {},
-                            {},
-                            true};
+    const QString text = tr("Do you really want to stop mounting \"%1\"?").arg(m_order.name) + u'\n' +
+                         tr("The half-made virtual directory is removed. What you have entered is kept.");
+    const Question question{text, {}, {}, {}, {}, true};
     m_console.prompts.Ask(this, question, [this, run = m_run](bool yes) {
         m_asking = false;
         if (yes && run == m_run && m_phase == Phase::Mounting)

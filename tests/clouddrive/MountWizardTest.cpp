@@ -18,6 +18,8 @@ namespace {
 const QString ListMessage =
     u"Unable to get virtual directory list, please check the application is still running"_s;
 const QString Stopped = u" It stopped when the virtual directory was being validated. "_s;
+const QString AskToStop = u"Do you really want to stop mounting \"Photos\"?\n"
+                          "The half-made virtual directory is removed. What you have entered is kept."_s;
 const QString NotRemoved =
     u"The half-made virtual directory could not be removed: dismount \"Photos\" in the list."_s;
 const QString Removed = u"The half-made virtual directory was removed."_s;
@@ -224,9 +226,9 @@ private slots:
                           "Finish | Finish | step"_s));
         mounting.held();
         QVERIFY(mounting.Ride(u"step"_s));
-        mounting.prompts.ExpectQuestion(u"Do you really want to stop mounting \"Photos\"?"_s, false);
+        mounting.prompts.ExpectQuestion(AskToStop, false);
         QVERIFY(mounting.Ride(u"Cancel | busy"_s));
-        mounting.prompts.ExpectQuestion(u"Do you really want to stop mounting \"Photos\"?"_s, true);
+        mounting.prompts.ExpectQuestion(AskToStop, true);
         QVERIFY(mounting.Ride(u"key Escape | steps | says The mount was cancelled. "_s + Removed +
                               u" | page Mount Virtual Directory Now | on Finish"_s));
         QCOMPARE(mounting.Sent(), QStringList({u"addnewcard"_s, u"AddNewNode"_s, u"RemoveNode"_s}));
@@ -314,7 +316,7 @@ private slots:
         mounting.held();
         QVERIFY(mounting.Ride(u"step"_s));
         mounting.service->Stop();
-        mounting.prompts.ExpectQuestion(u"Do you really want to stop mounting \"Photos\"?"_s, true);
+        mounting.prompts.ExpectQuestion(AskToStop, true);
         QVERIFY(mounting.Ride(u"Cancel | steps | on Finish | says The mount was cancelled. "_s + NotRemoved));
     }
 

@@ -140,7 +140,8 @@ std::vector<Command> DirectoryCommands() {
         {"vdir login"_L1,
          {name},
          {},
-         "Logs the virtual directory in anew, and ends when it is logged in or has failed."_L1,
+         "Logs the virtual directory in anew, and ends when it is logged in or has failed.\n"
+         "Interrupted, it waits no longer; the service goes on."_L1,
          OnDirectory<Login>},
         {"vdir dismount"_L1, {name}, {}, "Dismounts the virtual directory."_L1, OnDirectory<Dismount>},
         {"vdir rename"_L1,

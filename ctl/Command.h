@@ -41,9 +41,10 @@ struct Invocation {
     /// What a file holds, or standard input for "-", without one line end at its end; none when it cannot be
     /// read, which is told.
     std::optional<QByteArray> ReadInput(const QString& file) const;
-    /// False when the command was stopped meanwhile, by its own token or another one.
-    bool Pause(std::chrono::milliseconds time) const { return Pause(time, stop); }
-    bool Pause(std::chrono::milliseconds time, const std::stop_token& until) const;
+    /// False when the command was stopped meanwhile.
+    bool Pause(std::chrono::milliseconds time) const;
+    /// The same, which an interrupt stops from now on instead of ending the program.
+    Invocation StoppedByInterrupt() const;
 };
 
 /// How often an operand or an option is given.

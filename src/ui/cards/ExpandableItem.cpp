@@ -92,7 +92,8 @@ void CExpandableItem::SetProgress(int permille) {
     update(QRect(0, TitleBandHeight() - 3, width(), 3));
 }
 
-void CExpandableItem::SetBodyText(const QString& text) {
+void CExpandableItem::SetBodyText(const QString& text, const QString& more) {
+    m_bodyMore = more;
     if (text == m_bodyText)
         return;
     m_bodyText = text;
@@ -291,6 +292,8 @@ bool CExpandableItem::event(QEvent* event) {
                StatusRect().adjusted(m_failure.isEmpty() ? 0 : SignRoom, 0, 0, 0));
     if (!m_expanded)
         addWhenCut(m_bodyText, Look::Font(Look::Small), BodyTextRect());
+    if (!m_expanded && BodyTextRect().contains(help->pos()))
+        texts.append(m_bodyMore);
     if (help->pos().y() < TitleBandHeight())
         texts += {help->pos().x() >= width() - StatusRight ? m_statusCaption : QString(), m_note};
     texts.removeAll(QString());

@@ -37,8 +37,8 @@ public:
     void SetProgress(int permille);
     int Progress() const { return m_progress; }
 
-    /// The line that says what the card is.
-    void SetBodyText(const QString& text);
+    /// The line that says what the card is; its tool-tip says `more`.
+    void SetBodyText(const QString& text, const QString& more = {});
     const QString& BodyText() const { return m_bodyText; }
 
     /// Told by the title band's tool-tip and to screen readers; empty: nothing.
@@ -99,6 +99,7 @@ private:
     QString m_statusText;
     QString m_failure;
     QString m_bodyText;
+    QString m_bodyMore;
     QString m_note;
     QIcon m_statusIcon;
     QString m_statusIconName;

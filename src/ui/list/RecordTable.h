@@ -8,8 +8,8 @@
 #include <functional>
 #include <type_traits>
 
-/// Writes a cell from a record in the cell markup: a member or a function of it. Numbers are written in
-/// digits and sorted as numbers.
+/// Writes a cell from a record: a member of it, which is data, or a function of it, which returns cell
+/// markup. Numbers are written in digits and sorted as numbers.
 template <typename Record>
 struct CellWriter {
     template <typename Writer>
@@ -17,6 +17,8 @@ struct CellWriter {
         if constexpr (std::is_integral_v<std::remove_cvref_t<std::invoke_result_t<Writer, const Record&>>>) {
             text = [writer](const Record& record) { return QString::number(std::invoke(writer, record)); };
             key = [writer](const Record& record) { return SortKey{qint64(std::invoke(writer, record))}; };
+        } else if constexpr (std::is_member_object_pointer_v<Writer>) {
+            text = [writer](const Record& record) { return Cell::Plain(record.*writer); };
         } else {
             text = std::move(writer);
         }

@@ -3,6 +3,7 @@
 #include "list/BrenListCtrl.h"
 #include "list/RecordPanel.h"
 #include "list/RecordTable.h"
+#include "look/Formatters.h"
 #include "look/IconRegistry.h"
 #include "page/Console.h"
 #include "page/UserPrompts.h"
@@ -81,17 +82,19 @@ void DeleteAll(RecordView& view, const QString& taskId, const std::function<void
         });
 }
 
-void AskToDeleteAll(RecordView& view, const QString& taskId, const std::function<void()>& done) {
+void AskToDeleteAll(RecordView& view, const QString& taskId, const QString& name,
+                    const std::function<void()>& done) {
     UserPrompts& prompts = view.TheConsole().prompts;
-    prompts.AskYesNo(&view, RecordPanel::tr("Do you really want to delete all trace items of this task?"),
-                     [&view, &prompts, taskId, done](bool yes) {
-                         const bool same = view.Page().subject == taskId;
-                         if (yes && same)
-                             return DeleteAll(view, taskId, done);
-                         if (yes)
-                             prompts.ShowMessage(&view, RecordPanel::tr("The task is no longer there."));
-                         done();
-                     });
+    const QString question = RecordPanel::tr("Do you really want to delete all trace items of this task?") +
+                             u'\n' + Isolated(name);
+    prompts.AskYesNo(&view, question, [&view, &prompts, taskId, done](bool yes) {
+        const bool same = view.Page().subject == taskId;
+        if (yes && same)
+            return DeleteAll(view, taskId, done);
+        if (yes)
+            prompts.ShowMessage(&view, RecordPanel::tr("The task is no longer there."));
+        done();
+    });
 }
 
 } // namespace
@@ -113,7 +116,7 @@ ListTable TraceTable(const TaskRow& task) {
             },
         .actions = {{RecordPanel::tr("Copy All"), CopyIcon, TableAction::AllRows, CopyAll},
                     {RecordPanel::tr("Delete All"), DeleteAllIcon, TableAction::Rows,
-                     [id = task.id](RecordView& view, const std::function<void()>& done) {
-                         AskToDeleteAll(view, id, done);
+                     [id = task.id, name = task.title](RecordView& view, const std::function<void()>& done) {
+                         AskToDeleteAll(view, id, name, done);
                      }}}};
 }

@@ -133,7 +133,7 @@ const std::vector<Command>& AllCommands() {
         std::vector<Command> commands = DatabaseCommands();
         for (const auto& more :
              {LiveCommands(), TaskCommands(), SettingsCommands(), DirectoryCommands(), MountCommands(),
-              FolderCommands(), DavCommands(), RequestCommands(), HelpCommands()})
+              FolderCommands(), MailCommands(), DavCommands(), RequestCommands(), HelpCommands()})
             commands.insert(commands.end(), more.begin(), more.end());
         return commands;
     }();

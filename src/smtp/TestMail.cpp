@@ -59,7 +59,7 @@ private:
     TestMailResult ToHosts(const std::vector<MailHost>& hosts);
     /// None when the next host is to be tried.
     std::optional<TestMailResult> ToHost(const MailHost& host);
-    std::optional<std::vector<MailHost>> LookUp();
+    std::optional<std::vector<MailHost>> LookUp(const QString& domain);
     QString WhyNot(const MailHost& host, const SmtpStep& step) const;
     QString WhyNoneAnswered(const std::vector<MailHost>& hosts) const;
 
@@ -97,16 +97,15 @@ TestMailResult Sending::Run() {
                      : NotContacted(Mails::tr("%1 does not name hosts and ports, as in \"127.0.0.1:2525\".")
                                         .arg(QLatin1String(HostsVariable)));
     }
-    const auto hosts = LookUp();
-    return hosts ? ToHosts(*hosts)
-                 : NotContacted(
-                       Mails::tr("No mail exchangers of \"%1\" were found.").arg(MailDomain(m_address)));
-}
-
-std::optional<std::vector<MailHost>> Sending::LookUp() {
     const QString domain = MailDomain(m_address);
     if (domain.isEmpty())
-        return {};
+        return NotContacted(Mails::tr("No domain stands behind the \"@\"."));
+    const auto hosts = LookUp(domain);
+    return hosts ? ToHosts(*hosts)
+                 : NotContacted(Mails::tr("No mail exchangers of \"%1\" were found.").arg(domain));
+}
+
+std::optional<std::vector<MailHost>> Sending::LookUp(const QString& domain) {
     m_tell(Mails::tr("Looking up the mail exchangers of %1").arg(domain));
     const auto names = platform::FindMailExchangers(WireDomain(domain), m_route.nameServer, m_stop);
     if (!names || names->empty())

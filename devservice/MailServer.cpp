@@ -38,8 +38,8 @@ std::map<std::string, Scripted> UsualAnswers() {
 } // namespace
 
 struct MailServer::State {
-    State(std::filesystem::path where, uint16_t port)
-        : folder(std::move(where)), acceptor(operations.Context(), {asio::ip::address_v4::loopback(), port}) {
+    State(std::filesystem::path where, uint16_t wanted)
+        : folder(std::move(where)), acceptor(operations.Context(), {asio::ip::address_v4::loopback(), wanted}) {
     }
 
     void Serve() {
@@ -116,6 +116,7 @@ struct MailServer::State {
     std::stop_source stop;
     Operations operations{stop.get_token()}; ///< the thread's
     tcp::acceptor acceptor;
+    const uint16_t port = acceptor.local_endpoint().port();
 
     std::mutex mutex; ///< guards what follows
     std::map<std::string, Scripted> answers = UsualAnswers();
@@ -136,7 +137,7 @@ MailServer::~MailServer() {
 }
 
 uint16_t MailServer::Port() const {
-    return m_state->acceptor.local_endpoint().port();
+    return m_state->port;
 }
 
 void MailServer::SetAnswer(const std::string& step, const std::string& octets, After after) {

@@ -1,5 +1,5 @@
 #include "platform/posix/MailAnswer.h"
-#include "NameAnswers.h"
+#include "../NameAnswers.h"
 
 #include <doctest/doctest.h>
 

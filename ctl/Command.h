@@ -91,6 +91,7 @@ std::vector<Command> SettingsCommands();
 std::vector<Command> DirectoryCommands();
 std::vector<Command> MountCommands();
 std::vector<Command> FolderCommands();
+std::vector<Command> MailCommands();
 std::vector<Command> DavCommands();
 std::vector<Command> BackupCommands();
 std::vector<Command> RequestCommands();

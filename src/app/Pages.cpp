@@ -117,6 +117,7 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
         auto* settings = window.findChild<CSettingsPanel*>();
         settings->EditProxy();
     };
+    const auto mail = [](CBTaskMMCDlg& window) { window.findChild<CSettingsPanel*>()->EditNotification(); };
     const auto drive = [](CBTaskMMCDlg& window) -> CVDirListPanel& {
         return *window.findChild<CVDirListPanel*>();
     };
@@ -137,6 +138,7 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
         {u"Bandwidth"_s, [bar](CBTaskMMCDlg& window) { emit bar(window)->BandwidthClicked(); }},
         {u"Cloud space"_s, [bar](CBTaskMMCDlg& window) { emit bar(window)->CloudSpaceClicked(); }},
         {u"Proxy"_s, proxy},
+        {u"Email notification"_s, mail},
         {u"Encryption key"_s, key},
         {u"Folder picker"_s,
          [](CBTaskMMCDlg& window) {

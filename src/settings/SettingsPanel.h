@@ -5,6 +5,7 @@
 
 #include <QPointer>
 
+class CEmailDlg;
 class CProxyPage;
 
 /// The section of the service's settings.
@@ -16,7 +17,10 @@ public:
 
     /// Opens the proxy settings.
     void EditProxy();
+    /// Opens the settings of mail about backup tasks.
+    void EditNotification();
 
 private:
     QPointer<CProxyPage> m_proxyPage;
+    QPointer<CEmailDlg> m_emailDlg;
 };

@@ -5,6 +5,7 @@
 
 #include <QPointer>
 
+class CAuditTracePanel;
 class CProxyPage;
 
 /// The section of the service's settings.
@@ -17,6 +18,10 @@ public:
     /// Opens the proxy settings.
     void EditProxy();
 
+    /// Turns to the audit trace between two times.
+    void ShowTraces(const QString& from, const QString& to);
+
 private:
+    CAuditTracePanel* m_audit;
     QPointer<CProxyPage> m_proxyPage;
 };

@@ -60,8 +60,12 @@ AuditFilterForm::AuditFilterForm()
         connect(day, &QDateEdit::userDateChanged, m_between, [this] { m_between->setChecked(true); });
     for (QCheckBox* period : {m_between, m_lastDay, m_given})
         connect(period, &QCheckBox::toggled, this, [this, period](bool chosen) { Choose(period, chosen); });
-    connect(m_query, &QPushButton::clicked, this,
-            [this] { m_running ? emit StopWanted() : emit QueryWanted(); });
+    connect(m_query, &QPushButton::clicked, this, [this] {
+        if (m_running)
+            emit StopWanted();
+        else
+            emit QueryWanted();
+    });
 }
 
 void AuditFilterForm::LayOut() {

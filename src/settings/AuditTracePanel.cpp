@@ -122,6 +122,7 @@ void CAuditTracePanel::OpenFind() {
 void CAuditTracePanel::ShowTraces(const QString& from, const QString& to) {
     EnsureCreated();
     m_filter->AskForTimes(from, to);
+    m_view->setFocus();
     Query();
 }
 

@@ -26,8 +26,6 @@ struct AuditFilter {
     /// Times as in the rows, both included, in either order; equal ones: from then on.
     std::optional<std::pair<QString, QString>> between;
     QString maximum; ///< rows; all when empty or "0"
-
-    friend bool operator==(const AuditFilter&, const AuditFilter&) = default;
 };
 
 /// A time as the rows have it: "2025-03-04 09:05:00".

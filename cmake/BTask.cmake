@@ -11,6 +11,7 @@ set(CMAKE_AUTORCC ON)
 option(BTASK_BENCH "Build the benchmarks" OFF)
 option(BTASK_FUZZ "Build the fuzz targets (clang only)" OFF)
 option(BTASK_PCH "Precompile what most files include; whether each includes all it needs only a build without shows" OFF)
+option(BTASK_UNITY "Compile several sources as one text, which saves most of the time; each alone shows what it lacks" OFF)
 set(BTASK_SANITIZE "" CACHE STRING "Sanitizers, as in -fsanitize=")
 
 find_program(CCACHE ccache)
@@ -34,6 +35,10 @@ if(WIN32)
 endif()
 if(BTASK_PCH AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(btask_rules INTERFACE -fpch-preprocess) # ccache needs it
+endif()
+if(BTASK_UNITY AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # It takes a source that is not compiled on its own for a header, whose unnamed namespace would be many.
+  target_compile_options(btask_rules INTERFACE -Wno-subobject-linkage)
 endif()
 if(BTASK_SANITIZE)
   target_compile_options(btask_rules INTERFACE -fsanitize=${BTASK_SANITIZE} -fno-omit-frame-pointer -g1)
@@ -75,6 +80,25 @@ function(btask_precompile target name)
   endif()
 endfunction()
 
+if(BTASK_UNITY)
+  find_package(Python3 REQUIRED COMPONENTS Interpreter)
+endif()
+# btask_unite(TARGET): its sources are compiled several at a time where that was asked for.
+function(btask_unite target)
+  if(BTASK_UNITY)
+    get_target_property(sources ${target} SOURCES)
+    list(FILTER sources INCLUDE REGEX "\\.cpp$")
+    execute_process(COMMAND ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/tools/source_groups.py 8 ${sources}
+      WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR} OUTPUT_VARIABLE groups COMMAND_ERROR_IS_FATAL ANY)
+    string(REGEX MATCHALL "[^\n]+" groups "${groups}")
+    foreach(line ${groups})
+      string(REGEX MATCH "^([0-9]+) (.*)$" line "${line}")
+      set_source_files_properties(${CMAKE_MATCH_2} PROPERTIES UNITY_GROUP sources_${CMAKE_MATCH_1})
+    endforeach()
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_MODE GROUP)
+  endif()
+endfunction()
+
 set(btask_core_headers algorithm array chrono filesystem functional map memory mutex optional stop_token string thread
   utility vector QByteArray QDateTime QDir QFile QString QStringList QTimer)
 set(btask_widgets_headers ${btask_core_headers} QApplication QLabel QLineEdit QMouseEvent QPainter QPushButton QVBoxLayout)
@@ -102,6 +126,7 @@ function(btask_library name)
   target_link_libraries(${target} PUBLIC btask_rules ${arg_LIBS} PRIVATE ${arg_PRIVATE})
   if(arg_PCH)
     btask_precompile(${target} ${arg_PCH})
+    btask_unite(${target}) # not where the system's own headers are included: their macros would reach the next source
   endif()
 endfunction()
 

@@ -27,6 +27,7 @@ struct Viewer : PageFixture<> {
                                {1, "$$KEY$ third", MakeTime(2025, 3, 4, 12, 0)},
                                {2, "fourth failed", MakeTime(2025, 3, 5, 12, 0)},
                                {7, "$$KEY", MakeTime(2025, 3, 6, 12, 0)}});
+        QSettings(StateFile(), QSettings::IniFormat).remove(u"AuditTrace"_s);
         panel = std::make_unique<CAuditTracePanel>(console);
         panel->resize(700, 500);
         Open(*panel);

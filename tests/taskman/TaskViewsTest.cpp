@@ -156,8 +156,8 @@ private slots:
         publish(1, u"first"_s);
         LiveCounters counters(file);
         const Console& console = m_fixture->console;
-        const Console own{console.service, counters,      console.prompts,
-                          console.reader,  console.frame, console.settingNews};
+        const Console own{console.service,     counters,     console.prompts, console.reader, console.frame,
+                          console.settingNews, console.links};
         RecordPanel system(own, SystemActivityTable(counters));
         Open(system);
         const TableHand table(system);

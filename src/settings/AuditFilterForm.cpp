@@ -18,6 +18,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr int MaximumWidth = 80;
+constexpr int Gap = 8;
 constexpr int SecondsOfDay = 24 * 60 * 60;
 
 // What is kept, in a group of its own.
@@ -70,12 +71,14 @@ AuditFilterForm::AuditFilterForm()
 
 void AuditFilterForm::LayOut() {
     auto* days = new QHBoxLayout;
+    days->setSpacing(Gap);
     days->addWidget(m_from);
     days->addWidget(new QLabel(tr("and")));
     days->addWidget(m_to);
     days->addStretch();
     auto* count = new QHBoxLayout;
-    auto* label = new QLabel(tr("Ma&ximum Traces to Show (0-Limited)"));
+    count->setSpacing(Gap);
+    auto* label = new QLabel(tr("Maximum Traces to Show (0-Limited)"));
     label->setBuddy(m_maximum);
     m_maximum->setAccessibleName(tr("Maximum Traces to Show (0-Limited)"));
     count->addWidget(label);

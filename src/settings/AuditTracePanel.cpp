@@ -9,9 +9,9 @@
 
 #include <QCheckBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLocale>
-#include <QShortcut>
 #include <QVBoxLayout>
 
 using namespace Qt::Literals::StringLiterals;
@@ -73,12 +73,6 @@ void CAuditTracePanel::CreatePanel() {
     connect(m_filter, &AuditFilterForm::StopWanted, m_view, &RecordView::CancelRead);
     connect(m_view, &RecordView::Changed, this, &CAuditTracePanel::ShowState);
     connect(&m_countTimer, &QTimer::timeout, this, &CAuditTracePanel::ShowCounts);
-    for (const bool before : {false, true}) {
-        const auto keys = QKeySequence(Qt::Key_F8 | (before ? Qt::ShiftModifier : Qt::NoModifier));
-        auto* key = new QShortcut(keys, this);
-        key->setContext(Qt::WidgetWithChildrenShortcut);
-        connect(key, &QShortcut::activated, this, [this, before] { GoToError(before); });
-    }
     SetHelp(tr("Input trace filters and click the query button to view audit trace information. Unlimited "
                "trace length can cause very slow queries. 500-1000 are usually enough to see any recent "
                "issues."));
@@ -151,6 +145,14 @@ void CAuditTracePanel::Query() {
                           done();
                       }}};
     m_view->Turn(std::move(table));
+}
+
+/// Keys that no field has taken.
+void CAuditTracePanel::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_F8)
+        GoToError(event->modifiers().testFlag(Qt::ShiftModifier));
+    else
+        CBrenPanel::keyPressEvent(event);
 }
 
 void CAuditTracePanel::GoToError(bool before) {

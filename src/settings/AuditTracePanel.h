@@ -28,6 +28,7 @@ public:
 
 protected:
     void CreatePanel() override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     struct Asked;

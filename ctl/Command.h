@@ -84,6 +84,12 @@ struct Command {
 inline constexpr CommandOption JsonOption{
     QLatin1String("--json"), {}, QLatin1String("a JSON array in place of a table")};
 
+/// The output has no end, so JSON comes as an object a line.
+inline constexpr CommandOption FollowOption{
+    QLatin1String("--follow"),
+    {},
+    QLatin1String("oldest first, then what comes until Ctrl+C; with --json an object a line")};
+
 std::vector<Command> DatabaseCommands();
 std::vector<Command> LiveCommands();
 std::vector<Command> TaskCommands();

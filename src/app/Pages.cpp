@@ -12,6 +12,7 @@
 #include "clouddrive/VirtualDirectoryPanel.h"
 #include "development/GalleryPanel.h"
 #include "page/Console.h"
+#include "page/SectionLinks.h"
 #include "page/WebPagePanel.h"
 #include "settings/SetBandWidthLimitDlg.h"
 #include "settings/SettingsPanel.h"
@@ -164,6 +165,16 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
              GoOn});
     }
     return dialogs;
+}
+
+void LinkSections(CBTaskMMCDlg& window) {
+    window.Parts().links.showTraces = [&window](const QString& from, const QString& to) {
+        for (int section = 0; section < window.SectionCount(); ++section)
+            if (window.SectionTitle(section) == Title("Settings"))
+                window.SelectSection(section);
+        if (auto* settings = qobject_cast<CSettingsPanel*>(window.CurrentPage()))
+            settings->ShowTraces(from, to);
+    };
 }
 
 void SetRemoteFolderPicker(WindowPrompts& prompts, const Console& console) {

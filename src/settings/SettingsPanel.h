@@ -5,6 +5,7 @@
 
 #include <QPointer>
 
+class CAuditTracePanel;
 class CEmailDlg;
 class CProxyPage;
 
@@ -20,7 +21,11 @@ public:
     /// Opens the settings of mail about backup tasks.
     void EditNotification();
 
+    /// Turns to the audit trace between two times.
+    void ShowTraces(const QString& from, const QString& to);
+
 private:
+    CAuditTracePanel* m_audit;
     QPointer<CProxyPage> m_proxyPage;
     QPointer<CEmailDlg> m_emailDlg;
 };

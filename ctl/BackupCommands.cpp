@@ -105,7 +105,8 @@ CtlExit SaySchedule(const Invocation& invocation) {
 }
 
 /// Waits until the monitor has done what it was told.
-CtlExit WaitForIndex(const Invocation& invocation) {
+CtlExit WaitForIndex(const Invocation& given) {
+    const Invocation invocation = given.StoppedByInterrupt();
     constexpr std::chrono::minutes Longest{10};
     constexpr std::chrono::milliseconds Interval{500};
     for (auto waited = std::chrono::milliseconds(0); waited < Longest; waited += Interval) {

@@ -2,7 +2,6 @@
 #include "ctl/Rows.h"
 #include "ctl/TaskOperand.h"
 
-#include "platform/Console.h"
 #include "stores/AuditTraceStore.h"
 #include "stores/ProcessLogStore.h"
 #include "stores/SchedulerStore.h"
@@ -141,9 +140,9 @@ bool IsInTheWay(const ReadResult& read) {
     return read.outcome == ReadOutcome::Busy || read.outcome == ReadOutcome::HotJournal;
 }
 
-CtlExit Follow(const Invocation& invocation, const AuditFilter& filter, AuditRows& audit, RowWriter& rows) {
-    const std::stop_token stop =
-        invocation.stop.stop_possible() ? invocation.stop : platform::StopOnInterrupt();
+CtlExit Follow(const Invocation& given, const AuditFilter& filter, AuditRows& audit, RowWriter& rows) {
+    const Invocation invocation = given.StoppedByInterrupt();
+    const std::stop_token& stop = invocation.stop;
     qint64 end = 0;
     std::vector<AuditRecord> there;
     ReadResult read = AuditTraceStore(stop).EnumTraces(filter, end, [&there](const AuditRecord& record) {
@@ -154,7 +153,7 @@ CtlExit Follow(const Invocation& invocation, const AuditFilter& filter, AuditRow
     for (; taken && !there.empty(); there.pop_back())
         taken = audit.Add(there.back());
     there = {};
-    while (read && taken && rows.Push() && invocation.Pause(FollowInterval, stop)) {
+    while (read && taken && rows.Push() && invocation.Pause(FollowInterval)) {
         const auto add = [&](const AuditRecord& record) { return taken = audit.Add(record); };
         read = AuditTraceStore(stop).EnumNewTraces(filter, end, add);
         if (IsInTheWay(read))

@@ -41,8 +41,8 @@ private slots:
         ServiceFixture service;
         service->SetVirtualDirectories({{"Photos", "{C}", 3, Provider}});
         service->SetLogin("never");
-        devservice::Task task = MakeTask("{1}", "Nightly");
-        task.subTasks = {MakeSubTask(1, "PUT", "a.txt", 9'000'000)};
+        devservice::Task task = devservice::MakeTask("{1}", "Nightly");
+        task.subTasks = {devservice::MakeSubTask(1, "PUT", "a.txt", 9'000'000)};
         service->PutTask(task);
         QProcess program;
         program.start(QCoreApplication::applicationDirPath() + u"/btaskctl"_s, command);

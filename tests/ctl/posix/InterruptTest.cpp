@@ -31,7 +31,7 @@ private slots:
             "Photos ");
         row("a login goes on", {u"vdir"_s, u"login"_s, u"Photos"_s}, "GetVDirStatus", 3,
             "Stopped before the login ended. The service goes on with it.\n", "Photos ");
-        row("a run goes on", {u"task"_s, u"start"_s, u"Nightly"_s, u"--wait"_s}, "starttask", 3,
+        row("a run goes on", {u"task"_s, u"start"_s, u"Nightly"_s, u"--wait"_s}, "startnow", 3,
             "Stopped before the run ended. The service goes on with it.\n", "Photos ");
     }
 
@@ -41,8 +41,8 @@ private slots:
         ServiceFixture service;
         service->SetVirtualDirectories({{"Photos", "{C}", 3, Provider}});
         service->SetLogin("never");
-        devservice::Task task = MakeTask("{1}", "Nightly");
-        task.subTasks = {MakeSubTask(1, "PUT", "a.txt", 9'000'000)};
+        devservice::Task task = devservice::MakeTask("{1}", "Nightly");
+        task.subTasks = {devservice::MakeSubTask(1, "PUT", "a.txt", 9'000'000)};
         service->PutTask(task);
         QProcess program;
         program.start(QCoreApplication::applicationDirPath() + u"/btaskctl"_s, command);

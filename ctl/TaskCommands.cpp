@@ -94,9 +94,9 @@ CtlExit StartTask(const Invocation& invocation) {
     if (const ReadResult read = waits ? FillProcessLog(*task.id, before, invocation.stop) : ReadResult();
         !read)
         return invocation.End(read);
+    const Invocation waiting = waits ? invocation.StoppedByInterrupt() : invocation;
     const CtlExit exit = Send(invocation, *task.id, &ServiceClient::StartTaskNow);
-    return exit == CtlExit::Done && waits ? WaitForRun(invocation.StoppedByInterrupt(), *task.id, before)
-                                          : exit;
+    return exit == CtlExit::Done && waits ? WaitForRun(waiting, *task.id, before) : exit;
 }
 
 bool IsIdentifier(const Invocation& invocation, const QString& operand) {

@@ -68,9 +68,9 @@ QWidget* CVDirListPanel::MakeEmptyView() {
 }
 
 void CVDirListPanel::MountNew() {
-    OpenMountWizard(TheConsole(), window(), [panel = QPointer(this)](bool mounted) {
-        if (panel && mounted)
-            panel->Reload();
+    OpenMountWizard(TheConsole(), window(), [panel = QPointer(this)](bool) {
+        if (panel)
+            panel->Reload(); // a mount that was called off may still be shown
     });
 }
 

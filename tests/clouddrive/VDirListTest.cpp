@@ -1,4 +1,5 @@
 #include "clouddrive/BVDirMgrDlg.h"
+#include "clouddrive/MountWizard.h"
 #include "clouddrive/ProfileEncryptionDlg.h"
 #include "clouddrive/Quota.h"
 #include "clouddrive/RenameVDirDlg.h"
@@ -137,6 +138,19 @@ private slots:
             {{"Photos", "{C}", 3, Provider}, {"Mail", "{D}", 1, Provider}, {"New", "{E}", 1, Provider}});
         Refresh();
         QVERIFY(!m_panel->ExpandedCard());
+    }
+
+    /// A mount that was called off may still have been listed.
+    void theListIsReadAgainWhenTheWizardCloses() {
+        Open();
+        m_panel->MountNew();
+        m_fixture->reader.StepAll();
+        auto* wizard = OpenDialog<CMountWizard>();
+        QVERIFY(wizard);
+        Service()->SetVirtualDirectories({{"Mail", "{D}", 1, Provider}});
+        wizard->reject();
+        m_fixture->reader.StepAll();
+        QCOMPARE(Titles(), u"Mail"_s);
     }
 
     void theFourthFailureIsTold() {

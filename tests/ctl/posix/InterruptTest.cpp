@@ -31,7 +31,7 @@ private slots:
             "Photos ");
         row("a login goes on", {u"vdir"_s, u"login"_s, u"Photos"_s}, "GetVDirStatus", 3,
             "Stopped before the login ended. The service goes on with it.\n", "Photos ");
-        row("a run goes on", {u"task"_s, u"start"_s, u"Nightly"_s, u"--wait"_s}, "starttask", 3,
+        row("a run goes on", {u"task"_s, u"start"_s, u"Nightly"_s, u"--wait"_s}, "startnow", 3,
             "Stopped before the run ended. The service goes on with it.\n", "Photos ");
     }
 

@@ -106,3 +106,5 @@ private slots:
 
 BTASK_TEST(CellMarkupTest);
 #include "CellMarkupTest.moc"
+
+using namespace Qt::Literals::StringLiterals;

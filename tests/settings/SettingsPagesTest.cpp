@@ -292,7 +292,7 @@ private slots:
         QStringList actions;
         for (const FrameAction& action : fixture.frame.sideActions)
             actions << action.caption;
-        QCOMPARE(actions, (QStringList{u"Proxy Setup"_s, u"Refresh..."_s}));
+        QCOMPARE(actions, (QStringList{u"Proxy Setup"_s, u"Email Notification"_s, u"Refresh..."_s}));
         QCOMPARE(panel.PageCount(), 3);
 
         fixture.service->SetSetting("WriterName", "Ann");

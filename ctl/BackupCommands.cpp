@@ -1,6 +1,7 @@
 #include "ctl/Rows.h"
 
 #include "plan/BackupSchedule.h"
+#include "plan/FileIndexing.h"
 
 #include <algorithm>
 
@@ -103,10 +104,40 @@ CtlExit SaySchedule(const Invocation& invocation) {
     });
 }
 
+/// Waits until the monitor has done what it was told.
+CtlExit WaitForIndex(const Invocation& invocation) {
+    constexpr std::chrono::minutes Longest{10};
+    constexpr std::chrono::milliseconds Interval{500};
+    for (auto waited = std::chrono::milliseconds(0); waited < Longest; waited += Interval) {
+        const FileIndexing indexing = ReadFileIndexing(invocation.stop);
+        if (indexing.end == FileIndexing::End::Built)
+            return CtlExit::Done;
+        if (indexing.end == FileIndexing::End::Gone)
+            return invocation.End(CtlExit::Refused,
+                                  u"The file monitor service stopped before the index was built."_s);
+        if (!invocation.Pause(Interval))
+            return invocation.End(CtlExit::Refused, u"Stopped before the index was built."_s);
+    }
+    return invocation.End(CtlExit::Refused, u"The index was not built within 10 minutes."_s);
+}
+
+CtlExit BuildIndex(const Invocation& invocation) {
+    if (const QString refusal = FileIndexRefusal(AskFileMonitor(invocation.stop)); !refusal.isEmpty())
+        return invocation.End(CtlExit::Refused, refusal);
+    invocation.Has("--force"_L1) ? ForceFileIndex() : BeginFileIndex();
+    return invocation.Has("--wait"_L1) ? WaitForIndex(invocation) : CtlExit::Done;
+}
+
 } // namespace
 
 std::vector<Command> BackupCommands() {
     return {
+        {"index"_L1,
+         {},
+         {{"--force"_L1, {}, "build it anew where it was built before"_L1},
+          {"--wait"_L1, {}, "end when it has been built, after 10 minutes at most"_L1}},
+         "Lets the file monitor build the index that backups by file type are made from."_L1,
+         BuildIndex},
         {"schedule"_L1,
          {},
          {{"--form"_L1, FormNames, "the form that would be confirmed"_L1, Times::Once},

@@ -36,13 +36,19 @@ constexpr NamedDatabase DatabaseNames[] = {
     {"history", Database::History}, {"audit", Database::AuditTrace},    {"fileindex", Database::FileIndex},
 };
 
+fs::path FilesOf(const Options& options) {
+    return options.files.empty() ? options.home / "files" : options.files;
+}
+
 } // namespace
 
 struct DevService::State {
     explicit State(Options given)
-        : options(std::move(given)), databases(options.home, options.journal),
-          settings(options.home / "settings" / "settings.txt"), engine(options.seed),
-          databaseFaults(databases), profile(options.home / "settings" / "profile.txt", settings),
+        : options(std::move(given)), fileMonitor(options.home, FilesOf(options),
+                                                 Databases(options.home, {}).FileOf(Database::FileIndex)),
+          databases(options.home, options.journal), settings(options.home / "settings" / "settings.txt"),
+          engine(options.seed), databaseFaults(databases),
+          profile(options.home / "settings" / "profile.txt", settings),
           tree(options.home / "drive", options.home / "storage", options.davPrefix),
           requests(engine, settings, profile, tree) {}
 
@@ -53,6 +59,8 @@ struct DevService::State {
     std::unique_ptr<HttpServer> server; ///< from the first Start on, so that the port stays the same
     std::jthread ticker;
     ServiceLocks locks;
+    std::mutex monitoring; ///< held while the file monitor is replaced
+    FileMonitor fileMonitor;
 
     mutable std::mutex mutex; ///< guards what follows
     Databases databases;
@@ -73,6 +81,7 @@ struct DevService::State {
     void RunClock(std::stop_token stop);
     Answer Handle(const ReceivedRequest& request, bool acts);
     Answer Steer(const std::string& command);
+    bool SetFileMonitor(const std::string& text);
     void SetFault(const HttpFaultSwitch& fault);
     bool SetFault(const std::string& text);
     bool SetLogin(const std::string& text);
@@ -103,7 +112,7 @@ void DevService::State::OpenHome() {
     const bool goesOn = engine.Now() > SimTime();
     engine.Restore(databases.Load(), goesOn && options.ticking == 0 ? engine.Now() : FirstMoment());
     if (fresh)
-        Populate(options.scenario, engine, databases, settings);
+        Populate(options.scenario, engine, databases, settings, FilesOf(options));
     fs::create_directories(options.home / "drive");
     if (!profile.Load(engine.Now()))
         PopulateCloud(options.scenario, options.scenario == "huge" ? HugeEntries : options.entries, profile,
@@ -147,7 +156,7 @@ Answer DevService::State::Handle(const ReceivedRequest& request, bool acts) {
     });
 }
 
-/// "fault?SWITCH", "login?SWITCH", "drive?LETTER" and "advance?MILLISECONDS".
+/// "fault?SWITCH", "login?SWITCH", "filemonitor?SWITCH", "drive?LETTER" and "advance?MILLISECONDS".
 Answer DevService::State::Steer(const std::string& command) {
     const size_t mark = command.find('?');
     const std::string argument =
@@ -156,6 +165,8 @@ Answer DevService::State::Steer(const std::string& command) {
         if (command.substr(0, mark) == "fault" && SetFault(argument))
             return {};
         if (command.substr(0, mark) == "login" && SetLogin(argument))
+            return {};
+        if (command.substr(0, mark) == "filemonitor" && SetFileMonitor(argument))
             return {};
         if (command.substr(0, mark) == "drive" && argument.size() < 2) {
             Do([&] { driveLetter = argument.empty() ? u'\0' : static_cast<unsigned char>(argument[0]); });
@@ -168,8 +179,8 @@ Answer DevService::State::Steer(const std::string& command) {
     } catch (const std::exception& error) {
         return {400, std::string(error.what()) + '\n'};
     }
-    return {400,
-            "Use /dev/fault?SWITCH, /dev/login?SWITCH, /dev/drive?LETTER or /dev/advance?MILLISECONDS.\n"};
+    return {400, "Use /dev/fault?SWITCH, /dev/login?SWITCH, /dev/filemonitor?SWITCH, /dev/drive?LETTER or "
+                 "/dev/advance?MILLISECONDS.\n"};
 }
 
 void DevService::State::SetFault(const HttpFaultSwitch& fault) {
@@ -205,6 +216,14 @@ bool DevService::State::SetLogin(const std::string& text) {
     return how.has_value();
 }
 
+bool DevService::State::SetFileMonitor(const std::string& text) {
+    const auto how = ParseFileMonitor(text);
+    const std::scoped_lock lock(monitoring);
+    if (how)
+        fileMonitor.Set(*how);
+    return how.has_value();
+}
+
 DevService::DevService(Options options) : m_state(std::make_unique<State>(std::move(options))) {}
 
 DevService::~DevService() {
@@ -234,6 +253,7 @@ void DevService::Start() {
         throw;
     }
     state.locks.SayRunning();
+    SetFileMonitor(state.options.fileMonitor);
     state.ticker = std::jthread([&state](std::stop_token stop) { state.RunClock(stop); });
 }
 
@@ -244,6 +264,7 @@ void DevService::Stop() {
         return;
     state.ticker = {};
     state.server->Close();
+    SetFileMonitor({});
     {
         const std::scoped_lock lock(state.mutex);
         state.databaseFaults.ClearAll();
@@ -416,6 +437,11 @@ void DevService::SetLogin(const LoginSwitch& how) {
 
 bool DevService::SetLogin(const std::string& text) {
     return m_state->SetLogin(text);
+}
+
+void DevService::SetFileMonitor(const FileMonitorSwitch& how) {
+    const std::scoped_lock lock(m_state->monitoring);
+    m_state->fileMonitor.Set(how);
 }
 
 void DevService::SetDriveLetter(char16_t letter) {

@@ -2,6 +2,7 @@
 
 #include "devservice/DatabaseKinds.h"
 #include "devservice/Faults.h"
+#include "devservice/FileMonitor.h"
 #include "devservice/HttpServer.h"
 #include "devservice/Profile.h"
 #include "devservice/Task.h"
@@ -28,6 +29,8 @@ struct Options {
     std::chrono::milliseconds startDelay{0}; ///< until the port opens
     std::string davPrefix = "D";             ///< of the elements of listings; none when empty
     int entries = 0;                         ///< folders in the folder "Many" of a home that is filled
+    FileMonitorSwitch fileMonitor;           ///< what is seen of the service that indexes files
+    std::filesystem::path files;             ///< the folder that it indexes; "files" in the home when empty
     bool holdLocks = true; ///< the shell's mutex and the service's lock, which one service can hold
 };
 
@@ -92,6 +95,7 @@ public:
     /// How logins go from now on; Advance brings those that take their time.
     void SetLogin(const LoginSwitch& how);
     bool SetLogin(const std::string& text); ///< as on the command line; false when it is not understood
+    void SetFileMonitor(const FileMonitorSwitch& how);
     /// Where the virtual directories are shown; 0 when nowhere.
     void SetDriveLetter(char16_t letter);
 

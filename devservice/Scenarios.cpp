@@ -1,9 +1,11 @@
 #include "devservice/Scenarios.h"
 
+#include "devservice/FileMonitor.h"
 #include "devservice/WorkPlan.h"
 
 #include <algorithm>
 #include <cstdio>
+#include <fstream>
 #include <iterator>
 
 namespace devservice {
@@ -206,18 +208,16 @@ void TellFolderChanges(Changes& changes, SimTime now) {
     }
 }
 
-void FillFileIndex(Connection& connection) {
-    static constexpr const char* folders[] = {"C:\\Users\\mara\\Documents", "D:\\Photos", "D:\\Work"};
+/// A user's files, and their index.
+void MakeFiles(const std::filesystem::path& folder, Connection& index) {
+    static constexpr const char* folders[] = {"Documents", "Photos", "Work"};
     static constexpr const char* extensions[] = {"docx", "xlsx", "pdf", "jpg", "odt"};
-    Transaction transaction(connection);
-    Statement insert(connection, "INSERT OR REPLACE INTO FileDB VALUES(?,?,?,?)");
-    for (int i = 0; i < 300; ++i) {
-        const std::string extension = extensions[i % 5];
-        insert.Bind(std::string(folders[i % 3]) + "\\file " + std::to_string(i) + '.' + extension)
-            .Bind(extension);
-        insert.Bind(1000 + i * 7919 % 900'000).Bind(FormatTime(MakeTime(2025, 1, 1) + i * 1h)).Run();
-    }
-    transaction.Commit();
+    for (const char* name : folders)
+        std::filesystem::create_directories(folder / name);
+    for (int i = 0; i < 150; ++i)
+        std::ofstream(folder / folders[i % 3] / ("file " + std::to_string(i) + '.' + extensions[i % 5]))
+            << std::string(static_cast<size_t>(100 + i * 7919 % 3000), 'x');
+    IndexFiles(index, folder);
 }
 
 template <size_t N>
@@ -288,7 +288,8 @@ bool IsScenario(const std::string& name) {
     return name == "empty" || name == "desktop" || name == "server" || name == "huge";
 }
 
-void Populate(const std::string& scenario, TaskEngine& engine, Databases& databases, Settings& settings) {
+void Populate(const std::string& scenario, TaskEngine& engine, Databases& databases, Settings& settings,
+              const std::filesystem::path& files) {
     if (scenario == "desktop")
         TellAll(DesktopStories, engine);
     else if (scenario == "server")
@@ -296,7 +297,7 @@ void Populate(const std::string& scenario, TaskEngine& engine, Databases& databa
     else if (scenario == "huge")
         TellHuge(engine, databases);
     if (scenario == "desktop" || scenario == "server")
-        FillFileIndex(databases.Open(databases.FileOf(Database::FileIndex)));
+        MakeFiles(files, databases.Open(databases.FileOf(Database::FileIndex)));
     if (scenario == "desktop")
         TellFolderChanges(engine.Unwritten(), engine.Now());
     if (scenario != "empty")

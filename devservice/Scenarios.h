@@ -10,6 +10,7 @@ namespace devservice {
 bool IsScenario(const std::string& name);
 
 /// Fills an empty home: tasks into the engine, logs and settings into their files. The files' tables stand.
-void Populate(const std::string& scenario, TaskEngine& engine, Databases& databases, Settings& settings);
+void Populate(const std::string& scenario, TaskEngine& engine, Databases& databases, Settings& settings,
+              const std::filesystem::path& files);
 
 } // namespace devservice

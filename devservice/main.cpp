@@ -33,6 +33,9 @@ A stand-in for the background service, for development and tests.
                       db-writer:MS db-none, with @scheduler, @processlog, @history, @audit, @fileindex or @TASK
   --login SWITCH      how logins go, may be given often; also at run time: PUT /dev/login?SWITCH
                       in after:SECONDS refused:TEXT no-plugin never, with @NAME for one virtual directory only
+  --file-monitor SWITCH  of the service that indexes files; also at run time: PUT /dev/filemonitor?SWITCH
+                      running (default) absent slow:MS failing
+  --files DIR         the folder that it indexes; "files" in the data folder by default
   --no-drive          show no virtual directories; at run time: PUT /dev/drive? and PUT /dev/drive?Z
   --dav-prefix NAME   before the elements of folder listings, D by default; "" for none
   --entries N         so many folders in the folder "Many" of an empty home's first virtual directory
@@ -84,6 +87,7 @@ Arguments Parse(const std::vector<std::string>& words) {
     Arguments result;
     result.options.scenario = "";
     result.options.ticking = 1;
+    result.options.fileMonitor.kind = devservice::FileMonitorSwitch::Kind::Running;
     std::optional<int> port;
     for (auto word = words.begin(); word != words.end(); ++word) {
         const auto value = [&]() -> const std::string& {
@@ -111,6 +115,13 @@ Arguments Parse(const std::vector<std::string>& words) {
             result.faults.push_back(value());
         else if (*word == "--login")
             result.logins.push_back(value());
+        else if (*word == "--file-monitor") {
+            const auto how = devservice::ParseFileMonitor(value());
+            if (!how)
+                throw UsageError("\"" + *word + "\" is no switch of the file monitor");
+            result.options.fileMonitor = *how;
+        } else if (*word == "--files")
+            result.options.files = platform::PathFromUtf8(value());
         else if (*word == "--no-drive")
             result.noDrive = true;
         else if (*word == "--dav-prefix")

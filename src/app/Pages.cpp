@@ -2,6 +2,7 @@
 
 #include "app/BackupSvrConfigWizard.h"
 #include "backup/AdvSchedule.h"
+#include "backup/BackupPanel.h"
 #include "backup/SchedulerPage.h"
 #include "clouddrive/BrowseDlg.h"
 #include "clouddrive/CloudSvcPage.h"
@@ -87,11 +88,17 @@ std::vector<PageEntry> PagesOf(bool serverMode, bool withGallery) {
     std::vector<PageEntry> pages;
     if (!serverMode)
         pages.push_back(WebPage(QT_TRANSLATE_NOOP("Pages", "Welcome"), "home", "welcome.html"));
+    const PageEntry backups{Title(QT_TRANSLATE_NOOP("Pages", "Backup and Restore")), u"backup"_s,
+                            [](const Console& console) -> CBrenPanel* { return new CBackupPanel(console); }};
+    if (serverMode)
+        pages.push_back(backups);
     pages.push_back({serverMode ? Title(QT_TRANSLATE_NOOP("Pages", "Backup Target"))
                                 : Title(QT_TRANSLATE_NOOP("Pages", "Cloud Drive")),
                      serverMode ? u"target"_s : u"cloud"_s, [](const Console& console) -> CBrenPanel* {
                          return new CVirtualDirectoryPanel(console);
                      }});
+    if (!serverMode)
+        pages.push_back(backups);
     pages.push_back({Title(QT_TRANSLATE_NOOP("Pages", "Task Manager")), u"tasks"_s,
                      [](const Console& console) -> CBrenPanel* { return new CTaskManPanel(console); }});
     pages.push_back({Title(QT_TRANSLATE_NOOP("Pages", "Settings")), u"settings"_s,

@@ -57,3 +57,9 @@ ReadResult FileIndexStore::EnumFilesByExt(const QString& extension, const FilePa
         return path.isNull() || callback(path);
     });
 }
+
+std::optional<qint64> ReadHighestFileRow(const std::stop_token& stop) {
+    Database database(FileIndexFile(), OpenOnce, stop);
+    Statement highest = database.Prepare(u"SELECT max(rowid) FROM FileDB"_s, Columns);
+    return highest.Step() ? std::optional(highest.Integer64(0)) : std::nullopt;
+}

@@ -4,6 +4,7 @@
 #include "stores/Statement.h"
 
 #include <functional>
+#include <optional>
 
 /// Called with each full path, on the reading thread; false ends the walk.
 using FilePathCallback = std::function<bool(const QString&)>;
@@ -23,6 +24,10 @@ private:
     Database m_database;
     Statement m_rows;
 };
+
+/// How many files have been written into the index so far: its highest row, which is there at once where
+/// counting would read it all. None while the index cannot be read.
+std::optional<qint64> ReadHighestFileRow(const std::stop_token& stop);
 
 /// Where the file monitor keeps its index. The folder is made when missing; empty when the system names none.
 std::filesystem::path FileIndexFolder();

@@ -1,6 +1,5 @@
 #include "taskman/TaskList.h"
 
-#include "stores/SchedulerStore.h"
 #include "taskman/TaskClass.h"
 
 #include <QHash>
@@ -35,11 +34,15 @@ void AddActivity(std::vector<TaskRow>& rows, const LiveCounters& counters) {
 
 } // namespace
 
-CardEntries ReadTaskList(TaskFilter filter, const LiveCounters& counters, std::stop_token stop) {
+TaskChoice ChosenBy(TaskFilter filter) {
+    return [filter](const TaskRecord& task) { return IsShown(filter, task); };
+}
+
+CardEntries ReadTaskList(const TaskChoice& isListed, const LiveCounters& counters, std::stop_token stop) {
     std::vector<TaskRow> rows;
     ReadResult read = EnumAllTasks(
         [&](const TaskRecord& task) {
-            if (IsShown(filter, task))
+            if (isListed(task))
                 rows.push_back({{task.taskId, task.name, {}, static_cast<int>(task.state)},
                                 task.kind,
                                 task.description,

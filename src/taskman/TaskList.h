@@ -1,7 +1,7 @@
 #pragma once
 
 #include "cards/CardPanel.h"
-#include "stores/TaskState.h"
+#include "stores/SchedulerStore.h"
 
 /// Which tasks a list shows.
 enum class TaskFilter { MyTasks = 0, CompletedUserTasks = 1, SystemTasks = 2, All = 3 };
@@ -23,5 +23,8 @@ struct TaskRow : CardEntry {
     TaskActivity activity = {}; ///< empty unless it runs
 };
 
-/// The tasks of a filter in the store's order, and what the running ones do. On a lane.
-CardEntries ReadTaskList(TaskFilter filter, const LiveCounters& counters, std::stop_token stop);
+using TaskChoice = std::function<bool(const TaskRecord&)>;
+TaskChoice ChosenBy(TaskFilter filter);
+
+/// The chosen tasks in the store's order, and what the running ones do. On a lane.
+CardEntries ReadTaskList(const TaskChoice& isListed, const LiveCounters& counters, std::stop_token stop);

@@ -7,14 +7,55 @@
 #include "taskman/RunningTable.h"
 #include "taskman/SubTaskTable.h"
 #include "taskman/TaskClass.h"
+#include "taskman/TaskCommands.h"
 #include "taskman/TaskFacts.h"
 #include "taskman/TaskManSummary.h"
 #include "taskman/TraceTable.h"
 
+#include <QCoreApplication>
+
 using namespace Qt::Literals::StringLiterals;
 
-CTaskManItem::CTaskManItem(const Console& console, CommandRunner& commands, const TaskRow& task)
-    : CTaskItem(task.title), m_console(console), m_commands(commands), m_task(task),
+namespace {
+
+QString Title(const char* text) {
+    return QCoreApplication::translate("CTaskManItem", text);
+}
+
+} // namespace
+
+TaskCardView RunningView(const LiveCounters& counters) {
+    return {Title(QT_TRANSLATE_NOOP("CTaskManItem", "Running")), SystemActivitiesIcon,
+            [&counters](const TaskRow& task) { return RunningTable(counters, task); }};
+}
+
+TaskCardView PendingView() {
+    return {Title(QT_TRANSLATE_NOOP("CTaskManItem", "Pending")), TaskPendingIcon,
+            [](const TaskRow& task) { return SubTaskTable(task, SubtaskView::Pending); }};
+}
+
+TaskCardView PendingRetryView() {
+    return {Title(QT_TRANSLATE_NOOP("CTaskManItem", "Pending Retry")), RefreshIcon,
+            [](const TaskRow& task) { return SubTaskTable(task, SubtaskView::PendingRetry); }};
+}
+
+TaskCardView HistoryView() {
+    return {Title(QT_TRANSLATE_NOOP("CTaskManItem", "History")), FileVersionsIcon, HistoryTable};
+}
+
+TaskCardView TraceView() {
+    return {Title(QT_TRANSLATE_NOOP("CTaskManItem", "Trace")), TraceIcon, TraceTable};
+}
+
+TaskCardPlan TaskManCard(const LiveCounters& counters) {
+    return {[](const TaskRow& task) { return TaskKindText(task.type, task.title); },
+            TaskManSummary(),
+            {RunningView(counters), PendingView(), PendingRetryView(), HistoryView(), TraceView()}};
+}
+
+CTaskManItem::CTaskManItem(const Console& console, CommandRunner& commands, const TaskRow& task,
+                           TaskCardPlan plan)
+    : CTaskItem(task.title), m_console(console), m_commands(commands), m_task(task), m_plan(std::move(plan)),
       m_cancel(AddAction(TaskActionCaption(TaskAction::Cancel), TaskActionImage(TaskAction::Cancel),
                          [this] { Run(TaskAction::Cancel); })),
       m_startOrPause(AddAction({}, 0, [this] { Run(m_offered); })) {
@@ -38,7 +79,7 @@ void CTaskManItem::Update(const TaskRow& task) {
     for (const View& view : m_views)
         view.panel->Turn(view.tableOf(task));
     ShowStatus();
-    const QString kind = TaskKindText(task.type, task.title);
+    const QString kind = m_plan.kind(task);
     SetBodyText(task.lastRun.isEmpty() ? kind : tr("%1  \u00B7  Last run %2").arg(kind, task.lastRun));
     Offer(task.state == TaskState::Running ? TaskAction::Pause : TaskAction::StartNow);
 }
@@ -93,20 +134,13 @@ void CTaskManItem::OnExpanded() {
 
 void CTaskManItem::MakeViews() {
     auto* tabs = new CTabPanel(m_console);
-    m_summary = new CTaskSummary(m_console, m_task, TaskManSummary(), &m_commands);
+    m_summary = new CTaskSummary(m_console, m_task, m_plan.summary, &m_commands);
     connect(m_summary, &CTaskSummary::Commanded, this, &CTaskManItem::EndCommand);
     tabs->AddTab(tr("Summary"), m_summary, SummaryIcon);
-    const auto add = [&](const QString& title, int image, std::function<ListTable(const TaskRow&)> tableOf) {
-        m_views.push_back({new RecordPanel(m_console, tableOf(m_task)), std::move(tableOf)});
-        tabs->AddTab(title, m_views.back().panel, image);
-    };
-    add(tr("Running"), SystemActivitiesIcon,
-        [&counters = m_console.counters](const TaskRow& task) { return RunningTable(counters, task); });
-    add(tr("Pending"), TaskPendingIcon,
-        [](const TaskRow& task) { return SubTaskTable(task, SubtaskView::Pending); });
-    add(tr("Pending Retry"), RefreshIcon,
-        [](const TaskRow& task) { return SubTaskTable(task, SubtaskView::PendingRetry); });
-    add(tr("History"), FileVersionsIcon, HistoryTable);
-    add(tr("Trace"), TraceIcon, TraceTable);
+    for (const TaskCardView& view : m_plan.views) {
+        m_views.push_back({new RecordPanel(m_console, view.tableOf(m_task)), view.tableOf});
+        tabs->AddTab(view.title, m_views.back().panel, view.image);
+    }
+    FinishViews(*tabs);
     SetContent(tabs);
 }

@@ -1,14 +1,34 @@
 #pragma once
 
 #include "cards/TaskItem.h"
-#include "taskman/TaskCommands.h"
-#include "taskman/TaskList.h"
+#include "list/RecordTable.h"
+#include "taskman/TaskSummary.h"
 #include "taskman/TransferMeter.h"
 
-struct ListTable;
-
+class CTabPanel;
 class RecordPanel;
-class CTaskSummary;
+
+/// A table behind a tab of an expanded card, and what it shows of the card's task.
+struct TaskCardView {
+    QString title;
+    int image;
+    std::function<ListTable(const TaskRow&)> tableOf;
+};
+
+TaskCardView RunningView(const LiveCounters& counters);
+TaskCardView PendingView();
+TaskCardView PendingRetryView();
+TaskCardView HistoryView();
+TaskCardView TraceView();
+
+/// All that one kind of card of a task has of its own.
+struct TaskCardPlan {
+    std::function<QString(const TaskRow&)> kind; ///< what the task is, in words
+    TaskSummaryPlan summary;
+    std::vector<TaskCardView> views; ///< behind the summary
+};
+
+TaskCardPlan TaskManCard(const LiveCounters& counters);
 
 /// The card of a task. Its commands go to the task that it shows at the click.
 class CTaskManItem : public CTaskItem {
@@ -16,7 +36,7 @@ class CTaskManItem : public CTaskItem {
 
 public:
     /// `commands` are those of its list.
-    CTaskManItem(const Console& console, CommandRunner& commands, const TaskRow& task);
+    CTaskManItem(const Console& console, CommandRunner& commands, const TaskRow& task, TaskCardPlan plan);
 
     const QString& TaskId() const { return m_task.id; }
     /// Shows the task as it was read, and commands this one from now on.
@@ -27,6 +47,11 @@ public:
 signals:
     /// A command has ended, answered or not: what is shown may be out of date.
     void Commanded();
+
+protected:
+    /// Adds to what the expanded card shows, before it is shown first.
+    virtual void FinishViews(CTabPanel& tabs) { Q_UNUSED(tabs) }
+    const TaskRow& Task() const { return m_task; }
 
 private:
     struct View {
@@ -45,6 +70,7 @@ private:
     const Console& m_console;
     CommandRunner& m_commands;
     TaskRow m_task;
+    TaskCardPlan m_plan;
     TransferMeter m_meter;
     CTaskSummary* m_summary = nullptr; ///< this and the other views are made when the card is first expanded
     std::vector<View> m_views;

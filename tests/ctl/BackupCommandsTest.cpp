@@ -1,5 +1,10 @@
 #include "Shell.h"
+#include "stores/FileIndexStore.h"
+#include "support/AgentService.h"
+#include "support/ServiceFixture.h"
 #include "support/TestMain.h"
+
+#include <QDir>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -88,6 +93,42 @@ private slots:
         QCOMPARE(run.error, error);
         QCOMPARE(run.out, QByteArray());
         QCOMPARE(run.exit, CtlExit::Usage);
+    }
+
+    void buildsTheFileIndex() {
+        ServiceFixture service("empty");
+        const QString files = QFile::decodeName(service->Home().string().c_str()) + u"/files"_s;
+        QVERIFY(QDir().mkpath(files));
+        for (const QString& name : {u"a.TXT"_s, u"b.odt"_s})
+            QVERIFY(QFile(files + u'/' + name).open(QIODevice::WriteOnly));
+        const auto index = [](const QStringList& options = {}) {
+            return Btaskctl(QStringList{u"index"_s} + options);
+        };
+        const Run absent = index();
+        QCOMPARE(absent.exit, CtlExit::Refused);
+        QVERIFY(absent.error.contains("file monitor service"));
+
+        const AgentService monitor("BrenFileMonSvc");
+        using Kind = devservice::FileMonitorSwitch::Kind;
+        service->SetFileMonitor({Kind::Running});
+        QCOMPARE(index({u"--wait"_s}).exit, CtlExit::Done);
+        QCOMPARE(ReadHighestFileRow({}), std::optional<qint64>(2));
+        QVERIFY(QFile::remove(files + u"/a.TXT"_s));
+        QCOMPARE(index({u"--wait"_s}).exit, CtlExit::Done); // it was built before: nothing to do
+        QCOMPARE(ReadHighestFileRow({}), std::optional<qint64>(2));
+        QCOMPARE(index({u"--force"_s, u"--wait"_s}).exit, CtlExit::Done);
+        QCOMPARE(ReadHighestFileRow({}), std::optional<qint64>(1));
+
+        service->SetFileMonitor({Kind::Failing});
+        std::chrono::milliseconds waited{0};
+        const Run late = Btaskctl({u"index"_s, u"--force"_s, u"--wait"_s}, {}, {},
+                                  [&waited](const std::stop_token&, std::chrono::milliseconds time) {
+                                      waited += time;
+                                      return true;
+                                  });
+        QCOMPARE(late.exit, CtlExit::Refused);
+        QCOMPARE(late.error, "The index was not built within 10 minutes.\n");
+        QCOMPARE(waited, std::chrono::minutes(10));
     }
 };
 

@@ -2,11 +2,11 @@
 
 #include <memory>
 
-/// The agent's service, known to the system's service manager and running, for as long as it lives. Where
-/// there is no such manager, the lock of the development service already says so.
+/// One of the agent's services, known to the system's service manager and running, for as long as it lives.
+/// Where there is no such manager, the lock of the development service already says so.
 class AgentService {
 public:
-    AgentService();
+    explicit AgentService(const char* name = "brengroupsvc");
     ~AgentService();
 
 private:

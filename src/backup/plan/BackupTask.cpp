@@ -61,9 +61,3 @@ BackupDescription DescriptionOf(BackupKind kind, const QString& description) {
     return {LinesOf(description.section(u'\t', 0, 0)), LinesOf(description.section(u'\t', 1, 1)),
             LinesOf(description.section(u'\t', 2))};
 }
-
-int PlainTabs(BackupFlavour flavour, BackupKind kind) {
-    if (flavour == BackupFlavour::Snapshot)
-        return 4;
-    return kind == BackupKind::CrossCloud ? 2 : 3;
-}

@@ -27,6 +27,3 @@ struct BackupDescription {
 
 /// None of it of a cross cloud backup.
 BackupDescription DescriptionOf(BackupKind kind, const QString& description);
-
-/// How many tabs of an opened card stand without Advanced Mode.
-int PlainTabs(BackupFlavour flavour, BackupKind kind);

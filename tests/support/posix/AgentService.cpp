@@ -2,5 +2,5 @@
 
 struct AgentService::Registration {};
 
-AgentService::AgentService() = default;
+AgentService::AgentService(const char*) {}
 AgentService::~AgentService() = default;

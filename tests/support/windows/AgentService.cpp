@@ -5,10 +5,11 @@
 #include <QTest>
 
 struct AgentService::Registration {
-    RegisteredService service{L"brengroupsvc"};
+    explicit Registration(const std::string& name) : service(std::wstring(name.begin(), name.end())) {}
+    RegisteredService service;
 };
 
-AgentService::AgentService() : m_registration(std::make_unique<Registration>()) {
+AgentService::AgentService(const char* name) : m_registration(std::make_unique<Registration>(name)) {
     QVERIFY(m_registration->service.Start());
 }
 

@@ -11,11 +11,13 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
+#include <functional>
 #include <stdexcept>
 
 namespace {
 
 constexpr int Rounds = 20;
+constexpr int WizardRounds = 10;
 constexpr int Tasks = 1000;
 
 /// What one start of a program told of itself.
@@ -62,6 +64,22 @@ Start Run(const std::string& program, const std::vector<std::string>& arguments)
     return start;
 }
 
+/// The console beside one that is linked without the library of wizards: what they differ by is what wizards
+/// add to a start, which is to be no more than by what starts differ among themselves.
+void MeasureWizards(BenchTable& table, const std::function<Start(const char*)>& run) {
+    Samples with, without;
+    for (int round = 0; round < WizardRounds; ++round) {
+        with.Add(run("/BTaskMMC").painted);
+        without.Add(run("/console_without_wizards").painted);
+    }
+    const double noise = without.Percentile(75) - without.Percentile(25);
+    table.Add({.name = "Start, beside one without wizards",
+               .unit = "ms",
+               .ours = with.Median(),
+               .reference = without.Median(),
+               .maxOurs = without.Median() + noise});
+}
+
 void MeasureStart(BenchTable& table) {
     BenchHome home("empty");
     std::vector<devservice::Task> tasks;
@@ -70,14 +88,14 @@ void MeasureStart(BenchTable& table) {
     home.Service().PutTasks(std::move(tasks));
 
     const std::string folder = QCoreApplication::applicationDirPath().toStdString();
-    const auto console = [&] {
-        return Run(folder + "/BTaskMMC", {"--dev-report-start", "--dev-section=Task Manager"});
+    const auto console = [&](const char* program) {
+        return Run(folder + program, {"--dev-report-start", "--dev-section=Task Manager"});
     };
     const auto bare = [&] { return Run(folder + "/bare_window", {}); };
     qunsetenv("QT_QPA_PLATFORM");
     Samples ours, reference, filled, memory, referenceMemory;
     for (int round = 0; round < Rounds; ++round) {
-        const Start start = console();
+        const Start start = console("/BTaskMMC");
         const Start bareStart = bare();
         ours.Add(start.painted);
         filled.Add(start.filled);
@@ -96,6 +114,7 @@ void MeasureStart(BenchTable& table) {
                .reference = referenceMemory.Median(),
                .maxRatio = 1.8});
     table.Add({.name = "Start to first task row", .unit = "ms", .ours = filled.Median()});
+    MeasureWizards(table, console);
 }
 
 // A program that we start inherits our peak of memory, and pays for our size: as long as that is small.

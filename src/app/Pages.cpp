@@ -153,20 +153,13 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
          [](CBTaskMMCDlg& window) { OpenSchedulePage(window, ScheduleForm::Snapshot); }, ChooseNextMode},
     };
     if (serverMode) {
-        dialogs.push_back({u"Set-up wizard"_s,
-                           [](CBTaskMMCDlg& window) {
-                               const Console& parts = window.Parts();
-                               auto* wizard = new CBackupSvrConfigWizard(parts.service, parts.reader,
-                                                                         parts.prompts, &window);
-                               wizard->setAttribute(Qt::WA_DeleteOnClose);
-                               wizard->open();
-                           },
-                           [](QWidget& dialog) {
-                               auto& wizard = static_cast<QWizard&>(dialog);
-                               const bool more = wizard.nextId() != -1;
-                               wizard.next();
-                               return more;
-                           }});
+        dialogs.push_back(
+            {u"Set-up wizard"_s,
+             [](CBTaskMMCDlg& window) {
+                 const Console& parts = window.Parts();
+                 (new CBackupSvrConfigWizard(parts.service, parts.reader, parts.prompts, &window))->open();
+             },
+             GoOn});
     }
     return dialogs;
 }

@@ -152,7 +152,7 @@ std::optional<bool> SystemOperations::IsServerConfigured() {
 }
 
 void SystemOperations::RunConfigurationWizard() {
-    CBackupSvrConfigWizard(m_service, *m_reader, m_prompts).exec();
+    (new CBackupSvrConfigWizard(m_service, *m_reader, m_prompts))->exec(); // deletes itself
 }
 
 ServiceAnswer SystemOperations::RequestVdirList() {

@@ -3,6 +3,7 @@
 #include "page/BrenDialog.h"
 #include "support/PageFixture.h"
 #include "support/TestMain.h"
+#include "support/WizardRider.h"
 #include "window/BTaskMMCDlg.h"
 #include "window/ConsoleStatusBar.h"
 #include "window/PageHead.h"
@@ -179,26 +180,28 @@ private slots:
         QCOMPARE(ReadWindowGeometry().value_or(QRect()), place);
     }
 
-    void wizardClosesOnlyWhenTheServiceTookIt() {
-        CBackupSvrConfigWizard wizard(m_fixture->client, m_fixture->reader, m_fixture->prompts);
-        wizard.open();
-        wizard.next();
+    void theSetUpWizardEndsOnlyWhenTheServiceTookIt() {
+        auto* wizard = new CBackupSvrConfigWizard(m_fixture->client, m_fixture->reader, m_fixture->prompts);
+        WizardRider rider(wizard, m_fixture->reader);
         m_fixture->service->SetFault(devservice::HttpFault::Refuse);
-        m_fixture->prompts.ExpectMessage(
-            u"The service did not take the configuration. Check that it is running, then choose "
-            u"Finish again."_s);
-        QTest::mouseClick(wizard.button(QWizard::FinishButton), Qt::LeftButton);
-        m_fixture->reader.StepAll();
-        QVERIFY(wizard.isVisible());
+        const QString failure = u"The service did not take the configuration. Check that it is running, then "
+                                u"choose Finish again."_s;
+        m_fixture->prompts.ExpectMessage(failure);
+        QVERIFY(
+            rider.Ride(u"focus Next | key Space | page Ready | focus Finish | key Space | step | says %1 | "
+                       u"focus Finish | on Cancel"_s.arg(failure)));
         m_fixture->service->ClearFaults();
-        QVERIFY(wizard.focusWidget() == wizard.button(QWizard::FinishButton));
-        for (int press = 0; press < 2; ++press)
-            QTest::keyClick(wizard.focusWidget(), Qt::Key_Space);
-        QVERIFY2(wizard.isVisible(), "the second press is not one of Cancel");
-        m_fixture->reader.StepAll();
-        QCOMPARE(wizard.result(), int(QDialog::Accepted));
-        QVERIFY(!wizard.isVisible());
+        // Neither the second press nor what closes a window may end it while the server is being marked.
+        QVERIFY(rider.Ride(u"key Space | key Space | key Escape | busy | off Cancel | steps | finished"_s));
         QCOMPARE(m_fixture->service->Setting("BSInitConfig").value_or(""), std::string("True"));
+    }
+
+    void theSetUpWizardCanBeLeft() {
+        m_fixture->service->ForgetRequests();
+        auto* wizard = new CBackupSvrConfigWizard(m_fixture->client, m_fixture->reader, m_fixture->prompts);
+        WizardRider rider(wizard, m_fixture->reader);
+        QVERIFY(rider.Ride(u"Next | Back | off Back | key Return | page Ready | key Escape | closed"_s));
+        QVERIFY(m_fixture->service.RequestLines().isEmpty());
     }
 
 private:

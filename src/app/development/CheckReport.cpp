@@ -6,6 +6,7 @@
 #include "window/BTaskMMCDlg.h"
 
 #include <QCoreApplication>
+#include <QScreen>
 #include <QTextStream>
 
 using namespace Qt::Literals::StringLiterals;
@@ -18,7 +19,7 @@ constexpr std::chrono::milliseconds HangPatience{300};
 void Resize(QWidget& window, const QString& size) {
     const QStringList sides = size.split(u'x');
     if (sides.size() == 2)
-        window.resize(sides[0].toInt(), sides[1].toInt());
+        window.resize(QSize(sides[0].toInt(), sides[1].toInt()).boundedTo(window.screen()->availableSize()));
 }
 
 void Report(const CheckRun& run) {

@@ -45,10 +45,6 @@ void CardPanel::CreatePanel() {
     m_emptyText->setWordWrap(true);
     m_emptyText->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     column->addWidget(m_emptyText);
-    if (m_section.makeEmptyView) {
-        m_emptyView = m_section.makeEmptyView();
-        column->addWidget(m_emptyView);
-    }
     SetEmptyView(empty, EmptyMargins);
     MakeHeader();
     ShowEmptyText();
@@ -148,6 +144,11 @@ void CardPanel::ShowEmptyText() {
         text = tr("Nothing is in this state.");
     m_emptyText->setText(text);
     m_emptyText->setVisible(!text.isEmpty());
+    // Made once there is nothing to show: reading a page of HTML would cost every start time and memory.
+    if (!m_emptyView && m_section.makeEmptyView && text.isEmpty() && CardCount() == 0) {
+        m_emptyView = m_section.makeEmptyView();
+        m_emptyText->parentWidget()->layout()->addWidget(m_emptyView);
+    }
     if (m_emptyView)
         m_emptyView->setVisible(text.isEmpty());
 }

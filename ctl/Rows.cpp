@@ -52,8 +52,9 @@ qsizetype RoomFor(QStringView text) {
 
 qsizetype RoomFor(const Cell& cell) {
     if (const auto* const* list = std::get_if<const QStringList*>(&cell))
-        return std::accumulate((*list)->begin(), (*list)->end(), MostOctetsAround,
-                               [](qsizetype room, const QString& text) { return room + RoomFor(text); });
+        return std::accumulate(
+            (*list)->begin(), (*list)->end(), MostOctetsAround,
+            [](qsizetype room, const QString& text) { return room + RoomFor(QStringView(text)); });
     const auto* text = std::get_if<QStringView>(&cell);
     return RoomFor(text ? *text : QStringView());
 }

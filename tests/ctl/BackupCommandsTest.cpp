@@ -16,15 +16,15 @@ private slots:
     void listsBackups_data() {
         const Columns<QString, QStringList> row("line", "rows");
         const QString mirrored =
-            R"({"id":"{1}","name":"Photos","type":"Mirrored","state":2,"stateText":"Paused",)"
+            uR"({"id":"{1}","name":"Photos","type":"Mirrored","state":2,"stateText":"Paused",)"
             R"("nextRun":"2025-03-04 21:00:00","lastRun":null,"sources":["/home/a \"b\"","/home/c"],)"
-            R"("targets":["/Home/x"],"exclusions":["*"]})";
+            R"("targets":["/Home/x"],"exclusions":["*"]})"_s;
         const QString crossCloud =
-            R"({"id":"{2}","name":"Clouds","type":"Cross Cloud","state":4,"stateText":null,)"
-            R"("nextRun":"2025-03-04 21:00:00","lastRun":null,"sources":[],"targets":[],"exclusions":[]})";
+            uR"({"id":"{2}","name":"Clouds","type":"Cross Cloud","state":4,"stateText":null,)"
+            R"("nextRun":"2025-03-04 21:00:00","lastRun":null,"sources":[],"targets":[],"exclusions":[]})"_s;
         const QString fileType =
-            R"({"id":"{3}","name":"Music","type":"File Type","state":0,"stateText":"Pending",)"
-            R"("nextRun":null,"lastRun":"2025-03-04 09:05:00","sources":["@"],"targets":["/Home"],"exclusions":[]})";
+            uR"({"id":"{3}","name":"Music","type":"File Type","state":0,"stateText":"Pending",)"
+            R"("nextRun":null,"lastRun":"2025-03-04 09:05:00","sources":["@"],"targets":["/Home"],"exclusions":[]})"_s;
         row("backups", {mirrored, crossCloud, fileType});
         row("backups|--state|paused|--state|PENDING", {mirrored, fileType});
         row("backups|--state|completed", {});

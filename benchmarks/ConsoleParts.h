@@ -3,6 +3,7 @@
 #include "benchmarks/Home.h"
 #include "page/Console.h"
 #include "page/MainFrame.h"
+#include "page/SectionLinks.h"
 #include "page/SettingNews.h"
 #include "page/WindowPrompts.h"
 #include "service/ServiceClient.h"
@@ -20,7 +21,7 @@ public:
 struct ConsoleParts {
     explicit ConsoleParts(const std::string& scenario) : home(scenario) {}
 
-    Console On(Reader& reader) { return {client, counters, prompts, reader, frame, settingNews}; }
+    Console On(Reader& reader) { return {client, counters, prompts, reader, frame, settingNews, links}; }
 
     BenchHome home;
     ServiceClient client;
@@ -28,4 +29,5 @@ struct ConsoleParts {
     WindowPrompts prompts;
     NoFrame frame;
     SettingNews settingNews;
+    SectionLinks links;
 };

@@ -54,7 +54,8 @@ CtlExit RunCommand(const Command& command, const QStringList& words, const Invoc
         return invocation.End(CtlExit::Usage, mistake);
     const CtlExit exit = command.run(invocation);
     // Whoever reads JSON gets an array, also of what ended before its first row.
-    if (invocation.Has(JsonOption.name) && !out.WasUsed() && exit != CtlExit::Usage)
+    const bool isArray = invocation.Has(JsonOption.name) && !invocation.Has(FollowOption.name);
+    if (isArray && !out.WasUsed() && exit != CtlExit::Usage)
         invocation.Write("[]\n");
     return exit;
 }

@@ -1,5 +1,6 @@
 #include "ctl/Command.h"
 
+#include "platform/Console.h"
 #include "platform/Sleep.h"
 
 #include <QFile>
@@ -71,6 +72,13 @@ std::optional<QByteArray> Invocation::ReadInput(const QString& file) const {
     return content;
 }
 
-bool Invocation::Pause(std::chrono::milliseconds time, const std::stop_token& until) const {
-    return sleep ? sleep(until, time) : platform::SleepUnlessStopped(until, time);
+bool Invocation::Pause(std::chrono::milliseconds time) const {
+    return sleep ? sleep(stop, time) : platform::SleepUnlessStopped(stop, time);
+}
+
+Invocation Invocation::StoppedByInterrupt() const {
+    Invocation copy = *this;
+    if (!stop.stop_possible())
+        copy.stop = platform::StopOnInterrupt();
+    return copy;
 }

@@ -41,9 +41,10 @@ struct Invocation {
     /// What a file holds, or standard input for "-", without one line end at its end; none when it cannot be
     /// read, which is told.
     std::optional<QByteArray> ReadInput(const QString& file) const;
-    /// False when the command was stopped meanwhile, by its own token or another one.
-    bool Pause(std::chrono::milliseconds time) const { return Pause(time, stop); }
-    bool Pause(std::chrono::milliseconds time, const std::stop_token& until) const;
+    /// False when the command was stopped meanwhile.
+    bool Pause(std::chrono::milliseconds time) const;
+    /// The same, which an interrupt stops from now on instead of ending the program.
+    Invocation StoppedByInterrupt() const;
 };
 
 /// How often an operand or an option is given.
@@ -83,6 +84,12 @@ struct Command {
 inline constexpr CommandOption JsonOption{
     QLatin1String("--json"), {}, QLatin1String("a JSON array in place of a table")};
 
+/// The output has no end, so JSON comes as an object a line.
+inline constexpr CommandOption FollowOption{
+    QLatin1String("--follow"),
+    {},
+    QLatin1String("oldest first, then what comes until Ctrl+C; with --json an object a line")};
+
 std::vector<Command> DatabaseCommands();
 std::vector<Command> LiveCommands();
 std::vector<Command> TaskCommands();
@@ -90,6 +97,7 @@ std::vector<Command> SettingsCommands();
 std::vector<Command> DirectoryCommands();
 std::vector<Command> MountCommands();
 std::vector<Command> FolderCommands();
+std::vector<Command> MailCommands();
 std::vector<Command> DavCommands();
 std::vector<Command> BackupCommands();
 std::vector<Command> RequestCommands();

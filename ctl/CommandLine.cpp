@@ -131,9 +131,9 @@ QString CheckInputs(const Command& command, const Invocation& invocation) {
 const std::vector<Command>& AllCommands() {
     static const std::vector<Command> all = [] {
         std::vector<Command> commands = DatabaseCommands();
-        for (const auto& more :
-             {LiveCommands(), TaskCommands(), SettingsCommands(), DirectoryCommands(), MountCommands(),
-              FolderCommands(), BackupCommands(), DavCommands(), RequestCommands(), HelpCommands()})
+        for (const auto& more : {LiveCommands(), TaskCommands(), SettingsCommands(), DirectoryCommands(),
+                                 MountCommands(), FolderCommands(), BackupCommands(), MailCommands(),
+                                 DavCommands(), RequestCommands(), HelpCommands()})
             commands.insert(commands.end(), more.begin(), more.end());
         return commands;
     }();

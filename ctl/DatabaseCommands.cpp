@@ -1,15 +1,24 @@
+#include "ctl/CommandLine.h"
 #include "ctl/Rows.h"
 #include "ctl/TaskOperand.h"
 
+#include "platform/Console.h"
 #include "stores/AuditTraceStore.h"
 #include "stores/ProcessLogStore.h"
 #include "stores/SchedulerStore.h"
 #include "stores/SubTaskStore.h"
 #include "stores/TaskState.h"
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
+
+constexpr std::chrono::seconds FollowInterval{1};
+/// The words stand for the levels 0, 1 and 2.
+constexpr CommandOption LevelOption{"--level"_L1, "info|warning|error"_L1,
+                                    "of the traces found, only those of this level"_L1, Times::Any};
 
 CtlExit Tasks(const Invocation& invocation) {
     const std::vector<Column> columns{
@@ -103,8 +112,55 @@ QString ReadFilter(const Invocation& invocation, AuditFilter& filter) {
     const QDate last = to ? QDate::fromString(*to, Qt::ISODate) : first;
     if (!first.isValid() || !last.isValid())
         return u"A day is written as in 2026-03-01."_s;
-    filter.between = std::pair(first, last);
+    filter.between = std::pair(AuditTime(first), AuditTime(last));
     return {};
+}
+
+/// The traces of the levels that are asked for.
+class AuditRows {
+public:
+    AuditRows(const Invocation& invocation, RowWriter& rows) : m_rows(rows) {
+        for (const QString& level : invocation.Values(LevelOption.name))
+            m_levels.push_back(int(ChoicesOf(LevelOption.value).indexOf(level)));
+    }
+
+    /// False when no more are taken.
+    bool Add(const AuditRecord& record) {
+        const bool wanted =
+            m_levels.empty() || std::find(m_levels.begin(), m_levels.end(), record.level) != m_levels.end();
+        return !wanted || m_rows.Add({qint64{record.level}, record.time, AuditMessage(record.trace)});
+    }
+
+private:
+    RowWriter& m_rows;
+    std::vector<int> m_levels;
+};
+
+/// A writer that holds its lock for a moment is waited for.
+bool IsInTheWay(const ReadResult& read) {
+    return read.outcome == ReadOutcome::Busy || read.outcome == ReadOutcome::HotJournal;
+}
+
+CtlExit Follow(const Invocation& invocation, const AuditFilter& filter, AuditRows& audit, RowWriter& rows) {
+    const std::stop_token stop =
+        invocation.stop.stop_possible() ? invocation.stop : platform::StopOnInterrupt();
+    qint64 end = 0;
+    std::vector<AuditRecord> there;
+    ReadResult read = AuditTraceStore(stop).EnumTraces(filter, end, [&there](const AuditRecord& record) {
+        there.push_back(record);
+        return true;
+    });
+    bool taken = true;
+    for (; taken && !there.empty(); there.pop_back())
+        taken = audit.Add(there.back());
+    there = {};
+    while (read && taken && rows.Push() && invocation.Pause(FollowInterval, stop)) {
+        const auto add = [&](const AuditRecord& record) { return taken = audit.Add(record); };
+        read = AuditTraceStore(stop).EnumNewTraces(filter, end, add);
+        if (IsInTheWay(read))
+            read = {};
+    }
+    return read.outcome == ReadOutcome::Stopped ? CtlExit::Done : invocation.End(read);
 }
 
 CtlExit Audit(const Invocation& invocation) {
@@ -115,10 +171,11 @@ CtlExit Audit(const Invocation& invocation) {
     const std::vector<Column> columns{
         {"level"_L1, "LEVEL"_L1}, {"time"_L1, "TIME"_L1}, {"trace"_L1, "TRACE"_L1}};
     return WriteRows(invocation, columns, [&](RowWriter& rows) {
-        return invocation.End(
-            AuditTraceStore(invocation.stop).EnumTraces(filter, [&rows](const AuditRecord& record) {
-                return rows.Add({qint64{record.level}, record.time, AuditMessage(record.trace)});
-            }));
+        AuditRows audit(invocation, rows);
+        if (invocation.Has(FollowOption.name))
+            return Follow(invocation, filter, audit, rows);
+        const auto add = [&audit](const AuditRecord& record) { return audit.Add(record); };
+        return invocation.End(AuditTraceStore(invocation.stop).EnumTraces(filter, add));
     });
 }
 
@@ -147,6 +204,8 @@ std::vector<Command> DatabaseCommands() {
           {"--from"_L1, "DATE"_L1, "from the start of this day, as 2026-03-01"_L1},
           {"--to"_L1, "DATE"_L1, "to the start of this day; to now when it is that of --from"_L1},
           {"--max"_L1, "N"_L1, "at most so many (200), all when 0"_L1},
+          LevelOption,
+          FollowOption,
           JsonOption},
          "The audit trace, newest first; level 0 informs, 1 warns, 2 is an error."_L1,
          Audit},

@@ -64,9 +64,10 @@ CtlExit Login(const Invocation& invocation, const VDirRecord& record, const Dire
     if (const QString refusal = ReloginRefusal(record.name); !refusal.isEmpty())
         return invocation.End(CtlExit::Usage, refusal);
     const ServiceClient service;
-    if (const ServiceAnswer answer = ForceRelogin(service, record.name, invocation.stop); !answer)
+    const std::stop_token stop = invocation.StoppedByInterrupt().stop;
+    if (const ServiceAnswer answer = ForceRelogin(service, record.name, stop); !answer)
         return invocation.End(answer);
-    const LoginOutcome outcome = WaitForLogin(service, record, {}, invocation.stop);
+    const LoginOutcome outcome = WaitForLogin(service, record, {}, stop);
     if (outcome.end == LoginEnd::LoggedIn)
         return CtlExit::Done;
     const bool unanswered = outcome.end == LoginEnd::Silent || outcome.end == LoginEnd::Cancelled;
@@ -139,7 +140,8 @@ std::vector<Command> DirectoryCommands() {
         {"vdir login"_L1,
          {name},
          {},
-         "Logs the virtual directory in anew, and ends when it is logged in or has failed."_L1,
+         "Logs the virtual directory in anew, and ends when it is logged in or has failed.\n"
+         "Interrupted, it waits no longer; the service goes on."_L1,
          OnDirectory<Login>},
         {"vdir dismount"_L1, {name}, {}, "Dismounts the virtual directory."_L1, OnDirectory<Dismount>},
         {"vdir rename"_L1,

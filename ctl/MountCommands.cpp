@@ -1,7 +1,7 @@
 #include "ctl/Rows.h"
 
-#include "platform/Console.h"
 #include "service/MountRun.h"
+#include "service/ServiceExtensions.h"
 #include "service/VirtualDirectories.h"
 
 #include <algorithm>
@@ -136,11 +136,10 @@ CtlExit CheckName(const Invocation& invocation, const QString& name) {
 }
 
 MountOutcome RunMount(const Invocation& invocation, const MountOrder& order) {
-    const std::stop_token stop =
-        invocation.stop.stop_possible() ? invocation.stop : platform::StopOnInterrupt();
+    const Invocation stopped = invocation.StoppedByInterrupt();
     MountRun run(ServiceClient(), order);
-    while (const auto wait = run.Next(stop))
-        if (!invocation.Pause(*wait, stop))
+    while (const auto wait = run.Next(stopped.stop))
+        if (!stopped.Pause(*wait))
             run.CallOff();
     return run.Outcome();
 }
@@ -170,7 +169,7 @@ CtlExit Mount(const Invocation& invocation) {
     if (!questions.isEmpty())
         return invocation.End(CtlExit::Refused, questions.first());
     const bool publish = invocation.Has("--publish"_L1);
-    if (publish && !OffersPublishing(ServiceClient(), invocation.stop))
+    if (publish && !TakesConsoleRecords(ServiceClient(), invocation.stop).value_or(false))
         return invocation.End(CtlExit::Refused, u"This service offers no publishing."_s);
     const LoginCard card = MakeCard(name, provider.value->fields, *values.value);
     const MountOrder order{*provider.value, name, card, false, publish};

@@ -132,7 +132,7 @@ RowWriter::RowWriter(RowFormat format, std::vector<Column> columns, Sink sink)
 }
 
 bool RowWriter::Add(std::initializer_list<Cell> cells) {
-    if (m_format == RowFormat::Json) {
+    if (m_format != RowFormat::Table) {
         AddObject(cells);
     } else if (!m_widths.empty()) {
         WriteLine(LineOf(cells));
@@ -151,14 +151,24 @@ void RowWriter::AddObject(std::initializer_list<Cell> cells) {
         room += RoomFor(cell);
     const qsizetype before = m_text.size();
     m_text.resize(before + room);
-    char* at = Write(m_text.data() + before, m_empty ? QByteArrayView("[") : QByteArrayView(",\n"));
+    char* at = m_text.data() + before;
+    if (m_format == RowFormat::Json)
+        at = Write(at, m_empty ? QByteArrayView("[") : QByteArrayView(",\n"));
     auto key = m_keys.cbegin();
     for (const Cell& cell : cells) {
         at = Write(at, *key++);
         at = std::visit([&](const auto& value) { return WriteJson(at, value, m_utf8); }, cell);
     }
     *at++ = '}';
+    if (m_format == RowFormat::JsonLines)
+        *at++ = '\n';
     m_text.resize(at - m_text.constData());
+}
+
+bool RowWriter::Push() {
+    if (!m_first.empty())
+        BeginTable();
+    return Flush(1);
 }
 
 QStringList RowWriter::LineOf(std::initializer_list<Cell> cells) const {
@@ -213,7 +223,7 @@ bool RowWriter::Flush(qsizetype least) {
 bool RowWriter::Finish(bool whole) {
     if (m_format == RowFormat::Json)
         m_text += m_empty ? "[]\n" : "]\n";
-    else if (m_widths.empty() && (whole || !m_empty))
+    else if (m_format == RowFormat::Table && m_widths.empty() && (whole || !m_empty))
         BeginTable();
     return Flush(1);
 }
@@ -221,7 +231,8 @@ bool RowWriter::Finish(bool whole) {
 CtlExit WriteRows(const Invocation& invocation, const std::vector<Column>& columns,
                   const std::function<CtlExit(RowWriter&)>& read) {
     BackgroundOutput output(invocation.out);
-    RowWriter writer(invocation.Has(JsonOption.name) ? RowFormat::Json : RowFormat::Table, columns,
+    const RowFormat json = invocation.Has(FollowOption.name) ? RowFormat::JsonLines : RowFormat::Json;
+    RowWriter writer(invocation.Has(JsonOption.name) ? json : RowFormat::Table, columns,
                      [&output](QByteArrayView text) { return output.Write(text); });
     const CtlExit exit = read(writer);
     const bool taken = writer.Finish(exit == CtlExit::Done);

@@ -17,7 +17,7 @@ struct Column {
     QLatin1String title = {}; ///< of the table; empty for a column that the table leaves out
 };
 
-enum class RowFormat { Table, Json };
+enum class RowFormat { Table, Json, JsonLines };
 
 /// Makes the text of rows as they come, in memory that does not grow with their number. A table's columns are
 /// as wide as its first rows need, within bounds; what is wider pushes the rest of its line aside. Control
@@ -31,6 +31,8 @@ public:
 
     /// The cells stand in the order of the columns. False when no more rows are taken.
     bool Add(std::initializer_list<Cell> cells);
+    /// Hands out all rows so far, for a reader who looks on. False when no more are taken.
+    bool Push();
     /// Ends the text: that of JSON in any case, an empty table only when there are no rows and not because a
     /// read failed. False when not all was taken.
     bool Finish(bool whole);

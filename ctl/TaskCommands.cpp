@@ -64,11 +64,16 @@ CtlExit WaitForRun(const Invocation& invocation, const QString& id,
     do {
         const bool stopped = HasServiceStopped(invocation.stop); // asked first: what it wrote is read then
         std::vector<ProcessLogRecord> log;
-        if (const ReadResult read = FillProcessLog(id, log, invocation.stop); !read)
+        const ReadResult read = FillProcessLog(id, log, invocation.stop);
+        if (read.outcome == ReadOutcome::Stopped)
+            break;
+        if (!read)
             return invocation.End(read);
         if (const auto run = std::find_if(log.begin(), log.end(), isNew); run != log.end())
             return EndOfRun(invocation, id, *run);
         const TaskLookup lookup = GetTaskInfo(id, invocation.stop);
+        if (lookup.read.outcome == ReadOutcome::Stopped)
+            break;
         if (!lookup.read)
             return invocation.End(lookup.read);
         if (!lookup.found)
@@ -76,7 +81,8 @@ CtlExit WaitForRun(const Invocation& invocation, const QString& id,
         if (stopped)
             return invocation.End(CtlExit::Unreachable, u"The service stopped before the run ended."_s);
     } while (invocation.Pause(PollInterval));
-    return invocation.End(CtlExit::Unreachable, u"Stopped before the run ended."_s);
+    return invocation.End(CtlExit::Unreachable,
+                          u"Stopped before the run ended. The service goes on with it."_s);
 }
 
 CtlExit StartTask(const Invocation& invocation) {
@@ -89,7 +95,8 @@ CtlExit StartTask(const Invocation& invocation) {
         !read)
         return invocation.End(read);
     const CtlExit exit = Send(invocation, *task.id, &ServiceClient::StartTaskNow);
-    return exit == CtlExit::Done && waits ? WaitForRun(invocation, *task.id, before) : exit;
+    return exit == CtlExit::Done && waits ? WaitForRun(invocation.StoppedByInterrupt(), *task.id, before)
+                                          : exit;
 }
 
 bool IsIdentifier(const Invocation& invocation, const QString& operand) {

@@ -2,6 +2,7 @@
 #include "platform/Console.h"
 #include "platform/Folders.h"
 #include "service/ServiceClient.h"
+#include "zep/Mui.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -29,6 +30,7 @@ int main(int argc, char** argv) {
     };
     if (const QString mistake = ServicePortMistake(); !mistake.isEmpty())
         return end(CtlExit::Usage, mistake);
+    ZEPMuiInitialize();
     try {
         return static_cast<int>(RunBtaskctl(QCoreApplication::arguments().mid(1), in, out, error));
     } catch (const platform::FolderUnknown& unknown) {

@@ -1,4 +1,5 @@
 #include "devservice/DevService.h"
+#include "devservice/MailServer.h"
 #include "platform/Folders.h"
 #include "platform/ServiceControl.h"
 
@@ -39,6 +40,8 @@ A stand-in for the background service, for development and tests.
   --no-drive          show no virtual directories; at run time: PUT /dev/drive? and PUT /dev/drive?Z
   --dav-prefix NAME   before the elements of folder listings, D by default; "" for none
   --entries N         so many folders in the folder "Many" of an empty home's first virtual directory
+  --mail              a mail server as well, on a free port that is told first; mails are kept in the
+                      home's folder "mail"
   --refuse-start      only leave the command that starts this service, and fail whenever it is used
   --until-stdin-closes  end when standard input ends
 )";
@@ -52,6 +55,7 @@ struct Arguments {
     std::vector<std::string> faults;
     std::vector<std::string> logins;
     bool noDrive = false;
+    bool mail = false;
     bool untilStdinCloses = false;
     bool refuseStart = false;
     bool help = false;
@@ -128,6 +132,8 @@ Arguments Parse(const std::vector<std::string>& words) {
             result.options.davPrefix = value();
         else if (*word == "--entries")
             result.options.entries = Number(value(), 1'000'000);
+        else if (*word == "--mail")
+            result.mail = true;
         else if (*word == "--refuse-start")
             result.refuseStart = true;
         else if (*word == UntilStdinCloses)
@@ -183,6 +189,9 @@ void Run(const Arguments& arguments, const std::vector<std::string>& words) {
             throw UsageError("unknown outcome of logins " + login);
     if (arguments.noDrive)
         service.SetDriveLetter(0);
+    std::optional<devservice::MailServer> mail;
+    if (arguments.mail)
+        std::cout << "mail on port " << mail.emplace(service.Home() / "mail").Port() << '\n';
     std::cout << "ready on port " << service.Port() << ", home " << platform::Utf8FromPath(service.Home())
               << std::endl; // NOLINT(performance-avoid-endl): whoever started us waits for this line
     while (!ended)

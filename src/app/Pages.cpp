@@ -12,6 +12,7 @@
 #include "clouddrive/VirtualDirectoryPanel.h"
 #include "development/GalleryPanel.h"
 #include "page/Console.h"
+#include "page/SectionLinks.h"
 #include "page/WebPagePanel.h"
 #include "settings/SetBandWidthLimitDlg.h"
 #include "settings/SettingsPanel.h"
@@ -117,6 +118,7 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
         auto* settings = window.findChild<CSettingsPanel*>();
         settings->EditProxy();
     };
+    const auto mail = [](CBTaskMMCDlg& window) { window.findChild<CSettingsPanel*>()->EditNotification(); };
     const auto drive = [](CBTaskMMCDlg& window) -> CVDirListPanel& {
         return *window.findChild<CVDirListPanel*>();
     };
@@ -137,6 +139,7 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
         {u"Bandwidth"_s, [bar](CBTaskMMCDlg& window) { emit bar(window)->BandwidthClicked(); }},
         {u"Cloud space"_s, [bar](CBTaskMMCDlg& window) { emit bar(window)->CloudSpaceClicked(); }},
         {u"Proxy"_s, proxy},
+        {u"Email notification"_s, mail},
         {u"Encryption key"_s, key},
         {u"Folder picker"_s,
          [](CBTaskMMCDlg& window) {
@@ -162,6 +165,16 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
              GoOn});
     }
     return dialogs;
+}
+
+void LinkSections(CBTaskMMCDlg& window) {
+    window.Parts().links.showTraces = [&window](const QString& from, const QString& to) {
+        for (int section = 0; section < window.SectionCount(); ++section)
+            if (window.SectionTitle(section) == Title("Settings"))
+                window.SelectSection(section);
+        if (auto* settings = qobject_cast<CSettingsPanel*>(window.CurrentPage()))
+            settings->ShowTraces(from, to);
+    };
 }
 
 void SetRemoteFolderPicker(WindowPrompts& prompts, const Console& console) {

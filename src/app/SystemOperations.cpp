@@ -182,6 +182,7 @@ void SystemOperations::ShowMainWindow(const QString& title, int initialView) {
                          .cloudSpace = CloudSpaceDialog,
                          .bandwidth = BandwidthDialog});
     SetRemoteFolderPicker(m_prompts, window.Parts());
+    LinkSections(window);
     window.show();
     std::unique_ptr<Tour> tour;
     if (!m_commandLine.TourFolder().isEmpty())

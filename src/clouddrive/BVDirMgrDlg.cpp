@@ -1,5 +1,6 @@
 #include "clouddrive/BVDirMgrDlg.h"
 
+#include "look/Look.h"
 #include "page/NumberField.h"
 #include "service/RequestText.h"
 #include "service/VirtualDirectories.h"
@@ -10,10 +11,13 @@
 using namespace Qt::Literals::StringLiterals;
 
 CBVDirMgrDlg::CBVDirMgrDlg(const ServiceClient& service, Reader& reader, const VDirRecord& record,
-                           QWidget* parent)
+                           const QString& providerName, QWidget* parent)
     : SettingsDialog(service, reader, tr("Virtual Directory Manager"), parent), m_name(record.name) {
     AddFact(tr("Name:"), record.name);
-    AddFact(tr("Storage provider:"), record.spId);
+    if (providerName.isEmpty())
+        AddFact(tr("Storage provider:"), record.spId);
+    else
+        AddFact(tr("Storage provider:"), providerName, record.spId);
     AddFact(tr("Login card:"), record.safeCardId);
     auto* chunks = new QCheckBox(tr("Send files in &chunks"));
     AddRow(chunks);
@@ -27,13 +31,14 @@ CBVDirMgrDlg::CBVDirMgrDlg(const ServiceClient& service, Reader& reader, const V
               [size](const QString& text) { size->SetValue(ChunkSize(text)); }});
 }
 
-void CBVDirMgrDlg::AddFact(const QString& label, const QString& text) {
+void CBVDirMgrDlg::AddFact(const QString& label, const QString& text, const QString& toolTip) {
     if (text.isEmpty())
         return;
     auto* fact = new QLabel(text);
     fact->setTextFormat(Qt::PlainText);
     fact->setWordWrap(true);
     fact->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    fact->setToolTip(Look::ToolTip(toolTip));
     AddRow(label, fact);
 }
 

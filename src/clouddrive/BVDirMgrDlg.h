@@ -9,15 +9,16 @@ class CBVDirMgrDlg : public SettingsDialog {
     Q_OBJECT
 
 public:
+    /// `providerName` is what people call the provider; its identifier stands there without one.
     CBVDirMgrDlg(const ServiceClient& service, Reader& reader, const VDirRecord& record,
-                 QWidget* parent = nullptr);
+                 const QString& providerName = {}, QWidget* parent = nullptr);
 
 protected:
     QString Refusal() const override;
     Write Changes() const override;
 
 private:
-    void AddFact(const QString& label, const QString& text);
+    void AddFact(const QString& label, const QString& text, const QString& toolTip = {});
 
     QString m_name;
 };

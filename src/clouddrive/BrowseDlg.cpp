@@ -108,6 +108,7 @@ void CBrowseDlg::BuildLayout() {
     pathLabel->setBuddy(m_path);
     m_path->installEventFilter(this);
     m_view->setAccessibleName(tr("Folders"));
+    m_view->installEventFilter(this); // Enter means OK here, and does not open
     m_newFolder->setAutoDefault(false);
     connect(m_newFolder, &QPushButton::clicked, this, &CBrowseDlg::AskNewFolder);
     auto* answers = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
@@ -235,9 +236,11 @@ void CBrowseDlg::done(int result) {
 
 bool CBrowseDlg::eventFilter(QObject* watched, QEvent* event) {
     const auto* key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event) : nullptr;
-    if (watched != m_path || !key || (key->key() != Qt::Key_Return && key->key() != Qt::Key_Enter))
+    if (!key || (key->key() != Qt::Key_Return && key->key() != Qt::Key_Enter))
         return QDialog::eventFilter(watched, event);
-    if (IsTypedPathSelected())
+    if (watched == m_view && !Selected())
+        return false; // a level that failed is listed again
+    if (watched == m_view || IsTypedPathSelected())
         accept();
     else
         GoTo(m_path->text(), Arrival::Select);

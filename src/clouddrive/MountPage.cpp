@@ -5,6 +5,7 @@
 #include "look/Look.h"
 #include "page/Console.h"
 #include "page/UserPrompts.h"
+#include "service/ServiceExtensions.h"
 #include "wizard/Form.h"
 
 #include <QCheckBox>
@@ -52,8 +53,7 @@ StepEnd DoStep(MountRun& run, const std::stop_token& stop) {
 MountPage::MountPage(const Console& console, std::shared_ptr<MountDraft> draft, MountPace pace)
     : WizardPage(tr("Mount Virtual Directory Now"), tr("Click 'Finish' to start mount operation.")),
       m_console(console), m_draft(std::move(draft)), m_pace(std::move(pace)), m_summary(new QScrollArea),
-      m_publish(new QCheckBox(tr("&Publish upon complete"))),
-      m_noPublishing(MakeWords(tr("This service offers no such switch."))) {
+      m_publish(new QCheckBox(tr("&Publish upon complete"))), m_noPublishing(MakeWords({})) {
     m_summary->setFrameShape(QFrame::NoFrame);
     m_summary->setFocusPolicy(Qt::NoFocus);
     m_summary->setWidgetResizable(true);
@@ -80,10 +80,10 @@ void MountPage::Fill() {
     Sheet().Read(
         *this, Lane::Service, tr("Asking what the service offers..."),
         [service = m_console.service](const std::stop_token& stop) {
-            return OffersPublishing(service, stop);
+            return TakesConsoleRecords(service, stop);
         },
         [this](const Loaded<bool>& offered) {
-            ShowPublishing(offered && *offered);
+            ShowPublishing(offered.value);
             return QString();
         });
 }
@@ -109,11 +109,14 @@ void MountPage::ShowSummary() {
     setTabOrder(m_fields.back().second, m_publish);
 }
 
-void MountPage::ShowPublishing(bool offered) {
-    m_publish->setEnabled(offered);
-    m_publish->setChecked(offered && m_publish->isChecked());
-    m_publish->setAccessibleDescription(offered ? QString() : m_noPublishing->text());
-    m_noPublishing->setVisible(!offered);
+void MountPage::ShowPublishing(std::optional<bool> offered) {
+    const bool isOffered = offered.value_or(false);
+    m_noPublishing->setText(offered ? NoConsoleRecordsText()
+                                    : tr("The service does not tell whether it can publish folders."));
+    m_noPublishing->setVisible(!isOffered);
+    m_publish->setEnabled(isOffered);
+    m_publish->setChecked(isOffered && m_publish->isChecked());
+    m_publish->setAccessibleDescription(isOffered ? QString() : m_noPublishing->text());
 }
 
 void MountPage::Leave() {
@@ -189,12 +192,9 @@ void MountPage::Escape() {
         return CallOff();
     if (std::exchange(m_asking, true))
         return;
-    const Question question{tr("Do you really want to stop mounting \"%1\"?").arg(m_order.name),
-                            tr("The half-made virtual directory is removed. What you have entered is kept."),
-                            {},
-                            {},
-                            {},
-                            true};
+    const QString text = tr("Do you really want to stop mounting \"%1\"?").arg(m_order.name) + u'\n' +
+                         tr("The half-made virtual directory is removed. What you have entered is kept.");
+    const Question question{text, {}, {}, {}, {}, true};
     m_console.prompts.Ask(this, question, [this, run = m_run](bool yes) {
         m_asking = false;
         if (yes && run == m_run && m_phase == Phase::Mounting)

@@ -28,7 +28,8 @@ private:
     enum class Phase { Idle, Mounting, CallingOff, Ending };
 
     void ShowSummary();
-    void ShowPublishing(bool offered);
+    /// `offered` is none where the service does not tell.
+    void ShowPublishing(std::optional<bool> offered);
     void Ask(const QStringList& questions);
     void Start();
     void Step();

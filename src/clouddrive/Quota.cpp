@@ -1,6 +1,7 @@
 #include "clouddrive/Quota.h"
 
 #include "page/Console.h"
+#include "page/NoticeLine.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -18,15 +19,10 @@ QLabel* AddField(QFormLayout& form, const QString& label) {
     return field;
 }
 
-QuotaTexts ReadQuota(const ServiceClient& service, std::stop_token stop) {
-    const ServiceAnswer answer = RequestQuota(service, std::move(stop));
-    const auto quota = answer ? ParseQuota(answer.body) : std::nullopt;
-    return quota ? TextsOf(*quota) : QuotaTexts();
-}
-
 } // namespace
 
-CQuota::CQuota(const Console& console, QWidget* parent) : QDialog(parent), m_loader(console.reader, *this) {
+CQuota::CQuota(const Console& console, QWidget* parent)
+    : QDialog(parent), m_loader(console.reader, *this), m_notice(new NoticeLine) {
     setWindowTitle(tr("Account Quota"));
     setMinimumWidth(360);
     auto* form = new QFormLayout(this);
@@ -39,7 +35,19 @@ CQuota::CQuota(const Console& console, QWidget* parent) : QDialog(parent), m_loa
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     buttons->button(QDialogButtonBox::Close)->setDefault(true);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    form->addRow(m_notice);
     form->addRow(buttons);
+}
+
+CQuota::Facts CQuota::Read(const ServiceClient& service, std::stop_token stop) {
+    const ServiceAnswer answer = RequestQuota(service, std::move(stop));
+    const auto quota = answer ? ParseQuota(answer.body) : std::nullopt;
+    if (!answer && answer.outcome != ServiceOutcome::OtherStatus)
+        return {{}, tr("The service does not answer, so the quota is not known.")};
+    if (!quota)
+        return {{}, tr("The service does not tell the account's quota.")};
+    const QuotaTexts texts = TextsOf(*quota);
+    return {texts, texts.total.isEmpty() ? tr("The account has no quota of more than 1 MB.") : QString()};
 }
 
 void CQuota::Open(const Console& console, QWidget* parent) {
@@ -48,15 +56,17 @@ void CQuota::Open(const Console& console, QWidget* parent) {
     dialog->open();
     dialog->m_loader.Load(
         Lane::Service,
-        [service = console.service](std::stop_token stop) { return ReadQuota(service, std::move(stop)); },
-        [dialog](const Loaded<QuotaTexts>& texts) {
-            if (texts)
-                dialog->Show(*texts);
+        [service = console.service](std::stop_token stop) { return Read(service, std::move(stop)); },
+        [dialog](const Loaded<Facts>& facts) {
+            if (facts)
+                dialog->Show(*facts);
         });
 }
 
-void CQuota::Show(const QuotaTexts& texts) {
-    m_total->setText(texts.total);
-    m_used->setText(texts.used);
-    m_available->setText(texts.available);
+void CQuota::Show(const Facts& facts) {
+    m_total->setText(facts.texts.total);
+    m_used->setText(facts.texts.used);
+    m_available->setText(facts.texts.available);
+    m_notice->SetText(facts.remark);
+    adjustSize();
 }

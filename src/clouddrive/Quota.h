@@ -5,10 +5,12 @@
 
 #include <QDialog>
 
+class NoticeLine;
 class QLabel;
 struct Console;
 
-/// What the home storage may hold and holds. Its fields stay empty where the service does not tell.
+/// What the home storage may hold and holds. Its fields stay empty where the service does not tell, and a
+/// line says so.
 class CQuota : public QDialog {
     Q_OBJECT
 
@@ -19,10 +21,16 @@ public:
 private:
     CQuota(const Console& console, QWidget* parent);
 
-    void Show(const QuotaTexts& texts);
+    struct Facts {
+        QuotaTexts texts;
+        QString remark; ///< why they are empty
+    };
+    static Facts Read(const ServiceClient& service, std::stop_token stop);
+    void Show(const Facts& facts);
 
     QLabel* m_total;
     QLabel* m_used;
     QLabel* m_available;
     PageLoader m_loader;
+    NoticeLine* m_notice;
 };

@@ -28,7 +28,7 @@ QString DismountKey(const QString& name) {
 
 VDirCommands::VDirCommands(const Console& console, CommandRunner& runner, QWidget& page, LoginPace pace)
     : QObject(&page), m_console(console), m_runner(runner), m_page(page), m_pace(pace),
-      m_loader(console.reader, page) {
+      m_providers(console, page), m_loader(console.reader, page) {
     connect(&runner, &CommandRunner::BusyChanged, this, &VDirCommands::BusyChanged);
 }
 
@@ -177,7 +177,8 @@ void VDirCommands::Rename(const VDirRecord& record) {
 }
 
 void VDirCommands::Config(const VDirRecord& record) {
-    auto* dialog = new CBVDirMgrDlg(m_console.service, m_console.reader, record, m_page.window());
+    auto* dialog = new CBVDirMgrDlg(m_console.service, m_console.reader, record, m_providers.Of(record.spId),
+                                    m_page.window());
     connect(dialog, &QDialog::finished, this, [this, name = record.name] { emit Configured(name); });
     dialog->Open(m_console.settingNews);
 }

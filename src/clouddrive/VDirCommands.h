@@ -1,6 +1,6 @@
 #pragma once
 
-#include "lanes/PageLoader.h"
+#include "clouddrive/ProviderNames.h"
 #include "service/VDirLogin.h"
 #include "service/VirtualDirectories.h"
 
@@ -35,6 +35,8 @@ public:
     bool IsLoggingIn(const QString& name) const;
     bool IsDismounting(const QString& name) const;
 
+    ProviderNames& Providers() { return m_providers; }
+
 signals:
     void Dismounted(const QString& name);
     void Renamed(const QString& name, const QString& newName);
@@ -59,6 +61,7 @@ private:
     CommandRunner& m_runner;
     QWidget& m_page;
     LoginPace m_pace;
+    ProviderNames m_providers;
     QHash<QString, LoginUnderWay> m_logins;
     QHash<QString, QString> m_loginFailures;
     QSet<QString> m_preparing; ///< directories whose users are being read before the question

@@ -3,6 +3,7 @@
 #include "clouddrive/VDirCommands.h"
 #include "clouddrive/VDirSummary.h"
 #include "look/IconRegistry.h"
+#include "look/Look.h"
 #include "page/TabPanel.h"
 
 using namespace Qt::Literals::StringLiterals;
@@ -26,8 +27,7 @@ void CVDirItem::Update(const VDirRow& directory) {
         SetTitle(directory.title);
     if (m_summary)
         m_summary->SetRecord(directory.record);
-    SetBodyText(directory.record.spId.isEmpty() ? tr("Storage account")
-                                                : tr("Storage provider %1").arg(directory.record.spId));
+    ShowProvider();
     EnableAction(m_open, directory.drive != 0,
                  directory.drive != 0
                      ? QString()
@@ -46,6 +46,13 @@ void CVDirItem::Rename(const QString& name) {
     renamed.id = renamed.title = renamed.record.name = name;
     entryId = name;
     Update(renamed);
+}
+
+void CVDirItem::ShowProvider() {
+    const QString provider = m_commands.Providers().Of(Record().spId);
+    SetBodyText(provider.isEmpty() ? tr("Storage account")
+                                   : tr("Storage provider %1").arg(Look::OneLine(provider)),
+                Record().spId);
 }
 
 void CVDirItem::ShowStatus() {

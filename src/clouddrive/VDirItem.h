@@ -21,6 +21,8 @@ public:
     void ShowUnanswered();
     /// It has another name now.
     void Rename(const QString& name);
+    /// Shows what its provider is called, as far as that is known.
+    void ShowProvider();
     /// Shows its state as it was read, or how its login goes on.
     void ShowStatus();
 

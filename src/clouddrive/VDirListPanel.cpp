@@ -49,6 +49,8 @@ CVDirListPanel::CVDirListPanel(const Console& console, LoginPace pace)
         if (IsActive()) // otherwise it is read when it is shown
             Reload();
     });
+    connect(&m_commands->Providers(), &ProviderNames::Learned, this,
+            [this] { ForEachCard(&CVDirItem::ShowProvider); });
     connect(m_commands, &VDirCommands::LoginChanged, this, [this](const QString& name) {
         if (CExpandableItem* card = FindCard(name))
             static_cast<CVDirItem*>(card)->ShowStatus();
@@ -106,10 +108,18 @@ void CVDirListPanel::TellRead(const ReadResult& read) {
         if (std::exchange(m_unanswered, false))
             ForEachCard(&CVDirItem::ShowStatus);
         TellAge({});
+        LearnProviders();
     } else if (read.outcome == ReadOutcome::Unavailable && ++m_silences > SilentFailures) {
         m_silences = 0;
         ShowUnanswered();
     }
+}
+
+void CVDirListPanel::LearnProviders() {
+    QStringList spIds;
+    for (int card = 0; card < CardCount(); ++card)
+        spIds += static_cast<const CVDirItem*>(CardAt(card))->Record().spId;
+    m_commands->Providers().Learn(spIds);
 }
 
 void CVDirListPanel::ShowUnanswered() {

@@ -25,6 +25,7 @@ protected:
 private:
     QWidget* MakeEmptyView();
     void ShowEntry(CExpandableItem& card, const CardEntry& entry);
+    void LearnProviders();
     void ShowUnanswered();
     void ForEachCard(void (CVDirItem::*show)());
     void OnDismounted(const QString& name);

@@ -2,6 +2,7 @@
 
 #include "clouddrive/VDirCommands.h"
 #include "list/BrenListCtrl.h"
+#include "list/CellMarkup.h"
 #include "look/IconRegistry.h"
 #include "look/Look.h"
 #include "page/LinkLabel.h"
@@ -108,7 +109,8 @@ void CVDirSummary::Show(const Facts& facts) {
         tr("Unable to get configuration info. Please check the application is still running");
     std::vector<ListRow> rows;
     for (const CardField& field : facts.card.value_or(std::vector<CardField>()))
-        rows.emplace_back(QString::number(rows.size()), QStringList{field.name, field.value});
+        rows.emplace_back(QString::number(rows.size()),
+                          QStringList{Cell::Plain(field.name), Cell::Plain(field.value)});
     m_card->SetRows(std::move(rows));
     m_chunks->SetText(ChunkText(facts.chunks));
     TellFailure(facts.card ? QString() : failure);

@@ -13,7 +13,8 @@ namespace {
 
 constexpr int Ok = 200;
 constexpr int Multistatus = 207;
-constexpr qsizetype UsualEntry = 512; // octets
+constexpr qsizetype SmallEntry = 256; // octets: few answers have smaller ones, and room unused costs nothing
+constexpr qsizetype Block = 64 * 1024;
 constexpr qsizetype LongestHref = 1038;
 constexpr qsizetype NoPlace = std::numeric_limits<qsizetype>::max();
 
@@ -34,6 +35,14 @@ public:
     qsizetype EndFrom(qsizetype position) {
         const qsizetype place = From(position);
         return place == NoPlace ? NoPlace : place + m_pattern.size();
+    }
+
+    /// Whether it is at `begin` or behind. Where it is not is not searched again.
+    bool IsBehind(qsizetype begin) {
+        if (Find(begin) != NoPlace)
+            return true;
+        m_end = std::min(m_end, begin + m_rare);
+        return false;
     }
 
 private:
@@ -61,6 +70,26 @@ private:
     qsizetype m_place = -1;
 };
 
+/// Finds out which patterns are missing from somewhere on: begins at the end, where they soon turn up if
+/// entries have them, and goes back block by block with all of them, so that a long text is read from memory
+/// once.
+void LookFromTheEnd(qsizetype length, std::vector<NextPlace*> patterns) {
+    for (qsizetype end = length; end > 0 && !patterns.empty(); end -= Block)
+        std::erase_if(patterns, [begin = std::max(end - Block, qsizetype(0))](NextPlace* pattern) {
+            return pattern->IsBehind(begin);
+        });
+}
+
+bool IsBlank(char c) {
+    return c == '\0' || c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+/// Reads octets, zero ones as blanks.
+template <typename Read>
+auto ReadWithBlanks(QByteArrayView octets, Read read) {
+    return octets.contains('\0') ? read(octets.toByteArray().replace('\0', ' ')) : read(octets);
+}
+
 /// The value that follows the next place of a property's name: from the first ">" to the first "<" behind it.
 class NextValue {
 public:
@@ -78,6 +107,8 @@ public:
         value.end = value.begin == NoPlace ? NoPlace : m_close.From(value.begin);
         return value;
     }
+
+    NextPlace& Property() { return m_property; }
 
     /// Its end is not looked for.
     Value BeginFrom(qsizetype position) {
@@ -112,7 +143,10 @@ private:
 /// The start of a response element. Prefixes have one character here: of a longer one the last counts.
 QByteArray ElementMarker(QByteArrayView text) {
     const qsizetype place = text.indexOf(":multistatus");
-    return place > 0 ? QByteArray("<") + text.at(place - 1) + ":response" : QByteArray("<response");
+    if (place <= 0)
+        return "<response";
+    const char prefix = text.at(place - 1);
+    return QByteArray("<") + (prefix == '\0' ? ' ' : prefix) + ":response";
 }
 
 QString LastSegment(const QString& path) {
@@ -128,7 +162,8 @@ public:
           m_self(folderPath.contains(u'/') ? LastSegment(folderPath) : QString()),
           m_elementBegin(ElementMarker(text)), m_marker(text, m_elementBegin) {
         m_listing.folderPath = folderPath;
-        m_listing.entries.reserve(static_cast<std::size_t>(text.size() / UsualEntry));
+        m_listing.entries.reserve(static_cast<std::size_t>(text.size() / SmallEntry));
+        LookFromTheEnd(text.size(), {&m_hidden, &m_displayName.Property(), &m_collection.Property()});
     }
 
     DavListing Scan() {
@@ -162,7 +197,14 @@ private:
         m_position = end + ElementEnd.size();
         if (modified.end < end && name->isListed)
             m_listing.entries.push_back(
-                {name->text, *href, *isFolder, Octets(modified.begin, modified.end).toByteArray()});
+                {name->text, *href, *isFolder, ReadModified(Octets(modified.begin, modified.end))});
+    }
+
+    /// Neighbours of the same time share its octets: a large listing costs most where it touches new memory.
+    const QByteArray& ReadModified(QByteArrayView octets) {
+        if (m_lastModified != octets)
+            m_lastModified = octets.toByteArray().replace('\0', ' ');
+        return m_lastModified;
     }
 
     bool IsHidden() {
@@ -177,7 +219,8 @@ private:
             return nullptr;
         return &m_decodedHref.Of(value.begin, [&] {
             const qsizetype end = std::min(value.end, value.begin + LongestHref);
-            return HtmlDecode(ZEPURLDecodeUTF8(Octets(value.begin, end)));
+            return ReadWithBlanks(Octets(value.begin, end),
+                                  [](QByteArrayView octets) { return HtmlDecode(ZEPURLDecodeUTF8(octets)); });
         });
     }
 
@@ -189,7 +232,10 @@ private:
                 return slash < 0 ? Name() : MakeName(QByteArrayView(href).sliced(slash + 1));
             });
         return m_shownName.Of(value.begin, [&] {
-            return value.end == NoPlace ? Name() : MakeName(Octets(value.begin, value.end));
+            if (value.end == NoPlace)
+                return Name();
+            return ReadWithBlanks(Octets(value.begin, value.end),
+                                  [this](QByteArrayView octets) { return MakeName(octets); });
         });
     }
 
@@ -206,12 +252,18 @@ private:
         if (flag.named && flag.begin == NoPlace)
             return std::nullopt;
         if (flag.named)
-            return m_flag.Of(flag.begin, [&] { return LeadingNumber(m_text.sliced(flag.begin)) != 0; });
+            return m_flag.Of(flag.begin, [&] { return ReadNumber(flag.begin) != 0; });
         const NextValue::Value type = m_contentType.From(m_position);
         if (type.end == NoPlace)
             return std::nullopt;
         return m_isDirectory.Of(type.begin,
                                 [&] { return Octets(type.begin, type.end).contains("directory"); });
+    }
+
+    int ReadNumber(qsizetype begin) const {
+        const QByteArrayView rest = m_text.sliced(begin);
+        const auto* number = std::find_if_not(rest.begin(), rest.end(), IsBlank);
+        return LeadingNumber({number, rest.end()});
     }
 
     QByteArrayView Octets(qsizetype begin, qsizetype end) const { return m_text.sliced(begin, end - begin); }
@@ -237,15 +289,14 @@ private:
     Remembered<Name> m_shownName;
     Remembered<bool> m_flag;
     Remembered<bool> m_isDirectory;
+    QByteArray m_lastModified; ///< of the entry before
     DavListing m_listing;
 };
 
 } // namespace
 
 DavListing ParseMultistatus(QByteArrayView answer, const QString& folderPath, HiddenEntries hidden) {
-    if (!answer.contains('\0'))
-        return Scanner(answer, folderPath, hidden).Scan();
-    return Scanner(answer.toByteArray().replace('\0', ' '), folderPath, hidden).Scan();
+    return Scanner(answer, folderPath, hidden).Scan();
 }
 
 ServiceAnswer RequestDavListing(const ServiceClient& service, const QString& folderPath,

@@ -27,6 +27,11 @@ inline constexpr Setting<bool> BSInitConfig{"BSInitConfig", false}; ///< the ser
 inline const Setting<QString> ConsoleRecords{"ConsoleRecords"};
 inline constexpr Setting<bool> ProfileEncryption{"ProfileEncryption", false};
 
+/// Mail about backup tasks, sent by the service.
+inline constexpr Setting<bool> SuccNotification{"SuccNotification", false};
+inline constexpr Setting<bool> FailNotification{"FailNotification", false};
+inline const Setting<QString> EmailNotification{"EmailNotification"}; ///< whom to
+
 inline constexpr Setting<int> ProxyType{"ProxyType", 0};
 inline constexpr Setting<int> ProxyTypeChanged{"ProxyTypeChanged",
                                                0}; ///< the type as it was last saved whole

@@ -83,13 +83,16 @@ MountRun::Wait MountRun::CreateNode(const std::stop_token& stop) {
     m_nodeSent = true;
     const ServiceAnswer answer = m_service.CallProfileMethod(u"AddNewNode"_s, AddNodeDocument(node), stop);
     // An answer may be lost after the service has done what was asked.
-    const bool made = answer || ListedRecord(stop);
+    const Listed listed = answer ? Listed::Ours : LookIntoList(stop).listed;
     if (stop.stop_requested())
         return Pause;
-    if (!made) {
+    if (listed != Listed::Ours) {
         m_nodeSent = false;
-        return End(MountOutcome::End::Failed, Words::tr("Failed to create virtual directory!"),
-                   Words::tr("It stopped when the virtual directory was to be created. %1").arg(Told(answer)),
+        QString where =
+            Words::tr("It stopped when the virtual directory was to be created. %1").arg(Told(answer));
+        if (listed == Listed::NotKnown)
+            where += u' ' + Words::tr("The list will show whether it was created.");
+        return End(MountOutcome::End::Failed, Words::tr("Failed to create virtual directory!"), where,
                    answer.outcome == ServiceOutcome::OtherStatus ? MountOutcome::Place::Name
                                                                  : MountOutcome::Place::Nothing);
     }
@@ -138,8 +141,8 @@ MountRun::Wait MountRun::EndMounted() {
 MountRun::Wait MountRun::EndLogin(const QString& why, MountOutcome::Place lookAt,
                                   const std::stop_token& stop) {
     // The login may have come about while its failure was on the way.
-    const auto record = ListedRecord(stop);
-    if (record && MeaningOfStatus(record->status).state == VDirState::Mounted)
+    const ListLook look = LookIntoList(stop);
+    if (look.listed == Listed::Ours && MeaningOfStatus(look.status).state == VDirState::Mounted)
         return EndMounted();
     if (stop.stop_requested())
         return Pause;
@@ -162,7 +165,7 @@ void MountRun::CallOff() {
     if (m_step == Step::Ended)
         return;
     // While it is not known whether the node was taken, the name may be another one's.
-    const bool ours = m_nodeSent && (m_step != Step::Node || ListedRecord({}));
+    const bool ours = m_nodeSent && (m_step != Step::Node || LookIntoList({}).listed == Listed::Ours);
     End(MountOutcome::End::CalledOff, Words::tr("The mount was cancelled."), ours ? RemoveNode() : QString(),
         MountOutcome::Place::Nothing);
 }
@@ -171,11 +174,13 @@ VDirRecord MountRun::OwnRecord() const {
     return {m_order.name, m_order.card.id, {}, m_order.provider.spId};
 }
 
-std::optional<VDirRecord> MountRun::ListedRecord(const std::stop_token& stop) const {
-    const auto list = m_service.GetVdirList(stop).value_or(std::vector<VDirRecord>());
-    const VDirRecord* found = FindVDir(list, m_order.name);
+MountRun::ListLook MountRun::LookIntoList(const std::stop_token& stop) const {
+    const auto list = m_service.GetVdirList(stop);
+    if (!list)
+        return {Listed::NotKnown, {}};
+    const VDirRecord* found = FindVDir(*list, m_order.name);
     const bool ours = found && found->safeCardId.compare(m_order.card.id, Qt::CaseInsensitive) == 0;
-    return ours ? std::optional(*found) : std::nullopt;
+    return ours ? ListLook{Listed::Ours, found->status} : ListLook{Listed::NotOurs, {}};
 }
 
 QString MountRun::RemoveNode() const {
@@ -197,8 +202,4 @@ QString FinishMount(const ServiceClient& service, const MountOrder& order, const
     if (!order.publish || service.CallProfileMethod(u"ConsolePublish"_s, folder, stop))
         return {};
     return Words::tr("\"%1\" is mounted. It could not be published.").arg(order.name);
-}
-
-bool OffersPublishing(const ServiceClient& service, const std::stop_token& stop) {
-    return TakesConsoleRecords(service, stop).value_or(false);
 }

@@ -63,7 +63,13 @@ private:
     Wait EndLogin(const QString& why, MountOutcome::Place lookAt, const std::stop_token& stop);
     Wait End(MountOutcome::End end, const QString& why, const QString& where, MountOutcome::Place lookAt);
     VDirRecord OwnRecord() const;
-    std::optional<VDirRecord> ListedRecord(const std::stop_token& stop) const;
+    enum class Listed { Ours, NotOurs, NotKnown };
+    /// Whether the list shows our node, and with which status.
+    struct ListLook {
+        Listed listed = Listed::NotKnown;
+        QString status = {};
+    };
+    ListLook LookIntoList(const std::stop_token& stop) const;
     /// Takes the node back; what became of it, in a sentence.
     QString RemoveNode() const;
 
@@ -82,6 +88,3 @@ ServiceAnswer RequestProviders(const ServiceClient& service, const std::stop_tok
 /// What follows a mount that went well: warms the new folder, and publishes it where that was wanted. Returns
 /// a sentence when it could not be published.
 QString FinishMount(const ServiceClient& service, const MountOrder& order, const std::stop_token& stop = {});
-
-/// Whether the service publishes folders for this console.
-bool OffersPublishing(const ServiceClient& service, const std::stop_token& stop = {});

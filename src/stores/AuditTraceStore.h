@@ -3,7 +3,7 @@
 #include "stores/Database.h"
 #include "stores/Statement.h"
 
-#include <QDate>
+#include <QDateTime>
 
 #include <functional>
 #include <optional>
@@ -20,12 +20,18 @@ struct AuditRecord {
 using AuditCallback = std::function<bool(const AuditRecord&)>;
 
 /// Which rows a user asked for. Texts go into the statement as they stand: one with a quote in it makes a
-/// statement that is none, and the read fails.
+/// statement that is none, and the read ends as BadStatement.
 struct AuditFilter {
     std::optional<QString> containing;
-    std::optional<std::pair<QDate, QDate>> between; ///< midnights, in either order; equal ones: from then on
-    QString maximum;                                ///< rows; all when empty or "0"
+    /// Times as in the rows, both included, in either order; equal ones: from then on.
+    std::optional<std::pair<QString, QString>> between;
+    QString maximum; ///< rows; all when empty or "0"
 };
+
+/// A time as the rows have it: "2025-03-04 09:05:00".
+QString AuditTime(const QDateTime& time);
+/// The midnight that the day begins with.
+QString AuditTime(const QDate& day);
 
 /// The service's audit trace. One object a read, one thread at a time.
 class AuditTraceStore {
@@ -34,11 +40,18 @@ public:
 
     ReadResult EnumTraces(const AuditFilter& filter, const AuditCallback& callback);
 
+    /// The same; `end` takes where the trace ended then, for EnumNewTraces.
+    ReadResult EnumTraces(const AuditFilter& filter, qint64& end, const AuditCallback& callback);
+
+    /// Walks what was added behind `end`, oldest first and without the filter's maximum, and moves `end` on.
+    ReadResult EnumNewTraces(const AuditFilter& filter, qint64& end, const AuditCallback& callback);
+
     /// Walks the rows that hold the task's key.
     ReadResult EnumTaskTraces(const QString& taskKey, const AuditCallback& callback);
 
 private:
-    ReadResult Walk(const QString& sql, const AuditCallback& callback);
+    ReadResult ReadEnd(qint64& end);
+    ReadResult WalkFiltered(const QString& sql, const AuditCallback& callback);
 
     Database m_database;
 };

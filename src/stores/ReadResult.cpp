@@ -29,6 +29,9 @@ QString ReadResult::Sentence() const {
     case ReadOutcome::NoRight:
         text = QT_TRANSLATE_NOOP("ReadResult", "The database cannot be used without the right to %1");
         break;
+    case ReadOutcome::BadStatement:
+        text = QT_TRANSLATE_NOOP("ReadResult", "The filter could not be understood: %1");
+        break;
     case ReadOutcome::Failed:
         text = QT_TRANSLATE_NOOP("ReadResult", "The database cannot be read: %1");
         break;

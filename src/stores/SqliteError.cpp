@@ -50,6 +50,8 @@ ReadOutcome OutcomeOf(sqlite3* connection) {
         return ReadOutcome::NoRight;
     case SQLITE_ERROR:
         return OutcomeOfError(connection);
+    case SQLITE_MISMATCH: // a limit that is no integer
+        return ReadOutcome::BadStatement;
     default:
         return ReadOutcome::Failed;
     }

@@ -2,10 +2,33 @@
 
 #include "list/RecordPanel.h"
 #include "list/RecordTable.h"
+#include "look/IconRegistry.h"
+#include "page/Console.h"
+#include "page/SectionLinks.h"
 #include "stores/ProcessLogStore.h"
 #include "taskman/TaskList.h"
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// What was traced from the first of the runs to the last.
+void ShowTraces(const RecordView& view, const std::vector<TakenRow>& rows) {
+    const auto& show = view.TheConsole().links.showTraces;
+    QStringList times;
+    for (const TakenRow& row : rows) {
+        const auto& run = RecordOf<ProcessLogRecord>(row);
+        times << run.startTime << run.stopTime;
+    }
+    times.removeAll(QString());
+    const auto [from, to] = std::minmax_element(times.cbegin(), times.cend());
+    if (show && !times.isEmpty())
+        show(*from, *to);
+}
+
+} // namespace
 
 ListTable HistoryTable(const TaskRow& task) {
     using Run = ProcessLogRecord;
@@ -24,10 +47,15 @@ ListTable HistoryTable(const TaskRow& task) {
              {RecordPanel::tr("Failed Subtasks"), 200, &Run::failedSubTasks},
              {RecordPanel::tr("Processed Subtasks"), 200, &Run::processedSubTasks}},
         .id = {&Run::startTime, &Run::stopTime},
-        .read = [id = task.id](RecordStream<Run>& rows, std::stop_token stop) {
-            std::vector<Run> runs;
-            ReadResult read = FillProcessLog(id, runs, std::move(stop));
-            rows.PutAll(std::move(runs));
-            return read;
-        }};
+        .read =
+            [id = task.id](RecordStream<Run>& rows, std::stop_token stop) {
+                std::vector<Run> runs;
+                ReadResult read = FillProcessLog(id, runs, std::move(stop));
+                rows.PutAll(std::move(runs));
+                return read;
+            },
+        .commands = {{.caption = RecordPanel::tr("Show Traces of These Times"),
+                      .icon = TraceIcon,
+                      .words = RecordPanel::tr("Click to see what was traced"),
+                      .run = ShowTraces}}};
 }

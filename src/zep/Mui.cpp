@@ -45,6 +45,7 @@ struct Texts {
         {Branding::BackupServerConsole, u"Brenvia Backup Server Console"_s},
         {Branding::HiddenCardField, QString()},
         {Branding::SupportAddress, u"support@brenvia.example"_s},
+        {Branding::MailSender, u"notification@brenvia.example"_s},
     };
 };
 

@@ -38,5 +38,6 @@ enum : int {
     BackupServerConsole = 138,
     HiddenCardField = 139, ///< identifier of a login card's field that is not shown
     SupportAddress = 9001, ///< where faults are reported to
+    MailSender = 9002,     ///< whom the test mail comes from
 };
 }

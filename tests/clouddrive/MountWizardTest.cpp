@@ -18,6 +18,10 @@ namespace {
 const QString ListMessage =
     u"Unable to get virtual directory list, please check the application is still running"_s;
 const QString Stopped = u" It stopped when the virtual directory was being validated. "_s;
+const QString AskToStop = u"Do you really want to stop mounting \"Photos\"?\n"
+                          "The half-made virtual directory is removed. What you have entered is kept."_s;
+const QString NotRemoved =
+    u"The half-made virtual directory could not be removed: dismount \"Photos\" in the list."_s;
 const QString Removed = u"The half-made virtual directory was removed."_s;
 
 /// A wizard before the development service. Its waits between two steps end at once, or are held.
@@ -222,9 +226,9 @@ private slots:
                           "Finish | Finish | step"_s));
         mounting.held();
         QVERIFY(mounting.Ride(u"step"_s));
-        mounting.prompts.ExpectQuestion(u"Do you really want to stop mounting \"Photos\"?"_s, false);
+        mounting.prompts.ExpectQuestion(AskToStop, false);
         QVERIFY(mounting.Ride(u"Cancel | busy"_s));
-        mounting.prompts.ExpectQuestion(u"Do you really want to stop mounting \"Photos\"?"_s, true);
+        mounting.prompts.ExpectQuestion(AskToStop, true);
         QVERIFY(mounting.Ride(u"key Escape | steps | says The mount was cancelled. "_s + Removed +
                               u" | page Mount Virtual Directory Now | on Finish"_s));
         QCOMPARE(mounting.Sent(), QStringList({u"addnewcard"_s, u"AddNewNode"_s, u"RemoveNode"_s}));
@@ -266,6 +270,69 @@ private slots:
         QVERIFY(mounting.Ride(u"Finish | steps | on Finish | focus Finish"_s));
         mounting.service->Start();
         QVERIFY(mounting.Ride(u"Finish | steps | finished"_s));
+    }
+
+    void aDyingServiceIsToldAndSurvived_data() {
+        // After how many steps of the mount it dies.
+        const Columns<int, QString, QString> row("steps", "why", "where");
+        row("node", 1, "Failed to create virtual directory!",
+            " It stopped when the virtual directory was to be created. The service did not answer. The list "
+            "will "
+            "show whether it was created.");
+        row("validation", 3,
+            "Failed to mount virtual directory. Please double check login/setup information or report issues "
+            "to support@brenvia.example",
+            u"."_s + Stopped + NotRemoved);
+    }
+
+    void aDyingServiceIsToldAndSurvived() {
+        const auto [steps, why, where] = Fetched<int, QString, QString>();
+        Mounting mounting;
+        mounting.service->SetLogin("never");
+        mounting.holds = true;
+        QVERIFY(mounting.RideToTheEnd());
+        QVERIFY(mounting.Ride(u"Finish | step"_s));
+        for (int step = 1; step < steps; ++step) {
+            mounting.held();
+            QVERIFY(mounting.Ride(u"step"_s));
+        }
+        mounting.service->Stop();
+        mounting.holds = false;
+        mounting.held();
+        mounting.prompts.ExpectMessage(why);
+        QVERIFY(mounting.Ride(u"steps | page Mount Virtual Directory Now | on Back | says "_s + why + where));
+        mounting.service->Start();
+        mounting.service->SetLogin("in");
+        QVERIFY(mounting.Ride(u"Finish | steps | finished"_s));
+        QCOMPARE(mounting.service->VirtualDirectories().size(), 2U);
+    }
+
+    void cancelBeforeADeadServiceSaysWhatStays() {
+        Mounting mounting;
+        mounting.service->SetLogin("never");
+        mounting.holds = true;
+        QVERIFY(mounting.RideToTheEnd());
+        QVERIFY(mounting.Ride(u"Finish | step"_s));
+        mounting.held();
+        QVERIFY(mounting.Ride(u"step"_s));
+        mounting.service->Stop();
+        mounting.prompts.ExpectQuestion(AskToStop, true);
+        QVERIFY(mounting.Ride(u"Cancel | steps | on Finish | says The mount was cancelled. "_s + NotRemoved));
+    }
+
+    void pagesThatAreNotReadCanBeReadAgain() {
+        Mounting mounting;
+        QVERIFY(mounting.Ride(u"step | Storage provider=Fennmoor Storage | Virtual directory name=V | Next | "
+                              "step | page Login Information For Virtual Directory"_s));
+        mounting.service->Stop();
+        QVERIFY(mounting.Ride(u"step | off Next"_s));
+        mounting.service->Start();
+        QVERIFY(mounting.Ride(u"key F5 | step | User Name=m | Password=p"_s));
+        mounting.service->Stop();
+        QVERIFY(mounting.Ride(u"Next | steps | page Mount Virtual Directory Now | on Finish"_s));
+        auto* publish = mounting.rider->Sheet()->findChild<QCheckBox*>();
+        QCOMPARE(publish->accessibleDescription(),
+                 u"The service does not tell whether it can publish folders."_s);
     }
 
     void providerFilesAreTaken() {

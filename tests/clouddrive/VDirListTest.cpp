@@ -5,6 +5,7 @@
 #include "clouddrive/VDirItem.h"
 #include "clouddrive/VDirListPanel.h"
 #include "list/BrenListCtrl.h"
+#include "list/CellMarkup.h"
 #include "page/ActionButton.h"
 #include "page/LinkLabel.h"
 #include "page/NoticeLine.h"
@@ -86,7 +87,9 @@ private slots:
         Refresh();
         QCOMPARE(Shown(), u"Mail:3:Mounted Old:2:Failed Odd:1:Pending"_s);
         QCOMPARE(m_panel->FindCard(u"Mail"_s), mail);
+        // The providers' names are asked for behind the first list, and once.
         QCOMPARE(Service().RequestLines(), QStringList({u"GET /profile/1?PMCMethod=GetVdirList"_s,
+                                                        u"GET /profile/?pmcmethod=GetPopularStorageList"_s,
                                                         u"GET /profile/2?PMCMethod=GetVdirList"_s}));
         // Without a card nothing is listed; names are the same in any letters.
         Answer(
@@ -103,6 +106,24 @@ private slots:
         const QList<LinkLabel*> labels = m_panel->findChildren<LinkLabel*>();
         QVERIFY(std::any_of(labels.begin(), labels.end(), [](const LinkLabel* label) {
             return label->isVisible() && label->Spans() == QStringList(u"here"_s);
+        }));
+    }
+
+    void providersAreShownByTheirNames() {
+        Service()->SetVirtualDirectories({{"Photos", "{C}", 3, Provider}, {"Own", "{D}", 3, "{unlisted}"}});
+        Service()->SetFault("garbage@GetPopularStorageList");
+        Open();
+        QCOMPARE(Card(u"Photos"_s).BodyText(), u"Storage account"_s); // not known yet
+        Service()->ClearFaults();
+        Refresh();
+        QCOMPARE(Card(u"Photos"_s).BodyText(), u"Storage provider Fennmoor Storage"_s);
+        QCOMPARE(Card(u"Own"_s).BodyText(), u"Storage provider {unlisted}"_s);
+        m_panel->Directories().Config(Card(u"Photos"_s).Record());
+        m_fixture->reader.StepAll();
+        const std::unique_ptr<CBVDirMgrDlg> manager(OpenDialog<CBVDirMgrDlg>());
+        const QList<QLabel*> facts = manager->findChildren<QLabel*>();
+        QVERIFY(std::any_of(facts.begin(), facts.end(), [](const QLabel* fact) {
+            return fact->text() == "Fennmoor Storage"_L1 && fact->toolTip().contains("{0F3C6B52"_L1);
         }));
     }
 
@@ -292,16 +313,18 @@ private slots:
     }
 
     void anExpandedCardShowsItsAccount() {
-        Service()->SetAnswer("/mysafe/",
-                             devservice::Answer{200, "<SafeCard><F FieldId='{F}' FieldName='User' "
-                                                     "FieldData='bWU='/><F FieldId='{G}' FieldName="
-                                                     "'Key' Encrypted='TRUE'/></SafeCard>"});
+        Service()->SetAnswer(
+            "/mysafe/", devservice::Answer{200, "<SafeCard><F FieldId='{F}' FieldName='User' "
+                                                "FieldData='bWU='/><F FieldId='{G}' FieldName="
+                                                "'Key' Encrypted='TRUE'/><F FieldId='{H}' FieldName='Own' "
+                                                "FieldData='I0lDT046M0BAbWU='/></SafeCard>"});
         Open();
         m_panel->ToggleCard(*m_panel->CardAt(0));
         m_fixture->reader.StepAll();
         auto* list = m_panel->CardAt(0)->findChild<CBrenListCtrl*>();
         auto* chunks = m_panel->CardAt(0)->findChild<LinkLabel*>();
         QCOMPARE(list->Rows().CellText(0, 0) + u' ' + list->Rows().CellText(0, 1), u"User me"_s);
+        QCOMPARE(WordsOfCell(list->Rows().CellText(2, 1)), u"#ICON:3@@me"_s);
         QCOMPARE(list->Rows().CellText(1, 1), u"******"_s);
         QCOMPARE(chunks->Text(), u"Chunking is disabled, Click <a>here</a> to enable."_s);
         QCOMPARE(m_fixture->frame.Captions(),
@@ -329,24 +352,29 @@ private slots:
         QCOMPARE(list->Rows().rowCount(), 0);
     }
 
+    void theQuotaIsShown_data() {
+        const Columns<QByteArray, QString, QString> row("answer", "fault", "shown");
+        row("told", "<used-bytes>3221225472</x><allocated-bytes>2147483648</x>", "none",
+            " 2.000 GB| 3.000 GB|-1.000 GB|");
+        row("half", "<used-bytes>1</x>", "none", "|||The service does not tell the account's quota.");
+        row("small", "<used-bytes>1</x><allocated-bytes>1048576</x>", "none",
+            "|||The account has no quota of more than 1 MB.");
+        row("refused", "", "deny:500", "|||The service does not tell the account's quota.");
+        row("down", "", "refuse", "|||The service does not answer, so the quota is not known.");
+    }
+
     void theQuotaIsShown() {
-        const auto texts = [this](const std::string& answer, const char* fault) {
-            Service()->SetAnswer("/resources/home/quota", devservice::Answer{207, answer});
-            Service()->SetFault(fault);
-            CQuota::Open(m_fixture->console, nullptr);
-            m_fixture->reader.StepAll();
-            auto* quota = OpenDialog<CQuota>();
-            QStringList shown;
-            for (const QLabel* label : quota->findChildren<QLabel*>())
-                if (!label->text().endsWith(u':'))
-                    shown += label->text();
-            delete quota;
-            return shown.join(u'|');
-        };
-        const std::string answer = "<used-bytes>3221225472</x><allocated-bytes>2147483648</x>";
-        QCOMPARE(texts(answer, "none"), u" 2.000 GB| 3.000 GB|-1.000 GB"_s);
-        QCOMPARE(texts("<used-bytes>1</x>", "none"), u"||"_s);
-        QCOMPARE(texts(answer, "refuse"), u"||"_s);
+        const auto [answer, fault, shown] = Fetched<QByteArray, QString, QString>();
+        Service()->SetAnswer("/resources/home/quota", devservice::Answer{207, answer.toStdString()});
+        QVERIFY(Service()->SetFault(fault.toStdString()));
+        CQuota::Open(m_fixture->console, nullptr);
+        m_fixture->reader.StepAll();
+        const std::unique_ptr<CQuota> quota(OpenDialog<CQuota>());
+        QStringList texts;
+        for (const QLabel* label : quota->findChildren<QLabel*>(Qt::FindDirectChildrenOnly))
+            if (!label->text().endsWith(u':'))
+                texts += label->text();
+        QCOMPARE(texts.join(u'|') + u'|' + NoticeOf(*quota), shown);
     }
 
     void theProfileIsEncryptedWhereThatIsOffered_data() {

@@ -111,6 +111,7 @@ private slots:
         row("audit|--max|many", Usage, none);
         row("audit|--from|yesterday", Usage, none);
         row("audit|--contains|it's", Usage, none);
+        row("audit|--level|2", Usage, none);
         row("tasks|extra", Usage, none);
         row("tasks|--jsn", Usage, none);
         row("tasks|--json|--json", Usage, none);
@@ -221,6 +222,8 @@ private slots:
         row("audit --from 2025-03-02", "trace", {u"third"_s, u"second"_s});
         row("audit --to 2025-03-03", "trace", {u"second"_s, u"first"_s});
         row("audit --from 2025-03-02 --to 2025-03-03", "trace", {u"second"_s});
+        row("audit --level error --level info", "trace", {u"third"_s, u"first"_s});
+        row("audit --max 1 --level info", "trace", {}); // the level is looked at last
         row("running", "file", {u"moving.txt"_s});
     }
 

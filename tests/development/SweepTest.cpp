@@ -1,6 +1,7 @@
 #include "development/Sweep.h"
 #include "look/Look.h"
 #include "support/TestMain.h"
+#include "wizard/WizardSteps.h"
 
 #include <QAbstractButton>
 #include <QDialog>
@@ -145,6 +146,21 @@ private slots:
         }
         QFETCH(QString, reported);
         QVERIFY2(rules.join(u' ') == reported, qPrintable(lines.join(u'\n')));
+    }
+
+    void reportsStepsThatAreCut_data() {
+        const Columns<QString, int, bool> row("title", "height", "cut");
+        row("Login Information For Virtual Directory", 120, false);
+        row("Login Information For Virtual Directory", 80, true);
+        row("Loginpageforvirtualdirectories", 120, true);
+    }
+
+    void reportsStepsThatAreCut() {
+        const auto [title, height, cut] = Fetched<QString, int, bool>();
+        WizardSteps steps(u"Wizard"_s);
+        steps.SetSteps({{title, WizardTravel::Mark::Now}});
+        steps.resize(steps.width(), height);
+        QCOMPARE(!SweepWindow(steps, SweepRule::Fit).empty(), cut);
     }
 };
 

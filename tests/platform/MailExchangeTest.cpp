@@ -1,58 +1,20 @@
 #include "platform/MailExchange.h"
+#include "NameAnswers.h"
 #include "Socket.h"
 
 #include <doctest/doctest.h>
 
 #include <chrono>
 #include <future>
-#include <sstream>
 #include <thread>
 
+using namespace names;
 using namespace std::chrono_literals;
 using platform::FindMailExchangers;
 using platform::MailExchangers;
 using platform::NameServer;
 
 namespace {
-
-std::string Word(int value) {
-    return {static_cast<char>(value >> 8), static_cast<char>(value & 255)};
-}
-
-std::string Name(const std::string& dotted) {
-    std::string labels;
-    std::istringstream parts(dotted);
-    for (std::string part; std::getline(parts, part, '.');)
-        labels += static_cast<char>(part.size()) + part;
-    return labels + std::string(1, '\0');
-}
-
-struct Record {
-    int type;
-    std::string data;
-};
-
-constexpr int Cname = 5;
-constexpr int Mx = 15;
-
-constexpr int NameAsked = 0xC00C; ///< points to the name in the question
-
-/// A host below the domain that was asked for.
-Record Exchange(int preference, const std::string& label) {
-    return {Mx, Word(preference) + static_cast<char>(label.size()) + label + Word(NameAsked)};
-}
-
-/// The answer to a question: these records, all of the name that was asked for.
-std::string Answer(const std::string& question, int code, const std::vector<Record>& records) {
-    constexpr int classIn = 1;
-    const std::string asked = question.substr(12, question.find('\0', 12) + 5 - 12);
-    std::string answer = question.substr(0, 2) + Word(0x8180 | code) + Word(1) +
-                         Word(static_cast<int>(records.size())) + Word(0) + Word(0) + asked;
-    for (const Record& record : records)
-        answer += Word(NameAsked) + Word(record.type) + Word(classIn) + Word(0) + Word(60) +
-                  Word(static_cast<int>(record.data.size())) + record.data;
-    return answer;
-}
 
 /// Asks a server that answers the first question.
 template <typename Reply>
@@ -80,6 +42,16 @@ TEST_CASE("mail exchangers come in the order of the answer") {
         {"beside others", 0, {{Cname, "\1x" + Word(NameAsked)}, Exchange(1, "mx")}, {{"mx.example.org"}}},
         {"no such domain", 3, {}, {}},
         {"nothing of the kind", 0, {}, {}},
+        {"behind an alias of its own",
+         0,
+         {{Cname, Name("a.example.org")}, {Mx, Word(1) + Name("mx.example.net")}},
+         {{"mx.example.net"}}},
+        {"the one that says that there is none",
+         0,
+         {{Mx, Word(0) + Name("")}},
+         MailExchangers(std::in_place)},
+        {"nearly 64 KB", 0, std::vector<Record>(3600, Exchange(1, "m")),
+         std::vector<std::string>(3600, "m.example.org")},
     };
     for (const Case& expected : cases) {
         CAPTURE(expected.name);
@@ -101,11 +73,23 @@ TEST_CASE("the question is for the mail exchangers of exactly this domain") {
 }
 
 TEST_CASE("records without a host, or with a wrong size, give no host and no crash") {
-    const std::string lies[] = {std::string("\0\0\0", 3), std::string("\0\x01\x3Fhost", 7),
-                                std::string("\0\x01\xC0\xFF", 4), std::string("\0", 1)};
+    // The answer's only record holds them 43 octets behind its beginning; the last two lead back to
+    // themselves.
+    const std::string lies[] = {std::string("\0\0\0", 3),         std::string("\0\x01\x3Fhost", 7),
+                                std::string("\0\x01\xC0\xFF", 4), std::string("\0", 1),
+                                std::string("\0\x01\xC0\x2B", 4), std::string("\0\x01\x01m\xC0\x2B", 6)};
     for (const std::string& data : lies) {
         const MailExchangers hosts = Ask([&](const std::string& question) {
             return Answer(question, 0, {{Mx, data}});
+        });
+        CHECK((!hosts || hosts->empty()));
+    }
+}
+
+TEST_CASE("an answer that is cut gives no more hosts than came") {
+    for (const size_t size : {29u, 31u, 41u, 45u}) {
+        const MailExchangers hosts = Ask([&](const std::string& question) {
+            return Answer(question, 0, {Exchange(1, "mx")}).substr(0, size);
         });
         CHECK((!hosts || hosts->empty()));
     }

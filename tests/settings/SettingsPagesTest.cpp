@@ -285,7 +285,7 @@ private slots:
         QCOMPARE(fixture.frame.StatusText(), u"There are no settings to show."_s);
     }
 
-    void theSectionHoldsBothPages() {
+    void theSectionHoldsItsPages() {
         SettingsFixture fixture;
         CSettingsPanel panel(fixture.console);
         fixture.Open(panel);
@@ -293,7 +293,7 @@ private slots:
         for (const FrameAction& action : fixture.frame.sideActions)
             actions << action.caption;
         QCOMPARE(actions, (QStringList{u"Proxy Setup"_s, u"Refresh..."_s}));
-        QCOMPARE(panel.PageCount(), 2);
+        QCOMPARE(panel.PageCount(), 3);
 
         fixture.service->SetSetting("WriterName", "Ann");
         panel.SelectPage(1);

@@ -89,9 +89,9 @@ private slots:
 
     void theAuditTraceByFilter_data() {
         const Columns<AuditFilter, QStringList> row("filter", "traces");
-        const QDate third(2025, 3, 3);
-        const QDate fourth(2025, 3, 4);
-        const QDate fifth(2025, 3, 5);
+        const QString third = AuditTime(QDate(2025, 3, 3));
+        const QString fourth = AuditTime(QDate(2025, 3, 4));
+        const QString fifth = AuditTime(QDate(2025, 3, 5));
         const QStringList all{QString(), u"third"_s, u"second"_s, u"first"_s};
         row("all", {}, all);
         row("text", {u"KEY"_s, {}, {}}, {u"second"_s, u"first"_s});
@@ -120,11 +120,39 @@ private slots:
         const auto read = [](const AuditFilter& filter) {
             return AuditTraceStore().EnumTraces(filter, [](const AuditRecord&) { return true; }).outcome;
         };
-        QCOMPARE(read({u"it's"_s, {}, {}}), ReadOutcome::Failed);
-        QCOMPARE(read({{}, {}, u"many"_s}), ReadOutcome::OtherSchema); // it could name a column
+        for (const AuditFilter& filter :
+             std::initializer_list<AuditFilter>{{u"it's"_s, {}, {}}, {{}, {}, u"many"_s}, {{}, {}, u"1.5"_s}})
+            QCOMPARE(read(filter), ReadOutcome::BadStatement);
         QCOMPARE(read({u"x'; DELETE FROM AuditTrace; --"_s, {}, {}}), ReadOutcome::Done);
         QCOMPARE(AuditRows({}).size(), 4);
         QCOMPARE(Traces(service.Home()).filter(u"syntax"_s), QStringList());
+    }
+
+    void whatIsAddedLaterIsReadOnce() {
+        ServiceFixture service;
+        PutAuditRows(service, FourDays);
+        qint64 end = 0;
+        QStringList traces;
+        const auto take = [&traces](const AuditRecord& row) {
+            traces += row.trace;
+            return true;
+        };
+        QVERIFY(AuditTraceStore().EnumTraces({{}, {}, u"1"_s}, end, take));
+        QCOMPARE(traces.size(), 1);
+        traces.clear();
+        const auto readNew = [&](const AuditFilter& filter) {
+            traces.clear();
+            const bool read(AuditTraceStore().EnumNewTraces(filter, end, take));
+            return read ? traces.join(u'|') : u"failed"_s;
+        };
+        QCOMPARE(readNew({}), QString());
+        PutAuditRows(service, "VALUES(0,'older',''),(1,'not this','2026'),(2,'newer','2025')");
+        QCOMPARE(readNew({u"er"_s, {}, u"1"_s}), u"older|newer"_s);
+        QCOMPARE(readNew({}), QString());
+        service->Execute(service->DatabaseFile(File::AuditTrace), "DELETE FROM AuditTrace");
+        QCOMPARE(readNew({}), QString());
+        PutAuditRows(service, "VALUES(0,'number one again','2026')");
+        QCOMPARE(readNew({{}, std::pair(u"2026"_s, u"2026"_s), {}}), u"number one again"_s);
     }
 
     void aMessageHasNoKey_data() {

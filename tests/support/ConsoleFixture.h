@@ -1,6 +1,7 @@
 #pragma once
 
 #include "page/Console.h"
+#include "page/SectionLinks.h"
 #include "page/SettingNews.h"
 #include "service/ServiceClient.h"
 #include "support/RecordingFrame.h"
@@ -17,5 +18,6 @@ struct ConsoleFixture {
     PageReader reader;
     RecordingFrame frame;
     SettingNews settingNews;
-    const Console console{client, counters, prompts, reader, frame, settingNews};
+    SectionLinks links;
+    const Console console{client, counters, prompts, reader, frame, settingNews, links};
 };

@@ -31,6 +31,8 @@ private:
     QByteArray m_oldHome;
     QByteArray m_oldPort;
     std::vector<std::pair<const char*, QByteArray>> m_oldFolders{
-        {"XDG_CONFIG_HOME", qgetenv("XDG_CONFIG_HOME")}, {"XDG_RUNTIME_DIR", qgetenv("XDG_RUNTIME_DIR")}};
+        {"XDG_CONFIG_HOME", qgetenv("XDG_CONFIG_HOME")},
+        {"XDG_RUNTIME_DIR", qgetenv("XDG_RUNTIME_DIR")},
+        {"XDG_STATE_HOME", qgetenv("XDG_STATE_HOME")}};
     devservice::DevService m_service;
 };

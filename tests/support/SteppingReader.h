@@ -44,7 +44,8 @@ public:
     /// All jobs, those too that come on the way. At most `limit` of them, for pages that always reload.
     int StepAll(int limit = 1000) {
         int steps = 0;
-        while (steps < limit && (Step(Lane::Service) || Step(Lane::Databases) || Step(Lane::Computing)))
+        while (steps < limit &&
+               (Step(Lane::Service) || Step(Lane::Databases) || Step(Lane::Computing) || Step(Lane::Network)))
             ++steps;
         return steps;
     }
@@ -52,6 +53,7 @@ public:
 private:
     JobQueue& Queue(Lane lane) { return m_lanes.at(static_cast<std::size_t>(lane)); }
 
-    std::array<JobQueue, 3> m_lanes{JobQueue([] {}), JobQueue([] {}), JobQueue([] {})};
+    std::array<JobQueue, LaneCount> m_lanes{JobQueue([] {}), JobQueue([] {}), JobQueue([] {}),
+                                            JobQueue([] {})};
     std::vector<Job> m_worked;
 };

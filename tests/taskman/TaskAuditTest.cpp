@@ -12,12 +12,13 @@ using devservice::TaskTrace;
 
 namespace {
 
-const QString AskAll = u"Do you really want to delete all trace items of this task?"_s;
+const QString AskAll = u"Do you really want to delete all trace items of this task?\nPhoto library"_s;
 const QString DeletionFailed = u"Failed to delete the trace items"_s;
 
 TaskRow TaskOf(const QString& id) {
     TaskRow task;
     task.id = id;
+    task.title = u"Photo library"_s;
     return task;
 }
 

@@ -27,7 +27,8 @@ namespace {
 
 /// The parts of the console with a reader of the gallery's.
 Console WithReader(const Console& console, Reader& reader) {
-    return {console.service, console.counters, console.prompts, reader, console.frame, console.settingNews};
+    return {console.service, console.counters,    console.prompts, reader,
+            console.frame,   console.settingNews, console.links};
 }
 
 class SampleDialog : public CBrenDialog {

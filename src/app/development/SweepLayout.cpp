@@ -3,6 +3,7 @@
 #include "development/SweepInk.h"
 #include "list/HeaderCtrlCl.h"
 #include "page/BrenPanel.h"
+#include "wizard/WizardSteps.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -108,6 +109,8 @@ QString CutText(const QWidget& widget) {
         return CutTab(*bar);
     if (const auto* header = qobject_cast<const QHeaderView*>(&widget))
         return CutColumn(*header);
+    if (const auto* steps = qobject_cast<const WizardSteps*>(&widget); steps && !steps->CutText().isEmpty())
+        return u"the step's text \"%1\" is cut"_s.arg(steps->CutText());
     return {};
 }
 

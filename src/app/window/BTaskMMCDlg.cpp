@@ -69,7 +69,7 @@ QString ReadConsoleVersion() {
 
 CBTaskMMCDlg::CBTaskMMCDlg(ServiceClient& service, LiveCounters& counters, UserPrompts& prompts,
                            Reader& reader, const Options& options)
-    : m_console{service, counters, prompts, reader, *this, m_settingNews}, m_sections(options.pages),
+    : m_console{service, counters, prompts, reader, *this, m_settingNews, m_links}, m_sections(options.pages),
       m_pages(m_sections.size()), m_navigation(new NavigationColumn(options.title)), m_head(new PageHead),
       m_notice(new ServiceNotice(reader, service, *this)), m_pageNotice(new NoticeLine),
       m_stack(new QStackedWidget), m_statusBar(new ConsoleStatusBar) {

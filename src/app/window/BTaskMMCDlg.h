@@ -2,6 +2,7 @@
 
 #include "page/Console.h"
 #include "page/MainFrame.h"
+#include "page/SectionLinks.h"
 #include "page/SettingNews.h"
 #include "window/PageEntry.h"
 #include "window/SpeedMeter.h"
@@ -74,6 +75,7 @@ private:
     void OpenDialog(const DialogMaker& make);
 
     SettingNews m_settingNews;
+    SectionLinks m_links;
     Console m_console;
     std::vector<PageEntry> m_sections;
     std::vector<CBrenPanel*> m_pages; ///< by section; null until it is first shown

@@ -1,4 +1,5 @@
 #include "platform/MailQuery.h"
+#include "platform/posix/MailAnswer.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -61,11 +62,7 @@ std::string ExchangeOf(const ns_msg& message, const ns_rr& record) {
 
 } // namespace
 
-MailExchangers QueryMailExchangers(const std::string& domain, const std::optional<NameServer>& server) {
-    Resolver resolver;
-    if (server && !resolver.Use(*server))
-        return {};
-    const std::vector<unsigned char> answer = resolver.Query(domain);
+MailExchangers ExchangersIn(std::span<const unsigned char> answer) {
     ns_msg message;
     if (answer.empty() || ::ns_initparse(answer.data(), static_cast<int>(answer.size()), &message) != 0)
         return {};
@@ -78,6 +75,13 @@ MailExchangers QueryMailExchangers(const std::string& domain, const std::optiona
             hosts.push_back(std::move(host));
     }
     return hosts;
+}
+
+MailExchangers QueryMailExchangers(const std::string& domain, const std::optional<NameServer>& server) {
+    Resolver resolver;
+    if (server && !resolver.Use(*server))
+        return {};
+    return ExchangersIn(resolver.Query(domain));
 }
 
 } // namespace platform

@@ -1,7 +1,7 @@
 #include "platform/MailQuery.h"
+#include "platform/windows/Sockets.h"
 #include "platform/windows/WideText.h"
 
-#include <winsock2.h>
 #include <ws2tcpip.h>
 
 #include <windns.h>
@@ -32,12 +32,11 @@ std::vector<std::string> ExchangesOf(const DNS_RECORDW* record) {
     return hosts;
 }
 
-/// The socket library, and one UDP socket of it.
+/// A UDP socket.
 class QuestionSocket {
 public:
     QuestionSocket() {
-        WSADATA data;
-        if (::WSAStartup(MAKEWORD(2, 2), &data) == 0)
+        if (SocketsReady())
             m_socket = ::socket(AF_INET, SOCK_DGRAM, IPPROTO_UDP);
         const DWORD patience = 5000;
         ::setsockopt(m_socket, SOL_SOCKET, SO_RCVTIMEO, reinterpret_cast<const char*>(&patience),
@@ -48,7 +47,6 @@ public:
     ~QuestionSocket() {
         if (m_socket != INVALID_SOCKET)
             ::closesocket(m_socket);
-        ::WSACleanup();
     }
 
     bool Connect(const NameServer& server) const {

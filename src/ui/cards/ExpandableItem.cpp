@@ -30,20 +30,11 @@ QString Elided(const QString& text, const QFont& font, const QRect& place) {
 
 } // namespace
 
-CExpandableItem::CExpandableItem(const QString& title, QWidget* parent)
-    : CLabeledPanel(title, parent), m_buttonRow(new QWidget(this)) {
+CExpandableItem::CExpandableItem(const QString& title, QWidget* parent) : CLabeledPanel(title, parent) {
     TeachCardsToScreenReaders();
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
-    m_buttonRow->setAttribute(Qt::WA_NoMousePropagation); // between the buttons is not the card
-    m_buttonRow->setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(m_buttonRow, &QWidget::customContextMenuRequested, this,
-            [this](const QPoint& place) { ShowMenu(m_buttonRow->mapToGlobal(place)); });
-    auto* row = new QHBoxLayout(m_buttonRow);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(4);
-    ActionButton* open = AddButton(tr("Open"), IconRegistry::Icon(u"chevron-down"_s, Look::Muted));
-    connect(open, &ActionButton::Clicked, this, &CExpandableItem::Toggled);
+    AddButton({tr("Open"), IconRegistry::Icon(u"chevron-down"_s, Look::Muted), [this] { emit Toggled(); }});
     hide();
 }
 
@@ -92,7 +83,8 @@ void CExpandableItem::SetProgress(int permille) {
     update(QRect(0, TitleBandHeight() - 3, width(), 3));
 }
 
-void CExpandableItem::SetBodyText(const QString& text) {
+void CExpandableItem::SetBodyText(const QString& text, const QString& more) {
+    m_bodyMore = more;
     if (text == m_bodyText)
         return;
     m_bodyText = text;
@@ -123,27 +115,68 @@ void CExpandableItem::SetContent(CBrenPanel* content) {
     PlaceChildren();
 }
 
-ActionButton* CExpandableItem::AddButton(const QString& caption, const QIcon& icon) {
-    auto* button = new ActionButton(ActionButton::Kind::Icon, m_buttonRow);
-    button->Set(caption, icon);
-    static_cast<QHBoxLayout*>(m_buttonRow->layout())->insertWidget(0, button);
-    button->show();
-    m_buttons.push_back(button);
-    // Tab goes through the buttons from left to right.
-    QWidget* previous = this;
-    for (std::size_t i = m_buttons.size(); i-- > 0; previous = m_buttons[i])
-        setTabOrder(previous, m_buttons[i]);
-    PlaceChildren();
-    return button;
+void CExpandableItem::AddButton(Button button) {
+    m_buttons.push_back(std::move(button));
+    if (m_buttonRow)
+        MakeButtons();
 }
 
-QWidget* CExpandableItem::LastButton() const {
-    return m_buttons.front();
+void CExpandableItem::SetButton(std::size_t index, const QString& caption, const QIcon& icon) {
+    Button& button = m_buttons.at(index);
+    button.caption = caption;
+    button.icon = icon;
+    if (button.made)
+        button.made->Set(caption, icon);
+}
+
+void CExpandableItem::SetButtonBusy(std::size_t index, bool busy, const QString& why) {
+    Button& button = m_buttons.at(index);
+    button.busy = busy;
+    button.why = why;
+    if (button.made)
+        button.made->SetBusy(busy, why);
+}
+
+void CExpandableItem::MakeButtonRow() {
+    m_buttonRow = new QWidget(this);
+    m_buttonRow->setAttribute(Qt::WA_NoMousePropagation); // between the buttons is not the card
+    m_buttonRow->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(m_buttonRow, &QWidget::customContextMenuRequested, this,
+            [this](const QPoint& place) { ShowMenu(m_buttonRow->mapToGlobal(place)); });
+    auto* row = new QHBoxLayout(m_buttonRow);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(4);
+    m_buttonRow->setVisible(!m_expanded);
+}
+
+void CExpandableItem::MakeButtons() {
+    if (!m_buttonRow)
+        MakeButtonRow();
+    for (Button& button : m_buttons) {
+        if (button.made)
+            continue;
+        button.made = new ActionButton(ActionButton::Kind::Icon, m_buttonRow);
+        button.made->Set(button.caption, button.icon);
+        button.made->SetBusy(button.busy, button.why);
+        connect(button.made, &ActionButton::Clicked, this, button.run);
+        static_cast<QHBoxLayout*>(m_buttonRow->layout())->insertWidget(0, button.made);
+        button.made->show();
+    }
+    // Tab goes through the buttons from left to right.
+    QWidget* previous = this;
+    for (std::size_t i = m_buttons.size(); i-- > 0; previous = m_buttons[i].made)
+        setTabOrder(previous, m_buttons[i].made);
+    PlaceChildren();
+}
+
+QWidget* CExpandableItem::LastStop() {
+    return m_buttons.front().made ? static_cast<QWidget*>(m_buttons.front().made) : this;
 }
 
 void CExpandableItem::SetExpanded(bool expanded) {
     m_expanded = expanded;
-    m_buttonRow->setVisible(!expanded);
+    if (m_buttonRow)
+        m_buttonRow->setVisible(!expanded);
     QAccessible::State changed;
     changed.expanded = true;
     changed.collapsed = true;
@@ -167,11 +200,13 @@ void CExpandableItem::SetNote(const QString& note) {
 }
 
 void CExpandableItem::PlaceChildren() {
-    QRect row(QPoint(), m_buttonRow->sizeHint());
-    row.moveCenter(BodyRect().center());
-    row.moveRight(width() - Look::TextInset - 1);
-    m_buttonRow->setGeometry(row);
-    m_buttonRow->layout()->activate();
+    if (m_buttonRow) {
+        QRect row(QPoint(), m_buttonRow->sizeHint());
+        row.moveCenter(BodyRect().center());
+        row.moveRight(width() - Look::TextInset - 1);
+        m_buttonRow->setGeometry(row);
+        m_buttonRow->layout()->activate();
+    }
     if (m_content)
         m_content->setGeometry(BodyRect().adjusted(0, 0, 0, -Look::CornerRadius));
 }
@@ -207,7 +242,7 @@ QRect CExpandableItem::StatusRect() const {
 }
 
 QRect CExpandableItem::BodyTextRect() const {
-    const int right = m_buttonRow->x() - Look::TextInset;
+    const int right = (m_buttonRow ? m_buttonRow->x() : width()) - Look::TextInset;
     return {Look::TextInset, BodyRect().top(), right - Look::TextInset, BodyRect().height()};
 }
 
@@ -246,6 +281,12 @@ void CExpandableItem::resizeEvent(QResizeEvent* event) {
     PlaceChildren();
 }
 
+void CExpandableItem::showEvent(QShowEvent* event) {
+    CLabeledPanel::showEvent(event);
+    if (!m_buttonRow)
+        MakeButtons();
+}
+
 void CExpandableItem::mouseMoveEvent(QMouseEvent* event) {
     setCursor(BandRect().contains(event->position().toPoint()) ? Qt::PointingHandCursor : Qt::ArrowCursor);
     CLabeledPanel::mouseMoveEvent(event);
@@ -265,13 +306,12 @@ void CExpandableItem::ShowMenu(const QPoint& position) {
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->addAction(m_expanded ? tr("Show all") : tr("Open"), this, &CExpandableItem::Toggled);
     for (std::size_t i = m_buttons.size(); !m_expanded && i-- > 1;) {
-        ActionButton* button = m_buttons[i];
-        const QString caption = button->accessibleName();
-        QAction* action = menu->addAction(button->icon(), QString(caption).replace(u'&', u"&&"_s));
-        action->setEnabled(!button->IsBusy());
-        connect(action, &QAction::triggered, button, [button, caption] {
-            if (button->accessibleName() == caption)
-                button->click();
+        const QString caption = m_buttons[i].caption;
+        QAction* action = menu->addAction(m_buttons[i].icon, QString(caption).replace(u'&', u"&&"_s));
+        action->setEnabled(!m_buttons[i].busy);
+        connect(action, &QAction::triggered, this, [this, i, caption] {
+            if (m_buttons[i].caption == caption && m_buttons[i].made)
+                m_buttons[i].made->click();
         });
     }
     menu->popup(position);
@@ -291,6 +331,8 @@ bool CExpandableItem::event(QEvent* event) {
                StatusRect().adjusted(m_failure.isEmpty() ? 0 : SignRoom, 0, 0, 0));
     if (!m_expanded)
         addWhenCut(m_bodyText, Look::Font(Look::Small), BodyTextRect());
+    if (!m_expanded && BodyTextRect().contains(help->pos()))
+        texts.append(m_bodyMore);
     if (help->pos().y() < TitleBandHeight())
         texts += {help->pos().x() >= width() - StatusRight ? m_statusCaption : QString(), m_note};
     texts.removeAll(QString());

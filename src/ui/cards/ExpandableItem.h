@@ -4,6 +4,8 @@
 
 #include <QIcon>
 
+#include <functional>
+
 class ActionButton;
 class CBrenPanel;
 
@@ -37,8 +39,8 @@ public:
     void SetProgress(int permille);
     int Progress() const { return m_progress; }
 
-    /// The line that says what the card is.
-    void SetBodyText(const QString& text);
+    /// The line that says what the card is; its tool-tip says `more`.
+    void SetBodyText(const QString& text, const QString& more = {});
     const QString& BodyText() const { return m_bodyText; }
 
     /// Told by the title band's tool-tip and to screen readers; empty: nothing.
@@ -52,8 +54,8 @@ public:
     /// A press of the left button below the title band.
     virtual void OnBodyClick(const QPoint& position);
 
-    /// The button that comes last when the Tab key goes through the collapsed card.
-    QWidget* LastButton() const;
+    /// What comes last when the Tab key goes through the collapsed card.
+    QWidget* LastStop();
 
     /// Reads anew what the expanded card shows.
     virtual void Reload();
@@ -71,18 +73,34 @@ protected:
     void SetContent(CBrenPanel* content);
     CBrenPanel* Content() const { return m_content; }
 
+    /// A button of the card. It is made when the card is first shown: most cards of a long list never are.
+    struct Button {
+        QString caption;
+        QIcon icon;
+        std::function<void()> run;
+        bool busy = false;
+        QString why = {}; ///< it is busy
+        ActionButton* made = nullptr;
+    };
+
     /// Adds a button to the left of those that are there; the buttons are hidden while the card is expanded.
-    ActionButton* AddButton(const QString& caption, const QIcon& icon);
+    void AddButton(Button button);
+    const Button& ButtonAt(std::size_t index) const { return m_buttons.at(index); }
+    void SetButton(std::size_t index, const QString& caption, const QIcon& icon);
+    void SetButtonBusy(std::size_t index, bool busy, const QString& why);
     void PlaceChildren();
 
     QRect TitleRect() const override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     bool event(QEvent* event) override;
 
 private:
+    void MakeButtons();
+    void MakeButtonRow();
     void Describe();
     void ShowMenu(const QPoint& position);
     const QString& ShownStatus() const { return m_failure.isEmpty() ? m_statusText : m_failure; }
@@ -92,13 +110,14 @@ private:
     QRect BodyTextRect() const;
 
     CBrenPanel* m_content = nullptr;
-    QWidget* m_buttonRow = nullptr;
-    std::vector<ActionButton*> m_buttons; ///< from right to left
+    QWidget* m_buttonRow = nullptr; ///< made with the buttons
+    std::vector<Button> m_buttons;  ///< from right to left
     bool m_expanded = false;
     bool m_stale = false;
     QString m_statusText;
     QString m_failure;
     QString m_bodyText;
+    QString m_bodyMore;
     QString m_note;
     QIcon m_statusIcon;
     QString m_statusIconName;

@@ -56,7 +56,7 @@ CExpandableItem* CExpandableItemList::AddItem(std::unique_ptr<CExpandableItem> c
     added->hide();
     connect(added, &CExpandableItem::Toggled, this, [this, added] { ToggleCard(*added); });
     m_cards.push_back(added);
-    EndTabOrder(added->LastButton());
+    EndTabOrder(added->LastStop());
     return added;
 }
 

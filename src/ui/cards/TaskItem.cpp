@@ -3,28 +3,34 @@
 #include "look/IconRegistry.h"
 #include "page/ActionButton.h"
 
+namespace {
+
+/// The first button opens the card.
+std::size_t ButtonOf(int action) {
+    return static_cast<std::size_t>(action) + 1;
+}
+
+} // namespace
+
 int CTaskItem::AddAction(const QString& caption, int image, std::function<void()> run) {
-    ActionButton* action = AddButton(caption, IconRegistry::Icon(image));
-    connect(action, &ActionButton::Clicked, this, std::move(run));
-    m_actions.push_back(action);
-    return ActionCount() - 1;
+    AddButton({caption, IconRegistry::Icon(image), std::move(run)});
+    return m_count++;
 }
 
 void CTaskItem::SetAction(int index, const QString& caption, int image) {
-    ActionButton* action = m_actions.at(static_cast<std::size_t>(index));
-    if (action->accessibleName() != caption)
-        action->Set(caption, IconRegistry::Icon(image));
+    if (ActionCaption(index) != caption)
+        SetButton(ButtonOf(index), caption, IconRegistry::Icon(image));
 }
 
 QString CTaskItem::ActionCaption(int index) const {
-    return m_actions.at(static_cast<std::size_t>(index))->accessibleName();
+    return ButtonAt(ButtonOf(index)).caption;
 }
 
 void CTaskItem::EnableAction(int index, bool enabled, const QString& why) {
-    m_actions.at(static_cast<std::size_t>(index))->SetBusy(!enabled, why);
+    SetButtonBusy(ButtonOf(index), !enabled, why);
 }
 
 QRect CTaskItem::ActionRect(int index) const {
-    const ActionButton* action = m_actions.at(static_cast<std::size_t>(index));
-    return {action->mapTo(this, QPoint()), action->size()};
+    const ActionButton* button = ButtonAt(ButtonOf(index)).made;
+    return button ? QRect(button->mapTo(this, QPoint()), button->size()) : QRect();
 }

@@ -2,8 +2,6 @@
 
 #include "cards/ExpandableItem.h"
 
-#include <functional>
-
 /// A card with a row of actions.
 class CTaskItem : public CExpandableItem {
     Q_OBJECT
@@ -20,11 +18,11 @@ public:
 
     /// As while its command is under way: a disabled action swallows clicks. Its tool-tip says `why`.
     void EnableAction(int index, bool enabled, const QString& why = {});
-    int ActionCount() const { return static_cast<int>(m_actions.size()); }
+    int ActionCount() const { return m_count; }
 
-    /// Where the action stands, in the card's coordinates.
+    /// Where the action stands, in the card's coordinates; nowhere before the card is shown.
     QRect ActionRect(int index) const;
 
 private:
-    std::vector<ActionButton*> m_actions;
+    int m_count = 0;
 };

@@ -1,9 +1,13 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <stop_token>
 
-enum class Lane { Service, Databases, Computing };
+/// `Network` is for what waits for other machines, for minutes where they are slow.
+enum class Lane { Service, Databases, Computing, Network };
+inline constexpr std::size_t LaneCount = 4;
+
 enum class ReadPriority { Command, Front, Hidden };
 
 /// Runs work off the UI thread, one at a time a lane. In a lane commands overtake reads, and the page in

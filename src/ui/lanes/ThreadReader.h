@@ -23,5 +23,5 @@ private:
 
     Q_INVOKABLE void Pump();
 
-    std::array<std::unique_ptr<LaneThread>, 3> m_lanes;
+    std::array<std::unique_ptr<LaneThread>, LaneCount> m_lanes;
 };

@@ -5,7 +5,6 @@
 #include "look/Look.h"
 #include "page/UserPrompts.h"
 
-#include <QApplication>
 #include <QContextMenuEvent>
 #include <QMenu>
 #include <QPainter>
@@ -19,21 +18,12 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr int RowHeight = 24;
-/// So many rows are sorted, searched and written within a few milliseconds.
-constexpr int MostAtOnce = 5000;
 
 } // namespace
 
-struct CBrenListCtrl::Work {
-    Work(Reader& reader, QWidget& list) : update(reader, list), search(reader, list) {}
-
-    PageLoader update;
-    PageLoader search;
-};
-
 CBrenListCtrl::CBrenListCtrl(UserPrompts& prompts, QWidget* parent)
-    : QTableView(parent), m_prompts(prompts), m_delegate(m_model), m_header(new CHeaderCtrlCl(this)),
-      m_widths(*m_header, *viewport()) {
+    : QTableView(parent), m_prompts(prompts), m_delegate(m_model), m_finder(*this, m_model),
+      m_header(new CHeaderCtrlCl(this)), m_widths(*m_header, *viewport()) {
     setModel(&m_model);
     setItemDelegate(&m_delegate);
     setHorizontalHeader(m_header);
@@ -63,7 +53,8 @@ CBrenListCtrl::CBrenListCtrl(UserPrompts& prompts, QWidget* parent)
 CBrenListCtrl::~CBrenListCtrl() = default;
 
 void CBrenListCtrl::WorkOn(Reader& reader) {
-    m_work = std::make_unique<Work>(reader, *this);
+    m_work = std::make_unique<PageLoader>(reader, *this);
+    m_finder.WorkOn(reader);
 }
 
 int CBrenListCtrl::AddColumn(const QString& title, int width, Qt::Alignment alignment, const QString& name,
@@ -127,8 +118,10 @@ void CBrenListCtrl::SetLoading(const QString& text) {
 QString CBrenListCtrl::TextWithoutRows() const {
     if (!m_loadingText.isNull())
         return m_loadingText;
-    const bool filteredOut = m_model.TotalRows() > 0;
-    return filteredOut ? tr("No row contains \"%1\"").arg(m_model.Arranged().words) : m_emptyText;
+    if (m_model.TotalRows() == 0)
+        return m_emptyText;
+    const QString words = m_model.Arranged().words;
+    return words.isEmpty() ? tr("All rows are hidden.") : tr("No row contains \"%1\"").arg(words);
 }
 
 void CBrenListCtrl::EndLoading() {
@@ -170,18 +163,18 @@ void CBrenListCtrl::Arrange(const Arrangement& arrangement) {
 }
 
 bool CBrenListCtrl::WorksAtOnce(int rows) const {
-    return !m_work || rows <= MostAtOnce;
+    return !m_work || rows <= MostRowsAtOnce;
 }
 
 void CBrenListCtrl::Update() {
     if (m_work)
-        m_work->update.Cancel();
+        m_work->Cancel();
     // Rows of another subject must not stay until they are matched with none.
     m_underWay = m_wanted.Count() > 0 && !WorksAtOnce(m_wanted.Count() + m_model.TotalRows());
     if (!m_underWay)
         return Apply(MakeUpdate(m_model.AllRows(), m_wanted, m_wantedOrder));
     using Made = std::shared_ptr<const ListUpdate>;
-    m_work->update.Load(
+    m_work->Load(
         Lane::Computing,
         [old = m_model.AllRows(), rows = m_wanted, order = m_wantedOrder](const std::stop_token& stop)
             -> Made { return std::make_shared<const ListUpdate>(MakeUpdate(old, rows, order, stop)); },
@@ -195,7 +188,7 @@ void CBrenListCtrl::Apply(const ListUpdate& update) {
     m_underWay = false;
     const bool atTop = verticalScrollBar()->value() == verticalScrollBar()->minimum();
     const std::vector<Anchor> anchors = atTop ? std::vector<Anchor>() : VisibleRows();
-    ++m_moves;
+    m_finder.OnMoved();
     m_model.Apply(update);
     ScrollBackTo(anchors);
 }
@@ -257,6 +250,15 @@ void CBrenListCtrl::SetFilter(const QString& words) {
     Arrange(arrangement);
 }
 
+void CBrenListCtrl::HideRows(int column, const QStringList& cells) {
+    if (m_kind != TableKind::Record)
+        return;
+    Arrangement arrangement = m_wantedOrder;
+    arrangement.hidingColumn = column;
+    arrangement.hidden = cells;
+    Arrange(arrangement);
+}
+
 void CBrenListCtrl::SortByNext(int column) {
     if (m_kind != TableKind::Record)
         return;
@@ -271,31 +273,11 @@ void CBrenListCtrl::SortByNext(int column) {
 }
 
 void CBrenListCtrl::keyboardSearch(const QString& search) {
-    const int rows = m_model.rowCount();
-    if (rows == 0 || search.isEmpty())
-        return;
-    if (!m_sinceTyped.isValid() || m_sinceTyped.hasExpired(QApplication::keyboardInputInterval()))
-        m_typed.clear();
-    m_sinceTyped.start();
-    m_typed += search;
-    const bool sameAgain = m_typed.count(m_typed.front()) == m_typed.size();
-    const QString start = sameAgain ? m_typed.left(1) : m_typed;
-    const int from = std::max(currentIndex().row(), 0) + (sameAgain && currentIndex().isValid() ? 1 : 0);
-    const auto find = [all = m_model.AllRows(), displayed = m_model.Displayed(), columns = WordColumns(),
-                       start, from](const std::stop_token& stop) {
-        return FindRow(all, displayed, columns, start, from, stop);
-    };
-    if (WorksAtOnce(rows))
-        return Select(find({}));
-    m_work->search.Load(Lane::Computing, find, [this, moves = m_moves](const Loaded<int>& row) {
-        if (row && moves == m_moves)
-            Select(*row);
-    });
+    m_finder.Type(search, WordColumns());
 }
 
-void CBrenListCtrl::Select(int row) {
-    if (row >= 0)
-        setCurrentIndex(m_model.index(row, std::max(currentIndex().column(), 0)));
+void CBrenListCtrl::SelectNext(int column, const QString& words, bool up) {
+    m_finder.Next(column, words, up);
 }
 
 ListExcerpt CBrenListCtrl::Excerpt(Places displayed) const {
@@ -309,7 +291,7 @@ template <typename Text, typename Done>
 void CBrenListCtrl::WithText(int rows, Text text, Done done) {
     if (WorksAtOnce(rows))
         return done(text());
-    m_work->update.Command(
+    m_work->Command(
         Lane::Computing, [text](std::stop_token) { return text(); },
         [done](const Loaded<QString>& made) {
             if (made)
@@ -368,7 +350,7 @@ void CBrenListCtrl::resizeEvent(QResizeEvent* event) {
 /// What was under way when the page was left is begun again.
 void CBrenListCtrl::showEvent(QShowEvent* event) {
     QTableView::showEvent(event);
-    if (m_underWay && !m_work->update.IsReading())
+    if (m_underWay && !m_work->IsReading())
         Update();
 }
 
@@ -433,7 +415,7 @@ void CBrenListCtrl::keyPressEvent(QKeyEvent* event) {
     else if (event->matches(QKeySequence::Find) && m_kind == TableKind::Record)
         emit FindRequested();
     else if (enter && currentIndex().column() < 1 && m_model.rowCount() > 0)
-        Select(std::max(currentIndex().row(), 0)); // a fresh list's first row has the focus only
+        m_finder.Select(std::max(currentIndex().row(), 0)); // a fresh list's first row has the focus only
     else if (enter && !event->isAutoRepeat())
         Post(&CBrenListCtrl::LeftClicked, currentIndex());
     else

@@ -6,8 +6,8 @@
 #include "list/HeaderCtrlCl.h"
 #include "list/ListRow.h"
 #include "list/ListText.h"
+#include "list/RowFinder.h"
 
-#include <QElapsedTimer>
 #include <QPersistentModelIndex>
 #include <QTableView>
 
@@ -15,7 +15,6 @@
 
 class QMenu;
 
-class Reader;
 class UserPrompts;
 
 /// Fixed tables keep the producer's order and all of their rows. The rows of record tables can be sorted
@@ -79,6 +78,10 @@ public:
 
     /// Leaves the rows with the words in a column; of no effect on fixed tables.
     void SetFilter(const QString& words);
+    /// Leaves out the rows with one of the cells in the column; of no effect on fixed tables.
+    void HideRows(int column, const QStringList& cells);
+    /// Goes to the next row, or the one before, whose words in the column start so, and round again.
+    void SelectNext(int column, const QString& words, bool up = false);
     /// A column's next click: ascending, descending, as the producer gave them. Not for fixed tables.
     void SortByNext(int column);
 
@@ -126,7 +129,6 @@ private:
         QPersistentModelIndex cell;
         int offset;
     };
-    struct Work;
 
     void EndLoading();
     void Post(CellSignal signal, const QModelIndex& cell);
@@ -134,7 +136,6 @@ private:
     void Update();
     void Apply(const ListUpdate& update);
     bool WorksAtOnce(int rows) const;
-    void Select(int row);
     std::vector<Anchor> VisibleRows() const;
     void ScrollBackTo(const std::vector<Anchor>& anchors);
     QString Title(int column) const;
@@ -150,8 +151,8 @@ private:
     RowSet m_wanted; ///< the rows and their arrangement that the model has or is on its way to
     Arrangement m_wantedOrder;
     bool m_underWay = false;
-    unsigned m_moves = 0; ///< of displayed rows
     CellDelegate m_delegate;
+    RowFinder m_finder;
     CHeaderCtrlCl* m_header;
     ColumnWidths m_widths;
     TableKind m_kind = TableKind::Fixed;
@@ -160,7 +161,5 @@ private:
     QString m_emptyText;
     QString m_loadingText; ///< null while nothing is awaited
     QPersistentModelIndex m_pressed;
-    QString m_typed;
-    QElapsedTimer m_sinceTyped;
-    std::unique_ptr<Work> m_work; ///< null while all is done at once
+    std::unique_ptr<PageLoader> m_work; ///< null while all is done at once
 };

@@ -16,6 +16,8 @@ namespace {
 constexpr QStringView IconMarker = u"#ICON:";
 constexpr QStringView ProgressMarker = u"#Progress:";
 constexpr QStringView StruckMarker = u"##";
+/// Before data that begins like markup; its second character is in no text.
+constexpr QStringView PlainMarker = u"#\uFDD0";
 constexpr QStringView CaptionMarker = u"@@";
 
 struct NamedSwatch {
@@ -79,6 +81,13 @@ void ReadCaption(QStringView text, CellMarkup& cell) {
     cell.text = cell.hasCaption ? text.mid(at + CaptionMarker.size()) : QStringView();
 }
 
+CellMarkup PlainCell(QStringView text) {
+    CellMarkup cell;
+    cell.text = text;
+    cell.ellipsis = text.contains(u"...");
+    return cell;
+}
+
 QString WordsOfIcon(const CellMarkup& cell) {
     if (cell.icon == 0)
         return {};
@@ -100,11 +109,10 @@ QString WordsOfProgress(const CellMarkup& cell) {
 
 CellMarkup CellMarkup::Parse(QStringView text) {
     CellMarkup cell;
-    if (!text.startsWith(u'#')) {
-        cell.text = text;
-        cell.ellipsis = text.contains(u"...");
-        return cell;
-    }
+    if (!text.startsWith(u'#'))
+        return PlainCell(text);
+    if (text.startsWith(PlainMarker))
+        return PlainCell(text.mid(PlainMarker.size()));
     if (text.startsWith(IconMarker, Qt::CaseInsensitive)) {
         cell.kind = CellKind::Icon;
         cell.icon = ReadIconNumber(text.mid(IconMarker.size()));
@@ -129,9 +137,7 @@ CellMarkup CellMarkup::Parse(QStringView text) {
             return cell;
         }
     }
-    cell.text = text;
-    cell.ellipsis = text.contains(u"...");
-    return cell;
+    return PlainCell(text);
 }
 
 QString CellMarkup::Caption() const {
@@ -154,6 +160,10 @@ QString CellMarkup::Words() const {
         break;
     }
     return text.toString();
+}
+
+QString Cell::Plain(const QString& data) {
+    return data.startsWith(u'#') ? PlainMarker.toString() + data : data;
 }
 
 QString Cell::Icon(int icon, const QString& words) {

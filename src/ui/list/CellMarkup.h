@@ -36,6 +36,8 @@ inline QString WordsOfCell(QStringView text) {
 /// Writers of cells.
 namespace Cell {
 
+/// Data, which is shown as it stands also when it begins like markup.
+QString Plain(const QString& data);
 /// An icon of the registry; the words are heard and copied in its place, without a "Click to " before them.
 QString Icon(int icon, const QString& words);
 /// The icon of what is being done: "Uploading" is heard as "Uploading...".

@@ -1,7 +1,7 @@
 #include "list/ColumnWidths.h"
 
 #include "list/HeaderCtrlCl.h"
-#include "platform/Folders.h"
+#include "page/StateFile.h"
 
 #include <QSettings>
 
@@ -12,10 +12,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr int MostWidth = 4000;
-
-QString StateFile() {
-    return QString::fromStdString(platform::Utf8FromPath(platform::ConsoleStateFile()));
-}
 
 /// Empty when none are remembered for that many columns.
 std::vector<int> ReadColumnWidths(const QString& listName, std::size_t columns) {

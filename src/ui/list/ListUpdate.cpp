@@ -62,17 +62,21 @@ Places MatchRows(const RowSet& old, const RowSet& fresh, StopWatch& stop) {
 }
 
 bool Matches(const RowSet& rows, int row, const Arrangement& arrangement) {
-    return std::any_of(arrangement.columns.begin(), arrangement.columns.end(), [&](int column) {
-        const QString cell = rows.Cell(row, column);
-        return (cell.startsWith(u'#') ? WordsOfCell(cell) : cell)
-            .contains(arrangement.words, Qt::CaseInsensitive);
-    });
+    if (!arrangement.hidden.isEmpty() &&
+        arrangement.hidden.contains(rows.Cell(row, arrangement.hidingColumn)))
+        return false;
+    return arrangement.words.isEmpty() ||
+           std::any_of(arrangement.columns.begin(), arrangement.columns.end(), [&](int column) {
+               const QString cell = rows.Cell(row, column);
+               return (cell.startsWith(u'#') ? WordsOfCell(cell) : cell)
+                   .contains(arrangement.words, Qt::CaseInsensitive);
+           });
 }
 
 Places Arranged(const RowSet& rows, const Arrangement& arrangement, StopWatch& stop) {
     Places places(std::size_t(rows.Count()));
     std::iota(places.begin(), places.end(), 0);
-    if (!arrangement.words.isEmpty())
+    if (!arrangement.words.isEmpty() || !arrangement.hidden.isEmpty())
         std::erase_if(places, [&](int place) {
             stop.Look();
             return !Matches(rows, place, arrangement);
@@ -119,15 +123,15 @@ bool AreEqual(const RowSet& a, const RowSet& b, const std::stop_token& stop) {
     return true;
 }
 
-int FindRow(const RowSet& rows, const Places& displayed, const std::vector<int>& columns,
-            const QString& start, int from, const std::stop_token& stop) {
+int FindRow(const RowSet& rows, const Places& displayed, const RowSearch& search,
+            const std::stop_token& stop) {
     StopWatch watch(stop);
     const int count = int(displayed.size());
     for (int step = 0; step < count; ++step, watch.Look()) {
-        const int row = (from + step) % count;
-        const bool starts = std::any_of(columns.begin(), columns.end(), [&](int column) {
+        const int row = (search.from + (search.up ? count - step : step)) % count;
+        const bool starts = std::any_of(search.columns.begin(), search.columns.end(), [&](int column) {
             return WordsOfCell(rows.Cell(displayed[std::size_t(row)], column))
-                .startsWith(start, Qt::CaseInsensitive);
+                .startsWith(search.start, Qt::CaseInsensitive);
         });
         if (starts)
             return row;

@@ -51,11 +51,8 @@ void RecordPanel::ShowState() {
     TellFailure(m_view->Failure());
     const RecordPage& page = m_view->Page();
     std::vector<FrameAction> toolbar{RefreshAction(page.reload.isEmpty() ? tr("Refresh") : page.reload)};
-    for (std::size_t number = 0; number < m_view->Actions().size(); ++number) {
-        const TableAction& action = m_view->Actions()[number];
-        toolbar.push_back({action.caption, action.image, [this, number] { m_view->Run(number); },
-                           m_view->IsEnabled(action)});
-    }
+    for (FrameAction& button : m_view->Buttons())
+        toolbar.push_back(std::move(button));
     SetToolbar(std::move(toolbar));
 }
 

@@ -8,8 +8,8 @@
 #include <functional>
 #include <type_traits>
 
-/// Writes a cell from a record in the cell markup: a member or a function of it. Numbers are written in
-/// digits and sorted as numbers.
+/// Writes a cell from a record: a member of it, which is data, or a function of it, which returns cell
+/// markup. Numbers are written in digits and sorted as numbers.
 template <typename Record>
 struct CellWriter {
     template <typename Writer>
@@ -17,6 +17,8 @@ struct CellWriter {
         if constexpr (std::is_integral_v<std::remove_cvref_t<std::invoke_result_t<Writer, const Record&>>>) {
             text = [writer](const Record& record) { return QString::number(std::invoke(writer, record)); };
             key = [writer](const Record& record) { return SortKey{qint64(std::invoke(writer, record))}; };
+        } else if constexpr (std::is_member_object_pointer_v<Writer>) {
+            text = [writer](const Record& record) { return Cell::Plain(record.*writer); };
         } else {
             text = std::move(writer);
         }
@@ -59,6 +61,13 @@ struct RowId {
 template <typename Record>
 class RecordStream;
 
+/// What keeps the records of a block: another kind of container for records that there are very many of,
+/// which may hand them out by value.
+template <typename Record>
+struct RecordsOf {
+    using Type = std::vector<Record>;
+};
+
 /// A table, said once. `Record` can be copied and compared.
 template <typename Record>
 struct RecordTable {
@@ -83,9 +92,9 @@ template <typename Record>
 class RecordBlock : public RowBlock {
 public:
     using Shape = std::shared_ptr<const RecordShape<Record>>;
+    using Records = typename RecordsOf<Record>::Type;
 
-    RecordBlock(Shape shape, std::vector<Record> records)
-        : m_shape(std::move(shape)), m_records(std::move(records)) {}
+    RecordBlock(Shape shape, Records records) : m_shape(std::move(shape)), m_records(std::move(records)) {}
 
     int Count() const override { return int(m_records.size()); }
     QString Cell(int row, int column) const override {
@@ -105,17 +114,19 @@ public:
         return At(row) == static_cast<const RecordBlock&>(other).At(otherRow);
     }
 
-    const Record& At(int row) const { return m_records[std::size_t(row)]; }
+    decltype(auto) At(int row) const { return m_records[std::size_t(row)]; }
 
 private:
     bool HasColumn(int column) const { return column >= 0 && std::size_t(column) < m_shape->columns.size(); }
 
     Shape m_shape;
-    std::vector<Record> m_records;
+    Records m_records;
 };
 
 template <typename Record>
 class RecordStream : public RowStream {
+    using Records = typename RecordBlock<Record>::Records;
+
 public:
     explicit RecordStream(typename RecordBlock<Record>::Shape shape) : m_shape(std::move(shape)) {}
 
@@ -126,7 +137,7 @@ public:
             m_sealed.Append(Seal());
     }
 
-    void PutAll(std::vector<Record> records) {
+    void PutAll(Records records) {
         const std::lock_guard lock(m_mutex);
         if (!m_open.empty())
             m_sealed.Append(Seal());
@@ -136,19 +147,20 @@ public:
 protected:
     int OpenCount() const override { return int(m_open.size()); }
     std::shared_ptr<const RowBlock> Seal() override {
-        return std::make_shared<RecordBlock<Record>>(m_shape, std::exchange(m_open, {}));
+        m_open.shrink_to_fit();
+        return std::make_shared<RecordBlock<Record>>(m_shape, std::exchange(m_open, Records()));
     }
 
 private:
     static constexpr std::size_t BlockSize = 4096;
 
     typename RecordBlock<Record>::Shape m_shape;
-    std::vector<Record> m_open;
+    Records m_open;
 };
 
 /// The record of a row of a table of such records.
 template <typename Record>
-const Record& RecordOf(const TakenRow& row) {
+decltype(auto) RecordOf(const TakenRow& row) {
     return static_cast<const RecordBlock<Record>&>(*row.block).At(row.at);
 }
 

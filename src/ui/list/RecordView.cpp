@@ -102,6 +102,15 @@ void RecordView::Run(std::size_t number) {
     });
 }
 
+std::vector<FrameAction> RecordView::Buttons() {
+    std::vector<FrameAction> buttons;
+    for (std::size_t number = 0; number < m_table.actions.size(); ++number) {
+        const TableAction& action = m_table.actions[number];
+        buttons.push_back({action.caption, action.image, [this, number] { Run(number); }, IsEnabled(action)});
+    }
+    return buttons;
+}
+
 void RecordView::Read() {
     if (isVisible())
         Load({});
@@ -120,9 +129,6 @@ void RecordView::hideEvent(QHideEvent* event) {
     if (event->spontaneous()) // the window became an icon
         return;
     m_loader.Cancel();
-    m_glance.stop();
-    m_coming.reset();
-    m_listing = false;
 }
 
 void RecordView::Turn(ListTable table) {
@@ -165,7 +171,7 @@ void RecordView::Load(std::optional<quint32> known) {
             else if (loaded.outcome == LoadOutcome::Failed)
                 ShowEnd({{ReadOutcome::Failed, {}}, {}, false}, rows, loaded.why);
             else
-                TellReading();
+                ShowCancelled(rows);
         });
     TellReading();
     m_coming.reset();
@@ -194,6 +200,17 @@ void RecordView::ShowFirstRows() {
     m_shown.reset();
     m_listing = true;
     emit Changed();
+}
+
+void RecordView::ShowCancelled(const Stream& rows) {
+    if (rows == m_coming) {
+        m_glance.stop();
+        m_listing = false;
+        m_shown.reset();
+        m_list->AppendRows(rows->Rows());
+        m_coming.reset();
+    }
+    TellReading();
 }
 
 void RecordView::ShowEnd(const Outcome& outcome, const Stream& rows, const QString& failure) {

@@ -2,6 +2,7 @@
 
 #include "lanes/PageLoader.h"
 #include "list/ListTable.h"
+#include "page/MainFrame.h"
 
 #include <QSet>
 #include <QTime>
@@ -23,7 +24,7 @@ public:
     void Read();
     /// Reads again unless the table has a change counter which has not moved since.
     void ReadIfChanged();
-    /// Gives the read under way up.
+    /// Gives the read under way up. What it has brought to an empty list stays.
     void CancelRead();
     bool IsReading() const { return m_loader.IsReading(); }
 
@@ -32,9 +33,8 @@ public:
     void Turn(ListTable table);
 
     const RecordPage& Page() const { return m_table.page; }
-    const std::vector<TableAction>& Actions() const { return m_table.actions; }
-    bool IsEnabled(const TableAction& action) const;
-    void Run(std::size_t number);
+    /// The table's actions as buttons of its page.
+    std::vector<FrameAction> Buttons();
 
     /// What a page says of it while all is well.
     QString Help() const;
@@ -46,7 +46,7 @@ public:
     PageLoader& Loader() { return m_loader; }
 
 signals:
-    /// What Help, Failure and IsEnabled say.
+    /// What Help, Failure and Buttons say.
     void Changed();
 
 protected:
@@ -60,11 +60,14 @@ private:
     };
     using Stream = std::shared_ptr<RowStream>;
 
+    bool IsEnabled(const TableAction& action) const;
+    void Run(std::size_t number);
     void AddCommands();
     void RunCommand(const RowCommand& command, const std::vector<TakenRow>& rows);
     void Load(std::optional<quint32> known);
     void TellReading();
     void ShowFirstRows();
+    void ShowCancelled(const Stream& rows);
     void ShowEnd(const Outcome& outcome, const Stream& rows, const QString& failure);
 
     const Console& m_console;

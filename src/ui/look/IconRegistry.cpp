@@ -67,6 +67,7 @@ constexpr NumberedIcon NumberedIcons[] = {
     {QuotaIcon, "quota"},
     {InformationIcon, "information"},
     {ProxyIcon, "proxy"},
+    {EmailIcon, "email"},
     {SearchIcon, "search"},
     {SettingsIcon, "settings"},
     {SummaryIcon, "summary"},

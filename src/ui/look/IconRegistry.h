@@ -47,6 +47,7 @@ enum IconNumber : int {
     QuotaIcon = 9021,
     InformationIcon = 9026,
     ProxyIcon = 9032,
+    EmailIcon = 9033,
     SearchIcon = 9035,
     SettingsIcon = 9036,
     SummaryIcon = 9039,

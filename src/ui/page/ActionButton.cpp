@@ -14,7 +14,7 @@ constexpr int Gap = 8;
 constexpr int FramedInset = 10;
 constexpr int LinkInset = 8;
 constexpr int Slack = 2;
-constexpr int LinkWidth = 184; ///< of the column; a longer caption takes a second line
+constexpr int LinkWidth = 170; ///< of the column beside its scroll bar; a longer caption takes a second line
 
 class AccessibleActionButton : public AccessiblePart {
 public:

@@ -6,6 +6,7 @@ class Reader;
 class ServiceClient;
 class SettingNews;
 class UserPrompts;
+struct SectionLinks;
 
 /// The parts that pages are given. Made once in app/, and all of it outlives the pages. Databases have no
 /// part here: each fetch opens its own store.
@@ -16,4 +17,5 @@ struct Console {
     Reader& reader;
     MainFrame& frame;
     SettingNews& settingNews;
+    SectionLinks& links;
 };

@@ -55,7 +55,7 @@ WizardLine::WizardLine(QWidget* parent)
 void WizardLine::SetFace(Face face, const QString& lead, const QString& rest) {
     m_face = face;
     const bool failed = face == Face::Failure;
-    const int inset = failed ? Look::TextInset : 0;
+    const int inset = face == Face::Chosen ? 0 : Look::TextInset; // of the others the edge may show
     layout()->setContentsMargins(inset, failed ? 8 : 6, inset, failed ? 8 : 6);
     m_lead->setText(lead);
     m_lead->setVisible(!lead.isEmpty());

@@ -3,7 +3,7 @@
 #include "look/Look.h"
 
 #include <QPainter>
-#include <QPainterPath>
+#include <QStyle>
 
 #include <algorithm>
 
@@ -11,10 +11,43 @@ namespace {
 
 constexpr int ColumnWidth = 176;
 constexpr int Inset = 16;
-constexpr int FirstStep = 46;
-constexpr int StepHeight = 34;
+constexpr int CaptionTop = 20;
+constexpr int CaptionGap = 12;  ///< below it
+constexpr int LeastHeight = 34; ///< of a step
+constexpr int StepPadding = 14; ///< above and below its words together
 constexpr int DotSize = 14;
+constexpr int DotGap = 10;
+constexpr int WordsEnd = 6; ///< what they keep off the column's edge
 constexpr int AccentBar = 3;
+
+int WrappedHeight(const QFont& font, int width, const QString& text) {
+    return QFontMetrics(font).boundingRect(0, 0, width, QWIDGETSIZE_MAX, Qt::TextWordWrap, text).height();
+}
+
+bool HasLongerWord(const QFont& font, int width, const QString& text) {
+    const QStringList words = text.split(u' ');
+    return std::any_of(words.begin(), words.end(), [&, metrics = QFontMetrics(font)](const QString& word) {
+        return metrics.horizontalAdvance(word) > width;
+    });
+}
+
+// Whether or not a step is the present one, whose words are bold, its room is the same.
+QFont WidestFont() {
+    return Look::Font(Look::Body, QFont::Bold);
+}
+
+QFont CaptionFont() {
+    return Look::Font(Look::Caption, QFont::Bold);
+}
+
+QRect CaptionRect(const QString& caption) {
+    const int width = ColumnWidth - 2 * Inset;
+    return {Inset, CaptionTop, width, WrappedHeight(CaptionFont(), width, caption)};
+}
+
+QRect WordsIn(const QRect& band) {
+    return band.adjusted(Inset + DotSize + DotGap, 0, -WordsEnd, 0);
+}
 
 void PaintDot(QPainter& painter, const QRectF& dot, WizardTravel::Mark mark) {
     const bool toCome = mark == WizardTravel::Mark::ToCome;
@@ -53,37 +86,56 @@ void WizardSteps::SetSteps(std::vector<Step> steps) {
     update();
 }
 
+std::vector<QRect> WizardSteps::Bands() const {
+    std::vector<QRect> bands;
+    QRect band(0, CaptionRect(m_caption).bottom() + 1 + CaptionGap, ColumnWidth - 1, LeastHeight);
+    for (const Step& step : m_steps) {
+        const int words = WrappedHeight(WidestFont(), WordsIn(band).width(), step.title);
+        band.setHeight(std::max(LeastHeight, words + StepPadding));
+        bands.push_back(band);
+        band.moveTop(band.bottom() + 1);
+    }
+    return bands;
+}
+
+QString WizardSteps::CutText() const {
+    if (HasLongerWord(CaptionFont(), CaptionRect(m_caption).width(), m_caption))
+        return m_caption;
+    const std::vector<QRect> bands = Bands();
+    for (std::size_t i = 0; i < m_steps.size(); ++i)
+        if (bands[i].bottom() >= height() ||
+            HasLongerWord(WidestFont(), WordsIn(bands[i]).width(), m_steps[i].title))
+            return m_steps[i].title;
+    return {};
+}
+
 void WizardSteps::PaintStep(QPainter& painter, const Step& step, const QRect& band) const {
     const bool now = step.mark == WizardTravel::Mark::Now;
-    const bool mirrored = isRightToLeft();
-    const auto place = [&](QRect rect) {
-        return mirrored ? QRect(width() - rect.right() - 1, rect.y(), rect.width(), rect.height()) : rect;
+    const auto place = [this](const QRect& rect) {
+        return QStyle::visualRect(layoutDirection(), this->rect(), rect);
     };
     if (now) {
-        painter.fillRect(band, Look::Paper);
+        painter.fillRect(place(band), Look::Paper);
         painter.fillRect(place({0, band.y(), AccentBar, band.height()}), Look::Accent);
     }
     PaintDot(painter, place({Inset, band.center().y() - DotSize / 2 + 1, DotSize, DotSize}), step.mark);
-    painter.setFont(Look::Font(Look::Body, now ? QFont::Bold : QFont::Normal));
+    painter.setFont(now ? WidestFont() : Look::Font(Look::Body));
     painter.setPen(now ? Look::Ink : Look::Secondary);
-    const QRect words = place(band.adjusted(Inset + DotSize + 10, 0, -6, 0));
-    painter.drawText(words, int(Qt::AlignVCenter | (mirrored ? Qt::AlignRight : Qt::AlignLeft)),
-                     painter.fontMetrics().elidedText(step.title, Qt::ElideRight, words.width()));
+    painter.drawText(place(WordsIn(band)), Qt::AlignVCenter | Qt::AlignLeading | Qt::TextWordWrap,
+                     step.title);
 }
 
 void WizardSteps::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    painter.setLayoutDirection(layoutDirection());
     painter.fillRect(rect(), Look::Side);
     painter.fillRect(isRightToLeft() ? 0 : width() - 1, 0, 1, height(), Look::Line);
-    painter.setFont(Look::Font(Look::Caption, QFont::Bold));
+    painter.setFont(CaptionFont());
     painter.setPen(Look::Secondary);
-    const QRect caption(Inset, 14, width() - 2 * Inset, 24);
-    painter.drawText(caption, Qt::AlignVCenter | Qt::AlignLeading,
-                     painter.fontMetrics().elidedText(m_caption, Qt::ElideRight, caption.width()));
-    QRect band(0, FirstStep, width() - 1, StepHeight);
-    for (const Step& step : m_steps) {
-        PaintStep(painter, step, band);
-        band.translate(0, StepHeight);
-    }
+    painter.drawText(QStyle::visualRect(layoutDirection(), rect(), CaptionRect(m_caption)),
+                     Qt::AlignLeading | Qt::TextWordWrap, m_caption);
+    const std::vector<QRect> bands = Bands();
+    for (std::size_t i = 0; i < m_steps.size(); ++i)
+        PaintStep(painter, m_steps[i], bands[i]);
 }

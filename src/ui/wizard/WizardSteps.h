@@ -21,10 +21,14 @@ public:
     /// Those that are left out are not shown.
     void SetSteps(std::vector<Step> steps);
 
+    /// The first text that is not shown whole; empty when all are.
+    QString CutText() const;
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    std::vector<QRect> Bands() const;
     void PaintStep(QPainter& painter, const Step& step, const QRect& band) const;
 
     QString m_caption;

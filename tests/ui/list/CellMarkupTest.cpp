@@ -51,6 +51,15 @@ private slots:
         QCOMPARE(qint64(read.maximum), second);
     }
 
+    void dataStaysAsItStands() {
+        for (const QString& data :
+             {u"#ICON:3@@x"_s, u"##x"_s, u"#COLOR:RED"_s, u"#"_s, u"#\uFDD0x"_s, u"x#"_s}) {
+            const QString cell = Cell::Plain(data);
+            QCOMPARE(CellMarkup::Parse(cell).kind, CellKind::Plain);
+            QCOMPARE(WordsOfCell(cell), data);
+        }
+    }
+
     void saysWords_data() {
         const Columns<QString, QString, QString> row("cell", "caption", "words");
         row("#Progress:3 4@@3 of 4 processed", "75.00% (3 of 4 processed)", "75.00 % (3 of 4 processed)");

@@ -1,0 +1,64 @@
+#include "platform/CharacterSet.h"
+#include "platform/windows/WideText.h"
+
+#include <windows.h>
+
+#include <mlang.h>
+#include <objbase.h>
+
+#include <memory>
+
+namespace platform {
+namespace {
+
+constexpr DWORD Latin1CodePage = 28591;
+
+/// The thread's use of COM, which another part of it may have begun in its own way.
+class ComUse {
+public:
+    ComUse() : m_begun(SUCCEEDED(::CoInitializeEx(nullptr, COINIT_MULTITHREADED))) {}
+    ComUse(const ComUse&) = delete;
+    ComUse& operator=(const ComUse&) = delete;
+    ~ComUse() {
+        if (m_begun)
+            ::CoUninitialize();
+    }
+
+private:
+    bool m_begun;
+};
+
+struct InterfaceRelease {
+    void operator()(IUnknown* object) const { object->Release(); }
+};
+
+using MultiLanguage = std::unique_ptr<IMultiLanguage, InterfaceRelease>;
+
+MultiLanguage MakeMultiLanguage() {
+    void* made = nullptr;
+    if (FAILED(::CoCreateInstance(CLSID_CMultiLanguage, nullptr, CLSCTX_INPROC_SERVER, IID_IMultiLanguage,
+                                  &made)))
+        return {};
+    return MultiLanguage(static_cast<IMultiLanguage*>(made));
+}
+
+} // namespace
+
+std::optional<std::string> ToLatin1(std::string_view utf8) {
+    const ComUse com;
+    const MultiLanguage languages = MakeMultiLanguage();
+    if (!languages)
+        return {};
+    std::wstring wide = Wide(utf8);
+    std::string latin1(wide.size() * 2, '\0'); // a replacement may be longer than what it stands for
+    DWORD mode = 0;
+    UINT taken = static_cast<UINT>(wide.size());
+    UINT size = static_cast<UINT>(latin1.size());
+    if (!wide.empty() && FAILED(languages->ConvertStringFromUnicode(&mode, Latin1CodePage, wide.data(),
+                                                                    &taken, latin1.data(), &size)))
+        return {};
+    latin1.resize(wide.empty() ? 0 : size);
+    return latin1;
+}
+
+} // namespace platform

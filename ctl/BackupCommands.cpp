@@ -1,6 +1,7 @@
 #include "ctl/Rows.h"
 
 #include "plan/BackupSchedule.h"
+#include "plan/BackupTask.h"
 #include "plan/FileIndexing.h"
 
 #include <algorithm>
@@ -11,6 +12,34 @@ namespace {
 
 constexpr QLatin1String FormNames = "dialog|server|mirrored|snapshot"_L1;
 constexpr QLatin1String ModeNames = "now|daily|weekly"_L1;
+
+CtlExit Backups(const Invocation& invocation) {
+    const std::vector<Column> columns{{"id"_L1, "ID"_L1},
+                                      {"name"_L1, "NAME"_L1},
+                                      {"type"_L1, "TYPE"_L1},
+                                      {"state"_L1},
+                                      {"stateText"_L1, "STATE"_L1},
+                                      {"nextRun"_L1, "NEXT RUN"_L1},
+                                      {"lastRun"_L1, "LAST RUN"_L1},
+                                      {"sources"_L1},
+                                      {"targets"_L1},
+                                      {"exclusions"_L1}};
+    const QStringList wanted = invocation.Values("--state"_L1);
+    return WriteRows(invocation, columns, [&](RowWriter& rows) {
+        return invocation.End(EnumAllTasks(
+            [&](const TaskRecord& task) {
+                const QString state = TaskStateText(task.state); // null: none
+                if (!ListedFlavour(task) || (!wanted.isEmpty() && !wanted.contains(state)))
+                    return true;
+                const BackupKind kind = KindOfBackup(task.kind, task.description);
+                const auto [sources, targets, exclusions] = DescriptionOf(kind, task.description);
+                return rows.Add({task.taskId, task.name, BackupKindText(kind),
+                                 static_cast<qint64>(task.state), state, task.nextRun, task.lastRun, &sources,
+                                 &targets, &exclusions});
+            },
+            invocation.stop));
+    });
+}
 
 /// Numbers of at most four digits between separators, as in "2025-1-31"; fewer when it is none.
 std::vector<int> Numbers(const QString& text, QChar separator) {
@@ -133,6 +162,14 @@ CtlExit BuildIndex(const Invocation& invocation) {
 
 std::vector<Command> BackupCommands() {
     return {
+        {"backups"_L1,
+         {},
+         {{"--state"_L1, "Pending|Running|Paused|Failed|Completed"_L1, "only those in this state"_L1,
+           Times::Any},
+          JsonOption},
+         "The backups of both lists, latest start first; none that has completed for good. As JSON\n"
+         "with what they take, where they put it and what they leave out."_L1,
+         Backups},
         {"index"_L1,
          {},
          {{"--force"_L1, {}, "build it anew where it was built before"_L1},

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <numeric>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -45,9 +46,17 @@ char* Write(char* at, QByteArrayView octets) {
 constexpr qsizetype MostOctetsOfUnit = 6;  ///< of UTF-16, as in "\u001f"
 constexpr qsizetype MostOctetsAround = 24; ///< quotation marks, a number
 
+qsizetype RoomFor(QStringView text) {
+    return MostOctetsAround + text.size() * MostOctetsOfUnit;
+}
+
 qsizetype RoomFor(const Cell& cell) {
+    if (const auto* const* list = std::get_if<const QStringList*>(&cell))
+        return std::accumulate(
+            (*list)->begin(), (*list)->end(), MostOctetsAround,
+            [](qsizetype room, const QString& text) { return room + RoomFor(QStringView(text)); });
     const auto* text = std::get_if<QStringView>(&cell);
-    return MostOctetsAround + (text ? text->size() * MostOctetsOfUnit : 0);
+    return RoomFor(text ? *text : QStringView());
 }
 
 char* WriteJson(char* at, QStringView text, QStringEncoder& utf8) {
@@ -77,6 +86,17 @@ char* WriteJson(char* at, bool value, QStringEncoder&) {
     return Write(at, value ? QByteArrayView("true") : QByteArrayView("false"));
 }
 
+char* WriteJson(char* at, const QStringList* list, QStringEncoder& utf8) {
+    *at++ = '[';
+    for (const QString& text : *list) {
+        if (&text != &list->front())
+            *at++ = ',';
+        at = WriteJson(at, QStringView(text), utf8);
+    }
+    *at++ = ']';
+    return at;
+}
+
 QString CellText(QStringView view) {
     QString text = view.toString();
     for (QChar& c : text) {
@@ -93,6 +113,10 @@ QString CellText(qint64 number) {
 
 QString CellText(bool value) {
     return QLatin1String(value ? "yes" : "no");
+}
+
+QString CellText(const QStringList* list) {
+    return CellText(list->join(u", "_s));
 }
 
 } // namespace

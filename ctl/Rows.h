@@ -8,8 +8,9 @@
 #include <initializer_list>
 #include <variant>
 
-/// A value of a row, read before its text goes. A null text is JSON's null and an empty place of a table.
-using Cell = std::variant<QStringView, qint64, bool>;
+/// A value of a row, read before its text or list goes. A null text is JSON's null and an empty place of a
+/// table.
+using Cell = std::variant<QStringView, qint64, bool, const QStringList*>;
 
 struct Column {
     QLatin1String key;        ///< of JSON's objects

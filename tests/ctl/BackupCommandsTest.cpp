@@ -13,6 +13,49 @@ class BackupCommandsTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void listsBackups_data() {
+        const Columns<QString, QStringList> row("line", "rows");
+        const QString mirrored =
+            uR"({"id":"{1}","name":"Photos","type":"Mirrored","state":2,"stateText":"Paused",)"
+            R"("nextRun":"2025-03-04 21:00:00","lastRun":null,"sources":["/home/a \"b\"","/home/c"],)"
+            R"("targets":["/Home/x"],"exclusions":["*"]})"_s;
+        const QString crossCloud =
+            uR"({"id":"{2}","name":"Clouds","type":"Cross Cloud","state":4,"stateText":null,)"
+            R"("nextRun":"2025-03-04 21:00:00","lastRun":null,"sources":[],"targets":[],"exclusions":[]})"_s;
+        const QString fileType =
+            uR"({"id":"{3}","name":"Music","type":"File Type","state":0,"stateText":"Pending",)"
+            R"("nextRun":null,"lastRun":"2025-03-04 09:05:00","sources":["@"],"targets":["/Home"],"exclusions":[]})"_s;
+        row("backups", {mirrored, crossCloud, fileType});
+        row("backups|--state|paused|--state|PENDING", {mirrored, fileType});
+        row("backups|--state|completed", {});
+    }
+
+    void listsBackups() {
+        const auto [line, rows] = Fetched<QString, QStringList>();
+        using devservice::MakeTask;
+        ServiceFixture service;
+        devservice::Task mirrored = MakeTask("{1}", "Photos", "backup", TaskState::Paused);
+        mirrored.description = "/home/a \"b\"\n\n/home/c\t/Home/x\t*";
+        devservice::Task crossCloud = MakeTask("{2}", "Clouds", "CCBackup", TaskState::Held);
+        crossCloud.description = "a\tb\tc";
+        devservice::Task fileType = MakeTask("{3}", "Music", "Snapshotbackup");
+        fileType.description = "@\t/Home";
+        fileType.nextRun.reset();
+        fileType.lastRun = devservice::MakeTime(2025, 3, 4, 9, 5);
+        devservice::Task done = MakeTask("{4}", "Old", "backup", TaskState::Completed);
+        devservice::Task sync = MakeTask("{5}", "Sync", "dropsync");
+        sync.schedule.kind = devservice::ScheduleKind::Sync;
+        int age = 0;
+        for (devservice::Task* task : {&mirrored, &crossCloud, &fileType, &done, &sync}) {
+            task->created -= std::chrono::hours(++age);
+            service->PutTask(*task);
+        }
+        const Run run = Btaskctl(line.split(u'|') + QStringList(u"--json"_s));
+        QCOMPARE(QString::fromUtf8(run.out),
+                 rows.isEmpty() ? u"[]\n"_s : u'[' + rows.join(u",\n"_s) + u"]\n"_s);
+        QCOMPARE(run.exit, CtlExit::Done);
+    }
+
     void saysSchedules_data() {
         // The words behind "schedule --form" stand between bars.
         const Columns<QString, QByteArray> row("line", "out");

@@ -1,0 +1,93 @@
+#include "plan/BackupRuns.h"
+
+#include "support/TestMain.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// A run of March 2025.
+ProcessLogRecord Run(const QString& start, const QString& stop, int total, int failed, int processed) {
+    return {u"2025-03-"_s + start, u"2025-03-"_s + stop, u"why"_s, total, failed, processed};
+}
+
+ScheduleBlob Weekdays(const QString& days) {
+    ScheduleBlob blob;
+    blob.weekdaysInUse = true;
+    for (const QChar day : days)
+        blob.weekdays.at(static_cast<std::size_t>(day.digitValue())) = true;
+    return blob;
+}
+
+} // namespace
+
+class BackupRunsTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void readsTheLog() {
+        const ProcessLogRecord clean = Run(u"02 01:00:00"_s, u"02 02:00:00"_s, 9, 0, 9);
+        const ProcessLogRecord failed = Run(u"04 08:12:00"_s, u"04 09:00:00"_s, 4310, 12, 4298);
+        const ProcessLogRecord stopped = Run(u"03 01:00:00"_s, u"03 01:10:00"_s, 9, 0, 4);
+        const ProcessLogRecord older = Run(u"01 01:00:00"_s, u"01 02:00:00"_s, 9, 0, 9);
+        const ProcessLogRecord elsewise{u"yesterday"_s, u"today"_s, {}, 1, 0, 1};
+        const BackupRuns runs = RunsOf({clean, failed, stopped, older, elsewise});
+        QCOMPARE(runs.last, failed);
+        QCOMPARE(runs.lastStart, ServiceTime(u"2025-03-04 08:12:00"_s));
+        QCOMPARE(runs.lastClean, ServiceTime(u"2025-03-02 02:00:00"_s));
+        QCOMPARE(RunsOf({elsewise}), BackupRuns());
+        QCOMPARE(OutcomeText(failed), u"12 of %1 failed"_s.arg(QLocale().toString(4310)));
+        QCOMPARE(OutcomeText(stopped), u"5 of 9 not done"_s);
+        QCOMPARE(OutcomeText(clean), QString());
+        QCOMPARE(OutcomeText({}), QString());
+    }
+
+    void longestInterval_data() {
+        const Columns<ScheduleBlob, int> row("schedule", "days");
+        row("daily or by changes", {}, 1);
+        row("all", Weekdays(u"0123456"_s), 1);
+        row("workdays", Weekdays(u"12345"_s), 3);
+        row("over the end of the week", Weekdays(u"23"_s), 6);
+        row("one", Weekdays(u"4"_s), 7);
+        row("none", Weekdays({}), 7);
+    }
+
+    void longestInterval() {
+        QFETCH(ScheduleBlob, schedule);
+        QTEST(IntervalDays(schedule), "days");
+    }
+
+    void tellsOverdueBackups() {
+        BackupRuns runs;
+        const QDateTime now = ServiceTime(u"2025-03-10 12:00:00"_s);
+        QCOMPARE(OverdueDays(runs, {}, now), std::optional<qint64>());
+        runs.lastClean = now.addDays(-2);
+        QCOMPARE(OverdueDays(runs, {}, now), std::optional<qint64>());
+        runs.lastClean = now.addDays(-2).addSecs(-1);
+        QCOMPARE(OverdueDays(runs, {}, now), std::optional<qint64>(2));
+        QCOMPARE(OverdueDays(runs, Weekdays(u"4"_s), now), std::optional<qint64>());
+        QCOMPARE(OverdueText({}), QString());
+        QCOMPARE(OverdueText({11, 9}), u"2 backups have had no clean run for 9 days"_s);
+        QCOMPARE(OverdueText({3}), u"1 backup has had no clean run for 3 days"_s);
+    }
+
+    void tellsLateRuns_data() {
+        const Columns<QString, QString, QString> row("start", "next", "text");
+        const QString next = u"2025-03-05 01:00:00"_s;
+        row("late", "2025-03-04 08:12:00", next, "planned 01:00, ran 08:12");
+        row("over midnight", "2025-03-04 00:30:00", "2025-03-05 23:00:00", "planned 23:00, ran 00:30");
+        row("in its turn", "2025-03-04 01:14:59", next, "");
+        row("no next run", "2025-03-04 08:12:00", "", "");
+        row("no start", "soon", next, "");
+    }
+
+    void tellsLateRuns() {
+        const auto [start, next] = Fetched<QString, QString>();
+        BackupRuns runs;
+        runs.lastStart = ServiceTime(start);
+        QTEST(LateText(runs, next), "text");
+    }
+};
+
+BTASK_TEST(BackupRunsTest);
+#include "BackupRunsTest.moc"

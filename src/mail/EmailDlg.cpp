@@ -7,6 +7,7 @@
 #include "smtp/TestMail.h"
 
 #include <QCheckBox>
+#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -30,7 +31,12 @@ CEmailDlg::CEmailDlg(const ServiceClient& service, Reader& reader, UserPrompts& 
     m_address = AddText(Settings::EmailNotification, tr("&Email address:"));
     auto* test = new QPushButton(tr("&Test"));
     test->setToolTip(tr("Sends an email to this address now, so that you see whether it arrives."));
-    AddRow({}, test);
+    auto* row = new QWidget;
+    auto* buttons = new QHBoxLayout(row);
+    buttons->setContentsMargins(0, 0, 0, 0);
+    buttons->addWidget(test);
+    buttons->addStretch();
+    AddRow({}, row);
     connect(test, &QPushButton::clicked, this, &CEmailDlg::Test);
 }
 

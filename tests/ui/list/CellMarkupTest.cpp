@@ -2,6 +2,8 @@
 
 #include "support/TestMain.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 class CellMarkupTest : public QObject {
     Q_OBJECT
 
@@ -106,5 +108,3 @@ private slots:
 
 BTASK_TEST(CellMarkupTest);
 #include "CellMarkupTest.moc"
-
-using namespace Qt::Literals::StringLiterals;

@@ -19,6 +19,7 @@ namespace {
 
 constexpr int MaximumWidth = 80;
 constexpr int Gap = 8;
+constexpr int Indent = 20; ///< of what belongs to the box above
 constexpr int SecondsOfDay = 24 * 60 * 60;
 
 // What is kept, in a group of its own.
@@ -72,6 +73,7 @@ AuditFilterForm::AuditFilterForm()
 void AuditFilterForm::LayOut() {
     auto* days = new QHBoxLayout;
     days->setSpacing(Gap);
+    days->setContentsMargins(Indent, 0, 0, 0);
     days->addWidget(m_from);
     days->addWidget(new QLabel(tr("and")));
     days->addWidget(m_to);
@@ -90,11 +92,11 @@ void AuditFilterForm::LayOut() {
     grid->setVerticalSpacing(4);
     grid->addWidget(m_containing, 0, 0);
     grid->addWidget(m_text, 0, 1);
-    grid->addWidget(m_between, 1, 0);
-    grid->addLayout(days, 1, 1);
-    grid->addWidget(m_lastDay, 2, 0, 1, 2);
-    grid->addWidget(m_given, 3, 0, 1, 2);
-    grid->addLayout(count, 4, 0, 1, 2);
+    grid->addWidget(m_between, 1, 0, 1, 2);
+    grid->addLayout(days, 2, 0, 1, 2); // beside its box there is no room for it in a small window
+    grid->addWidget(m_lastDay, 3, 0, 1, 2);
+    grid->addWidget(m_given, 4, 0, 1, 2);
+    grid->addLayout(count, 5, 0, 1, 2);
     for (QWidget* part : findChildren<QWidget*>())
         part->setFont(Look::Font(Look::Small));
 }

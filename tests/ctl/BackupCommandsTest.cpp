@@ -16,15 +16,17 @@ private slots:
     void listsBackups_data() {
         const Columns<QString, QStringList> row("line", "rows");
         const QString mirrored =
-            uR"({"id":"{1}","name":"Photos","type":"Mirrored","state":2,"stateText":"Paused",)"
-            R"("nextRun":"2025-03-04 21:00:00","lastRun":null,"sources":["/home/a \"b\"","/home/c"],)"
-            R"("targets":["/Home/x"],"exclusions":["*"]})"_s;
+            u"{\"id\":\"{1}\",\"name\":\"Photos\",\"type\":\"Mirrored\",\"state\":2,\"stateText\":\"Paused\","
+            "\"nextRun\":\"2025-03-04 21:00:00\",\"lastRun\":null,\"sources\":[\"/home/a "
+            "\\\"b\\\"\",\"/home/c\"],"
+            "\"targets\":[\"/Home/x\"],\"exclusions\":[\"*\"]}"_s;
         const QString crossCloud =
-            uR"({"id":"{2}","name":"Clouds","type":"Cross Cloud","state":4,"stateText":null,)"
-            R"("nextRun":"2025-03-04 21:00:00","lastRun":null,"sources":[],"targets":[],"exclusions":[]})"_s;
+            u"{\"id\":\"{2}\",\"name\":\"Clouds\",\"type\":\"Cross Cloud\",\"state\":4,\"stateText\":null,"
+            "\"nextRun\":\"2025-03-04 21:00:00\",\"lastRun\":null,\"sources\":[],\"targets\":[],\"exclusions\":[]}"_s;
         const QString fileType =
-            uR"({"id":"{3}","name":"Music","type":"File Type","state":0,"stateText":"Pending",)"
-            R"("nextRun":null,"lastRun":"2025-03-04 09:05:00","sources":["@"],"targets":["/Home"],"exclusions":[]})"_s;
+            u"{\"id\":\"{3}\",\"name\":\"Music\",\"type\":\"File "
+            u"Type\",\"state\":0,\"stateText\":\"Pending\","
+            "\"nextRun\":null,\"lastRun\":\"2025-03-04 09:05:00\",\"sources\":[\"@\"],\"targets\":[\"/Home\"],\"exclusions\":[]}"_s;
         row("backups", {mirrored, crossCloud, fileType});
         row("backups|--state|paused|--state|PENDING", {mirrored, fileType});
         row("backups|--state|completed", {});

@@ -39,8 +39,8 @@ std::map<std::string, Scripted> UsualAnswers() {
 
 struct MailServer::State {
     State(std::filesystem::path where, uint16_t wanted)
-        : folder(std::move(where)), acceptor(operations.Context(), {asio::ip::address_v4::loopback(), wanted}) {
-    }
+        : folder(std::move(where)),
+          acceptor(operations.Context(), {asio::ip::address_v4::loopback(), wanted}) {}
 
     void Serve() {
         while (!stop.stop_requested()) {

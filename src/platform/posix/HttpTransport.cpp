@@ -25,7 +25,8 @@ using Multi = std::unique_ptr<CURLM, Freed<curl_multi_cleanup>>;
 using Easy = std::unique_ptr<CURL, Freed<curl_easy_cleanup>>;
 using HeaderList = std::unique_ptr<curl_slist, Freed<curl_slist_free_all>>;
 
-/// Plain HTTP needs nothing of the library's global state. It sets TLS up all the same, whatever is asked for.
+/// Plain HTTP needs nothing of the library's global state. It sets TLS up all the same, whatever is asked
+/// for.
 bool IsLibraryReady() {
     static const bool ready = curl_global_init(CURL_GLOBAL_NOTHING) == CURLE_OK;
     return ready;

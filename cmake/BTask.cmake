@@ -38,7 +38,7 @@ if(BTASK_PCH AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
 endif()
 if(BTASK_UNITY AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # It takes a source that is not compiled on its own for a header, whose unnamed namespace would be many.
-  target_compile_options(btask_rules INTERFACE -Wno-subobject-linkage)
+  target_compile_options(btask_rules INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wno-subobject-linkage>)
 endif()
 if(BTASK_SANITIZE)
   target_compile_options(btask_rules INTERFACE -fsanitize=${BTASK_SANITIZE} -fno-omit-frame-pointer -g1)

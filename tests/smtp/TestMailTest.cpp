@@ -184,7 +184,7 @@ private slots:
         const QString failed = u"Failed to send email.\n\n\n"_s;
         const QString host = u"127.0.0.1, step "_s;
         const QByteArray huge(20'000'000, 'x'); // more than fits between client and server
-        using enum End;
+        using enum TestMailResult::End;
         row("nothing fails", "HELO", "250 OK\r\n", goesOn, Sent, sent.arg(u"250 OK, kept"_s), "DATA");
         row("lines", "HELO", "250-a\r\n250-b\r\n250 c\r\n", goesOn, Sent, sent.arg(u"250 OK, kept"_s),
             "DATA");

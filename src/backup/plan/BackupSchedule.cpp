@@ -16,14 +16,14 @@ constexpr std::size_t Modes = 3;
 
 /// All that one form has of its own. In its texts %1 is the date and %2 the time, as numbers without zeros.
 struct FormPlan {
-    bool continuous; ///< is offered
     const char* choices[Modes];
     const char* descriptions[Modes];
     const char* links[Modes];
     const char* summaries[Modes];
     const char* box;
-    bool boxAtFirst;
     const char* thursday;
+    bool continuous; ///< is offered
+    bool boxAtFirst;
 };
 
 // The links and summaries are odd on purpose: a blank that lacks before a parenthesis, two blanks after
@@ -74,18 +74,17 @@ constexpr const char* ServerDefaultSummary =
     QT_TRANSLATE_NOOP("BackupSchedule", "Backup Task Will Start daily at %2 From %1 ");
 
 constexpr FormPlan Forms[] = {
-    {true,
-     {NowChoice, DailyChoice, WeekdaysChoice},
+    {{NowChoice, DailyChoice, WeekdaysChoice},
      {NowText, DailyText, WeekdaysText},
      {NowLink,
       QT_TRANSLATE_NOOP("BackupSchedule", "<a>Backup Task Will Start at %1 %2 (Click To Change)</a>"),
       QT_TRANSLATE_NOOP("BackupSchedule", "<a>Backup Task Will Start Daily at %1 %2 (Click To Change)</a>")},
      {NowSummary, DailySummary, WeekdaysSummary},
      nullptr,
-     false,
-     nullptr},
-    {false,
-     {NowChoice, PlainDailyChoice, PlainWeekdaysChoice},
+     nullptr,
+     true,
+     false},
+    {{NowChoice, PlainDailyChoice, PlainWeekdaysChoice},
      {NowText, DailyText, WeekdaysText},
      {NowLink,
       QT_TRANSLATE_NOOP("BackupSchedule", "<a>Backup Task Will Start Daily at %1 %2(Click To Change)</a>"),
@@ -93,26 +92,27 @@ constexpr FormPlan Forms[] = {
                         "<a>Backup Task Will Start on Selected Weekdays at %1 %2 (Click To Change)</a>")},
      {NowSummary, DailySummary, WeekdaysSummary},
      nullptr,
+     nullptr,
      false,
-     nullptr},
-    {true,
-     {NowChoice, DailyChoice, WeekdaysChoice},
+     false},
+    {{NowChoice, DailyChoice, WeekdaysChoice},
      {PageNowText, PageDailyText, PageWeekdaysText},
      {},
      {QT_TRANSLATE_NOOP("BackupSchedule", "Backup Task Will Start When Changes Are Detected"), DailySummary,
       PageWeekdaysSummary},
      QT_TRANSLATE_NOOP("BackupSchedule",
                        "Skip Initial Upload (Check this option if the files have already been uploaded)"),
-     false,
-     QT_TRANSLATE_NOOP("BackupSchedule", " Thur")},
-    {false,
-     {NowChoice, PlainDailyChoice, PlainWeekdaysChoice},
+     QT_TRANSLATE_NOOP("BackupSchedule", " Thur"),
+     true,
+     false},
+    {{NowChoice, PlainDailyChoice, PlainWeekdaysChoice},
      {PageNowText, PageDailyText, PageWeekdaysText},
      {},
      {nullptr, DailySummary, PageWeekdaysSummary},
      QT_TRANSLATE_NOOP("BackupSchedule", "Run initial backup immediately after the task is created."),
-     true,
-     QT_TRANSLATE_NOOP("BackupSchedule", " Thurs")},
+     QT_TRANSLATE_NOOP("BackupSchedule", " Thurs"),
+     false,
+     true},
 };
 
 const FormPlan& PlanOf(ScheduleForm form) {

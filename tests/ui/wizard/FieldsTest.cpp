@@ -21,6 +21,17 @@
 
 using namespace Qt::Literals::StringLiterals;
 
+namespace {
+
+/// Neither the last day of a month nor the last hour of a day, from which no key goes on.
+template <typename Field>
+Field* Midway(Field* field) {
+    field->setDateTime(QDateTime(QDate(2025, 6, 15), QTime(12, 30), Qt::UTC));
+    return field;
+}
+
+} // namespace
+
 class FieldsTest : public QObject {
     Q_OBJECT
 
@@ -36,8 +47,8 @@ private slots:
             {form.Add(u"Pa&th"_s, new PathField(prompts, {})), Qt::Key_A},
             {form.Add(u"&Number"_s, new QSpinBox), Qt::Key_Up},
             {form.Add(u"&Choice"_s, choice), Qt::Key_Down},
-            {form.Add(u"&Date"_s, MakeDateField()), Qt::Key_Up},
-            {form.Add(u"T&ime"_s, MakeTimeField()), Qt::Key_Up},
+            {form.Add(u"&Date"_s, Midway(MakeDateField())), Qt::Key_Up},
+            {form.Add(u"T&ime"_s, Midway(MakeTimeField())), Qt::Key_Up},
             {form.Add(u"&Box"_s, new QCheckBox), Qt::Key_Space},
             {form.Add(u"&Lines"_s, new QPlainTextEdit), Qt::Key_A}};
         form.show();

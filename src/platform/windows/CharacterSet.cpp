@@ -12,6 +12,8 @@ namespace platform {
 namespace {
 
 constexpr DWORD Latin1CodePage = 28591;
+// IID_IMultiLanguage, which this compiler's libraries leave out.
+constexpr IID MultiLanguageId{0x275c23e1, 0x3747, 0x11d0, {0x9f, 0xea, 0x00, 0xaa, 0x00, 0x3f, 0x86, 0x46}};
 
 /// The thread's use of COM, which another part of it may have begun in its own way.
 class ComUse {
@@ -36,8 +38,8 @@ using MultiLanguage = std::unique_ptr<IMultiLanguage, InterfaceRelease>;
 
 MultiLanguage MakeMultiLanguage() {
     void* made = nullptr;
-    if (FAILED(::CoCreateInstance(CLSID_CMultiLanguage, nullptr, CLSCTX_INPROC_SERVER, IID_IMultiLanguage,
-                                  &made)))
+    if (FAILED(
+            ::CoCreateInstance(CLSID_CMultiLanguage, nullptr, CLSCTX_INPROC_SERVER, MultiLanguageId, &made)))
         return {};
     return MultiLanguage(static_cast<IMultiLanguage*>(made));
 }

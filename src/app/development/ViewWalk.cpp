@@ -11,6 +11,22 @@
 
 using namespace Qt::Literals::StringLiterals;
 
+namespace {
+
+/// The box that shows more tabs, alone at the end of their strip or among others there.
+QCheckBox* BoxBesideTabs(const CTabPanel& tabs) {
+    for (QWidget* part : tabs.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+        auto* box = qobject_cast<QCheckBox*>(part);
+        if (!box && !qobject_cast<CBrenPanel*>(part))
+            box = part->findChild<QCheckBox*>();
+        if (box)
+            return box;
+    }
+    return nullptr;
+}
+
+} // namespace
+
 ViewWalk::ViewWalk(CBTaskMMCDlg& window, std::vector<DialogEntry> dialogs)
     : m_window(window), m_dialogs(std::move(dialogs)) {
     m_window.SelectSection(m_section);
@@ -73,7 +89,7 @@ bool ViewWalk::NextView(CBrenPanel* page) {
 bool ViewWalk::NextTab(CTabPanel& tabs) {
     if (NextView(tabs.CurrentPage()))
         return true;
-    auto* more = tabs.findChild<QCheckBox*>(QString(), Qt::FindDirectChildrenOnly);
+    QCheckBox* more = BoxBesideTabs(tabs);
     const int next = tabs.CurrentIndex() + 1;
     if (next < tabs.PageCount() && !tabs.IsTabShown(next) && more && !more->isChecked())
         more->click();

@@ -17,8 +17,8 @@ CreationEnd Refused(const QString& why, bool silent = false) {
 }
 
 CreationEnd Unknown(const QString& because, bool silent) {
-    return {Creation::Unknown, Words::tr("It is not known whether the service took it: %1").arg(because),
-            silent};
+    return {Creation::Unknown,
+            Words::tr("It is not known whether the service took the task: %1").arg(because), silent};
 }
 
 /// Of an answer with the status that takes a record.
@@ -62,14 +62,21 @@ CreationEnd CreateTask(const ServiceClient& service, const NewTask& task, std::s
     }
 }
 
-NamedTasks FindTasks(const QString& name, std::stop_token stop) {
-    NamedTasks found;
-    found.read = EnumAllTasks(
-        [&](const TaskRecord& task) {
-            if (task.name.compare(name, Qt::CaseInsensitive) == 0)
-                found.ids += task.taskId;
+ListedTasks ListTasks(std::stop_token stop) {
+    ListedTasks listed;
+    listed.read = EnumAllTasks(
+        [&listed](const TaskRecord& task) {
+            listed.tasks.push_back({task.taskId, task.name});
             return true;
         },
         std::move(stop));
-    return found;
+    return listed;
+}
+
+QStringList ListedTasks::IdsOf(const QString& name) const {
+    QStringList ids;
+    for (const Task& task : tasks)
+        if (task.name.compare(name, Qt::CaseInsensitive) == 0)
+            ids += task.id;
+    return ids;
 }

@@ -30,9 +30,15 @@ struct CreationEnd {
 /// Sends the record once. The service takes it by status 200 with a word in the answer.
 CreationEnd CreateTask(const ServiceClient& service, const NewTask& task, std::stop_token stop = {});
 
-/// The tasks that the service lists under a name, ignoring case.
-struct NamedTasks {
-    ReadResult read;
-    QStringList ids;
+/// The tasks that the service lists.
+struct ListedTasks {
+    struct Task {
+        QString id;
+        QString name;
+    };
+    ReadResult read = {};
+    std::vector<Task> tasks = {};
+
+    QStringList IdsOf(const QString& name) const; ///< ignoring case
 };
-NamedTasks FindTasks(const QString& name, std::stop_token stop = {});
+ListedTasks ListTasks(std::stop_token stop = {});

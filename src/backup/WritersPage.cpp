@@ -77,9 +77,7 @@ void CWritersPage::Fill() {
     TellTime();
     Sheet().Read(
         *this, Lane::Network, tr("Building Application List..."),
-        [service = m_console.service](std::stop_token stop) {
-            return ReadWriters(service, std::move(stop));
-        },
+        [service = m_console.service](std::stop_token stop) { return ReadWriters(service, std::move(stop)); },
         [this](const Loaded<WriterReading>& reading) { return Show(reading); }, m_note);
 }
 

@@ -3,6 +3,7 @@
 #include "app/BackupSvrConfigWizard.h"
 #include "backup/AdvSchedule.h"
 #include "backup/BackupPanel.h"
+#include "backup/FilterDialog.h"
 #include "backup/SchedulerPage.h"
 #include "clouddrive/BrowseDlg.h"
 #include "clouddrive/CloudSvcPage.h"
@@ -144,6 +145,14 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
         {u"Folder picker"_s,
          [](CBTaskMMCDlg& window) {
              PickRemoteFolder(window.Parts(), OpenMountWizard, &window, {}, [](const auto&) {});
+         }},
+        {u"Files of a backup"_s,
+         [](CBTaskMMCDlg& window) { OpenFilterDialog(&window, {}, nullptr, [](const auto&) {}); }},
+        {u"New file type"_s,
+         [](CBTaskMMCDlg& window) {
+             auto* dialog = new CAddFileType(&window);
+             dialog->setAttribute(Qt::WA_DeleteOnClose);
+             dialog->open();
          }},
         {u"Schedule"_s,
          [serverMode](CBTaskMMCDlg& window) {

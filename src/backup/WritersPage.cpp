@@ -76,7 +76,7 @@ void CWritersPage::Fill() {
     m_clock.start(1s);
     TellTime();
     Sheet().Read(
-        *this, Lane::Network, tr("Building Application List..."),
+        *this, Lane::Apart, tr("Building Application List..."),
         [service = m_console.service](std::stop_token stop) { return ReadWriters(service, std::move(stop)); },
         [this](const Loaded<WriterReading>& reading) { return Show(reading); }, m_note);
 }

@@ -158,10 +158,7 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
     if (serverMode) {
         dialogs.push_back(
             {u"Set-up wizard"_s,
-             [](CBTaskMMCDlg& window) {
-                 const Console& parts = window.Parts();
-                 (new CBackupSvrConfigWizard(parts.service, parts.reader, parts.prompts, &window))->open();
-             },
+             [](CBTaskMMCDlg& window) { (new CBackupSvrConfigWizard(window.Parts(), &window))->open(); },
              GoOn});
     }
     return dialogs;

@@ -1,8 +1,10 @@
 #include "app/Pages.h"
 
 #include "app/BackupSvrConfigWizard.h"
+#include "backup/AdvBackupTaskWizard.h"
 #include "backup/AdvSchedule.h"
 #include "backup/BackupPanel.h"
+#include "backup/FileTypeWizard.h"
 #include "backup/SchedulerPage.h"
 #include "clouddrive/BrowseDlg.h"
 #include "clouddrive/CloudSvcPage.h"
@@ -154,6 +156,14 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
          [](CBTaskMMCDlg& window) { OpenSchedulePage(window, ScheduleForm::Mirrored); }, ChooseNextMode},
         {u"Schedule of a snapshot backup"_s,
          [](CBTaskMMCDlg& window) { OpenSchedulePage(window, ScheduleForm::Snapshot); }, ChooseNextMode},
+        {u"Backup by file type"_s,
+         [](CBTaskMMCDlg& window) {
+             (new FileTypeWizard(window.Parts(), BackupFlavour::Snapshot, FileCategory::Pictures, &window))
+                 ->open();
+         },
+         GoOn},
+        {u"Backup by application"_s,
+         [](CBTaskMMCDlg& window) { (new CAdvBackupTaskWizard(window.Parts(), &window))->open(); }, GoOn},
     };
     if (serverMode) {
         dialogs.push_back(

@@ -10,6 +10,7 @@
 #include "wizard/TreeFindField.h"
 
 #include <QKeyEvent>
+#include <QSet>
 #include <QVBoxLayout>
 
 #include <map>

@@ -14,7 +14,7 @@ private slots:
     void listsWriters() {
         ServiceFixture service;
         const QJsonArray rows = Json({u"writers"_s});
-        QCOMPARE(rows.size(), 16); // of 23, and seven that no backup takes
+        QCOMPARE(rows.size(), 15); // of 22, and seven that no backup takes
         QCOMPARE(
             QJsonDocument(rows[1].toObject()).toJson(QJsonDocument::Compact),
             "{\"components\":[\"LEDGER/master\",\"LEDGER/model\",\"LEDGER/orders\",\"LEDGER/stock 2025\"],"

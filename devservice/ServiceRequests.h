@@ -5,6 +5,7 @@
 #include "devservice/Profile.h"
 #include "devservice/Settings.h"
 #include "devservice/TaskEngine.h"
+#include "devservice/Writers.h"
 
 namespace devservice {
 
@@ -15,12 +16,16 @@ public:
         : m_engine(engine), m_settings(settings), m_profile(profile), m_tree(tree) {}
 
     Answer Handle(const ReceivedRequest& request);
+    void SetWriters(Writers writers) { m_writers = writers; }
 
 private:
     struct Parts; ///< of a request: decoded path, query and body
 
     Answer HandleSettings(const ReceivedRequest& request, const Parts& parts);
     Answer HandleSchedule(const Parts& parts);
+    Answer CreateBackup(bool ofApplications, const std::string& record);
+    Answer ChangeBackup(const std::string& body);
+    Answer Refused(const std::string& why);
     Answer HandleProfile(const Parts& parts);
     Answer OfFolder(const Parts& parts) const;
     Answer AddNode(const Parts& parts);
@@ -34,6 +39,7 @@ private:
     Settings& m_settings;
     Profile& m_profile;
     DavTree& m_tree;
+    Writers m_writers = Writers::Usual;
 };
 
 } // namespace devservice

@@ -9,6 +9,7 @@
 #include "page/UserPrompts.h"
 #include "plan/BackupRuns.h"
 #include "service/ServiceExtensions.h"
+#include "zep/Text.h"
 
 #include <QLocale>
 #include <QVBoxLayout>
@@ -417,7 +418,7 @@ void BackupSettingsPage::AskNumber(const QString& title, const QString& question
         const int number = text.toInt(&isNumber);
         return isNumber && number >= 0 && number <= MostBackups
                    ? QString()
-                   : tr("Please enter a whole number from 0 to %1.").arg(QLocale().toString(MostBackups));
+                   : tr("Please enter a whole number from 0 to %1.").arg(GroupedNumber(MostBackups));
     };
     const std::optional<int> before = Change().*member;
     TheConsole().prompts.AskText(this,

@@ -27,7 +27,8 @@ private slots:
         QStringList names = table.Column(0);
         names.sort();
         QCOMPARE(names, QStringList({u"Cloud"_s, u"Mail"_s, u"Photos"_s}));
-        QVERIFY(rider.Sheet()->findChildren<QPushButton*>().size() == 3); // none that opens nothing
+        for (const QPushButton* button : rider.Sheet()->findChildren<QPushButton*>())
+            QVERIFY(!button->text().startsWith(u"Backup by"_s)); // none that opens nothing
         m_fixture->prompts.ExpectQuestion(
             u"Do you really want to cancel this backup? It will be deleted for good. Its files stay.\n"_s +
                 table.Column(0).first(),

@@ -9,7 +9,7 @@ namespace {
 
 BackupFilter FilterOf(const Invocation& invocation) {
     BackupFilter filter;
-    filter.types = SplitFileTypes(invocation.Option("--include-types"_L1).value_or(QString())).join(u", "_s);
+    filter.types = JoinFileTypes(SplitFileTypes(invocation.Option("--include-types"_L1).value_or(QString())));
     filter.excludedTypes = invocation.Option("--exclude-types"_L1).value_or(filter.excludedTypes);
     filter.excludedFiles = invocation.Option("--exclude-files"_L1).value_or(filter.excludedFiles);
     filter.skipSystem = !invocation.Has("--system"_L1);

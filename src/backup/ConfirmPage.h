@@ -1,6 +1,7 @@
 #pragma once
 
 #include "backup/TaskSender.h"
+#include "lanes/PageLoader.h"
 #include "plan/DraftRefusal.h"
 #include "wizard/WizardPage.h"
 
@@ -30,7 +31,8 @@ struct ConfirmPlan {
     std::shared_ptr<bool> encrypted;
     std::shared_ptr<const QString> target;
     std::function<QString()> text;         ///< of the box
-    std::function<QString()> proposedName; ///< stands in the field until the user enters another one
+    std::function<QString()> proposedName; ///< stands in the field until the user enters another one; none:
+                                           ///< an earlier page asks for the name, whose field this is too
     std::vector<ConfirmLink> links;
     std::function<QString()> refusal; ///< why the draft is not sent; empty when it can be
     std::function<NewTask()> task;

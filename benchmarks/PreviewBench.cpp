@@ -37,11 +37,12 @@ struct IndexHome {
         for (int i = 0; i < Types().size(); ++i)
             cases += " WHEN " + std::to_string(i) + " THEN '" + Types().at(i).mid(1).toStdString() + '\'';
         const std::string type = "CASE i % " + std::to_string(Types().size()) + cases + " END";
-        service.Execute(file, "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " +
-                                  std::to_string(Files) +
-                                  ") INSERT INTO FileDB SELECT 'C:\\Users\\mara\\Films\\year ' || (i * 7919 % 1000) || "
-                                  "'\\take ' || i || '.' || " +
-                                  type + ", " + type + ", i, NULL FROM n");
+        service.Execute(
+            file, "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " +
+                      std::to_string(Files) +
+                      ") INSERT INTO FileDB SELECT 'C:\\Users\\mara\\Films\\year ' || (i * 7919 % 1000) || "
+                      "'\\take ' || i || '.' || " +
+                      type + ", " + type + ", i, NULL FROM n");
         index = file.string();
     }
 
@@ -131,11 +132,13 @@ void MeasurePreview(BenchTable& table) {
                .unit = "ms",
                .ours = first.Median(),
                .maxOurs = 100.0});
-    table.Add({.name = "1,000,000 indexed files of 14 types, all and their count, beside a loop that copies the paths",
-               .unit = "ms",
-               .ours = all.Median(),
-               .reference = bare.Median(),
-               .maxRatio = 1.3});
+    table.Add(
+        {.name =
+             "1,000,000 indexed files of 14 types, all and their count, beside a loop that copies the paths",
+         .unit = "ms",
+         .ours = all.Median(),
+         .reference = bare.Median(),
+         .maxRatio = 1.3});
     table.Add({.name = "1,000,000 indexed files of 14 types, end of a count that was given up",
                .unit = "ms",
                .ours = cancel.Percentile(100),

@@ -133,6 +133,7 @@ const std::vector<Command>& AllCommands() {
         std::vector<Command> commands = DatabaseCommands();
         for (const auto& more : {LiveCommands(), TaskCommands(), SettingsCommands(), DirectoryCommands(),
                                  MountCommands(), FolderCommands(), BackupCommands(), CreateCommands(),
+                                 ApplicationCommands(),
                                  MailCommands(), DavCommands(), RequestCommands(), HelpCommands()})
             commands.insert(commands.end(), more.begin(), more.end());
         return commands;

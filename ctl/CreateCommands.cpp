@@ -17,6 +17,12 @@ BackupFilter FilterOf(const Invocation& invocation) {
     return filter;
 }
 
+/// Of a backup by file type, which takes no folders and has no other filter.
+void TakeTypes(const QString& types, BackupDraft& draft) {
+    draft.sources = {u"@"_s};
+    draft.filter = FilterOfTypes(JoinFileTypes(SplitFileTypes(types)));
+}
+
 BackupDraft DraftOf(const Invocation& invocation) {
     BackupDraft draft;
     draft.name = invocation.operands[0];
@@ -25,6 +31,8 @@ BackupDraft DraftOf(const Invocation& invocation) {
     draft.target = invocation.Option("--to"_L1).value_or(QString());
     draft.exclusions = invocation.Values("--exclude"_L1);
     draft.filter = FilterOf(invocation);
+    if (const auto types = invocation.Option("--types"_L1))
+        TakeTypes(*types, draft);
     return draft;
 }
 
@@ -49,8 +57,8 @@ std::vector<Command> CreateCommands() {
         {"backup create"_L1,
          {{"NAME"_L1}},
          WithTaskOptions({
-             {"--source"_L1, "FOLDER"_L1, "a folder of this computer, with all below it"_L1,
-              Times::OneOrMore},
+             {"--source"_L1, "FOLDER"_L1, "a folder of this computer, with all below it"_L1, Times::Any},
+             {"--types"_L1, "TEXT"_L1, "all files of these extensions, as in '.txt, .doc'; '' for all"_L1},
              {"--to"_L1, "TARGET"_L1, "the folder of the storage, as in /Home/Backup"_L1, Times::Once},
              {"--exclude"_L1, "FOLDER"_L1, "left out, with all below it"_L1, Times::Any},
              {"--snapshot"_L1, {}, "keep snapshots instead of a mirror"_L1},
@@ -60,10 +68,16 @@ std::vector<Command> CreateCommands() {
              {"--system"_L1, {}, "system files too"_L1},
              {"--hidden"_L1, {}, "hidden files too"_L1},
          }),
-         "Makes a backup of folders, as the wizard does at its end. Without a schedule a mirrored\n"
-         "one runs when something changes, and snapshots are taken daily. NAME is listed with\n"
-         "[Encrypted] behind it where that is wished."_L1,
+         "Makes a backup of folders, or of all files of some types, as the wizards do at their end.\n"
+         "Without a schedule a mirrored one runs when something changes, and snapshots are taken daily.\n"
+         "NAME is listed with [Encrypted] behind it where that is wished."_L1,
          CreateBackup,
-         {ModeAlternatives()}},
+         {ModeAlternatives(),
+          {{"--source"_L1, "--types"_L1}, true},
+          {{"--types"_L1, "--include-types"_L1}},
+          {{"--types"_L1, "--exclude-types"_L1}},
+          {{"--types"_L1, "--exclude-files"_L1}},
+          {{"--types"_L1, "--system"_L1}},
+          {{"--types"_L1, "--hidden"_L1}}}},
     };
 }

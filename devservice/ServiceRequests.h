@@ -24,6 +24,8 @@ private:
     Answer HandleSettings(const ReceivedRequest& request, const Parts& parts);
     Answer HandleSchedule(const Parts& parts);
     Answer CreateBackup(bool ofApplications, const std::string& record);
+    Answer ChangeBackup(const std::string& body);
+    Answer Refused(const std::string& why);
     Answer HandleProfile(const Parts& parts);
     Answer OfFolder(const Parts& parts) const;
     Answer AddNode(const Parts& parts);

@@ -17,3 +17,10 @@ CAdvBackupTaskWizard::CAdvBackupTaskWizard(const Console& console, QWidget* pare
     AddPage(schedule);
     AddPage(new CAdvConfirm(console, choice, *schedule));
 }
+
+void OpenApplicationWizard(const Console& console, QWidget& over, BackupFlavour,
+                           std::function<void()> closed) {
+    auto* wizard = new CAdvBackupTaskWizard(console, over.window());
+    QObject::connect(wizard, &QDialog::finished, &over, std::move(closed));
+    wizard->open();
+}

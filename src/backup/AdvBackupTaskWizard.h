@@ -1,5 +1,6 @@
 #pragma once
 
+#include "plan/BackupTask.h"
 #include "wizard/BrenPropertySheet.h"
 
 struct Console;
@@ -11,3 +12,8 @@ class CAdvBackupTaskWizard : public CBrenPropertySheet {
 public:
     explicit CAdvBackupTaskWizard(const Console& console, QWidget* parent = nullptr);
 };
+
+/// Opens the wizard over the window of `over`; its backups are snapshots in any case. `closed` is called when
+/// it has closed, unless `over` has gone.
+void OpenApplicationWizard(const Console& console, QWidget& over, BackupFlavour flavour,
+                           std::function<void()> closed);

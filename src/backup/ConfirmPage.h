@@ -30,9 +30,9 @@ struct ConfirmPlan {
     std::shared_ptr<BackupRetention> retention;
     std::shared_ptr<bool> encrypted;
     std::shared_ptr<const QString> target;
-    std::function<QString()> text;         ///< of the box
-    std::function<QString()> proposedName; ///< stands in the field until the user enters another one; none:
-                                           ///< an earlier page asks for the name, whose field this is too
+    std::function<QString()> text; ///< of the box
+    /// Stands in the field until the user enters another one; none: the field shows the draft's name.
+    std::function<QString()> proposedName;
     std::vector<ConfirmLink> links;
     std::function<QString()> refusal; ///< why the draft is not sent; empty when it can be
     std::function<NewTask()> task;

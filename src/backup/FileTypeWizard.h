@@ -14,3 +14,8 @@ public:
     FileTypeWizard(const Console& console, BackupFlavour flavour, FileCategory category = FileCategory::All,
                    QWidget* parent = nullptr);
 };
+
+/// Opens the wizard over the window of `over` once there is an index of files. `closed` is called when it has
+/// closed, unless `over` has gone.
+void OpenFileTypeWizard(const Console& console, QWidget& over, BackupFlavour flavour,
+                        std::function<void()> closed);

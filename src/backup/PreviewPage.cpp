@@ -52,10 +52,9 @@ QString FolderOf(const TakenRow& row) {
 
 CPreviewPage::CPreviewPage(const Console& console, std::shared_ptr<BackupDraft> draft)
     : WizardPage(tr("Preview"), tr("Exclude folders you don't want to include in the backup")),
-      m_console(console), m_draft(std::move(draft)),
-      m_count(std::make_shared<IndexedFileCount>()), m_files(new RecordView(console, FileTable())),
-      m_link(new LinkLabel), m_left(new RecordView(console, ExclusionTable())),
-      m_guide(new FileIndexGuide(console, *this)) {
+      m_console(console), m_draft(std::move(draft)), m_count(std::make_shared<IndexedFileCount>()),
+      m_files(new RecordView(console, FileTable())), m_link(new LinkLabel),
+      m_left(new RecordView(console, ExclusionTable())), m_guide(new FileIndexGuide(console, *this)) {
     m_link->setFont(Look::Font(Look::Small));
     m_link->setWordWrap(true);
     auto* column = new QVBoxLayout(this);
@@ -71,13 +70,15 @@ CPreviewPage::CPreviewPage(const Console& console, std::shared_ptr<BackupDraft> 
 
 ListTable CPreviewPage::FileTable() {
     RecordPage page{.name = tr("Files"),
+                    .widths = u"PreviewFiles"_s,
                     .empty = tr("The file index holds no files of these types."),
                     .loading = tr("Finding files..."),
-                    .failure = tr("There is no file index that could be read. The link below builds one, and "
-                                  "so does \"Force Index for File Type Backup\" beside the lists of backups."),
+                    .failure =
+                        tr("There is no file index that could be read. The link below builds one, and "
+                           "so does \"Force Index for File Type Backup\" beside the lists of backups."),
                     .subject = QString::number(m_counts)};
-    RecordTable<IndexedFile> table = IndexedFileTable(
-        std::move(page), {SplitFileTypes(m_draft->filter.types), m_exclusions, m_count});
+    RecordTable<IndexedFile> table =
+        IndexedFileTable(std::move(page), {SplitFileTypes(m_draft->filter.types), m_exclusions, m_count});
     table.commands = {
         {tr("Exclude the File"), CancelTaskIcon, tr("Exclude the File"),
          [this](RecordView&, const std::vector<TakenRow>& rows) { Exclude(PathsOf(rows, PathOf)); }},
@@ -108,6 +109,7 @@ ListTable CPreviewPage::ExclusionTable() {
     command.key = Qt::Key_Delete;
     return RecordTable<ExcludedEntry>{
         .page = {.name = tr("Excluded files and folders"),
+                 .widths = {},
                  .empty = tr("Nothing is excluded."),
                  .lane = Lane::Computing,
                  .edition = QString::number(m_changes)},

@@ -10,6 +10,7 @@
 #include "wizard/TreeFindField.h"
 
 #include <QKeyEvent>
+#include <QSet>
 #include <QVBoxLayout>
 
 #include <map>
@@ -76,10 +77,8 @@ void CWritersPage::Fill() {
     m_clock.start(1s);
     TellTime();
     Sheet().Read(
-        *this, Lane::Network, tr("Building Application List..."),
-        [service = m_console.service](std::stop_token stop) {
-            return ReadWriters(service, std::move(stop));
-        },
+        *this, Lane::Apart, tr("Building Application List..."),
+        [service = m_console.service](std::stop_token stop) { return ReadWriters(service, std::move(stop)); },
         [this](const Loaded<WriterReading>& reading) { return Show(reading); }, m_note);
 }
 

@@ -22,7 +22,8 @@ struct Category {
 // alone.
 constexpr Category Categories[] = {
     {"All My Files", QT_TRANSLATE_NOOP("FileTypes", "All Files"), ""},
-    {"All My Pictures", QT_TRANSLATE_NOOP("FileTypes", "Pictures"), ".bmp .gif .jpg .odg .png .psd .tif .wmf"},
+    {"All My Pictures", QT_TRANSLATE_NOOP("FileTypes", "Pictures"),
+     ".bmp .gif .jpg .odg .png .psd .tif .wmf"},
     {"All My Music", QT_TRANSLATE_NOOP("FileTypes", "Music"),
      ".aif .aifc .au .m3u .m4a .m4p .mid .midi .mp3 .mpa .ra .ram .wav .wma"},
     {"All My Videos", QT_TRANSLATE_NOOP("FileTypes", "Videos"),

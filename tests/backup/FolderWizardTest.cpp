@@ -10,6 +10,7 @@
 #include "support/TestMain.h"
 #include "support/WizardRider.h"
 #include "wizard/CheckTreeView.h"
+#include "zep/Text.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
@@ -32,7 +33,10 @@ struct Backing : PageFixture<> {
         QDir(service.Home()).mkpath(u"home/drive/Home/Backup"_s);
         for (const QString& folder : {u"Papers/old"_s, u"Photos"_s})
             QDir(folders.path()).mkpath(folder);
-        rider = std::make_unique<WizardRider>(new CBackupTaskWizard(console, flavour), reader);
+        LocalFolders local;
+        local.volumes = [path = ToPath(Folder({}))] { return std::vector<platform::Volume>{{path}}; };
+        rider =
+            std::make_unique<WizardRider>(new CBackupTaskWizard(console, flavour, nullptr, local), reader);
     }
 
     bool Ride(const QString& script) { return rider->Ride(script); }
@@ -41,9 +45,9 @@ struct Backing : PageFixture<> {
     bool RideToTheEnd() {
         reader.StepAll();
         auto& tree = rider->Sheet()->CurrentPage()->findChild<CheckTreeView*>()->Tree();
-        tree.SetTicked(Keys(u"Papers"_s), true);
-        tree.SetTicked(Keys(u"Papers/old"_s), false);
-        tree.SetTicked(Keys(u"Photos"_s), true);
+        tree.SetTicked({Folder({}), u"Papers"_s}, true);
+        tree.SetTicked({Folder({}), u"Papers"_s, u"old"_s}, false);
+        tree.SetTicked({Folder({}), u"Photos"_s}, true);
         if (!Ride(u"Next | steps | page Where to Backup | off Next | Path:=/Home/Backup | Next | steps | "
                   u"page When "
                   "to Backup"_s))
@@ -64,10 +68,9 @@ struct Backing : PageFixture<> {
     }
     /// What a record of the folders that are ticked is to be.
     QByteArray Record(const QByteArray& name, const QByteArray& end) const {
-        const QByteArray papers = folders.filePath(u"Papers"_s).toUtf8();
-        return name + '\t' + papers + '\n' + folders.filePath(u"Photos"_s).toUtf8() + "\t/Home/Backup\t" +
-               papers + "/old\t*\n.tmp\nthumbs.db;desktop.ini;picasa.ini;\nNoSys\nNoHidden\t" + Schedule +
-               end;
+        const QByteArray papers = Folder(u"Papers"_s).toUtf8();
+        return name + '\t' + papers + '\n' + Folder(u"Photos"_s).toUtf8() + "\t/Home/Backup\t" + papers +
+               "\t*\n.tmp\nthumbs.db;desktop.ini;picasa.ini;\nNoSys\nNoHidden\t" + Schedule + end;
     }
 
     template <typename Part>
@@ -81,11 +84,13 @@ struct Backing : PageFixture<> {
         return links;
     }
 
+    /// As the computer writes it; the folder of all when empty.
+    QString Folder(const QString& below) const {
+        return QDir::toNativeSeparators(below.isEmpty() ? folders.path() : folders.filePath(below));
+    }
+
     QTemporaryDir folders;
     std::unique_ptr<WizardRider> rider;
-
-private:
-    QStringList Keys(const QString& below) const;
 };
 
 } // namespace
@@ -107,11 +112,11 @@ private slots:
         Backing backing(static_cast<BackupFlavour>(flavour));
         QVERIFY(backing.RideToTheEnd());
         QVERIFY(backing.Ride(u"Create a Full Backup every==10 | Keep Last==0 | Keep Last=5"_s));
-        const QString papers = backing.folders.filePath(u"Papers"_s);
+        const QString papers = backing.Folder(u"Papers"_s);
         QCOMPARE(backing.Find<QPlainTextEdit>()->toPlainText(),
                  u"Backup the Following Folders (and subfolders):\n%1\n%2\n\nExclude Following Folders (and "
-                 "subfolders):\n%1/old\n\nBackup To:\n/Home/Backup"_s.arg(
-                     papers, backing.folders.filePath(u"Photos"_s)) +
+                 "subfolders):\n%3\n\nBackup To:\n/Home/Backup"_s.arg(papers, backing.Folder(u"Photos"_s),
+                                                                      backing.Folder(u"Papers/old"_s)) +
                      settings);
         QVERIFY(backing.Links().contains(
             u"<a>Backup task will start at 22:30:0 every day after  2025-1-31</a>"_s));
@@ -304,10 +309,6 @@ private slots:
             "on Finish"_s));
     }
 };
-
-QStringList Backing::Keys(const QString& below) const {
-    return {u"/"_s, folders.filePath(below)};
-}
 
 BTASK_TEST(FolderWizardTest);
 #include "FolderWizardTest.moc"

@@ -4,6 +4,7 @@
 #include "backup/AdvSchedule.h"
 #include "backup/BackupPanel.h"
 #include "backup/SchedulerPage.h"
+#include "backup/UndoneFiles.h"
 #include "clouddrive/BrowseDlg.h"
 #include "clouddrive/CloudSvcPage.h"
 #include "clouddrive/MountWizard.h"
@@ -16,6 +17,7 @@
 #include "page/WebPagePanel.h"
 #include "settings/SetBandWidthLimitDlg.h"
 #include "settings/SettingsPanel.h"
+#include "taskman/TaskList.h"
 #include "taskman/TaskManPanel.h"
 #include "window/BTaskMMCDlg.h"
 #include "window/ConsoleStatusBar.h"
@@ -73,6 +75,14 @@ void OpenSchedulePage(CBTaskMMCDlg& window, ScheduleForm flavour) {
                                          Title(QT_TRANSLATE_NOOP("Pages", "Backup")), &window);
     sheet->AddPage(new CAdvSchedule(flavour, std::make_shared<BackupSchedule>()));
     sheet->open();
+}
+
+/// Of a task of the development service that has failed.
+void OpenFailedFiles(CBTaskMMCDlg& window, const QString& taskId) {
+    TaskRow task;
+    task.id = taskId;
+    task.title = Title(QT_TRANSLATE_NOOP("Pages", "Backup"));
+    OpenUndoneFiles(window.Parts(), window, task, UndoneFiles::Failed);
 }
 
 /// Chooses the next mode of a schedule; false on the last one.
@@ -154,6 +164,11 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
          [](CBTaskMMCDlg& window) { OpenSchedulePage(window, ScheduleForm::Mirrored); }, ChooseNextMode},
         {u"Schedule of a snapshot backup"_s,
          [](CBTaskMMCDlg& window) { OpenSchedulePage(window, ScheduleForm::Snapshot); }, ChooseNextMode},
+        {u"Failed files"_s,
+         [serverMode](CBTaskMMCDlg& window) {
+             OpenFailedFiles(window, serverMode ? u"{6E2D0001-5B1E-4C7A-9D20-3F6A00000004}"_s
+                                                : u"{6E2D0001-5B1E-4C7A-9D20-3F6A00000007}"_s);
+         }},
     };
     if (serverMode) {
         dialogs.push_back(

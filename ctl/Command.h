@@ -100,6 +100,8 @@ std::vector<Command> FolderCommands();
 std::vector<Command> MailCommands();
 std::vector<Command> DavCommands();
 std::vector<Command> BackupCommands();
+std::vector<Command> CreateCommands();
+std::vector<Command> ApplicationCommands();
 std::vector<Command> RequestCommands();
 std::vector<Command> HelpCommands();
 

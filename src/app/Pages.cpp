@@ -1,8 +1,10 @@
 #include "app/Pages.h"
 
 #include "app/BackupSvrConfigWizard.h"
+#include "backup/AdvBackupTaskWizard.h"
 #include "backup/AdvSchedule.h"
 #include "backup/BackupPanel.h"
+#include "backup/FileTypeWizard.h"
 #include "backup/SchedulerPage.h"
 #include "backup/UndoneFiles.h"
 #include "clouddrive/BrowseDlg.h"
@@ -169,6 +171,14 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
              OpenFailedFiles(window, serverMode ? u"{6E2D0001-5B1E-4C7A-9D20-3F6A00000004}"_s
                                                 : u"{6E2D0001-5B1E-4C7A-9D20-3F6A00000007}"_s);
          }},
+        {u"Backup by file type"_s,
+         [](CBTaskMMCDlg& window) {
+             (new FileTypeWizard(window.Parts(), BackupFlavour::Snapshot, FileCategory::Pictures, &window))
+                 ->open();
+         },
+         GoOn},
+        {u"Backup by application"_s,
+         [](CBTaskMMCDlg& window) { (new CAdvBackupTaskWizard(window.Parts(), &window))->open(); }, GoOn},
     };
     if (serverMode) {
         dialogs.push_back(

@@ -1,10 +1,13 @@
 #include "backup/BackupWizards.h"
 
+#include "backup/AdvBackupTaskWizard.h"
+#include "backup/FileTypeWizard.h"
+
 const BackupWizards& TheBackupWizards() {
     static const BackupWizards wizards{
         .byFolder = {},
-        .byFileType = {},
-        .byApplication = {},
+        .byFileType = OpenFileTypeWizard,
+        .byApplication = OpenApplicationWizard,
     };
     return wizards;
 }

@@ -24,6 +24,8 @@ struct Texts {
         {Message::HomeDirectoryMissing,
          u"There is no virtual directory named \"Home\" whose login information could be "
          "edited."_s},
+        {Message::KeyNotStored, u"The encryption key could not be stored."_s},
+        {Message::BackupNotCreated, u"The backup task could not be created."_s},
         {Message::FileMonitorCannotBeOpened,
          u"The file monitor service could not be opened. The file index is not available."_s},
         {Message::AskBuildFileIndex,

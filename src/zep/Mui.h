@@ -20,6 +20,8 @@ namespace Message {
 enum : int {
     VirtualDirectoriesUnavailable = 288,
     HomeDirectoryMissing = 289,
+    KeyNotStored = 294,
+    BackupNotCreated = 295,
     FileMonitorCannotBeOpened = 302,
     AskBuildFileIndex = 303,
     FileMonitorNotRunning = 304,

@@ -7,6 +7,7 @@
 #include "backup/BackupTaskWizard.h"
 #include "backup/FileTypeWizard.h"
 #include "backup/SchedulerPage.h"
+#include "backup/UndoneFiles.h"
 #include "clouddrive/BrowseDlg.h"
 #include "clouddrive/CloudSvcPage.h"
 #include "clouddrive/MountWizard.h"
@@ -19,6 +20,7 @@
 #include "page/WebPagePanel.h"
 #include "settings/SetBandWidthLimitDlg.h"
 #include "settings/SettingsPanel.h"
+#include "taskman/TaskList.h"
 #include "taskman/TaskManPanel.h"
 #include "window/BTaskMMCDlg.h"
 #include "window/ConsoleStatusBar.h"
@@ -100,6 +102,14 @@ void OpenScheduleDialog(CBTaskMMCDlg& window, ScheduleForm form) {
     dialog->open();
 }
 
+/// Of a task of the development service that has failed.
+void OpenFailedFiles(CBTaskMMCDlg& window, const QString& taskId) {
+    TaskRow task;
+    task.id = taskId;
+    task.title = Title(QT_TRANSLATE_NOOP("Pages", "Backup"));
+    OpenUndoneFiles(window.Parts(), window, task, UndoneFiles::Failed);
+}
+
 } // namespace
 
 std::vector<PageEntry> PagesOf(bool serverMode, bool withGallery) {
@@ -177,6 +187,11 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
              OpenFolderWizard(window.Parts(), window, BackupFlavour::Snapshot, [] {});
          },
          GoOn},
+        {u"Failed files"_s,
+         [serverMode](CBTaskMMCDlg& window) {
+             OpenFailedFiles(window, serverMode ? u"{6E2D0001-5B1E-4C7A-9D20-3F6A00000004}"_s
+                                                : u"{6E2D0001-5B1E-4C7A-9D20-3F6A00000007}"_s);
+         }},
         {u"Backup by file type"_s,
          [](CBTaskMMCDlg& window) {
              (new FileTypeWizard(window.Parts(), BackupFlavour::Snapshot, FileCategory::Pictures, &window))

@@ -90,6 +90,8 @@ Answer ServiceRequests::HandleSettings(const ReceivedRequest& request, const Par
 
 Answer ServiceRequests::HandleSchedule(const Parts& parts) {
     const std::string command = Lower(parts.path.substr(sizeof SchedulePath - 1));
+    if (command == "restoreapp")
+        return Restore(parts);
     const std::string argument = PercentDecode(parts.query);
     bool done = false;
     if (command == "startnow")
@@ -103,6 +105,14 @@ Answer ServiceRequests::HandleSchedule(const Parts& parts) {
     else if (const auto subTask = command == "delsub" ? SubTaskOf(argument) : std::nullopt)
         done = m_engine.DeleteSubTask(subTask->first, subTask->second);
     return done ? Done : NotFound;
+}
+
+Answer ServiceRequests::Restore(const Parts& parts) {
+    auto task = m_snapshots.RestoreOf(parts.body, m_engine.Tasks(), m_engine.Now());
+    if (!task)
+        return BadRequest;
+    m_engine.Put(std::move(*task));
+    return Done;
 }
 
 Answer ServiceRequests::HandleProfile(const Parts& parts) {

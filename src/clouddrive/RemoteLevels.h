@@ -19,5 +19,5 @@ struct RemoteLevels {
 /// says why.
 CheckTreeModel::Lister ListRemoteFolders(const ServiceClient& service, const RemoteLevels& levels);
 
-/// Why a listing is none, in a sentence; empty when it is one.
-QString ListingFailure(const ServiceAnswer& answer);
+/// The places of names in their natural order: "Part 2" before "Part 10".
+std::vector<std::size_t> NaturalOrder(const QStringList& names);

@@ -15,7 +15,8 @@ namespace {
 
 constexpr QLatin1String PolicyNames = "overwrite|newer|rename|skip"_L1;
 
-/// The set of the task that an operand means; none, with an exit code and after a sentence, when there is none.
+/// The set of the task that an operand means; none, with an exit code and after a sentence, when there is
+/// none.
 struct SetOperand {
     std::optional<BackupSetPlace> place;
     CtlExit exit = CtlExit::Done;
@@ -42,7 +43,8 @@ SetOperand FindSet(const Invocation& invocation, const QString& operand) {
 }
 
 /// The set's content; none, with an exit code and after a sentence, when it cannot be listed.
-std::optional<SetContent> ReadSetOf(const Invocation& invocation, const BackupSetPlace& place, CtlExit& exit) {
+std::optional<SetContent> ReadSetOf(const Invocation& invocation, const BackupSetPlace& place,
+                                    CtlExit& exit) {
     SetContent content = ReadSet(ServiceClient(), place, invocation.stop);
     if (content.found)
         return content;
@@ -106,14 +108,15 @@ CtlExit DeleteSnapshots(const Invocation& invocation) {
     for (const Snapshot& snapshot : LostWithout(*named, content->snapshots))
         lost += snapshot.name;
     if (!lost.isEmpty())
-        return invocation.End(CtlExit::Refused,
-                              u"These could not be restored any more, and are not named too: %1."_s.arg(
-                                  lost.join(u", "_s)));
+        return invocation.End(
+            CtlExit::Refused,
+            u"These could not be restored any more, and are not named too: %1."_s.arg(lost.join(u", "_s)));
     for (const Snapshot& snapshot : *named) {
-        if (const QString refusal = DeletedPathRefusal(set.place->SnapshotPath(snapshot.name)); !refusal.isEmpty())
+        if (const QString refusal = DeletedPathRefusal(set.place->SnapshotPath(snapshot.name));
+            !refusal.isEmpty())
             return invocation.End(CtlExit::Usage, refusal);
-        const ServiceAnswer answer = DeleteSnapshot(ServiceClient(), *set.place, snapshot,
-                                                    content->snapshots.back(), invocation.stop);
+        const ServiceAnswer answer =
+            DeleteSnapshot(ServiceClient(), *set.place, snapshot, content->snapshots.back(), invocation.stop);
         if (!answer) {
             invocation.End(CtlExit::Refused, u"\"%1\" was not deleted."_s.arg(snapshot.name));
             return invocation.End(answer);
@@ -140,14 +143,17 @@ RestoreDraft DraftOf(const Invocation& invocation) {
 CtlExit Restore(const Invocation& invocation) {
     const RestoreDraft draft = DraftOf(invocation);
     if (!draft.snapshot.startsWith(u'/'))
-        return invocation.End(CtlExit::Usage, u"A snapshot's path begins with \"/\": \"snapshots\" shows it."_s);
+        return invocation.End(CtlExit::Usage,
+                              u"A snapshot's path begins with \"/\": \"snapshots\" shows it."_s);
     if (const QString refusal = RestoreRefusal(draft); !refusal.isEmpty())
         return invocation.End(CtlExit::Usage, refusal);
     const QByteArray record = RecordOf(FieldsOf(draft));
     if (invocation.Has("--dry-run"_L1))
         return invocation.Write(record);
-    return invocation.End(
-        ServiceClient().SendRequest(u"/schedule/restoreapp"_s, u"GET"_s, 200, record, invocation.stop));
+    const CreationEnd end = CreateTask(ServiceClient(), TaskOf(draft), invocation.stop);
+    if (end.end == Creation::Created)
+        return CtlExit::Done;
+    return invocation.End(end.silent ? CtlExit::Unreachable : CtlExit::Refused, end.why);
 }
 
 } // namespace
@@ -159,11 +165,7 @@ std::vector<Command> SnapshotCommands() {
          {JsonOption},
          "The snapshots of a backup, the oldest first, and their paths."_L1,
          Snapshots},
-        {"snapshot ls"_L1,
-         {{"PATH"_L1}},
-         {JsonOption},
-         "Lists a folder of a snapshot."_L1,
-         ListDavFolder},
+        {"snapshot ls"_L1, {{"PATH"_L1}}, {JsonOption}, "Lists a folder of a snapshot."_L1, ListDavFolder},
         {"snapshot delete"_L1,
          {{"TASK"_L1}, {"NAME"_L1, Times::OneOrMore}},
          {},

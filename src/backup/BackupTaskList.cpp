@@ -2,6 +2,7 @@
 
 #include "backup/BackupItem.h"
 #include "backup/FileIndexGuide.h"
+#include "backup/RestoreTaskWizard.h"
 #include "look/IconRegistry.h"
 #include "page/WebPage.h"
 #include "platform/Folders.h"
@@ -50,6 +51,10 @@ std::vector<FrameAction> CBackupTaskList::SideActions() {
         actions.push_back({tr("Backup Google Docs"), BackupIcon, [this] {
                                if (!platform::StartProgram(DocsBackupProgram()))
                                    Frame().SetStatusText(tr("The program could not be started."));
+                           }});
+    if (m_flavour == BackupFlavour::Snapshot)
+        actions.push_back({tr("Restore"), DownloadIcon, [this] {
+                               OpenRestoreWizard(TheConsole(), this, {}, [this](const auto&) { Reload(); });
                            }});
     actions.push_back({tr("Force Index for File Type Backup"), SearchIcon, [this] { m_fileIndex->Force(); }});
     actions.push_back(RefreshAction());

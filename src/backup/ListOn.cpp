@@ -58,5 +58,6 @@ void ListOn::Stop() {
 void ListOn::ShowProgress(const QString& folder) {
     QString name = folder;
     name.remove(u'<');
-    m_progress->SetText(tr("Looking into %1... %2 so far. <a>Cancel</a>").arg(name, QString::number(m_listed)));
+    m_progress->SetText(
+        tr("Looking into %1... %2 so far. <a>Cancel</a>").arg(name, QString::number(m_listed)));
 }

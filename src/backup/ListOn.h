@@ -8,8 +8,8 @@ class CheckTreeView;
 class LinkLabel;
 class TreeFindField;
 
-/// A field that finds names in a tree, and lists what is not listed yet, a level at a time, as long as there are words
-/// to find.
+/// A field that finds names in a tree, and lists what is not listed yet, a level at a time, as long as there
+/// are words to find.
 class ListOn : public QWidget {
     Q_OBJECT
 

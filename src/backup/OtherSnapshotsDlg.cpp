@@ -61,7 +61,8 @@ OtherSnapshotsDlg::OtherSnapshotsDlg(const Console& console, const RestoreSet& s
 
 void OtherSnapshotsDlg::LookOn() {
     if (m_left.empty()) {
-        m_state->setText(m_list->topLevelItemCount() > 0 ? QString() : tr("It is in no snapshot of this backup."));
+        m_state->setText(m_list->topLevelItemCount() > 0 ? QString()
+                                                         : tr("It is in no snapshot of this backup."));
         return;
     }
     const Snapshot snapshot = m_left.back();
@@ -71,12 +72,12 @@ void OtherSnapshotsDlg::LookOn() {
     m_loader.Load(
         Lane::Service,
         [service = m_console.service, file](const std::stop_token& stop) {
-            return std::optional(FindListedFile(service, file, stop));
+            return FindListedFile(service, file, stop);
         },
-        [this, snapshot](const Loaded<std::optional<ListedFile>>& loaded) {
+        [this, snapshot](const Loaded<ListedFile>& loaded) {
             if (loaded.outcome == LoadOutcome::Cancelled)
                 return;
-            Take(snapshot, loaded ? *loaded : std::nullopt);
+            Take(snapshot, loaded.value);
             LookOn();
         });
 }
@@ -88,7 +89,8 @@ void OtherSnapshotsDlg::Take(const Snapshot& snapshot, const std::optional<Liste
         QTreeWidgetItem* same = m_list->topLevelItem(m_list->topLevelItemCount() - 1);
         const int more = same->data(SizeColumn, NameRole).toInt() + 1;
         same->setData(SizeColumn, NameRole, more);
-        same->setText(TimeColumn, tr("%1 and %2 before").arg(same->data(ModifiedColumn, NameRole).toString()).arg(more));
+        same->setText(TimeColumn,
+                      tr("%1 and %2 before").arg(same->data(ModifiedColumn, NameRole).toString()).arg(more));
         return;
     }
     m_last = file;
@@ -104,8 +106,9 @@ void OtherSnapshotsDlg::Take(const Snapshot& snapshot, const std::optional<Liste
 
 void OtherSnapshotsDlg::accept() {
     const QList<QTreeWidgetItem*> selected = m_list->selectedItems();
-    const auto snapshot =
-        selected.isEmpty() ? std::nullopt : SnapshotOf(selected.front()->data(TimeColumn, NameRole).toString());
+    const auto snapshot = selected.isEmpty()
+                              ? std::nullopt
+                              : SnapshotOf(selected.front()->data(TimeColumn, NameRole).toString());
     if (!snapshot)
         return;
     m_chosen = *snapshot;

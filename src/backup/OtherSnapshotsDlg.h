@@ -8,14 +8,15 @@ class QLabel;
 class QPushButton;
 class QTreeWidget;
 
-/// Shows how a file is in the snapshots of its set, the newest first; those in which it is the same are one row. The
-/// snapshot to restore it from can be chosen.
+/// Shows how a file is in the snapshots of its set, the newest first; those in which it is the same are one
+/// row. The snapshot to restore it from can be chosen.
 class OtherSnapshotsDlg : public QDialog {
     Q_OBJECT
 
 public:
     /// `path` is that of the file in a snapshot.
-    OtherSnapshotsDlg(const Console& console, const RestoreSet& set, const QString& path, QWidget* parent = nullptr);
+    OtherSnapshotsDlg(const Console& console, const RestoreSet& set, const QString& path,
+                      QWidget* parent = nullptr);
 
     /// Once it is accepted.
     const Snapshot& Chosen() const { return m_chosen; }

@@ -115,7 +115,8 @@ void CRestoreComponent::ShowWhatCanBeDone() {
     const bool file = present.isValid() && IsFile(m_model.NodeAt(present)) &&
                       m_model.Choice().StateOf(TreeLevels::PathOf(m_model.NodeAt(present))).ticked;
     m_others->setEnabled(file && m_choice->set.snapshots.size() > 1);
-    m_others->setToolTip(file ? QString() : tr("Choose a ticked file to see how it is in the other snapshots."));
+    m_others->setToolTip(file ? QString()
+                              : tr("Choose a ticked file to see how it is in the other snapshots."));
 }
 
 void CRestoreComponent::ShowOthers() {
@@ -157,7 +158,8 @@ std::optional<QStringList> CRestoreComponent::MissingPath(const TreeWalk& walk) 
         for (const QString& key : node.path) {
             if (!above || above->listing != Listing::Listed)
                 break;
-            const TreeLevels::Node* below = m_model.Levels().Find(TreeLevels::PathOf(*above) + QStringList(key));
+            const TreeLevels::Node* below =
+                m_model.Levels().Find(TreeLevels::PathOf(*above) + QStringList(key));
             if (!below)
                 return node.path;
             above = below;
@@ -173,7 +175,8 @@ void CRestoreComponent::Leave() {
     if (const auto missing = MissingPath(walk)) {
         m_model.SetTicked(*missing, false);
         return Sheet().Stay(
-            {tr("\"%1\" is not in this snapshot, and is not ticked any more.").arg(PathText(*missing)), m_view});
+            {tr("\"%1\" is not in this snapshot, and is not ticked any more.").arg(PathText(*missing)),
+             m_view});
     }
     RestoreDraft& draft = m_choice->draft;
     draft.components.clear();

@@ -8,7 +8,8 @@ class ListOn;
 class NoticeLine;
 class QPushButton;
 
-/// Asks what of the snapshot to restore. What was ticked and what is open stays when another snapshot is chosen.
+/// Asks what of the snapshot to restore. What was ticked and what is open stays when another snapshot is
+/// chosen.
 class CRestoreComponent : public WizardPage {
     Q_OBJECT
 

@@ -49,7 +49,8 @@ void RestoreEndLine::showEvent(QShowEvent* event) {
 
 void RestoreEndLine::Ask() {
     m_loader.Load(
-        Lane::Databases, [name = m_restore->name](const std::stop_token& stop) { return ReadRestoreEnd(name, stop); },
+        Lane::Databases,
+        [name = m_restore->name](const std::stop_token& stop) { return ReadRestoreEnd(name, stop); },
         [this](const Loaded<RestoreEnd>& loaded) {
             if (loaded && loaded->ended)
                 Show(*loaded);
@@ -77,7 +78,8 @@ void RestoreEndLine::Show(const RestoreEnd& end) {
 QString RestoreEndLine::Folder() const {
     if (m_restore->elsewhere)
         return m_restore->location;
-    const QString place = RestoredTo(*m_restore, m_sources, m_restore->components.value(0)).value_or(QString());
+    const QString place =
+        RestoredTo(*m_restore, m_sources, m_restore->components.value(0)).value_or(QString());
     return place.left(std::max(place.lastIndexOf(u'/'), place.lastIndexOf(u'\\')));
 }
 

@@ -104,7 +104,8 @@ void CRestoreSet::Fill() {
             });
             TreeLevel roots;
             for (const RestoreSet& set : m_sets)
-                roots.entries.push_back({set.place.Folder(), set.label, BackupIcon, true, true, SetTypeText(set.type)});
+                roots.entries.push_back(
+                    {set.place.Folder(), set.label, BackupIcon, true, true, SetTypeText(set.type)});
             m_model.SetLevel({}, roots);
             for (std::size_t at = 0; at < m_sets.size(); ++at)
                 m_model.SetLevel({m_sets[at].place.Folder()}, read->levels[at]);

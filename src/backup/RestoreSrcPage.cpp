@@ -36,7 +36,8 @@ QString PathOf(const QStringList& keys) {
     return RemoteLevels().PathOf(keys);
 }
 
-std::optional<DavListing> List(const ServiceClient& service, const QString& path, const std::stop_token& stop) {
+std::optional<DavListing> List(const ServiceClient& service, const QString& path,
+                               const std::stop_token& stop) {
     if (!ListedPathRefusal(path).isEmpty())
         return {};
     return FetchDavListing(service, path, stop, HiddenEntries::Show);
@@ -45,9 +46,11 @@ std::optional<DavListing> List(const ServiceClient& service, const QString& path
 } // namespace
 
 CRestoreSrcPage::CRestoreSrcPage(const Console& console, std::shared_ptr<RestoreChoice> choice)
-    : WizardPage(tr("Where to Restore From"), tr("Please check the box next to the folder you wish to select.")),
+    : WizardPage(tr("Where to Restore From"),
+                 tr("Please check the box next to the folder you wish to select.")),
       m_console(console), m_choice(std::move(choice)),
-      m_model(console.reader, *this, Lane::Service, ListStorage(console.service)), m_view(new CheckTreeView(m_model)) {
+      m_model(console.reader, *this, Lane::Service, ListStorage(console.service)),
+      m_view(new CheckTreeView(m_model)) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(m_view);

@@ -30,13 +30,15 @@ CRestoreTaskWizard::CRestoreTaskWizard(const Console& console, const std::option
 void OpenRestoreWizard(const Console& console, QWidget* over, const std::optional<RestoreStart>& start,
                        std::function<void(const std::optional<RestoreDraft>& created)> done) {
     auto* wizard = new CRestoreTaskWizard(console, start, over->window());
-    QObject::connect(wizard, &QDialog::finished, over, [&console, wizard, over, done = std::move(done)](int result) {
-        const bool created = result == QDialog::Accepted;
-        if (done)
-            done(created ? std::optional(wizard->Draft()) : std::nullopt);
-        if (created)
-            console.prompts.ShowMessage(over, CRestoreTaskWizard::tr("Restore task has been created, please check "
-                                                                     "the restore status in Task Manager"));
-    });
+    QObject::connect(wizard, &QDialog::finished, over,
+                     [&console, wizard, over, done = std::move(done)](int result) {
+                         const bool created = result == QDialog::Accepted;
+                         if (done)
+                             done(created ? std::optional(wizard->Draft()) : std::nullopt);
+                         if (created)
+                             console.prompts.ShowMessage(
+                                 over, CRestoreTaskWizard::tr("Restore task has been created, please check "
+                                                              "the restore status in Task Manager"));
+                     });
     wizard->open();
 }

@@ -22,7 +22,7 @@ struct RestoreChoice {
     RestoreSet set = {};                     ///< the chosen one
     Snapshot snapshot = {};                  ///< of it
     bool hasSnapshot = false;
-    QStringList names = {};        ///< of the components, as they are shown
+    QStringList names = {}; ///< of the components, as they are shown
     QStringList excludedNames = {};
     QStringList files = {}; ///< paths of the files that were listed and are to be restored
     RestoreDraft draft = {};
@@ -40,7 +40,8 @@ class CRestoreTaskWizard : public CBrenPropertySheet {
 
 public:
     /// With a start it begins with that backup's snapshots.
-    CRestoreTaskWizard(const Console& console, const std::optional<RestoreStart>& start, QWidget* parent = nullptr);
+    CRestoreTaskWizard(const Console& console, const std::optional<RestoreStart>& start,
+                       QWidget* parent = nullptr);
 
     const RestoreDraft& Draft() const { return m_choice->draft; }
 
@@ -48,7 +49,7 @@ private:
     std::shared_ptr<RestoreChoice> m_choice;
 };
 
-/// Opens the wizard over the window of `over`, and tells of a task that was created. `done` is given its draft, or
-/// nothing, unless `over` has gone.
+/// Opens the wizard over the window of `over`, and tells of a task that was created. `done` is given its
+/// draft, or nothing, unless `over` has gone.
 void OpenRestoreWizard(const Console& console, QWidget* over, const std::optional<RestoreStart>& start,
                        std::function<void(const std::optional<RestoreDraft>& created)> done);

@@ -19,7 +19,8 @@ private:
     QHash<QString, TreeLevel> m_levels;
 };
 
-/// Lists levels below a snapshot's folder: folders first, names in their natural order, those of writers as people know
-/// them. What is known already is taken from there, once; a level that is asked for again is listed again.
+/// Lists levels below a snapshot's folder: folders first, names in their natural order, those of writers as
+/// people know them. What is known already is taken from there, once; a level that is asked for again is
+/// listed again.
 CheckTreeModel::Lister ListSnapshot(const ServiceClient& service, const QString& snapshot, SetType type,
                                     std::shared_ptr<KnownLevels> known);

@@ -60,8 +60,9 @@ RowCommand Deletion(const BackupSetPlace& place) {
          .words = CSnapshotsPanel::tr("Click to delete the snapshot")},
         {.one = CSnapshotsPanel::tr("Do you really want to delete the snapshot?"),
          .several = CSnapshotsPanel::tr("Do you really want to delete the selected snapshots?"),
-         .failed = CSnapshotsPanel::tr("Failed to delete the snapshot. It may be in use, or another backup that needs "
-                                       "it may have been made meanwhile."),
+         .failed = CSnapshotsPanel::tr(
+             "Failed to delete the snapshot. It may be in use, or another backup that needs "
+             "it may have been made meanwhile."),
          .subject = Subject,
          .before =
              [](const TakenRow& one, const TakenRow& other) {
@@ -76,8 +77,9 @@ using Restore = std::function<void(const SnapshotRow&)>;
 
 ReadResult ReadRows(const ServiceClient& service, const KnownBackup& backup, ProgressNote& steps,
                     RecordStream<SnapshotRow>& rows, const std::stop_token& stop) {
-    const SetContent content =
-        ReadSet(service, backup.place, stop, [&steps](const QString& step) { steps.Tell({0, 0, step}); });
+    const SetContent content = ReadSet(service, backup.place, stop, [&steps](const QString& step) {
+        steps.Tell({0, 0, step});
+    });
     if (stop.stop_requested())
         return {ReadOutcome::Stopped, {}};
     if (!content.failure.isEmpty())
@@ -97,8 +99,9 @@ ListTable TableOf(const Console& console, const TaskRow& task, const std::shared
     return RecordTable<SnapshotRow>{
         .page = {.name = CSnapshotsPanel::tr("Snapshots"),
                  .widths = u"Snapshots"_s,
-                 .status = CSnapshotsPanel::tr("View full and incremental snapshots. Click on the arrow to restore the "
-                                               "selected snapshot. Click the red X to delete the selected snapshot."),
+                 .status = CSnapshotsPanel::tr(
+                     "View full and incremental snapshots. Click on the arrow to restore the "
+                     "selected snapshot. Click the red X to delete the selected snapshot."),
                  .empty = CSnapshotsPanel::tr("No backup set found."),
                  .loading = CSnapshotsPanel::tr("Loading backup set list..."),
                  .steps = steps,
@@ -110,21 +113,23 @@ ListTable TableOf(const Console& console, const TaskRow& task, const std::shared
                      [](const SnapshotRow& row) { return Cell::Plain(TimeText(row.snapshot)); }},
                     {CSnapshotsPanel::tr("Full"), 80,
                      [](const SnapshotRow& row) {
-                         return row.snapshot.IsFull() ? CSnapshotsPanel::tr("Yes") : CSnapshotsPanel::tr("No");
+                         return row.snapshot.IsFull() ? CSnapshotsPanel::tr("Yes")
+                                                      : CSnapshotsPanel::tr("No");
                      }},
                     {CSnapshotsPanel::tr("Type"), 140,
                      [](const SnapshotRow& row) { return SetTypeText(row.type); }}},
         .id = {[](const SnapshotRow& row) { return row.snapshot.name; }},
-        .read =
-            [service = console.service, backup, steps](RecordStream<SnapshotRow>& rows, const std::stop_token& stop) {
-                return ReadRows(service, backup, *steps, rows, stop);
-            },
+        .read = [service = console.service, backup, steps](
+                    RecordStream<SnapshotRow>& rows,
+                    const std::stop_token& stop) { return ReadRows(service, backup, *steps, rows, stop); },
         .commands = {Deletion(backup.place),
                      {.caption = CSnapshotsPanel::tr("Restore"),
                       .icon = DownloadIcon,
                       .words = CSnapshotsPanel::tr("Click to restore with the snapshot"),
-                      .run = [restore](RecordView&,
-                                       const std::vector<TakenRow>& rows) { restore(RecordOf<SnapshotRow>(rows.front())); },
+                      .run =
+                          [restore](RecordView&, const std::vector<TakenRow>& rows) {
+                              restore(RecordOf<SnapshotRow>(rows.front()));
+                          },
                       .single = true}}};
 }
 
@@ -147,7 +152,8 @@ Restore RestoreBy(const Console& console, RestoreEndLine& line, const KnownBacku
 CSnapshotsPanel::CSnapshotsPanel(const Console& console, const TaskRow& task)
     : CSnapshotsPanel(console, task, std::make_shared<ProgressNote>()) {}
 
-CSnapshotsPanel::CSnapshotsPanel(const Console& console, const TaskRow& task, std::shared_ptr<ProgressNote> steps)
+CSnapshotsPanel::CSnapshotsPanel(const Console& console, const TaskRow& task,
+                                 std::shared_ptr<ProgressNote> steps)
     : RecordPanel(console, TableOf(console, task, steps, {})), m_end(new RestoreEndLine(console)),
       m_steps(std::move(steps)) {
     SetControls(m_end);

@@ -6,8 +6,8 @@
 class RestoreEndLine;
 struct TaskRow;
 
-/// The snapshots of a backup, to delete them and to restore from them; above them how the last restore that was begun
-/// here has ended.
+/// The snapshots of a backup, to delete them and to restore from them; above them how the last restore that
+/// was begun here has ended.
 class CSnapshotsPanel : public RecordPanel {
     Q_OBJECT
 

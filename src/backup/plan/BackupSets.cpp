@@ -94,7 +94,8 @@ std::optional<qint64> SizeIn(QByteArrayView answer, const QString& name) {
         if (ValueOf(element, "displayname") != wanted)
             continue;
         bool isNumber = false;
-        const qint64 size = ValueOf(element, "getcontentlength").trimmed().toByteArray().toLongLong(&isNumber);
+        const qint64 size =
+            ValueOf(element, "getcontentlength").trimmed().toByteArray().toLongLong(&isNumber);
         return isNumber ? std::optional(size) : std::nullopt;
     }
     return {};

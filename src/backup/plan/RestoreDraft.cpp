@@ -105,6 +105,11 @@ QByteArray RecordOf(const std::array<QString, 7>& fields) {
     return record;
 }
 
+NewTask TaskOf(const RestoreDraft& draft) {
+    const auto fields = FieldsOf(draft);
+    return {u"/schedule/restoreapp"_s, RecordOf(fields), fields[std::size_t(RestoreField::Name)]};
+}
+
 std::optional<QString> RestoredTo(const RestoreDraft& draft, const QStringList& sources,
                                   const QString& path) {
     if (draft.elsewhere && draft.location.isEmpty())

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "plan/TaskCreation.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -38,6 +40,8 @@ enum class RestoreField { Name, Snapshot, Components, Exclusions, Policy, Elsewh
 std::array<QString, 7> FieldsOf(const RestoreDraft& draft);
 /// In UTF-8, as "/schedule/restoreapp" takes it.
 QByteArray RecordOf(const std::array<QString, 7>& fields);
+
+NewTask TaskOf(const RestoreDraft& draft);
 
 /// Where a file of the snapshot, of this path in it, is written. None where that is not known: at its own
 /// place, and no source of the backup has the path's first part as its last one.

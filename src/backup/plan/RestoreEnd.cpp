@@ -2,9 +2,9 @@
 
 #include "plan/BackupRuns.h"
 #include "stores/SchedulerStore.h"
+#include "zep/Text.h"
 
 #include <QCoreApplication>
-#include <QLocale>
 
 #include <algorithm>
 
@@ -39,7 +39,7 @@ QString RestoredText(const ProcessLogRecord& run) {
     if (run.processedSubTasks <= 0)
         return Text(QT_TRANSLATE_NOOP("RestoreEnd", "Nothing was restored (%1)")).arg(run.stopReason);
     const int restored = std::max(0, run.processedSubTasks - run.failedSubTasks);
-    const QString text = Text(QT_TRANSLATE_NOOP("RestoreEnd", "%1 restored")).arg(QLocale().toString(restored));
+    const QString text = Text(QT_TRANSLATE_NOOP("RestoreEnd", "%1 restored")).arg(GroupedNumber(restored));
     const QString failed = FailedText(run);
     return failed.isEmpty() ? text : text + QStringLiteral(", ") + failed;
 }
@@ -47,5 +47,5 @@ QString RestoredText(const ProcessLogRecord& run) {
 QString FailedText(const ProcessLogRecord& run) {
     if (run.failedSubTasks <= 0)
         return {};
-    return Text(QT_TRANSLATE_NOOP("RestoreEnd", "%1 failed")).arg(QLocale().toString(run.failedSubTasks));
+    return Text(QT_TRANSLATE_NOOP("RestoreEnd", "%1 failed")).arg(GroupedNumber(run.failedSubTasks));
 }

@@ -25,8 +25,9 @@ struct RecordPage {
     QString widths; ///< the name that its column widths are kept under; empty: they are not
     QString status = {};
     QString empty = {};
-    QString loading = {};               ///< until the first row has come; empty: "Loading..."
-    std::shared_ptr<const ProgressNote> steps = {}; ///< what is read now, in place of "Loading..."; none: it is not told
+    QString loading = {}; ///< until the first row has come; empty: "Loading..."
+    std::shared_ptr<const ProgressNote> steps =
+        {};                             ///< what is read now, in place of "Loading..."; none: it is not told
     QString listing = {};               ///< as the status, until all rows have come; empty: none
     QString failure = {};               ///< in a list whose read failed; empty: the read's own sentence
     std::chrono::milliseconds period{}; ///< of reading again by itself; 0: never
@@ -51,10 +52,11 @@ struct RowDeletionTexts {
     QString one;     ///< the question for one row
     QString several; ///< the question for several rows
     QString failed;
-    /// What the question says of the rows, given all that there are. None: the row by its words, several by number.
+    /// What the question says of the rows, given all that there are. None: the row by its words, several by
+    /// number.
     std::function<QString(const std::vector<TakenRow>& rows, const RowSet& all)> subject = {};
-    /// Which of two rows is deleted first; one that fails then keeps the others, which hang on it. None: in the order
-    /// of the list.
+    /// Which of two rows is deleted first; one that fails then keeps the others, which hang on it. None: in
+    /// the order of the list.
     std::function<bool(const TakenRow& one, const TakenRow& other)> before = {};
 };
 

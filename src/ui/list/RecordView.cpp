@@ -195,7 +195,8 @@ void RecordView::TellReading() {
 void RecordView::ShowFirstRows() {
     const int shown = m_list->Rows().TotalRows();
     const int come = m_coming ? m_coming->Count() : 0;
-    if (const auto& steps = m_table.page.steps; steps && shown == 0 && come == 0 && !steps->Read().text.isEmpty())
+    if (const auto& steps = m_table.page.steps;
+        steps && shown == 0 && come == 0 && !steps->Read().text.isEmpty())
         m_list->SetLoading(steps->Read().text);
     if (come == shown || come < 2 * shown)
         return;

@@ -161,7 +161,8 @@ Answer DevService::State::Handle(const ReceivedRequest& request, bool acts) {
     });
 }
 
-/// "fault?SWITCH", "login?SWITCH", "filemonitor?SWITCH", "drive?LETTER" and "advance?MILLISECONDS".
+/// "fault?SWITCH", "login?SWITCH", "filemonitor?SWITCH", "writers?SWITCH", "drive?LETTER" and
+/// "advance?MILLISECONDS".
 Answer DevService::State::Steer(const std::string& command) {
     const size_t mark = command.find('?');
     const std::string argument =
@@ -173,6 +174,11 @@ Answer DevService::State::Steer(const std::string& command) {
             return {};
         if (command.substr(0, mark) == "filemonitor" && SetFileMonitor(argument))
             return {};
+        if (command.substr(0, mark) == "writers")
+            if (const auto writers = ParseWriters(argument)) {
+                Do([&] { requests.SetWriters(*writers); });
+                return {};
+            }
         if (command.substr(0, mark) == "drive" && argument.size() < 2) {
             Do([&] { driveLetter = argument.empty() ? u'\0' : static_cast<unsigned char>(argument[0]); });
             return {};
@@ -184,8 +190,8 @@ Answer DevService::State::Steer(const std::string& command) {
     } catch (const std::exception& error) {
         return {400, std::string(error.what()) + '\n'};
     }
-    return {400, "Use /dev/fault?SWITCH, /dev/login?SWITCH, /dev/filemonitor?SWITCH, /dev/drive?LETTER or "
-                 "/dev/advance?MILLISECONDS.\n"};
+    return {400, "Use /dev/fault?SWITCH, /dev/login?SWITCH, /dev/filemonitor?SWITCH, /dev/writers?SWITCH, "
+                 "/dev/drive?LETTER or /dev/advance?MILLISECONDS.\n"};
 }
 
 void DevService::State::SetFault(const HttpFaultSwitch& fault) {
@@ -441,6 +447,10 @@ void DevService::SetLogin(const LoginSwitch& how) {
 
 bool DevService::SetLogin(const std::string& text) {
     return m_state->SetLogin(text);
+}
+
+void DevService::SetWriters(Writers writers) {
+    m_state->Do([&] { m_state->requests.SetWriters(writers); });
 }
 
 void DevService::SetFileMonitor(const FileMonitorSwitch& how) {

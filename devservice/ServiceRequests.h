@@ -6,6 +6,7 @@
 #include "devservice/Settings.h"
 #include "devservice/SnapshotSets.h"
 #include "devservice/TaskEngine.h"
+#include "devservice/Writers.h"
 
 namespace devservice {
 
@@ -17,6 +18,7 @@ public:
         : m_engine(engine), m_settings(settings), m_profile(profile), m_tree(tree), m_snapshots(snapshots) {}
 
     Answer Handle(const ReceivedRequest& request);
+    void SetWriters(Writers writers) { m_writers = writers; }
 
 private:
     struct Parts; ///< of a request: decoded path, query and body
@@ -24,6 +26,9 @@ private:
     Answer HandleSettings(const ReceivedRequest& request, const Parts& parts);
     Answer HandleSchedule(const Parts& parts);
     Answer Restore(const Parts& parts);
+    Answer CreateBackup(bool ofApplications, const std::string& record);
+    Answer ChangeBackup(const std::string& body);
+    Answer Refused(const std::string& why);
     Answer HandleProfile(const Parts& parts);
     Answer OfFolder(const Parts& parts) const;
     Answer AddNode(const Parts& parts);
@@ -38,6 +43,7 @@ private:
     Profile& m_profile;
     DavTree& m_tree;
     const SnapshotSets& m_snapshots;
+    Writers m_writers = Writers::Usual;
 };
 
 } // namespace devservice

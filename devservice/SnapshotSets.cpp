@@ -227,13 +227,6 @@ std::optional<RestoreRecord> ParseRestore(const std::string& record) {
     return parsed;
 }
 
-std::string RestoreId(SimTime now, size_t number) {
-    char text[64];
-    std::snprintf(text, sizeof text, "{5E57000A-5B1E-4C7A-%04X-%012llX}", unsigned(number & 0xFFFF),
-                  static_cast<unsigned long long>(StampOf(now)));
-    return text;
-}
-
 const Task* FindBySet(const TaskMap& tasks, const std::string& set) {
     const auto found = std::find_if(tasks.begin(), tasks.end(),
                                     [&](const auto& entry) { return WithoutBraces(entry.first) == set; });
@@ -354,8 +347,6 @@ std::optional<Task> SnapshotSets::RestoreOf(const std::string& record, const Tas
         return {};
     const Task* backup = FindBySet(tasks, names[names.size() - 2]);
     Task task;
-    for (size_t number = tasks.size(); task.id.empty() || tasks.contains(task.id); ++number)
-        task.id = RestoreId(now, number);
     task.name = parsed->name;
     task.type = "RestoreApp";
     task.description = (parsed->location.empty() ? "" : parsed->location) + '\t' + parsed->snapshot + '\t' +

@@ -42,6 +42,7 @@ public:
     bool Delete(const std::string& id);
     bool DeleteSubTask(const std::string& id, int number);
 
+    std::string Add(Task task); ///< under a new identifier, which it returns
     void Put(Task task, SubTaskFileOf files = SubTaskFileOf::Every);
     bool SetState(const std::string& id, TaskState state);
     bool PutSubTasks(const std::string& id, std::vector<SubTask> subTasks);

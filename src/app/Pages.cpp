@@ -1,8 +1,10 @@
 #include "app/Pages.h"
 
 #include "app/BackupSvrConfigWizard.h"
+#include "backup/AdvBackupTaskWizard.h"
 #include "backup/AdvSchedule.h"
 #include "backup/BackupPanel.h"
+#include "backup/FileTypeWizard.h"
 #include "backup/SchedulerPage.h"
 #include "clouddrive/BrowseDlg.h"
 #include "clouddrive/CloudSvcPage.h"
@@ -154,14 +156,19 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
          [](CBTaskMMCDlg& window) { OpenSchedulePage(window, ScheduleForm::Mirrored); }, ChooseNextMode},
         {u"Schedule of a snapshot backup"_s,
          [](CBTaskMMCDlg& window) { OpenSchedulePage(window, ScheduleForm::Snapshot); }, ChooseNextMode},
+        {u"Backup by file type"_s,
+         [](CBTaskMMCDlg& window) {
+             (new FileTypeWizard(window.Parts(), BackupFlavour::Snapshot, FileCategory::Pictures, &window))
+                 ->open();
+         },
+         GoOn},
+        {u"Backup by application"_s,
+         [](CBTaskMMCDlg& window) { (new CAdvBackupTaskWizard(window.Parts(), &window))->open(); }, GoOn},
     };
     if (serverMode) {
         dialogs.push_back(
             {u"Set-up wizard"_s,
-             [](CBTaskMMCDlg& window) {
-                 const Console& parts = window.Parts();
-                 (new CBackupSvrConfigWizard(parts.service, parts.reader, parts.prompts, &window))->open();
-             },
+             [](CBTaskMMCDlg& window) { (new CBackupSvrConfigWizard(window.Parts(), &window))->open(); },
              GoOn});
     }
     return dialogs;

@@ -3,6 +3,7 @@
 #include "look/Look.h"
 #include "page/Console.h"
 #include "page/NoticeLine.h"
+#include "plan/DraftRefusal.h"
 #include "wizard/Form.h"
 #include "wizard/PathField.h"
 #include "zep/Text.h"
@@ -206,8 +207,9 @@ void CRestoreConfirm::Leave() {
     TakeFields();
     const RestoreDraft& draft = m_choice->draft;
     if (const QString refusal = RestoreRefusal(draft); !refusal.isEmpty()) {
-        const bool unnamed = draft.name.trimmed().isEmpty();
-        QWidget* field = unnamed ? static_cast<QWidget*>(m_name) : draft.elsewhere ? m_location : nullptr;
+        QWidget* field = !TaskNameRefusal(draft.name).isEmpty() ? static_cast<QWidget*>(m_name)
+                         : draft.elsewhere                      ? m_location
+                                                                : nullptr;
         return Sheet().Stay({refusal, field, true});
     }
     if (!draft.elsewhere)

@@ -1,8 +1,12 @@
 #include "backup/SnapshotLevels.h"
 
-#include "clouddrive/RemoteLevels.h"
 #include "look/IconRegistry.h"
+#include "plan/DraftRefusal.h"
+#include "plan/Writers.h"
 #include "service/RequestText.h"
+
+#include <algorithm>
+#include <iterator>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -24,28 +28,32 @@ struct Asked {
     }
 };
 
+/// How the key of a writer, "NAME(IDENTIFIER)", is shown.
+QString WriterOfKey(const QString& key) {
+    return WriterDisplayName(key.left(key.lastIndexOf(u'(')));
+}
+
 /// Whether a record can name it.
 bool CanBeRestored(const QString& name) {
-    return !name.contains(u'/') && !name.contains(u'\t') && !name.contains(u'\n');
+    return !name.contains(u'/') && LostInRecord(name).isEmpty();
 }
 
 void Append(TreeLevel& level, const DavListing& listing, bool folders, SetType type, qsizetype depth) {
-    QStringList names;
     QSet<QString> seen;
+    const bool application = type == SetType::Application;
+    TreeLevel part;
     for (const DavEntry& entry : listing.entries) {
         if (entry.isFolder != folders || seen.contains(entry.name))
             continue;
         seen.insert(entry.name);
-        names.append(entry.name);
-    }
-    const bool application = type == SetType::Application;
-    for (const std::size_t place : NaturalOrder(names)) {
-        const QString& name = names[qsizetype(place)];
-        const bool plain = CanBeRestored(name);
+        const bool plain = CanBeRestored(entry.name);
         const bool opens = folders && plain && !(application && depth >= DepthOfComponents);
-        level.entries.push_back({name, application && depth == DepthOfWriters ? WriterOfKey(name) : name,
-                                 folders ? FolderIcon : 0, opens, plain});
+        part.entries.push_back({entry.name,
+                                application && depth == DepthOfWriters ? WriterOfKey(entry.name) : entry.name,
+                                folders ? FolderIcon : 0, opens, plain});
     }
+    SortNaturally(part);
+    std::move(part.entries.begin(), part.entries.end(), std::back_inserter(level.entries));
 }
 
 } // namespace

@@ -13,15 +13,15 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-/// What is known of a backup before anything is read.
-struct KnownBackup {
+/// The backup that a set is of.
+struct SetOwner {
     QString taskId;
     QString name;
     BackupSetPlace place;
     QStringList sources;
 };
 
-KnownBackup BackupOf(const TaskRow& task) {
+SetOwner BackupOf(const TaskRow& task) {
     return {task.id, task.title, SetPlaceOf(task.id, task.type, task.description),
             DescriptionOf(KindOfBackup(task.type, task.description), task.description).sources};
 }
@@ -75,7 +75,7 @@ RowCommand Deletion(const BackupSetPlace& place) {
 
 using Restore = std::function<void(const SnapshotRow&)>;
 
-ReadResult ReadRows(const ServiceClient& service, const KnownBackup& backup, ProgressNote& steps,
+ReadResult ReadRows(const ServiceClient& service, const SetOwner& backup, ProgressNote& steps,
                     RecordStream<SnapshotRow>& rows, const std::stop_token& stop) {
     const SetContent content = ReadSet(service, backup.place, stop, [&steps](const QString& step) {
         steps.Tell({0, 0, step});
@@ -94,7 +94,7 @@ ReadResult ReadRows(const ServiceClient& service, const KnownBackup& backup, Pro
 
 ListTable TableOf(const Console& console, const TaskRow& task, const std::shared_ptr<ProgressNote>& steps,
                   const Restore& restore) {
-    const KnownBackup backup = BackupOf(task);
+    const SetOwner backup = BackupOf(task);
     const bool running = task.state == TaskState::Running;
     return RecordTable<SnapshotRow>{
         .page = {.name = CSnapshotsPanel::tr("Snapshots"),
@@ -134,7 +134,7 @@ ListTable TableOf(const Console& console, const TaskRow& task, const std::shared
 }
 
 /// Opens the wizard for a snapshot of the task, and lets the line tell how the restore ends.
-Restore RestoreBy(const Console& console, RestoreEndLine& line, const KnownBackup& backup) {
+Restore RestoreBy(const Console& console, RestoreEndLine& line, const SetOwner& backup) {
     return [&console, line = QPointer(&line), backup](const SnapshotRow& row) {
         if (!line)
             return;

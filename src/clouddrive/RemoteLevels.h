@@ -18,6 +18,3 @@ struct RemoteLevels {
 /// Lists levels of folders in the natural order of their names; keys are names. A level that cannot be listed
 /// says why.
 CheckTreeModel::Lister ListRemoteFolders(const ServiceClient& service, const RemoteLevels& levels);
-
-/// The places of names in their natural order: "Part 2" before "Part 10".
-std::vector<std::size_t> NaturalOrder(const QStringList& names);

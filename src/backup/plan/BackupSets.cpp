@@ -248,10 +248,6 @@ std::optional<ListedFile> FindListedFile(const ServiceClient& service, const QSt
     return {};
 }
 
-QString WriterOfKey(const QString& key) {
-    return key.left(key.lastIndexOf(u'('));
-}
-
 ServiceAnswer DeleteSnapshot(const ServiceClient& service, const BackupSetPlace& place,
                              const Snapshot& snapshot, const Snapshot& newest, const std::stop_token& stop) {
     const QString path = place.SnapshotPath(snapshot.name);

@@ -84,9 +84,6 @@ struct ListedFile {
 std::optional<ListedFile> FindListedFile(const ServiceClient& service, const QString& path,
                                          const std::stop_token& stop = {});
 
-/// How the key of a writer, "NAME(IDENTIFIER)", is shown.
-QString WriterOfKey(const QString& key);
-
 /// Deletes a snapshot of a set, which is listed anew before: one that has gone is done with; and nothing is
 /// sent when one has come behind `newest`, the last that was known, which could not be restored without it.
 ServiceAnswer DeleteSnapshot(const ServiceClient& service, const BackupSetPlace& place,

@@ -1,5 +1,8 @@
 #include "plan/RestoreDraft.h"
 
+#include "plan/DraftRefusal.h"
+#include "plan/FolderSelection.h"
+
 #include <QCoreApplication>
 
 #include <algorithm>
@@ -22,10 +25,6 @@ bool IsAbsolute(const QString& path) {
     return drive || (!path.isEmpty() && IsSeparator(path[0]));
 }
 
-bool BreaksRecord(const QString& text) {
-    return text.contains(u'\t') || text.contains(u'\n');
-}
-
 /// The place behind the last separator.
 qsizetype LastPartOf(const QString& path) {
     return std::max(path.lastIndexOf(u'/'), path.lastIndexOf(u'\\')) + 1;
@@ -39,12 +38,6 @@ QString WithoutEnd(QString path) {
 
 QString InManner(const QString& folder, QString path) {
     return folder.contains(u'\\') ? path.replace(u'/', u'\\') : path;
-}
-
-/// For comparing paths of either manner.
-QString Comparable(const QString& path) {
-    QString plain = WithoutEnd(path);
-    return plain.replace(u'\\', u'/') + u'/';
 }
 
 } // namespace
@@ -66,8 +59,8 @@ QString RestoreName(const QStringList& components, const QString& storage) {
 QString RestoreRefusal(const RestoreDraft& draft) {
     if (draft.components.isEmpty())
         return Text(QT_TRANSLATE_NOOP("RestoreDraft", "Please select at least one component to restore!"));
-    if (draft.name.trimmed().isEmpty())
-        return Text(QT_TRANSLATE_NOOP("RestoreDraft", "The restore task needs a name."));
+    if (QString refusal = TaskNameRefusal(draft.name); !refusal.isEmpty())
+        return refusal;
     if (draft.elsewhere && draft.location.isEmpty())
         return Text(QT_TRANSLATE_NOOP(
             "RestoreDraft", "You chose to restore to another location, but the location is empty."));
@@ -75,13 +68,12 @@ QString RestoreRefusal(const RestoreDraft& draft) {
         return Text(QT_TRANSLATE_NOOP(
             "RestoreDraft",
             "The location has to be a whole path, as in \"/home/me/restored\" or \"D:\\Restored\"."));
-    for (const QString& text :
-         QStringList{draft.snapshot, draft.location} + draft.components + draft.exclusions)
-        if (BreaksRecord(text))
-            return Text(QT_TRANSLATE_NOOP("RestoreDraft",
-                                          "\"%1\" holds a tab or a line feed, which a restore cannot "
-                                          "carry to the service."))
-                .arg(text);
+    QStringList texts{draft.snapshot};
+    if (draft.elsewhere)
+        texts.append(draft.location);
+    for (const QString& text : texts + draft.components + draft.exclusions)
+        if (QString refusal = EntryRefusal(text); !refusal.isEmpty())
+            return refusal;
     return {};
 }
 
@@ -132,8 +124,7 @@ std::optional<QString> RestoredTo(const RestoreDraft& draft, const QStringList& 
 }
 
 bool IsInSource(const QString& location, const QStringList& sources) {
-    const QString place = Comparable(location);
-    return std::any_of(sources.begin(), sources.end(), [&](const QString& source) {
-        return source != "@"_L1 && place.startsWith(Comparable(source), Qt::CaseInsensitive);
+    return std::any_of(sources.begin(), sources.end(), [&location](const QString& source) {
+        return source != "@"_L1 && IsAtOrBelow(location, source);
     });
 }

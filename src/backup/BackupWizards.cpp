@@ -1,0 +1,13 @@
+#include "backup/BackupWizards.h"
+
+#include "backup/AdvBackupTaskWizard.h"
+#include "backup/FileTypeWizard.h"
+
+const BackupWizards& TheBackupWizards() {
+    static const BackupWizards wizards{
+        .byFolder = {},
+        .byFileType = OpenFileTypeWizard,
+        .byApplication = OpenApplicationWizard,
+    };
+    return wizards;
+}

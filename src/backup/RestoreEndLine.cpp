@@ -1,11 +1,13 @@
 #include "backup/RestoreEndLine.h"
 
+#include "backup/UndoneFiles.h"
+#include "look/Formatters.h"
 #include "look/Look.h"
 #include "page/Console.h"
 #include "page/LinkLabel.h"
-#include "page/MainFrame.h"
-#include "page/SectionLinks.h"
+#include "page/UserPrompts.h"
 #include "platform/Shell.h"
+#include "taskman/TaskList.h"
 
 #include <QHBoxLayout>
 #include <QPainter>
@@ -83,14 +85,26 @@ QString RestoreEndLine::Folder() const {
     return place.left(std::max(place.lastIndexOf(u'/'), place.lastIndexOf(u'\\')));
 }
 
+/// It may stand on another machine.
+void RestoreEndLine::OpenFolder() {
+    m_loader.Command(
+        Lane::Network,
+        [folder = Folder().toStdString()](const std::stop_token&) { return platform::OpenInShell(folder); },
+        [this, folder = Folder()](const Loaded<bool>& opened) {
+            if (!opened || !*opened)
+                m_console.prompts.ShowMessage(this, tr("\"%1\" cannot be opened.").arg(Isolated(folder)));
+        });
+}
+
 void RestoreEndLine::OnLink(int span) {
     if (m_text->Spans().value(span) == tr("Open folder")) {
-        if (!platform::OpenInShell(Folder().toStdString()))
-            m_console.frame.SetStatusText(tr("\"%1\" cannot be opened.").arg(Folder()));
+        OpenFolder();
         return;
     }
-    if (m_console.links.showTraces)
-        m_console.links.showTraces(m_end.run.startTime, m_end.run.stopTime);
+    TaskRow task;
+    task.id = m_end.taskId;
+    task.title = m_restore->name;
+    OpenUndoneFiles(m_console, *this, task, UndoneFiles::Failed);
 }
 
 void RestoreEndLine::paintEvent(QPaintEvent*) {

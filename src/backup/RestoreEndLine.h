@@ -28,6 +28,7 @@ private:
     void Ask();
     void Show(const RestoreEnd& end);
     QString Folder() const;
+    void OpenFolder();
     void OnLink(int span);
 
     const Console& m_console;

@@ -102,12 +102,9 @@ private:
                 m_figures.leftOut[rule].Add(size);
     }
 
-    static QString TextOf(const fs::path::string_type& name) {
-        if constexpr (std::is_same_v<fs::path::value_type, char>)
-            return QString::fromUtf8(name.data(), qsizetype(name.size()));
-        else
-            return QString::fromWCharArray(name.data(), qsizetype(name.size()));
-    }
+    // As this system names files.
+    static QString TextOf(const std::string& name) { return QString::fromStdString(name); }
+    static QString TextOf(const std::wstring& name) { return QString::fromStdWString(name); }
 
     void Note(const Folder& folder, FolderOutcome outcome) {
         const bool isSource = std::exchange(m_isSource, false);

@@ -32,7 +32,7 @@ RestoreEnd ReadRestoreEnd(const QString& name, const std::stop_token& stop) {
     std::vector<ProcessLogRecord> log;
     if (id.isEmpty() || running || !FillProcessLog(id, log, stop) || log.empty())
         return {};
-    return {true, RunsOf(log).last};
+    return {true, id, RunsOf(log).last};
 }
 
 QString RestoredText(const ProcessLogRecord& run) {

@@ -5,6 +5,7 @@
 /// How the restore of a name has ended, as far as it is known.
 struct RestoreEnd {
     bool ended = false;
+    QString taskId = {};
     ProcessLogRecord run = {}; ///< its last one
 };
 

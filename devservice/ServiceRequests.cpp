@@ -96,6 +96,8 @@ Answer ServiceRequests::HandleSettings(const ReceivedRequest& request, const Par
 
 Answer ServiceRequests::HandleSchedule(const Parts& parts) {
     const std::string command = Lower(parts.path.substr(sizeof SchedulePath - 1));
+    if (command == "restoreapp")
+        return Restore(parts);
     if (command == "backupex" || command == "advbackup")
         return CreateBackup(command == "advbackup", parts.body);
     if (command == "changebackup")
@@ -113,6 +115,13 @@ Answer ServiceRequests::HandleSchedule(const Parts& parts) {
     else if (const auto subTask = command == "delsub" ? SubTaskOf(argument) : std::nullopt)
         done = m_engine.DeleteSubTask(subTask->first, subTask->second);
     return done ? Done : NotFound;
+}
+
+Answer ServiceRequests::Restore(const Parts& parts) {
+    auto task = m_snapshots.RestoreOf(parts.body, m_engine.Tasks(), m_engine.Now());
+    if (!task)
+        return Refused("A restore was refused: its record is none, or its snapshot is not there");
+    return {200, m_engine.Add(std::move(*task))};
 }
 
 /// Answers with the new task's identifier, or says in the trace and in the answer why there is none.

@@ -49,7 +49,11 @@ struct DevService::State {
           settings(options.home / "settings" / "settings.txt"), engine(options.seed),
           databaseFaults(databases), profile(options.home / "settings" / "profile.txt", settings),
           tree(options.home / "drive", options.home / "storage", options.davPrefix),
-          requests(engine, settings, profile, tree) {}
+          snapshots(tree, options.home), requests(engine, settings, profile, tree, snapshots) {
+        engine.SetEffect([this](const Task& task, const SubTask& subTask) {
+            return snapshots.CarryOut(task, subTask, engine.Now());
+        });
+    }
 
     const Options options;
 
@@ -66,6 +70,7 @@ struct DevService::State {
     DatabaseFaults databaseFaults;
     Profile profile;
     DavTree tree;
+    SnapshotSets snapshots;
     ServiceRequests requests;
     char16_t driveLetter = u'Z';
     std::unique_ptr<LiveTraceWriter> live;
@@ -111,9 +116,12 @@ void DevService::State::OpenHome() {
     if (fresh)
         Populate(options.scenario, engine, databases, settings, FilesOf(options));
     fs::create_directories(options.home / "drive");
-    if (!profile.Load(engine.Now()))
+    if (!profile.Load(engine.Now())) {
         PopulateCloud(options.scenario, options.scenario == "huge" ? HugeEntries : options.entries, profile,
                       tree, settings);
+        if (options.scenario == "desktop" || options.scenario == "server")
+            PopulateSnapshots(engine.Tasks(), snapshots, tree, engine.Now());
+    }
     if (!settings.Get("ConsoleRecords")) // the forms that consoles have of their own are understood
         settings.Set("ConsoleRecords", "1", "1");
     live = std::make_unique<LiveTraceWriter>(options.home / "trace" / "livetrace.map");

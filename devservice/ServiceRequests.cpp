@@ -1,5 +1,6 @@
 #include "devservice/ServiceRequests.h"
 
+#include "devservice/BackupChange.h"
 #include "devservice/BackupRecords.h"
 #include "devservice/Providers.h"
 #include "devservice/WireText.h"
@@ -95,8 +96,12 @@ Answer ServiceRequests::HandleSettings(const ReceivedRequest& request, const Par
 
 Answer ServiceRequests::HandleSchedule(const Parts& parts) {
     const std::string command = Lower(parts.path.substr(sizeof SchedulePath - 1));
+    if (command == "restoreapp")
+        return Restore(parts);
     if (command == "backupex" || command == "advbackup")
         return CreateBackup(command == "advbackup", parts.body);
+    if (command == "changebackup")
+        return ChangeBackup(parts.body);
     const std::string argument = PercentDecode(parts.query);
     bool done = false;
     if (command == "startnow")
@@ -112,6 +117,13 @@ Answer ServiceRequests::HandleSchedule(const Parts& parts) {
     return done ? Done : NotFound;
 }
 
+Answer ServiceRequests::Restore(const Parts& parts) {
+    auto task = m_snapshots.RestoreOf(parts.body, m_engine.Tasks(), m_engine.Now());
+    if (!task)
+        return Refused("A restore was refused: its record is none, or its snapshot is not there");
+    return {200, m_engine.Add(std::move(*task))};
+}
+
 /// Answers with the new task's identifier, or says in the trace and in the answer why there is none.
 Answer ServiceRequests::CreateBackup(bool ofApplications, const std::string& record) {
     try {
@@ -123,9 +135,28 @@ Answer ServiceRequests::CreateBackup(bool ofApplications, const std::string& rec
             throw RecordError("it is to be encrypted, and no key is stored");
         return {200, m_engine.Add(std::move(made.task))};
     } catch (const RecordError& error) {
-        const std::string reason = std::string("A backup was refused: ") + error.what() + '.';
-        m_engine.Unwritten().audit.push_back({2, reason, m_engine.Now()});
-        return {400, reason + '\n'};
+        return Refused(std::string("A backup was refused: ") + error.what());
+    }
+}
+
+Answer ServiceRequests::Refused(const std::string& why) {
+    m_engine.Unwritten().audit.push_back({2, why + '.', m_engine.Now()});
+    return {400, why + ".\n"};
+}
+
+/// Only while consoles may use forms of their own.
+Answer ServiceRequests::ChangeBackup(const std::string& body) {
+    const size_t tab = std::min(body.find('\t'), body.size());
+    const auto found = m_engine.Tasks().find(body.substr(0, tab));
+    if (m_settings.Get("ConsoleRecords") != "1" || found == m_engine.Tasks().end())
+        return NotFound;
+    try {
+        m_engine.Put(
+            ChangedBackup(found->second, body.substr(std::min(tab + 1, body.size())), m_engine.Now()),
+            SubTaskFileOf::None);
+        return Done;
+    } catch (const RecordError& error) {
+        return Refused(std::string("A change of a backup was refused: ") + error.what());
     }
 }
 

@@ -154,6 +154,8 @@ void TaskEngine::Finish(Task& task, SubTask& subTask) {
     if (trouble.empty() && DirectionOf(subTask) != Direction::None && subTask.retries == 0 &&
         m_random() % OneInRuns == 0)
         trouble = PassingTrouble(m_random);
+    if (trouble.empty() && m_effect)
+        trouble = m_effect(task, subTask);
     subTask.note = trouble;
     if (trouble.empty())
         subTask.state = SubTaskState::Done;

@@ -70,6 +70,7 @@ CPreviewPage::CPreviewPage(const Console& console, std::shared_ptr<BackupDraft> 
 
 ListTable CPreviewPage::FileTable() {
     RecordPage page{.name = tr("Files"),
+                    .widths = u"PreviewFiles"_s,
                     .empty = tr("The file index holds no files of these types."),
                     .loading = tr("Finding files..."),
                     .failure =
@@ -108,6 +109,7 @@ ListTable CPreviewPage::ExclusionTable() {
     command.key = Qt::Key_Delete;
     return RecordTable<ExcludedEntry>{
         .page = {.name = tr("Excluded files and folders"),
+                 .widths = {},
                  .empty = tr("Nothing is excluded."),
                  .lane = Lane::Computing,
                  .edition = QString::number(m_changes)},

@@ -10,11 +10,13 @@
 #include "wizard/TreeFindField.h"
 
 #include <QKeyEvent>
+#include <QSet>
 #include <QVBoxLayout>
 
 #include <map>
 
 using namespace std::chrono_literals;
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -76,7 +78,7 @@ void CWritersPage::Fill() {
     m_clock.start(1s);
     TellTime();
     Sheet().Read(
-        *this, Lane::Network, tr("Building Application List..."),
+        *this, Lane::Apart, tr("Building Application List..."),
         [service = m_console.service](std::stop_token stop) { return ReadWriters(service, std::move(stop)); },
         [this](const Loaded<WriterReading>& reading) { return Show(reading); }, m_note);
 }
@@ -145,7 +147,7 @@ PageLine CWritersPage::Line() const {
     if (names.isEmpty())
         return {};
     return {tr("Chosen:"), names.size() > MostNamed ? tr("%1 applications and components").arg(names.size())
-                                                    : names.join(QStringLiteral(", "))};
+                                                    : names.join(u", "_s)};
 }
 
 bool CWritersPage::eventFilter(QObject* watched, QEvent* event) {

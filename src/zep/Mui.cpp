@@ -33,6 +33,8 @@ struct Texts {
          "you want to build it now? This may take a few minutes."_s},
         {Message::FileMonitorNotRunning,
          u"The file monitor service is not running. Please start it, then try again."_s},
+        {Message::AskCancelBackup,
+         u"Do you really want to cancel this backup? It will be deleted for good. Its files stay."_s},
         {Message::SelectFolderFirst, u"Please select a folder first."_s},
         {Message::NewFolderTitle, u"Name of the New Folder"_s},
         {Message::FolderNotCreated,

@@ -25,6 +25,7 @@ enum : int {
     FileMonitorCannotBeOpened = 302,
     AskBuildFileIndex = 303,
     FileMonitorNotRunning = 304,
+    AskCancelBackup = 308,
     SelectFolderFirst = 309,
     NewFolderTitle = 310,
     FolderNotCreated = 311,

@@ -142,8 +142,8 @@ private slots:
     }
 
     void leavesOutWhatIsExcludedWhenItCountsAgain() {
-        const AgentService agent("BrenFileMonSvc");
         Typed typed;
+        const AgentService agent("BrenFileMonSvc");
         typed.service->SetFileMonitor({Monitor::Running});
         QVERIFY(typed.RideToThePreview());
         typed.Click(typed.Files(), 0, 3);

@@ -5,7 +5,7 @@
 #include <stop_token>
 
 /// `Network` is for what waits for other machines, for minutes where they are slow. `Apart` is for what may
-/// wait for a drive that is gone: its jobs hold up nothing, not even each other.
+/// wait for minutes, as for a drive that is gone: its jobs hold up nothing, not even each other.
 enum class Lane { Service, Databases, Computing, Network, Apart };
 inline constexpr std::size_t LaneCount = 5;
 

@@ -97,6 +97,7 @@ std::vector<Command> CreateCommands() {
           {{"--types"_L1, "--exclude-types"_L1}},
           {{"--types"_L1, "--exclude-files"_L1}},
           {{"--types"_L1, "--system"_L1}},
-          {{"--types"_L1, "--hidden"_L1}}}},
+          {{"--types"_L1, "--hidden"_L1}},
+          {{"--types"_L1, "--count"_L1}}}},
     };
 }

@@ -50,7 +50,7 @@ struct DevService::State {
           engine(options.seed), databaseFaults(databases),
           profile(options.home / "settings" / "profile.txt", settings),
           tree(options.home / "drive", options.home / "storage", options.davPrefix),
-          requests(engine, settings, profile, tree) {}
+          syncFolders(engine, settings, tree), requests(engine, settings, profile, tree, syncFolders) {}
 
     const Options options;
 
@@ -69,6 +69,7 @@ struct DevService::State {
     DatabaseFaults databaseFaults;
     Profile profile;
     DavTree tree;
+    SyncFolders syncFolders;
     ServiceRequests requests;
     char16_t driveLetter = u'Z';
     std::unique_ptr<LiveTraceWriter> live;
@@ -78,6 +79,7 @@ struct DevService::State {
     SimTime FirstMoment() const;
     void OpenHome();
     void Publish();
+    void Advance(milliseconds time);
     void RunClock(std::stop_token stop);
     Answer Handle(const ReceivedRequest& request, bool acts);
     Answer Steer(const std::string& command);
@@ -114,9 +116,12 @@ void DevService::State::OpenHome() {
     if (fresh)
         Populate(options.scenario, engine, databases, settings, FilesOf(options));
     fs::create_directories(options.home / "drive");
-    if (!profile.Load(engine.Now()))
+    if (!profile.Load(engine.Now())) {
         PopulateCloud(options.scenario, options.scenario == "huge" ? HugeEntries : options.entries, profile,
                       tree, settings);
+        if (fresh && options.scenario == "desktop")
+            syncFolders.Populate(options.home / "sync");
+    }
     if (!settings.Get("ConsoleRecords")) // the forms that consoles have of their own are understood
         settings.Set("ConsoleRecords", "1", "1");
     live = std::make_unique<LiveTraceWriter>(options.home / "trace" / "livetrace.map");
@@ -132,11 +137,16 @@ void DevService::State::Publish() {
     live->Publish(LiveView(engine, driveLetter));
 }
 
+void DevService::State::Advance(milliseconds time) {
+    engine.Advance(time);
+    syncFolders.Advance();
+}
+
 void DevService::State::RunClock(std::stop_token stop) {
     while (platform::SleepUnlessStopped(stop, Tick))
         Do([&] {
             if (options.ticking > 0)
-                engine.Advance(milliseconds(static_cast<int64_t>(Tick.count() * options.ticking)));
+                Advance(milliseconds(static_cast<int64_t>(Tick.count() * options.ticking)));
         });
 }
 
@@ -173,7 +183,7 @@ Answer DevService::State::Steer(const std::string& command) {
             return {};
         }
         if (command.substr(0, mark) == "advance") {
-            Do([&] { engine.Advance(milliseconds(std::stoll(argument))); });
+            Do([&] { Advance(milliseconds(std::stoll(argument))); });
             return {};
         }
     } catch (const std::exception& error) {
@@ -297,7 +307,7 @@ fs::path DevService::SubTaskFile(const std::string& taskId) const {
 }
 
 void DevService::Advance(milliseconds time) {
-    m_state->Do([&] { m_state->engine.Advance(time); });
+    m_state->Do([&] { m_state->Advance(time); });
 }
 
 SimTime DevService::Now() const {

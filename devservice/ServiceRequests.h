@@ -4,6 +4,7 @@
 #include "devservice/HttpServer.h"
 #include "devservice/Profile.h"
 #include "devservice/Settings.h"
+#include "devservice/SyncFolders.h"
 #include "devservice/TaskEngine.h"
 
 namespace devservice {
@@ -11,8 +12,10 @@ namespace devservice {
 /// Answers the console's requests from the service's parts, which the caller has locked.
 class ServiceRequests {
 public:
-    ServiceRequests(TaskEngine& engine, Settings& settings, Profile& profile, DavTree& tree)
-        : m_engine(engine), m_settings(settings), m_profile(profile), m_tree(tree) {}
+    ServiceRequests(TaskEngine& engine, Settings& settings, Profile& profile, DavTree& tree,
+                    SyncFolders& syncFolders)
+        : m_engine(engine), m_settings(settings), m_profile(profile), m_tree(tree),
+          m_syncFolders(syncFolders) {}
 
     Answer Handle(const ReceivedRequest& request);
 
@@ -21,6 +24,7 @@ private:
 
     Answer HandleSettings(const ReceivedRequest& request, const Parts& parts);
     Answer HandleSchedule(const Parts& parts);
+    Answer HandleCache(const Parts& parts);
     Answer HandleProfile(const Parts& parts);
     Answer OfFolder(const Parts& parts) const;
     Answer AddNode(const Parts& parts);
@@ -34,6 +38,7 @@ private:
     Settings& m_settings;
     Profile& m_profile;
     DavTree& m_tree;
+    SyncFolders& m_syncFolders;
 };
 
 } // namespace devservice

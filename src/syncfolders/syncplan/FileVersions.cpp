@@ -64,8 +64,9 @@ qint64 CurrentStamp() {
 qint64 StampNumber(const QString& stamp) {
     bool isNumber = false;
     const qint64 number = stamp.toLongLong(&isNumber);
-    const bool isLong = !isNumber && !stamp.isEmpty() &&
-                        std::all_of(stamp.begin(), stamp.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+    const bool isLong = !isNumber && !stamp.isEmpty() && std::all_of(stamp.begin(), stamp.end(), [](QChar c) {
+        return c >= u'0' && c <= u'9';
+    });
     return isLong ? std::numeric_limits<qint64>::max() : number;
 }
 
@@ -163,7 +164,8 @@ QString ParentPath(const QString& path) {
 
 std::optional<DavListing> FetchStoredFolder(const ServiceClient& service, const QString& name,
                                             const QString& path, std::stop_token stop) {
-    return FetchDavListing(service, u'/' + QLatin1String(VersionStoreId) + u'/' + name + path, std::move(stop));
+    return FetchDavListing(service, u'/' + QLatin1String(VersionStoreId) + u'/' + name + path,
+                           std::move(stop));
 }
 
 ServiceAnswer RequestVersions(const ServiceClient& service, const QString& name, const QString& file,

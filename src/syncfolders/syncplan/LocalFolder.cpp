@@ -68,8 +68,9 @@ QString NestingWarning(const QString& path, const std::vector<SyncFolder>& folde
         if (own.compare(other, PathCase) == 0)
             return Words::tr("This is the folder of the Cloud Sync Folder \"%1\" already.").arg(folder.name);
         if (own.startsWith(other, PathCase))
-            return Words::tr("This folder is inside that of the Cloud Sync Folder \"%1\" (%2): its files will "
-                             "travel to both.")
+            return Words::tr(
+                       "This folder is inside that of the Cloud Sync Folder \"%1\" (%2): its files will "
+                       "travel to both.")
                 .arg(folder.name, folder.path);
         if (other.startsWith(own, PathCase))
             return Words::tr("This folder holds that of the Cloud Sync Folder \"%1\" (%2), whose files will "

@@ -1,7 +1,7 @@
 #include "syncfolders/AddDropFolderDlg.h"
 
 #include "page/Console.h"
-#include "plan/LocalFolder.h"
+#include "syncplan/LocalFolder.h"
 #include "wizard/PathField.h"
 
 #include <QComboBox>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "page/BrenDialog.h"
-#include "plan/SyncFolders.h"
+#include "syncplan/SyncFolders.h"
 
 class PathField;
 class QComboBox;

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "page/BrenPanel.h"
-#include "plan/FileVersions.h"
-#include "plan/SyncFolders.h"
+#include "syncplan/FileVersions.h"
+#include "syncplan/SyncFolders.h"
 
 class LinkLabel;
 class QLabel;

@@ -5,7 +5,7 @@
 #include "list/RecordView.h"
 #include "look/IconRegistry.h"
 #include "look/Look.h"
-#include "plan/FileVersions.h"
+#include "syncplan/FileVersions.h"
 
 #include <QTimer>
 #include <QVBoxLayout>

@@ -3,9 +3,9 @@
 #include "page/CommandRunner.h"
 #include "page/SettingNews.h"
 #include "page/UserPrompts.h"
-#include "plan/LocalFolder.h"
 #include "service/VirtualDirectories.h"
 #include "syncfolders/AddDropFolderDlg.h"
+#include "syncplan/LocalFolder.h"
 #include "taskman/TaskCommands.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "plan/FileVersions.h"
-#include "plan/SyncState.h"
 #include "syncfolders/SyncList.h"
+#include "syncplan/FileVersions.h"
+#include "syncplan/SyncState.h"
 
 class CommandRunner;
 

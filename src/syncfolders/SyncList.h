@@ -1,8 +1,8 @@
 #pragma once
 
 #include "cards/CardPanel.h"
-#include "plan/SyncFolders.h"
 #include "stores/SchedulerStore.h"
+#include "syncplan/SyncFolders.h"
 
 #include <atomic>
 

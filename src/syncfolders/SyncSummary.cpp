@@ -2,8 +2,8 @@
 
 #include "list/CellMarkup.h"
 #include "look/IconRegistry.h"
-#include "plan/LocalFolder.h"
 #include "syncfolders/SyncCommands.h"
+#include "syncplan/LocalFolder.h"
 #include "taskman/TaskCommands.h"
 #include "taskman/TaskFacts.h"
 

@@ -1,7 +1,7 @@
 // Labels: threads
-#include "plan/FileVersions.h"
-#include "plan/LocalFolder.h"
-#include "plan/SyncState.h"
+#include "syncplan/FileVersions.h"
+#include "syncplan/LocalFolder.h"
+#include "syncplan/SyncState.h"
 #include "support/TestMain.h"
 
 #include <limits>

@@ -1,4 +1,4 @@
-#include "plan/FileVersions.h"
+#include "syncplan/FileVersions.h"
 
 #include <QCoreApplication>
 #include <QDateTime>

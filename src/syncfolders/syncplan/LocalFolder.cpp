@@ -1,4 +1,4 @@
-#include "plan/LocalFolder.h"
+#include "syncplan/LocalFolder.h"
 
 #include "platform/Folders.h"
 #include "platform/Shell.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "plan/SyncFolders.h"
+#include "syncplan/SyncFolders.h"
 
 // What of a sync folder is on this computer. Only what says so leaves the file system alone.
 

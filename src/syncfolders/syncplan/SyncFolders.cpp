@@ -1,7 +1,7 @@
-#include "plan/SyncFolders.h"
+#include "syncplan/SyncFolders.h"
 
-#include "plan/LocalFolder.h"
 #include "service/RequestText.h"
+#include "syncplan/LocalFolder.h"
 
 #include <QCoreApplication>
 #include <QHash>

@@ -1,4 +1,4 @@
-#include "plan/SyncState.h"
+#include "syncplan/SyncState.h"
 
 #include <QCoreApplication>
 #include <QStringList>

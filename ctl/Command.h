@@ -100,6 +100,7 @@ std::vector<Command> FolderCommands();
 std::vector<Command> MailCommands();
 std::vector<Command> DavCommands();
 std::vector<Command> BackupCommands();
+std::vector<Command> SyncFolderCommands();
 std::vector<Command> RequestCommands();
 std::vector<Command> HelpCommands();
 

@@ -132,8 +132,8 @@ const std::vector<Command>& AllCommands() {
     static const std::vector<Command> all = [] {
         std::vector<Command> commands = DatabaseCommands();
         for (const auto& more : {LiveCommands(), TaskCommands(), SettingsCommands(), DirectoryCommands(),
-                                 MountCommands(), FolderCommands(), BackupCommands(), MailCommands(),
-                                 DavCommands(), RequestCommands(), HelpCommands()})
+                                 MountCommands(), FolderCommands(), BackupCommands(), SyncFolderCommands(),
+                                 MailCommands(), DavCommands(), RequestCommands(), HelpCommands()})
             commands.insert(commands.end(), more.begin(), more.end());
         return commands;
     }();

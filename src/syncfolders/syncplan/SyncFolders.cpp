@@ -60,7 +60,7 @@ QString DeleteSyncTask(const ServiceClient& service, const QString& name, const 
     if (SettingStateOf(task) == SettingState::NotRead)
         return Words::tr("The service did not tell the folder's sync task, so none was deleted.");
     const QString id = task ? SettingText(task.body) : QString();
-    if (id.isEmpty() || service.DeleteTask(id, stop))
+    if (id.isEmpty() || (QueryRefusal(id).isEmpty() && service.DeleteTask(id, stop)))
         return {};
     return Words::tr("The folder's sync task %1 was not deleted.").arg(id);
 }
@@ -162,21 +162,25 @@ SyncFolderChange EnableSyncFolder(const ServiceClient& service, const SyncFolder
 
 SyncFolderChange DisableSyncFolder(const ServiceClient& service, const QString& name, std::stop_token stop) {
     SyncFolderChange change;
-    const auto remove = [&name](QStringList& entries) {
-        const qsizetype before = entries.size();
+    QString kept = name; // as the list writes it
+    const auto remove = [&name, &kept](QStringList& entries) {
+        const std::vector<SyncFolder> folders = SyncFoldersOf(entries);
+        const SyncFolder* folder = FindSyncFolder(folders, name);
+        if (!folder)
+            return Words::tr("There is no Cloud Sync Folder \"%1\".").arg(name);
+        kept = folder->name;
         entries.removeIf([&name](const QString& entry) { return IsRecordOf(entry, name); });
-        return entries.size() < before ? QString()
-                                       : Words::tr("There is no Cloud Sync Folder \"%1\".").arg(name);
+        return QString();
     };
     change.list = ChangeList(service, DropFolders, remove, stop);
     if (!change.list.stored)
         return change;
-    change.stands = {Words::tr("\"%1\" is no longer in the list of sync folders.").arg(name)};
-    if (const QString failure = DeleteSyncTask(service, name, stop); !failure.isEmpty())
+    change.stands = {Words::tr("\"%1\" is no longer in the list of sync folders.").arg(kept)};
+    if (const QString failure = DeleteSyncTask(service, kept, stop); !failure.isEmpty())
         change.notDone += failure;
-    if (const QStringList kept = RemoveShortcuts(name); !kept.isEmpty())
-        change.notDone += Words::tr("The shortcut could not be removed from %1.").arg(kept.join(u", "_s));
-    WriteEach(service, {{Number(u"LTN_"_s + name), u"0"_s}, {Text(u"LTS_"_s + name), {}}}, stop,
+    if (const QStringList places = RemoveShortcuts(kept); !places.isEmpty())
+        change.notDone += Words::tr("The shortcut could not be removed from %1.").arg(places.join(u", "_s));
+    WriteEach(service, {{Number(u"LTN_"_s + kept), u"0"_s}, {Text(u"LTS_"_s + kept), {}}}, stop,
               change.notDone);
     return change;
 }

@@ -143,8 +143,7 @@ CtlExit WaitForIndex(const Invocation& given) {
         if (indexing.end == FileIndexing::End::Built)
             return CtlExit::Done;
         if (indexing.end == FileIndexing::End::Gone)
-            return invocation.End(CtlExit::Refused,
-                                  u"The file monitor service stopped before the index was built."_s);
+            return invocation.End(CtlExit::Refused, FileIndexLostText());
         if (!invocation.Pause(Interval))
             return invocation.End(CtlExit::Refused, u"Stopped before the index was built."_s);
     }

@@ -44,11 +44,10 @@ fs::path FilesOf(const Options& options) {
 
 struct DevService::State {
     explicit State(Options given)
-        : options(std::move(given)), fileMonitor(options.home, FilesOf(options),
-                                                 Databases(options.home, {}).FileOf(Database::FileIndex)),
-          databases(options.home, options.journal), settings(options.home / "settings" / "settings.txt"),
-          engine(options.seed), databaseFaults(databases),
-          profile(options.home / "settings" / "profile.txt", settings),
+        : options(std::move(given)), databases(options.home, options.journal),
+          fileMonitor(options.home, FilesOf(options), databases.FileOf(Database::FileIndex)),
+          settings(options.home / "settings" / "settings.txt"), engine(options.seed),
+          databaseFaults(databases), profile(options.home / "settings" / "profile.txt", settings),
           tree(options.home / "drive", options.home / "storage", options.davPrefix),
           syncFolders(engine, settings, tree), requests(engine, settings, profile, tree, syncFolders) {}
 
@@ -59,11 +58,9 @@ struct DevService::State {
     std::unique_ptr<HttpServer> server; ///< from the first Start on, so that the port stays the same
     std::jthread ticker;
     ServiceLocks locks;
-    std::mutex monitoring; ///< held while the file monitor is replaced
-    FileMonitor fileMonitor;
-
     mutable std::mutex mutex; ///< guards what follows
     Databases databases;
+    FileMonitor fileMonitor; ///< has a lock of its own
     Settings settings;
     TaskEngine engine;
     DatabaseFaults databaseFaults;
@@ -228,7 +225,6 @@ bool DevService::State::SetLogin(const std::string& text) {
 
 bool DevService::State::SetFileMonitor(const std::string& text) {
     const auto how = ParseFileMonitor(text);
-    const std::scoped_lock lock(monitoring);
     if (how)
         fileMonitor.Set(*how);
     return how.has_value();
@@ -450,7 +446,6 @@ bool DevService::SetLogin(const std::string& text) {
 }
 
 void DevService::SetFileMonitor(const FileMonitorSwitch& how) {
-    const std::scoped_lock lock(m_state->monitoring);
     m_state->fileMonitor.Set(how);
 }
 

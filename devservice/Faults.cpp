@@ -1,7 +1,8 @@
 #include "devservice/Faults.h"
 
+#include "devservice/WireText.h"
+
 #include <algorithm>
-#include <charconv>
 
 namespace devservice {
 
@@ -24,11 +25,9 @@ std::optional<FaultText> Split(std::string_view text) {
     result.name = text.substr(0, colon);
     if (colon == std::string_view::npos)
         return result;
-    const std::string_view digits = text.substr(colon + 1);
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), result.number);
-    if (error != std::errc() || end != digits.data() + digits.size() || result.number < 0)
-        return {};
-    return result;
+    const std::optional<int> number = NumberOf(text.substr(colon + 1));
+    result.number = number.value_or(-1);
+    return number ? std::optional(result) : std::nullopt;
 }
 
 enum class Number { No, Maybe, Must };

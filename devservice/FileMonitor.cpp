@@ -1,5 +1,6 @@
 #include "devservice/FileMonitor.h"
 
+#include "devservice/WireText.h"
 #include "platform/Folders.h"
 #include "platform/NamedObjects.h"
 #include "platform/ServiceControl.h"
@@ -7,7 +8,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <charconv>
 #include <thread>
 #include <vector>
 
@@ -72,22 +72,15 @@ bool IndexFiles(Connection& index, const fs::path& folder, milliseconds time, co
 
 std::optional<FileMonitorSwitch> ParseFileMonitor(const std::string& text) {
     using Kind = FileMonitorSwitch::Kind;
-    if (text == "running")
-        return FileMonitorSwitch{Kind::Running};
-    if (text == "absent")
-        return FileMonitorSwitch{Kind::Absent};
-    if (text == "failing")
-        return FileMonitorSwitch{Kind::Failing};
+    constexpr std::pair<std::string_view, Kind> Words[] = {
+        {"running", Kind::Running}, {"absent", Kind::Absent}, {"failing", Kind::Failing}};
+    for (const auto& [word, kind] : Words)
+        if (text == word)
+            return FileMonitorSwitch{kind};
     constexpr std::string_view Slow = "slow:";
-    int time = 0;
-    if (text.rfind(Slow, 0) != 0)
-        return {};
-    const char* const begin = text.data() + Slow.size();
-    const char* const end = text.data() + text.size();
-    const auto [rest, error] = std::from_chars(begin, end, time);
-    if (error != std::errc() || rest != end || time < 0)
-        return {};
-    return FileMonitorSwitch{Kind::Slow, milliseconds(time)};
+    const auto time =
+        StartsWith(text, Slow) ? NumberOf(std::string_view(text).substr(Slow.size())) : std::nullopt;
+    return time ? std::optional(FileMonitorSwitch{Kind::Slow, milliseconds(*time)}) : std::nullopt;
 }
 
 /// The monitor from its start to its end.
@@ -153,6 +146,7 @@ FileMonitor::FileMonitor(fs::path home, fs::path folder, fs::path index)
 FileMonitor::~FileMonitor() = default;
 
 void FileMonitor::Set(const FileMonitorSwitch& how) {
+    const std::scoped_lock lock(m_mutex);
     m_run.reset(); // its events and its lock go before others are made
     if (how.kind != FileMonitorSwitch::Kind::Absent)
         m_run = std::make_unique<Run>(*this, how);

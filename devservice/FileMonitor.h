@@ -5,6 +5,7 @@
 #include <chrono>
 #include <filesystem>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -37,15 +38,15 @@ public:
     FileMonitor(std::filesystem::path home, std::filesystem::path folder, std::filesystem::path index);
     ~FileMonitor();
 
-    /// From now on. What is under way is given up.
+    /// From now on; what is under way is given up. From any thread.
     void Set(const FileMonitorSwitch& how);
-    void Stop() { Set({}); }
 
 private:
     class Run;
     const std::filesystem::path m_home;
     const std::filesystem::path m_folder;
     const std::filesystem::path m_index;
+    std::mutex m_mutex; ///< held while a run is replaced
     std::unique_ptr<Run> m_run;
 };
 

@@ -5,7 +5,6 @@
 #include "devservice/WireText.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace devservice {
 
@@ -20,14 +19,6 @@ constexpr int LoggingIn = 1;
 constexpr int Failed = 2;
 constexpr int LoggedIn = 3;
 constexpr int NoPlugin = 5;
-
-std::optional<int> NumberOf(std::string_view text) {
-    int number = -1;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size() || number < 0)
-        return {};
-    return number;
-}
 
 std::string CardField(const std::string& field) {
     const auto inner = [&field](const char* tag) { return Element(field, tag).value_or(""); };

@@ -4,7 +4,6 @@
 #include "devservice/WireText.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace devservice {
 
@@ -37,12 +36,8 @@ std::optional<std::pair<std::string, int>> SubTaskOf(const std::string& text) {
     const size_t colon = text.rfind(':');
     if (colon == std::string::npos)
         return {};
-    int number = 0;
-    const char* end = text.data() + text.size();
-    const auto [stopped, error] = std::from_chars(text.data() + colon + 1, end, number);
-    if (error != std::errc() || stopped != end)
-        return {};
-    return std::pair(text.substr(0, colon), number);
+    const std::optional<int> number = NumberOf(std::string_view(text).substr(colon + 1));
+    return number ? std::optional(std::pair(text.substr(0, colon), *number)) : std::nullopt;
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <cstdio>
 #include <cstring>
 
@@ -32,6 +33,14 @@ std::string Lower(std::string text) {
 
 bool SameName(const std::string& a, const std::string& b) {
     return Lower(a) == Lower(b);
+}
+
+std::optional<int> NumberOf(std::string_view text) {
+    int number = -1;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size() || number < 0)
+        return {};
+    return number;
 }
 
 std::string PercentDecode(std::string_view text) {

@@ -13,6 +13,9 @@ bool StartsWith(std::string_view text, std::string_view beginning);
 std::string Lower(std::string text);
 bool SameName(const std::string& a, const std::string& b);
 
+/// A number in decimal digits, 0 or more, and nothing else.
+std::optional<int> NumberOf(std::string_view text);
+
 /// Decodes "%XX"; what is no escape stays as it stands, and so does a plus sign.
 std::string PercentDecode(std::string_view text);
 /// Octets that a path cannot hold as "%XX"; a slash stays.

@@ -1,5 +1,6 @@
 #include "devservice/DevService.h"
 #include "devservice/MailServer.h"
+#include "devservice/WireText.h"
 #include "platform/Folders.h"
 #include "platform/ServiceControl.h"
 
@@ -7,7 +8,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <charconv>
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
@@ -67,11 +67,10 @@ public:
 };
 
 int Number(const std::string& text, int most) {
-    int number = -1;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || end != text.data() + text.size() || number < 0 || number > most)
+    const auto number = devservice::NumberOf(text);
+    if (!number || *number > most)
         throw UsageError("\"" + text + "\" is not a number from 0 to " + std::to_string(most));
-    return number;
+    return *number;
 }
 
 double Speed(const std::string& text) {

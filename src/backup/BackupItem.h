@@ -1,6 +1,5 @@
 #pragma once
 
-#include "plan/BackupTask.h"
 #include "taskman/TaskManItem.h"
 
 /// The card of a backup.

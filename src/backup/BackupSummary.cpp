@@ -36,21 +36,16 @@ std::optional<QString> PendingDetail(const SubTaskCounts& counts) {
     return counts.processed <= counts.total ? PendingText(counts) : std::nullopt;
 }
 
-/// None for a state that leaves the row as it is.
 std::optional<QString> StatusDetail(TaskState state, const TaskFacts& facts) {
     if (auto progress = BackupProgress(state, facts.counts, facts.work))
         return progress;
-    const QString text = state == TaskState::Running ? QString() : TaskStateText(state);
-    return text.isEmpty() ? std::nullopt : std::optional(text);
+    return state == TaskState::Running ? std::nullopt : StateDetail(state);
 }
 
 std::vector<SummaryRow> RowsOf(const TaskRow& task, const TaskFacts& facts) {
     const TaskInfo& info = facts.lookup.task;
-    const bool waits = info.state != TaskState::Running && info.state != TaskState::Paused;
     const SummaryRow gap{{}, QString()};
-    const auto known = [found = facts.lookup.found](const std::optional<QString>& detail) {
-        return found ? detail : std::nullopt;
-    };
+    const auto known = [&](const std::optional<QString>& detail) { return IfFound(facts.lookup, detail); };
     std::vector<SummaryRow> rows{
         {Text(QT_TRANSLATE_NOOP("BackupSummary", "Backup Type")),
          BackupKindText(KindOfBackup(task.type, task.description))},
@@ -68,8 +63,7 @@ std::vector<SummaryRow> RowsOf(const TaskRow& task, const TaskFacts& facts) {
         {Text(QT_TRANSLATE_NOOP("BackupSummary", "Last Run Time")),
          info.lastRun.isEmpty() ? task.lastRun : info.lastRun},
         {Text(QT_TRANSLATE_NOOP("BackupSummary", "Next Start Time")),
-         known(waits && !info.nextRun.isEmpty() ? info.nextRun
-                                                : Text(QT_TRANSLATE_NOOP("BackupSummary", "N/A")))},
+         known(NextStart(info, Text(QT_TRANSLATE_NOOP("BackupSummary", "N/A"))))},
     };
     const std::vector<SummaryRow> description = BackupDescriptionRows(task);
     rows.insert(rows.end(), description.begin(), description.end());

@@ -4,8 +4,7 @@
 #include "page/Console.h"
 #include "page/UserPrompts.h"
 #include "zep/Mui.h"
-
-#include <QLocale>
+#include "zep/Text.h"
 
 using namespace std::chrono_literals;
 
@@ -98,12 +97,12 @@ void FileIndexGuide::Take(const Loaded<FileIndexing>& loaded) {
     if (m_cancelled)
         return End();
     const FileIndexing indexing = loaded ? *loaded : FileIndexing();
-    m_note->Tell({indexing.files, 0, tr("%1 files found").arg(QLocale().toString(indexing.files))});
+    m_note->Tell({indexing.files, 0, tr("%1 files found").arg(GroupedNumber(indexing.files))});
     switch (indexing.end) {
     case FileIndexing::End::Running:
         return m_pause.start();
     case FileIndexing::End::Gone:
-        return End(tr("The file monitor service stopped before the index was built."));
+        return End(FileIndexLostText());
     case FileIndexing::End::Built:
         break;
     }

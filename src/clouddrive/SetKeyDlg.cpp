@@ -7,6 +7,8 @@
 #include <QLabel>
 #include <QLineEdit>
 
+using namespace Qt::Literals::StringLiterals;
+
 CSetKeyDlg::CSetKeyDlg(const ServiceClient& service, Reader& reader, UserPrompts& prompts, QWidget* parent)
     : CBrenDialog(service, reader, tr("Set Encryption Key"), parent), m_prompts(prompts),
       m_password(new PasswordField), m_again(new PasswordField),
@@ -57,12 +59,13 @@ void CSetKeyDlg::accept() {
 
 CBrenDialog::Write CSetKeyDlg::Changes() const {
     const OldPassword old = m_mayReplace ? OldPassword::MayBeReplaced : OldPassword::None;
-    return {[password = m_password->Text(), old, isSet = m_isSet](const ServiceClient& client,
-                                                                  std::stop_token stop) {
+    return {[password = m_password->Text(), old, isSet = m_isSet,
+             lead = m_failureLead](const ServiceClient& client, std::stop_token stop) {
                 const PasswordChange change = StorePassword(client, password, old, std::move(stop));
                 if (change.wasSet)
                     *isSet = true;
-                return change.failure;
+                return change.failure.isEmpty() || lead.isEmpty() ? change.failure
+                                                                  : lead + u". "_s + change.failure;
             },
             {QString::fromLatin1(EncryptionPassword)}};
 }

@@ -16,6 +16,9 @@ class CSetKeyDlg : public CBrenDialog {
 public:
     CSetKeyDlg(const ServiceClient& service, Reader& reader, UserPrompts& prompts, QWidget* parent = nullptr);
 
+    /// Said before why a password could not be set.
+    void SetFailureLead(const QString& lead) { m_failureLead = lead; }
+
     void accept() override;
 
 protected:
@@ -29,6 +32,7 @@ private:
     PasswordField* m_password;
     PasswordField* m_again;
     QLabel* m_strength;
+    QString m_failureLead;
     std::shared_ptr<std::atomic<bool>> m_isSet; ///< as last read; a write that finds one out says so too
     bool m_asking = false;
     bool m_mayReplace = false; ///< the question was answered by Yes

@@ -42,6 +42,7 @@ struct HttpResponse {
     int status = 0;        ///< of an answered request
     std::string body;      ///< all that was read, also when reading broke off; never more than the bound
     bool complete = false; ///< of an answered request: false when reading broke off in the body
+    bool sent = false;     ///< some of the request is on its way, so that it may have been carried out
 };
 
 /// One exchange on a connection of its own. Blocks the calling thread; any thread may call. Proxies of the

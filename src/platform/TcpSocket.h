@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace platform {
@@ -28,8 +29,11 @@ public:
     TcpSocket() = default;
     /// Begins to connect; the socket can be written to when that has ended.
     explicit TcpSocket(const TcpAddress& address);
-    TcpSocket(TcpSocket&& other) noexcept;
-    TcpSocket& operator=(TcpSocket&& other) noexcept;
+    TcpSocket(TcpSocket&& other) noexcept : m_handle(std::exchange(other.m_handle, -1)) {}
+    TcpSocket& operator=(TcpSocket&& other) noexcept {
+        std::swap(m_handle, other.m_handle);
+        return *this;
+    }
     ~TcpSocket(); ///< tells the other side the end, then closes
 
     /// Waits that long for what can be read, or for room to write, or for a fault; false when none has come.

@@ -42,6 +42,7 @@ ServiceAnswer AnswerOf(const platform::HttpResponse& response, int expectedStatu
     ServiceAnswer answer;
     answer.outcome = OutcomeOf(response, expectedStatus);
     answer.status = response.status;
+    answer.sent = response.sent;
     if (!answer)
         return answer;
     answer.body = QByteArray::fromStdString(response.body);

@@ -6,12 +6,12 @@
 #include "look/IconRegistry.h"
 #include "look/Look.h"
 #include "settings/AuditFilterForm.h"
+#include "zep/Text.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QLocale>
 #include <QVBoxLayout>
 
 using namespace Qt::Literals::StringLiterals;
@@ -23,11 +23,6 @@ constexpr std::array ShownLevels{SwatchColour::Green, SwatchColour::Yellow, Swat
 
 QString WordOf(SwatchColour level) {
     return WordsOfCell(Cell::Swatch(level));
-}
-
-/// As in "12,400".
-QString Count(int number) {
-    return QLocale(QLocale::English).toString(number);
 }
 
 RecordPage PageOf(int query) {
@@ -182,16 +177,16 @@ void CAuditTracePanel::ShowState() {
 void CAuditTracePanel::ShowCounts() {
     m_line->setText(Line());
     for (std::size_t at = 0; at < ShownLevels.size(); ++at)
-        m_levels[at]->setText(
-            m_asked ? u"%1 %2"_s.arg(WordOf(ShownLevels[at]), Count(m_asked->counts->Of(ShownLevels[at])))
-                    : WordOf(ShownLevels[at]));
+        m_levels[at]->setText(m_asked ? u"%1 %2"_s.arg(WordOf(ShownLevels[at]),
+                                                       GroupedNumber(m_asked->counts->Of(ShownLevels[at])))
+                                      : WordOf(ShownLevels[at]));
 }
 
 QString CAuditTracePanel::Line() const {
     if (!m_asked)
         return {};
     const int count = m_asked->counts->Total();
-    const QString rows = count == 1 ? tr("1 row") : tr("%1 rows").arg(Count(count));
+    const QString rows = count == 1 ? tr("1 row") : tr("%1 rows").arg(GroupedNumber(count));
     if (m_view->IsReading())
         return tr("%1 so far").arg(rows);
     switch (m_asked->outcome) {

@@ -68,6 +68,20 @@ std::optional<QString> CompletedText(const SubTaskCounts& counts) {
     return QString::number(*counts.processed - std::min(counts.pendingRetry.value_or(0), *counts.processed));
 }
 
+std::optional<QString> StateDetail(TaskState state) {
+    const QString text = TaskStateText(state);
+    return text.isEmpty() ? std::nullopt : std::optional(text);
+}
+
+QString NextStart(const TaskInfo& info, const QString& none) {
+    const bool waits = info.state != TaskState::Running && info.state != TaskState::Paused;
+    return waits && !info.nextRun.isEmpty() ? info.nextRun : none;
+}
+
+std::optional<QString> IfFound(const TaskLookup& lookup, const std::optional<QString>& detail) {
+    return lookup.found ? detail : std::nullopt;
+}
+
 QString ProgressText(const SubTaskCounts& counts) {
     const quint32 total = counts.total.value_or(0);
     const QString words =

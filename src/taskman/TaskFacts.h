@@ -35,6 +35,13 @@ std::optional<QString> CountText(const std::optional<quint32>& count);
 std::optional<QString> PendingText(const SubTaskCounts& counts);   ///< "%d of %d total sub-tasks"
 std::optional<QString> CompletedText(const SubTaskCounts& counts); ///< without those that went wrong
 
+/// The state's words, or none of one that has none: a row then stays as it is.
+std::optional<QString> StateDetail(TaskState state);
+/// When the task runs next; `none` where that is not planned, and while it runs or is paused.
+QString NextStart(const TaskInfo& info, const QString& none);
+/// What a row shows that the task's row tells; one whose task was not found stays as it is.
+std::optional<QString> IfFound(const TaskLookup& lookup, const std::optional<QString>& detail);
+
 /// "%d of %d processed, ..." behind a bar; without the bar when there is nothing to process.
 QString ProgressText(const SubTaskCounts& counts);
 /// In thousandths; none when it is not known.

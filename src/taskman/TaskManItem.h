@@ -51,7 +51,6 @@ signals:
 protected:
     /// Adds to what the expanded card shows, before it is shown first.
     virtual void FinishViews(CTabPanel& tabs) { Q_UNUSED(tabs) }
-    const TaskRow& Task() const { return m_task; }
 
 private:
     struct View {

@@ -7,21 +7,15 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-/// None for a state that leaves the row as it is.
 std::optional<QString> StatusDetail(TaskState state, const SubTaskCounts& counts) {
-    if (state == TaskState::Running && counts.total)
-        return ProgressText(counts);
-    const QString text = TaskStateText(state);
-    return text.isEmpty() ? std::nullopt : std::optional(text);
+    const bool progresses = state == TaskState::Running && counts.total;
+    return progresses ? ProgressText(counts) : StateDetail(state);
 }
 
 std::vector<SummaryRow> RowsOf(const TaskRow& task, const TaskFacts& facts) {
     const TaskInfo& info = facts.lookup.task;
-    const bool waits = info.state != TaskState::Running && info.state != TaskState::Paused;
     const SummaryRow gap{{}, QString()};
-    const auto known = [found = facts.lookup.found](const std::optional<QString>& detail) {
-        return found ? detail : std::nullopt;
-    };
+    const auto known = [&](const std::optional<QString>& detail) { return IfFound(facts.lookup, detail); };
     return {
         {CTaskSummary::tr("Task Type"), TaskTypeName(task.type)},
         {CTaskSummary::tr("Status"), known(StatusDetail(info.state, facts.counts))},
@@ -35,8 +29,7 @@ std::vector<SummaryRow> RowsOf(const TaskRow& task, const TaskFacts& facts) {
          known(info.weekdays.letters.isEmpty() ? CTaskSummary::tr("Not a Recurring Task")
                                                : info.weekdays.letters)},
         {CTaskSummary::tr("Last Run Time"), known(info.lastRun)},
-        {CTaskSummary::tr("Next Start Time"),
-         known(waits && !info.nextRun.isEmpty() ? info.nextRun : CTaskSummary::tr("NA"))},
+        {CTaskSummary::tr("Next Start Time"), known(NextStart(info, CTaskSummary::tr("NA")))},
     };
 }
 

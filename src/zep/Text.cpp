@@ -2,6 +2,7 @@
 
 #include "platform/Folders.h"
 
+#include <QLocale>
 #include <QStringDecoder>
 
 #include <algorithm>
@@ -169,6 +170,11 @@ QString ZEPBase64DecodeUnicode(QStringView text) {
     digits.removeIf([](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; });
     const auto result = QByteArray::fromBase64Encoding(digits, QByteArray::AbortOnBase64DecodingErrors);
     return result ? ZEPUTF8ToUnicode(*result) : QString();
+}
+
+QString GroupedNumber(qint64 number) {
+    const QLocale locale;
+    return (locale.language() == QLocale::C ? QLocale(QLocale::English) : locale).toString(number);
 }
 
 std::filesystem::path ToPath(QStringView text) {

@@ -28,6 +28,9 @@ QByteArray ZEPBase64Encode(QByteArrayView octets);
 /// Base64.
 QString ZEPBase64DecodeUnicode(QStringView text);
 
+/// As people read it, as in "12,400"; in the form of English where the computer's own has no name.
+QString GroupedNumber(qint64 number);
+
 /// A path from text, and the text of a path (which is lossy where the path's name is not Unicode).
 std::filesystem::path ToPath(QStringView text);
 QString FromPath(const std::filesystem::path& path);

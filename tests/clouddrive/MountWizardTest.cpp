@@ -45,6 +45,15 @@ struct Mounting : PageFixture<> {
             u"step | Storage provider=Fennmoor Storage | Virtual directory name=Photos | Next | steps | "
             "User Name=mara | Password=secret | Next | steps | page Mount Virtual Directory Now"_s);
     }
+    /// The node is made, and its login does not come.
+    bool RideToAWaitingLogin() {
+        service->SetLogin("never");
+        holds = true;
+        if (!RideToTheEnd() || !Ride(u"Finish | step"_s))
+            return false;
+        held();
+        return Ride(u"step"_s);
+    }
     /// What was sent that changes something.
     QStringList Sent() const {
         QStringList sent;
@@ -238,12 +247,7 @@ private slots:
 
     void aWindowThatGoesTakesTheNodeBack() {
         Mounting mounting;
-        mounting.service->SetLogin("never");
-        mounting.holds = true;
-        QVERIFY(mounting.RideToTheEnd());
-        QVERIFY(mounting.Ride(u"Finish | step"_s));
-        mounting.held();
-        QVERIFY(mounting.Ride(u"step"_s));
+        QVERIFY(mounting.RideToAWaitingLogin());
         QCOMPARE(mounting.service->VirtualDirectories().size(), 2U);
         mounting.rider.reset();
         mounting.reader.StepAll();
@@ -309,12 +313,7 @@ private slots:
 
     void cancelBeforeADeadServiceSaysWhatStays() {
         Mounting mounting;
-        mounting.service->SetLogin("never");
-        mounting.holds = true;
-        QVERIFY(mounting.RideToTheEnd());
-        QVERIFY(mounting.Ride(u"Finish | step"_s));
-        mounting.held();
-        QVERIFY(mounting.Ride(u"step"_s));
+        QVERIFY(mounting.RideToAWaitingLogin());
         mounting.service->Stop();
         mounting.prompts.ExpectQuestion(AskToStop, true);
         QVERIFY(mounting.Ride(u"Cancel | steps | on Finish | says The mount was cancelled. "_s + NotRemoved));

@@ -12,12 +12,6 @@ QString Lines(const QStringList& lines) {
     return lines.join('\n'_L1);
 }
 
-QString NameField(const QString& name, bool encrypted) {
-    QString field = name;
-    field.replace('\t'_L1, ' '_L1).replace('\n'_L1, ' '_L1);
-    return encrypted ? field + "[Encrypted]"_L1 : field;
-}
-
 QString EncryptionField(bool encrypted) {
     return encrypted ? u"1"_s : u"0"_s;
 }
@@ -28,6 +22,16 @@ QByteArray Joined(const std::array<QString, count>& fields) {
 }
 
 } // namespace
+
+QString ListedName(const QString& name, bool encrypted) {
+    QString field = name;
+    field.replace('\t'_L1, ' '_L1).replace('\n'_L1, ' '_L1);
+    return encrypted ? field + "[Encrypted]"_L1 : field;
+}
+
+ScheduleForm ScheduleFormOf(BackupFlavour flavour) {
+    return flavour == BackupFlavour::Snapshot ? ScheduleForm::Snapshot : ScheduleForm::Mirrored;
+}
 
 QString FilterLines(const BackupFilter& filter) {
     return Lines({OrStar(filter.types), OrStar(filter.excludedTypes), OrStar(filter.excludedFiles),
@@ -40,7 +44,7 @@ BackupFilter FilterOfTypes(const QString& types) {
 }
 
 std::array<QString, 10> FieldsOf(const BackupDraft& draft) {
-    return {NameField(draft.name, draft.encrypted),
+    return {ListedName(draft.name, draft.encrypted),
             Lines(draft.sources),
             draft.target,
             OrStar(Lines(draft.exclusions)),
@@ -53,7 +57,7 @@ std::array<QString, 10> FieldsOf(const BackupDraft& draft) {
 }
 
 std::array<QString, 8> FieldsOf(const ApplicationDraft& draft) {
-    return {NameField(draft.name, draft.encrypted),
+    return {ListedName(draft.name, draft.encrypted),
             Lines(draft.keys),
             draft.target,
             OrStar(Lines(draft.exclusions)),

@@ -10,6 +10,9 @@
 // What the wizards, the settings of a backup and the shell make up, and the records that the service takes of
 // it.
 
+/// The form of the wizards' page that asks when to back up.
+ScheduleForm ScheduleFormOf(BackupFlavour flavour);
+
 /// Which files of the sources are taken. An empty text leaves nothing out, or in: "*" is sent for it.
 struct BackupFilter {
     QString types = {}; ///< extensions, as in ".txt, .html"; empty: all files
@@ -62,7 +65,11 @@ struct ApplicationDraft {
     bool operator==(const ApplicationDraft&) const = default;
 };
 
-/// The fields of a record in its order. Tabs and line feeds of the name are blanks in it.
+/// The name by which the service lists a backup: tabs and line feeds are blanks in it, and the mark of an
+/// encrypted one stands behind it.
+QString ListedName(const QString& name, bool encrypted);
+
+/// The fields of a record in its order.
 enum class BackupField {
     Name,
     Sources,

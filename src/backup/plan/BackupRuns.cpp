@@ -1,7 +1,8 @@
 #include "plan/BackupRuns.h"
 
+#include "zep/Text.h"
+
 #include <QCoreApplication>
-#include <QLocale>
 
 #include <algorithm>
 
@@ -51,14 +52,13 @@ BackupRuns RunsOf(const std::vector<ProcessLogRecord>& log) {
 }
 
 QString OutcomeText(const ProcessLogRecord& run) {
-    const QLocale locale;
-    const QString total = locale.toString(run.totalSubTasks);
+    const QString total = GroupedNumber(run.totalSubTasks);
     if (run.failedSubTasks > 0)
         return Text(QT_TRANSLATE_NOOP("BackupRuns", "%1 of %2 failed"))
-            .arg(locale.toString(run.failedSubTasks), total);
+            .arg(GroupedNumber(run.failedSubTasks), total);
     if (!IsClean(run))
         return Text(QT_TRANSLATE_NOOP("BackupRuns", "%1 of %2 not done"))
-            .arg(locale.toString(run.totalSubTasks - run.processedSubTasks), total);
+            .arg(GroupedNumber(run.totalSubTasks - run.processedSubTasks), total);
     return {};
 }
 

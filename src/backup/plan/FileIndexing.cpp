@@ -7,6 +7,8 @@
 #include "zep/SysInfo.h"
 #include "zep/TracePrintf.h"
 
+#include <QCoreApplication>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -70,6 +72,11 @@ void ForceFileIndex() {
 void ForgetFileIndexed() {
     if (auto event = platform::NamedEvent::Open(IndexedEvent))
         event->Reset();
+}
+
+QString FileIndexLostText() {
+    return QCoreApplication::translate("FileIndexing",
+                                       "The file monitor service stopped before the index was built.");
 }
 
 FileIndexing ReadFileIndexing(const std::stop_token& stop) {

@@ -27,6 +27,9 @@ void BeginFileIndex();    ///< build it, where it was never built
 void ForceFileIndex();    ///< build it anew
 void ForgetFileIndexed(); ///< say again when it is up to date
 
+/// Said where the monitor has ended before its work.
+QString FileIndexLostText();
+
 /// How far the building of the index is.
 struct FileIndexing {
     enum class End { Running, Built, Gone };

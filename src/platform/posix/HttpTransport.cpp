@@ -72,6 +72,7 @@ private:
     HttpOutcome Drive(const std::stop_token& stop);
     HttpOutcome Finish();
     HttpOutcome BrokenOff(HttpOutcome otherwise) const;
+    bool WasSent() const;
     milliseconds SilenceLimit() const;
     static size_t TakeHeader(char* octets, size_t size, size_t count, void* self);
     static size_t TakeBody(char* octets, size_t size, size_t count, void* self);
@@ -141,6 +142,7 @@ HttpResponse Exchange::Run(const std::stop_token& stop) {
         const std::stop_callback wake(stop, [this] { curl_multi_wakeup(m_multi.get()); });
         m_response.outcome = Drive(stop);
     }
+    m_response.sent = WasSent();
     curl_multi_remove_handle(m_multi.get(), m_easy.get());
     return std::move(m_response);
 }
@@ -179,12 +181,16 @@ HttpOutcome Exchange::BrokenOff(HttpOutcome otherwise) const {
     return m_headersRead ? HttpOutcome::Answered : otherwise;
 }
 
+bool Exchange::WasSent() const {
+    long octets = 0;
+    curl_easy_getinfo(m_easy.get(), CURLINFO_REQUEST_SIZE, &octets);
+    return octets > 0;
+}
+
 milliseconds Exchange::SilenceLimit() const {
-    long requestOctets = 0;
     curl_off_t bodyOctets = 0;
-    curl_easy_getinfo(m_easy.get(), CURLINFO_REQUEST_SIZE, &requestOctets);
     curl_easy_getinfo(m_easy.get(), CURLINFO_SIZE_UPLOAD_T, &bodyOctets);
-    if (requestOctets == 0)
+    if (!WasSent())
         return Limit(milliseconds(0)); // the library itself watches over connecting
     const bool sent = !m_request.body || bodyOctets >= static_cast<curl_off_t>(m_request.body->size());
     return Limit(sent || m_headersRead ? m_request.timeouts.receive : m_request.timeouts.send);

@@ -7,7 +7,6 @@
 
 #include <cerrno>
 #include <memory>
-#include <utility>
 
 namespace platform {
 namespace {
@@ -51,13 +50,6 @@ TcpSocket::TcpSocket(const TcpAddress& address)
     const int begun = ::connect(Descriptor(m_handle), name, static_cast<socklen_t>(address.octets.size()));
     if (m_handle >= 0 && begun != 0 && errno != EINPROGRESS)
         ::close(Descriptor(std::exchange(m_handle, -1)));
-}
-
-TcpSocket::TcpSocket(TcpSocket&& other) noexcept : m_handle(std::exchange(other.m_handle, -1)) {}
-
-TcpSocket& TcpSocket::operator=(TcpSocket&& other) noexcept {
-    std::swap(m_handle, other.m_handle);
-    return *this;
 }
 
 TcpSocket::~TcpSocket() {

@@ -1,12 +1,10 @@
 #include "platform/CharacterSet.h"
+#include "platform/windows/Com.h"
 #include "platform/windows/WideText.h"
 
 #include <windows.h>
 
 #include <mlang.h>
-#include <objbase.h>
-
-#include <memory>
 
 namespace platform {
 namespace {
@@ -15,40 +13,11 @@ constexpr DWORD Latin1CodePage = 28591;
 // IID_IMultiLanguage, which this compiler's libraries leave out.
 constexpr IID MultiLanguageId{0x275c23e1, 0x3747, 0x11d0, {0x9f, 0xea, 0x00, 0xaa, 0x00, 0x3f, 0x86, 0x46}};
 
-/// The thread's use of COM, which another part of it may have begun in its own way.
-class ComUse {
-public:
-    ComUse() : m_begun(SUCCEEDED(::CoInitializeEx(nullptr, COINIT_MULTITHREADED))) {}
-    ComUse(const ComUse&) = delete;
-    ComUse& operator=(const ComUse&) = delete;
-    ~ComUse() {
-        if (m_begun)
-            ::CoUninitialize();
-    }
-
-private:
-    bool m_begun;
-};
-
-struct InterfaceRelease {
-    void operator()(IUnknown* object) const { object->Release(); }
-};
-
-using MultiLanguage = std::unique_ptr<IMultiLanguage, InterfaceRelease>;
-
-MultiLanguage MakeMultiLanguage() {
-    void* made = nullptr;
-    if (FAILED(
-            ::CoCreateInstance(CLSID_CMultiLanguage, nullptr, CLSCTX_INPROC_SERVER, MultiLanguageId, &made)))
-        return {};
-    return MultiLanguage(static_cast<IMultiLanguage*>(made));
-}
-
 } // namespace
 
 std::optional<std::string> ToLatin1(std::string_view utf8) {
-    const ComUse com;
-    const MultiLanguage languages = MakeMultiLanguage();
+    const ComUse com(COINIT_MULTITHREADED);
+    const auto languages = MakeComObject<IMultiLanguage>(CLSID_CMultiLanguage, MultiLanguageId);
     if (!languages)
         return {};
     std::wstring wide = Wide(utf8);

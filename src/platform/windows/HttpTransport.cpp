@@ -127,6 +127,8 @@ HttpResponse Exchange::Run() {
     constexpr std::array outcomes = {HttpOutcome::Answered, HttpOutcome::Unreachable, HttpOutcome::TimedOut,
                                      HttpOutcome::Cancelled};
     m_response.outcome = outcomes[static_cast<size_t>(step)];
+    const std::lock_guard lock(m_progress->mutex);
+    m_response.sent = m_progress->connected;
     return std::move(m_response);
 }
 

@@ -1,4 +1,5 @@
 #include "platform/Shell.h"
+#include "platform/windows/Com.h"
 #include "platform/windows/Handle.h"
 #include "platform/windows/WideText.h"
 
@@ -13,34 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// COM for the calling thread, in whichever way it has been prepared already.
-class ComUse {
-public:
-    ComUse()
-        : m_owned(SUCCEEDED(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE))) {}
-    ComUse(const ComUse&) = delete;
-    ComUse& operator=(const ComUse&) = delete;
-    ~ComUse() {
-        if (m_owned)
-            ::CoUninitialize();
-    }
-
-private:
-    bool m_owned;
-};
-
-struct Releaser {
-    void operator()(IUnknown* object) const { object->Release(); }
-};
-
-template <typename Interface>
-using ComOwned = std::unique_ptr<Interface, Releaser>;
-
-ComOwned<IShellLinkW> MakeLink() {
-    void* link = nullptr;
-    ::CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW, &link);
-    return ComOwned<IShellLinkW>(static_cast<IShellLinkW*>(link));
-}
+constexpr DWORD ShellApartment = COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE;
 
 ComOwned<IPersistFile> FileOf(IShellLinkW& link) {
     void* file = nullptr;
@@ -56,7 +30,7 @@ fs::path ShortcutPath(const fs::path& folder, const std::string& name) {
 } // namespace
 
 bool OpenInShell(const std::string& target) {
-    const ComUse com;
+    const ComUse com(ShellApartment);
     const std::wstring file = Wide(target);
     SHELLEXECUTEINFOW launch = {};
     launch.cbSize = sizeof launch;
@@ -87,8 +61,9 @@ bool MakeShortcut(const fs::path& folder, const std::string& name, const fs::pat
     const fs::path path = ShortcutPath(folder, name);
     std::error_code error;
     fs::create_directories(folder, error);
-    const ComUse com;
-    const ComOwned<IShellLinkW> link = path.empty() ? nullptr : MakeLink();
+    const ComUse com(ShellApartment);
+    const ComOwned<IShellLinkW> link =
+        path.empty() ? nullptr : MakeComObject<IShellLinkW>(CLSID_ShellLink, IID_IShellLinkW);
     const ComOwned<IPersistFile> file = link ? FileOf(*link) : nullptr;
     return file && SUCCEEDED(link->SetPath(target.c_str())) &&
            SUCCEEDED(link->SetDescription(Wide(description).c_str())) &&

@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <limits>
 #include <memory>
-#include <utility>
 
 namespace platform {
 namespace {
@@ -57,13 +56,6 @@ TcpSocket::TcpSocket(const TcpAddress& address)
     const int begun = ::connect(Native(m_handle), name, SizeOf(address.octets.size()));
     if (m_handle >= 0 && begun != 0 && ::WSAGetLastError() != WSAEWOULDBLOCK)
         ::closesocket(Native(std::exchange(m_handle, -1)));
-}
-
-TcpSocket::TcpSocket(TcpSocket&& other) noexcept : m_handle(std::exchange(other.m_handle, -1)) {}
-
-TcpSocket& TcpSocket::operator=(TcpSocket&& other) noexcept {
-    std::swap(m_handle, other.m_handle);
-    return *this;
 }
 
 TcpSocket::~TcpSocket() {

@@ -94,11 +94,11 @@ const Task* SyncFolders::TaskNamed(const std::string& name) const {
 }
 
 std::optional<std::string> SyncFolders::TaskOf(const std::string& name) {
+    if (const Task* known = TaskNamed(name))
+        return known->id;
     const auto record = Find(name);
     if (!record)
         return {};
-    if (const Task* known = TaskNamed(name))
-        return known->id;
     Task task;
     char id[64];
     std::snprintf(id, sizeof id, "{%08X-5B1E-4C7A-9D20-3F6A%08X}",

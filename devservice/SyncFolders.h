@@ -20,9 +20,10 @@ public:
     SyncFolders(TaskEngine& engine, Settings& settings, DavTree& tree)
         : m_engine(engine), m_settings(settings), m_tree(tree) {}
 
-    /// The identifier of the folder's task, which is made when missing; none without a record of that name.
+    /// The identifier of the folder's task, which is made when missing for a record of that name, and stays
+    /// without one until it is deleted.
     std::optional<std::string> TaskOf(const std::string& name);
-    /// Synchronises at once; false without a record.
+    /// Synchronises at once; false where there is no such task.
     bool Sync(const std::string& name);
 
     /// What is told of the versions of a file, by its path in the version store; none when there are none.

@@ -2,12 +2,12 @@
 
 #include "platform/Folders.h"
 #include "platform/Shell.h"
+#include "zep/Text.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
-#include <QLocale>
 
 #include <algorithm>
 
@@ -25,10 +25,6 @@ constexpr platform::SpecialFolder ShortcutPlaces[] = {
 constexpr Qt::CaseSensitivity PathCase =
     std::filesystem::path::preferred_separator == '/' ? Qt::CaseSensitive : Qt::CaseInsensitive;
 
-std::filesystem::path PathOf(const QString& path) {
-    return platform::PathFromUtf8(path.toStdString());
-}
-
 /// With one slash at its end, so that it begins as all that is inside.
 QString Comparable(const QString& path) {
     const QString clean = QDir::cleanPath(QDir::fromNativeSeparators(path));
@@ -44,7 +40,7 @@ QStringList FailedPlaces(Do doIn) {
         if (folder.empty())
             failed += Words::tr("a folder that the system does not name");
         else if (!doIn(folder))
-            failed += QString::fromStdString(platform::Utf8FromPath(folder));
+            failed += FromPath(folder);
     }
     return failed;
 }
@@ -52,7 +48,7 @@ QStringList FailedPlaces(Do doIn) {
 } // namespace
 
 bool IsAbsoluteFolder(const QString& path) {
-    return PathOf(path).is_absolute();
+    return ToPath(path).is_absolute();
 }
 
 QString ProposedFolder(const QString& name) {
@@ -81,7 +77,7 @@ QString NestingWarning(const QString& path, const std::vector<SyncFolder>& folde
 }
 
 bool MakeLocalFolder(const QString& path) {
-    return platform::MakeFolders(PathOf(path));
+    return platform::MakeFolders(ToPath(path));
 }
 
 QStringList PlaceShortcuts(const QString& name, const QString& path) {
@@ -90,7 +86,7 @@ QStringList PlaceShortcuts(const QString& name, const QString& path) {
                   "any of your other Cloud Sync Folder on other computers.")
             .toStdString();
     return FailedPlaces([&](const std::filesystem::path& place) {
-        return platform::MakeShortcut(place, SyncFolderTitle(name).toStdString(), PathOf(path), description);
+        return platform::MakeShortcut(place, SyncFolderTitle(name).toStdString(), ToPath(path), description);
     });
 }
 
@@ -119,5 +115,5 @@ QString LocalFileText(const QString& path) {
     if (path.isEmpty() || !file.isFile())
         return Words::tr("not there");
     return Words::tr("%1 octets, %2")
-        .arg(QLocale().toString(file.size()), file.lastModified().toString(u"yyyy-MM-dd HH:mm:ss"_s));
+        .arg(GroupedNumber(file.size()), file.lastModified().toString(u"yyyy-MM-dd HH:mm:ss"_s));
 }

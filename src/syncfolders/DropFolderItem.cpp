@@ -1,5 +1,6 @@
 #include "syncfolders/DropFolderItem.h"
 
+#include "list/CellMarkup.h"
 #include "list/RecordPanel.h"
 #include "look/IconRegistry.h"
 #include "look/Look.h"

@@ -108,7 +108,8 @@ private slots:
 
     void disablingGoesInOrder() {
         QVERIFY(EnableSyncFolder(ServiceClient(), {u"Team"_s, Local()}).IsWhole());
-        Service().SetSetting("DropFolders", "Other\t/other\nTeam\t" + Local().toStdString() + "\nTEAM\t/x\nteam");
+        Service().SetSetting("DropFolders",
+                             "Other\t/other\nTeam\t" + Local().toStdString() + "\nTEAM\t/x\nteam");
         const QString id = SettingText(RequestSyncTask(ServiceClient(), u"Team"_s).body);
         QVERIFY(Service().FindTask(id.toStdString()));
         QVERIFY(QDir(Local()).removeRecursively()); // it works without the folder
@@ -157,7 +158,8 @@ private:
     int Shortcuts() const {
         int count = 0;
         for (const QLatin1String place : {"/Desktop"_L1, "/.local/share/applications"_L1, "/Documents"_L1})
-            count += QFile::exists(m_service->Home() + place + "/Cloud Sync Folder - Team.desktop"_L1) ? 1 : 0;
+            count +=
+                QFile::exists(m_service->Home() + place + "/Cloud Sync Folder - Team.desktop"_L1) ? 1 : 0;
         return count;
     }
 

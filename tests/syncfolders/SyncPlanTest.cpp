@@ -1,8 +1,8 @@
 // Labels: threads
+#include "support/TestMain.h"
 #include "syncplan/FileVersions.h"
 #include "syncplan/LocalFolder.h"
 #include "syncplan/SyncState.h"
-#include "support/TestMain.h"
 
 #include <limits>
 
@@ -77,8 +77,8 @@ private slots:
     void foldersInsideOthersAreTold() {
         const auto [path, warning] = Fetched<QString, QString>();
         const QString root = std::filesystem::path::preferred_separator == '\\' ? u"C:"_s : QString();
-        const QString said =
-            NestingWarning(path.startsWith(u'/') ? root + path : path, {{u"Team"_s, root + u"/home/a/Team"_s}});
+        const QString said = NestingWarning(path.startsWith(u'/') ? root + path : path,
+                                            {{u"Team"_s, root + u"/home/a/Team"_s}});
         QVERIFY2(warning.isEmpty() ? said.isEmpty() : said.contains(warning), qPrintable(said));
     }
 
@@ -175,7 +175,8 @@ private slots:
     void historyRows() {
         const auto [uri, operation, expected] = Fetched<QString, QString, QString>();
         const auto change = ChangeOf({uri, operation, u"mara"_s, u"STUDY-PC"_s});
-        QCOMPARE(change ? change->file + u':' + ChangeText(change->operation) + u':' + change->stamp : QString(),
+        QCOMPARE(change ? change->file + u':' + ChangeText(change->operation) + u':' + change->stamp
+                        : QString(),
                  expected);
     }
 
@@ -210,9 +211,12 @@ private slots:
         const auto [answer, expected] = Fetched<QByteArray, QString>();
         QStringList shown;
         for (const FileVersion& version : VersionsOf(answer)) {
-            QStringList parts{QString::number(version.number), VersionOperationText(version.operation),
-                              version.stamp,                   version.BaseText(),
-                              version.computer,                version.updater,
+            QStringList parts{QString::number(version.number),
+                              VersionOperationText(version.operation),
+                              version.stamp,
+                              version.BaseText(),
+                              version.computer,
+                              version.updater,
                               version.Key()};
             if (version.canRevert)
                 parts += u"revert"_s;
@@ -222,7 +226,8 @@ private slots:
     }
 
     void versionsAreFoundByTheirKeys() {
-        const auto versions = VersionsOf("m\t30\t20\tPC\tmara\nd\t25\t0\tPC\tm\nm\t20\t10\tPC\tj\na\t10\t0\tPC\tj");
+        const auto versions =
+            VersionsOf("m\t30\t20\tPC\tmara\nd\t25\t0\tPC\tm\nm\t20\t10\tPC\tj\na\t10\t0\tPC\tj");
         QCOMPARE(FindVersion(versions, u"20#10"_s)->number, 3);
         QCOMPARE(FindVersion(versions, u"10"_s)->number, 4);
         for (const char* key : {"30#20", "25", "20", "11", ""})

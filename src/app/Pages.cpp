@@ -21,6 +21,8 @@
 #include "page/WebPagePanel.h"
 #include "settings/SetBandWidthLimitDlg.h"
 #include "settings/SettingsPanel.h"
+#include "syncfolders/AddDropFolderDlg.h"
+#include "syncfolders/SyncPanel.h"
 #include "taskman/TaskList.h"
 #include "taskman/TaskManPanel.h"
 #include "window/BTaskMMCDlg.h"
@@ -126,8 +128,11 @@ std::vector<PageEntry> PagesOf(bool serverMode, bool withGallery) {
                      serverMode ? u"target"_s : u"cloud"_s, [](const Console& console) -> CBrenPanel* {
                          return new CVirtualDirectoryPanel(console);
                      }});
-    if (!serverMode)
+    if (!serverMode) {
         pages.push_back(backups);
+        pages.push_back({Title(QT_TRANSLATE_NOOP("Pages", "Cloud Sync Folders")), u"sync"_s,
+                         [](const Console& console) -> CBrenPanel* { return new CSyncPanel(console); }});
+    }
     pages.push_back({Title(QT_TRANSLATE_NOOP("Pages", "Task Manager")), u"tasks"_s,
                      [](const Console& console) -> CBrenPanel* { return new CTaskManPanel(console); }});
     pages.push_back({Title(QT_TRANSLATE_NOOP("Pages", "Settings")), u"settings"_s,
@@ -210,6 +215,13 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
         {u"Backup by application"_s,
          [](CBTaskMMCDlg& window) { (new CAdvBackupTaskWizard(window.Parts(), &window))->open(); }, GoOn},
     };
+    if (!serverMode) {
+        dialogs.push_back(
+            {u"Add sync folder"_s, [](CBTaskMMCDlg& window) {
+                 const Console& parts = window.Parts();
+                 (new CAddDropFolderDlg(parts, {u"Home"_s, u"Team"_s}, {}, &window))->Open(parts.settingNews);
+             }});
+    }
     if (serverMode) {
         dialogs.push_back(
             {u"Set-up wizard"_s,

@@ -305,7 +305,7 @@ private slots:
         QVERIFY(backing.service->SetFault("hang@backupex"));
         QVERIFY(backing.Ride(u"Finish | busy | on Cancel | Cancel | steps"_s));
         QVERIFY(backing.Ride(
-            u"says Failed to create backup task! The service does not answer. Nothing was sent. | "
+            u"says Failed to create backup task! It was called off before anything was sent. | "
             "on Finish"_s));
     }
 };

@@ -102,8 +102,9 @@ private:
                 m_figures.leftOut[rule].Add(size);
     }
 
-    static QString TextOf(const fs::path::string_type& name) {
-        if constexpr (std::is_same_v<fs::path::value_type, char>)
+    template <typename Letter>
+    static QString TextOf(const std::basic_string<Letter>& name) {
+        if constexpr (std::is_same_v<Letter, char>)
             return QString::fromUtf8(name.data(), qsizetype(name.size()));
         else
             return QString::fromWCharArray(name.data(), qsizetype(name.size()));

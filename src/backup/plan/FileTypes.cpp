@@ -75,7 +75,10 @@ QString JoinFileTypes(const QStringList& types) {
 QStringList IndexedForms(const QString& type) {
     const QString small = type.toLower();
     const QString bare = small.startsWith(u'.') ? small.mid(1) : small;
-    return bare.isEmpty() ? QStringList() : QStringList{bare, u'.' + bare};
+    QStringList forms;
+    if (!bare.isEmpty())
+        forms << bare << u'.' + bare;
+    return forms;
 }
 
 QStringView FolderOfFile(QStringView path) {

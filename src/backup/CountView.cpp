@@ -1,5 +1,6 @@
 #include "backup/CountView.h"
 
+#include "lanes/ProgressNote.h"
 #include "look/Formatters.h"
 #include "look/Look.h"
 #include "page/Console.h"

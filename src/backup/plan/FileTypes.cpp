@@ -61,10 +61,8 @@ QString FileTypeTaskName(FileCategory category, const QString& host, const QDate
 }
 
 QStringList SplitFileTypes(const QString& text) {
-    QString blanks = text;
-    blanks.replace(u',', u' ');
     QStringList types;
-    for (const QString& type : blanks.split(u' ', Qt::SkipEmptyParts))
+    for (const QString& type : QString(text).replace(u',', u' ').split(u' ', Qt::SkipEmptyParts))
         if (!types.contains(type, Qt::CaseInsensitive))
             types.append(type);
     return types;
@@ -77,8 +75,10 @@ QString JoinFileTypes(const QStringList& types) {
 QStringList IndexedForms(const QString& type) {
     const QString small = type.toLower();
     const QString bare = small.startsWith(u'.') ? small.mid(1) : small;
-    const QString dotted = u'.' + bare;
-    return bare.isEmpty() ? QStringList() : QStringList{bare, dotted};
+    QStringList forms;
+    if (!bare.isEmpty())
+        forms << bare << u'.' + bare;
+    return forms;
 }
 
 QStringView FolderOfFile(QStringView path) {

@@ -75,7 +75,9 @@ QString JoinFileTypes(const QStringList& types) {
 QStringList IndexedForms(const QString& type) {
     const QString small = type.toLower();
     const QString bare = small.startsWith(u'.') ? small.mid(1) : small;
-    return bare.isEmpty() ? QStringList() : QStringList{bare, u'.' + bare};
+    if (bare.isEmpty())
+        return {};
+    return {bare, u'.' + bare};
 }
 
 QStringView FolderOfFile(QStringView path) {

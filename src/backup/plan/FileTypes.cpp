@@ -61,8 +61,10 @@ QString FileTypeTaskName(FileCategory category, const QString& host, const QDate
 }
 
 QStringList SplitFileTypes(const QString& text) {
+    QString blanks = text;
+    blanks.replace(u',', u' ');
     QStringList types;
-    for (const QString& type : QString(text).replace(u',', u' ').split(u' ', Qt::SkipEmptyParts))
+    for (const QString& type : blanks.split(u' ', Qt::SkipEmptyParts))
         if (!types.contains(type, Qt::CaseInsensitive))
             types.append(type);
     return types;
@@ -75,9 +77,8 @@ QString JoinFileTypes(const QStringList& types) {
 QStringList IndexedForms(const QString& type) {
     const QString small = type.toLower();
     const QString bare = small.startsWith(u'.') ? small.mid(1) : small;
-    if (bare.isEmpty())
-        return {};
-    return {bare, u'.' + bare};
+    const QString dotted = u'.' + bare;
+    return bare.isEmpty() ? QStringList() : QStringList{bare, dotted};
 }
 
 QStringView FolderOfFile(QStringView path) {

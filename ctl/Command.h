@@ -103,6 +103,7 @@ std::vector<Command> BackupCommands();
 std::vector<Command> SnapshotCommands();
 std::vector<Command> CreateCommands();
 std::vector<Command> ApplicationCommands();
+std::vector<Command> SyncFolderCommands();
 std::vector<Command> RequestCommands();
 std::vector<Command> HelpCommands();
 

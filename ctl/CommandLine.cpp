@@ -134,7 +134,7 @@ const std::vector<Command>& AllCommands() {
         for (const auto& more :
              {LiveCommands(), TaskCommands(), SettingsCommands(), DirectoryCommands(), MountCommands(),
               FolderCommands(), BackupCommands(), CreateCommands(), ApplicationCommands(), SnapshotCommands(),
-              MailCommands(), DavCommands(), RequestCommands(), HelpCommands()})
+              SyncFolderCommands(), MailCommands(), DavCommands(), RequestCommands(), HelpCommands()})
             commands.insert(commands.end(), more.begin(), more.end());
         return commands;
     }();

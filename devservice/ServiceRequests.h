@@ -5,6 +5,7 @@
 #include "devservice/Profile.h"
 #include "devservice/Settings.h"
 #include "devservice/SnapshotSets.h"
+#include "devservice/SyncFolders.h"
 #include "devservice/TaskEngine.h"
 #include "devservice/Writers.h"
 
@@ -14,8 +15,9 @@ namespace devservice {
 class ServiceRequests {
 public:
     ServiceRequests(TaskEngine& engine, Settings& settings, Profile& profile, DavTree& tree,
-                    const SnapshotSets& snapshots)
-        : m_engine(engine), m_settings(settings), m_profile(profile), m_tree(tree), m_snapshots(snapshots) {}
+                    const SnapshotSets& snapshots, SyncFolders& syncFolders)
+        : m_engine(engine), m_settings(settings), m_profile(profile), m_tree(tree), m_snapshots(snapshots),
+          m_syncFolders(syncFolders) {}
 
     Answer Handle(const ReceivedRequest& request);
     void SetWriters(Writers writers) { m_writers = writers; }
@@ -29,6 +31,7 @@ private:
     Answer CreateBackup(bool ofApplications, const std::string& record);
     Answer ChangeBackup(const std::string& body);
     Answer Refused(const std::string& why);
+    Answer HandleCache(const Parts& parts);
     Answer HandleProfile(const Parts& parts);
     Answer OfFolder(const Parts& parts) const;
     Answer AddNode(const Parts& parts);
@@ -44,6 +47,7 @@ private:
     DavTree& m_tree;
     const SnapshotSets& m_snapshots;
     Writers m_writers = Writers::Usual;
+    SyncFolders& m_syncFolders;
 };
 
 } // namespace devservice

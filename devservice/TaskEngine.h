@@ -64,7 +64,6 @@ private:
     void Finish(Task& task, SubTask& subTask);
     void GoWrong(Task& task, SubTask& subTask);
     void EndRun(Task& task, const std::string& reason);
-    void EnterHistory(const Task& task);
     void Halt(Task& task);
 
     Effect m_effect;

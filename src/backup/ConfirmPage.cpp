@@ -161,9 +161,8 @@ void ConfirmPage::Fill() {
 void ConfirmPage::ProposeName() {
     if (m_plan.proposedName && m_name->text() != m_proposed)
         return;
-    m_proposed = m_plan.proposedName ? m_plan.proposedName() : *m_plan.name;
-    m_name->setText(m_proposed);
-    m_proposed = m_name->text(); // as the field has it
+    m_name->setText(m_plan.proposedName ? m_plan.proposedName() : *m_plan.name);
+    m_proposed = m_name->text();
     m_name->setCursorPosition(0);
 }
 

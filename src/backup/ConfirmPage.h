@@ -1,6 +1,7 @@
 #pragma once
 
 #include "backup/TaskSender.h"
+#include "lanes/PageLoader.h"
 #include "plan/DraftRefusal.h"
 #include "wizard/WizardPage.h"
 

@@ -16,6 +16,7 @@
 #include <map>
 
 using namespace std::chrono_literals;
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -146,7 +147,7 @@ PageLine CWritersPage::Line() const {
     if (names.isEmpty())
         return {};
     return {tr("Chosen:"), names.size() > MostNamed ? tr("%1 applications and components").arg(names.size())
-                                                    : names.join(QStringLiteral(", "))};
+                                                    : names.join(u", "_s)};
 }
 
 bool CWritersPage::eventFilter(QObject* watched, QEvent* event) {

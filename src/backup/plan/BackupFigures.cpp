@@ -102,13 +102,9 @@ private:
                 m_figures.leftOut[rule].Add(size);
     }
 
-    template <typename Letter>
-    static QString TextOf(const std::basic_string<Letter>& name) {
-        if constexpr (std::is_same_v<Letter, char>)
-            return QString::fromUtf8(name.data(), qsizetype(name.size()));
-        else
-            return QString::fromWCharArray(name.data(), qsizetype(name.size()));
-    }
+    // As either system names files.
+    static QString TextOf(const std::string& name) { return QString::fromStdString(name); }
+    static QString TextOf(const std::wstring& name) { return QString::fromStdWString(name); }
 
     void Note(const Folder& folder, FolderOutcome outcome) {
         const bool isSource = std::exchange(m_isSource, false);

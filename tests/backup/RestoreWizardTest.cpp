@@ -20,9 +20,11 @@ const QString Container = u"/V/T/091306a3-3cb9-4778-b990-6efd84ed4bb5"_s;
 const QString Full = u"2025-11-3-1-0-0"_s;
 const QString Later = u"2025-11-4-1-0-0_1"_s;
 
+const QString SetFolder = Container + "/ABC"_L1;
+
 /// A storage with a backup "Work" and its two snapshots, and another set without an info file.
 struct Wizard {
-    explicit Wizard(bool fromSnapshot = false) {
+    explicit Wizard(bool fromSnapshot = false, const std::function<void(Wizard&)>& before = {}) {
         parts.service->SetVirtualDirectories({{"V", "{C}"}});
         devservice::Task task = devservice::MakeTask("{ABC}", "Work files", "Snapshotbackup");
         task.description = (Machine() + "/Work\t/V/T\t*"_L1).toStdString();
@@ -35,6 +37,8 @@ struct Wizard {
         PutIn(u"ABC"_s, u"backupset.info"_s, "<BackupType>Folder</BackupType>");
         PutIn(u"DEF"_s, u"2024-1-1-1-1-1/SqlServerWriter({1})/Store/x.dat"_s, "1");
         PutIn(u"DEF"_s, u"backupset.info"_s, "<BackupType>Other</BackupType>");
+        if (before)
+            before(*this);
         std::optional<RestoreStart> start;
         if (fromSnapshot)
             start = RestoreStart{
@@ -96,8 +100,6 @@ struct Wizard {
     PageFixture<> parts;
     std::optional<WizardRider> rider;
 };
-
-const QString SetFolder = Container + "/ABC"_L1;
 
 } // namespace
 
@@ -167,7 +169,7 @@ private slots:
         QVERIFY(wizard.Ride(u"Back"_s));
         wizard.Choose({SetFolder, Later});
         QVERIFY(wizard.Ride(u"Next | steps"_s));
-        QCOMPARE(wizard.rider->Sheet()->findChild<NoticeLine*>()->Text(),
+        QCOMPARE(wizard.rider->Sheet()->CurrentPage()->findChild<NoticeLine*>()->Text(),
                  u"\"Work/letters/bank.odt\" is not in this snapshot. What is shown is \"Work\"."_s);
         const QString listed = wizard.Listed(Full + "/Work"_L1);
         QVERIFY(wizard.Ride(u"Back"_s));
@@ -190,16 +192,18 @@ private slots:
     }
 
     void showsAFileInTheOtherSnapshots() {
-        Wizard wizard(true);
-        wizard.Put(u"2025-11-5-1-0-0_2/Work/notes 2.txt"_s, "12345");
-        for (const QString& name : {Later, u"2025-11-5-1-0-0_2"_s}) {
-            QFile file(wizard.parts.service.Home() + "/drive"_L1 + SetFolder + u'/' + name +
-                       "/Work/notes 2.txt"_L1);
-            QVERIFY(file.open(QIODevice::Append) &&
-                    file.setFileTime(QDateTime(QDate(2025, 11, 1), QTime(1, 2)),
-                                     QFileDevice::FileModificationTime));
-        }
-        QVERIFY(wizard.Ride(u"key F5 | steps | Next | steps"_s));
+        const QString last = u"2025-11-5-1-0-0_2"_s;
+        Wizard wizard(true, [&last](Wizard& made) {
+            made.Put(last + "/Work/notes 2.txt"_L1, "12345");
+            for (const QString& name : {Later, last}) {
+                QFile file(made.parts.service.Home() + "/drive"_L1 + SetFolder + u'/' + name +
+                           "/Work/notes 2.txt"_L1);
+                QVERIFY(file.open(QIODevice::Append) &&
+                        file.setFileTime(QDateTime(QDate(2025, 11, 1), QTime(1, 2)),
+                                         QFileDevice::FileModificationTime));
+            }
+        });
+        QVERIFY(wizard.Ride(u"Next | steps"_s));
         wizard.Tick({u"Work"_s, u"notes 2.txt"_s});
         wizard.Choose({u"Work"_s, u"notes 2.txt"_s});
         QVERIFY(wizard.Ride(u"In other snapshots..."_s));
@@ -210,12 +214,13 @@ private slots:
         QStringList rows;
         for (int row = 0; row < list->topLevelItemCount(); ++row)
             rows += list->topLevelItem(row)->text(0) + u'|' + list->topLevelItem(row)->text(1);
-        QCOMPARE(rows, (QStringList{u"2025-11-04 01:00:00|0.005 KB"_s, u"2025-11-03 01:00:00|0.001 KB"_s}));
+        QCOMPARE(rows, (QStringList{u"2025-11-05 01:00:00 and 1 before|0.005 KB"_s,
+                                    u"2025-11-03 01:00:00|0.001 KB"_s}));
         list->setCurrentItem(list->topLevelItem(0));
         dialog->accept();
         wizard.parts.reader.StepAll();
         QVERIFY(wizard.Ride(u"Next | steps | Finish | steps | finished"_s));
-        QVERIFY(wizard.Record().contains(('/' + Later + "\tWork/notes 2.txt\t"_L1).toUtf8()));
+        QVERIFY(wizard.Record().contains(('/'_L1 + last + "\tWork/notes 2.txt\t"_L1).toUtf8()));
     }
 
     void saysWhatWillBeDone_data() {
@@ -277,7 +282,7 @@ private slots:
         Wizard wizard(true);
         QVERIFY(wizard.Ride(u"Next | steps"_s));
         wizard.Tick({u"Work"_s});
-        QVERIFY(wizard.parts.service->SetFault("status:500@/schedule"));
+        QVERIFY(wizard.parts.service->SetFault("deny:500@/schedule"));
         QVERIFY(wizard.Ride(u"Next | steps | Task Name=Mine | Finish | steps | page Confirm and Start | says "
                             u"Failed to create "
                             "restore task! The service refused it with status 500. | Task Name==Mine"_s));

@@ -98,7 +98,7 @@ private slots:
         Open();
         Table().Select({1, 0}, Time);
         QVERIFY(m_fixture->service->SetFault(
-            ("status:507@/resources"_L1 + Set + "/2025-11-9-1-0-0_2"_L1).toStdString()));
+            ("deny:507@/resources"_L1 + Set + "/2025-11-9-1-0-0_2"_L1).toStdString()));
         m_fixture->prompts.ExpectQuestion(
             u"Do you really want to delete the selected snapshots?\n2 snapshots"_s, true);
         m_fixture->prompts.ExpectMessage(

@@ -27,7 +27,9 @@ constexpr const char* Files[] = {"plan.odt", "rota.xlsx", "logo.svg", "minutes.d
                                  "photos/garden.jpg"};
 
 std::string StorePath(const std::string& folder) {
-    return std::string("/") + VersionStore + '/' + folder;
+    std::string path = "/";
+    path += VersionStore;
+    return path + '/' + folder;
 }
 
 /// Where the content of a file's versions is kept beside its list: hidden, as all that begins with a dot.

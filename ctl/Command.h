@@ -100,8 +100,10 @@ std::vector<Command> FolderCommands();
 std::vector<Command> MailCommands();
 std::vector<Command> DavCommands();
 std::vector<Command> BackupCommands();
+std::vector<Command> SnapshotCommands();
 std::vector<Command> CreateCommands();
 std::vector<Command> ApplicationCommands();
+std::vector<Command> SyncFolderCommands();
 std::vector<Command> RequestCommands();
 std::vector<Command> HelpCommands();
 

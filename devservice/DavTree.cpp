@@ -112,7 +112,8 @@ std::optional<fs::path> DavTree::Place(const std::string& path) const {
     return place;
 }
 
-Answer DavTree::Handle(const std::string& verb, const std::string& path, const std::string& destination) {
+Answer DavTree::Handle(const std::string& verb, const std::string& path,
+                       const std::string& destination) const {
     const auto place = Place(path);
     const bool top = NamesOf(path).size() < 2; // the tree itself, or a whole storage account
     if (!place)
@@ -227,18 +228,42 @@ void DavTree::Put(const std::string& path, size_t octets, SimTime modified) {
     const auto place = Place(path);
     if (!place)
         return;
-    const bool folder = path.back() == '/';
     std::error_code error;
-    fs::create_directories(folder ? *place : place->parent_path(), error);
-    if (!folder) {
-        static constexpr std::string_view line = "The quick brown fox jumps over the lazy dog, again.\n";
-        std::string content;
-        content.reserve(octets + line.size());
-        while (content.size() < octets)
-            content += line;
-        std::ofstream(*place, std::ios::binary).write(content.data(), static_cast<std::streamsize>(octets));
+    if (path.back() == '/') {
+        fs::create_directories(*place, error);
+        SetModified(*place, modified);
+        return;
     }
+    static constexpr std::string_view line = "The quick brown fox jumps over the lazy dog, again.\n";
+    std::string content;
+    content.reserve(octets + line.size());
+    while (content.size() < octets)
+        content += line;
+    content.resize(octets);
+    Write(path, content, modified);
+}
+
+void DavTree::Write(const std::string& path, const std::string& content, SimTime modified) {
+    const auto place = Place(path);
+    std::error_code error;
+    if (!place)
+        return;
+    fs::create_directories(place->parent_path(), error);
+    std::ofstream(*place, std::ios::binary) << content;
     SetModified(*place, modified);
+}
+
+std::optional<std::string> DavTree::Find(const std::string& folder, const std::string& name) const {
+    const auto place = Place(folder);
+    std::error_code error;
+    if (!place || !fs::is_directory(*place))
+        return {};
+    for (const auto& entry : fs::recursive_directory_iterator(*place, error))
+        if (entry.is_regular_file(error) && platform::Utf8FromPath(entry.path().filename()) == name)
+            return '/' + platform::PathFromUtf8(
+                             platform::Utf8FromPath(entry.path().lexically_relative(m_mounted)))
+                             .generic_string();
+    return {};
 }
 
 uint64_t DavTree::Used(const std::string& name) const {

@@ -23,7 +23,7 @@ public:
 
     /// PROPFIND, MKCOL, MOVE, DELETE and GET. The path is decoded and without "/resources"; `destination` is
     /// where MOVE shall move to.
-    Answer Handle(const std::string& verb, const std::string& path, const std::string& destination);
+    Answer Handle(const std::string& verb, const std::string& path, const std::string& destination) const;
 
     /// Makes the first-level folder, from what is kept of it or with a few things in it.
     void Mount(const std::string& name);
@@ -32,14 +32,20 @@ public:
 
     /// Makes a file of so many octets, or a folder when the path ends in a slash, and all above it.
     void Put(const std::string& path, size_t octets, SimTime modified);
+    /// Makes a file of this content and all above it.
+    void Write(const std::string& path, const std::string& content, SimTime modified);
+    /// The path of a file of this name below a folder, links not followed; none when there is none.
+    std::optional<std::string> Find(const std::string& folder, const std::string& name) const;
     /// Octets of all files of a first-level folder.
     uint64_t Used(const std::string& name) const;
+
+    /// Where a path's file or folder stands, if it is there; none for a path that cannot be.
+    std::optional<std::filesystem::path> Place(const std::string& path) const;
 
     /// Whether a file can be named so, in this system and below a folder of it.
     static bool IsPlainName(const std::string& name);
 
 private:
-    std::optional<std::filesystem::path> Place(const std::string& path) const;
     Answer List(const std::string& path, const std::filesystem::path& folder) const;
     std::string Element(const std::string& href, const std::string& name,
                         const std::filesystem::directory_entry& entry) const;

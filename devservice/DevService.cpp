@@ -49,7 +49,12 @@ struct DevService::State {
           settings(options.home / "settings" / "settings.txt"), engine(options.seed),
           databaseFaults(databases), profile(options.home / "settings" / "profile.txt", settings),
           tree(options.home / "drive", options.home / "storage", options.davPrefix),
-          requests(engine, settings, profile, tree) {}
+          snapshots(tree, options.home), syncFolders(engine, settings, tree),
+          requests(engine, settings, profile, tree, snapshots, syncFolders) {
+        engine.SetEffect([this](const Task& task, const SubTask& subTask) {
+            return snapshots.CarryOut(task, subTask, engine.Now());
+        });
+    }
 
     const Options options;
 
@@ -66,6 +71,8 @@ struct DevService::State {
     DatabaseFaults databaseFaults;
     Profile profile;
     DavTree tree;
+    SnapshotSets snapshots;
+    SyncFolders syncFolders;
     ServiceRequests requests;
     char16_t driveLetter = u'Z';
     std::unique_ptr<LiveTraceWriter> live;
@@ -75,6 +82,7 @@ struct DevService::State {
     SimTime FirstMoment() const;
     void OpenHome();
     void Publish();
+    void Advance(milliseconds time);
     void RunClock(std::stop_token stop);
     Answer Handle(const ReceivedRequest& request, bool acts);
     Answer Steer(const std::string& command);
@@ -111,9 +119,14 @@ void DevService::State::OpenHome() {
     if (fresh)
         Populate(options.scenario, engine, databases, settings, FilesOf(options));
     fs::create_directories(options.home / "drive");
-    if (!profile.Load(engine.Now()))
+    if (!profile.Load(engine.Now())) {
         PopulateCloud(options.scenario, options.scenario == "huge" ? HugeEntries : options.entries, profile,
                       tree, settings);
+        if (options.scenario == "desktop" || options.scenario == "server")
+            PopulateSnapshots(engine.Tasks(), snapshots, tree, engine.Now());
+        if (fresh && options.scenario == "desktop")
+            syncFolders.Populate(options.home / "sync");
+    }
     if (!settings.Get("ConsoleRecords")) // the forms that consoles have of their own are understood
         settings.Set("ConsoleRecords", "1", "1");
     live = std::make_unique<LiveTraceWriter>(options.home / "trace" / "livetrace.map");
@@ -129,11 +142,16 @@ void DevService::State::Publish() {
     live->Publish(LiveView(engine, driveLetter));
 }
 
+void DevService::State::Advance(milliseconds time) {
+    engine.Advance(time);
+    syncFolders.Advance();
+}
+
 void DevService::State::RunClock(std::stop_token stop) {
     while (platform::SleepUnlessStopped(stop, Tick))
         Do([&] {
             if (options.ticking > 0)
-                engine.Advance(milliseconds(static_cast<int64_t>(Tick.count() * options.ticking)));
+                Advance(milliseconds(static_cast<int64_t>(Tick.count() * options.ticking)));
         });
 }
 
@@ -176,7 +194,7 @@ Answer DevService::State::Steer(const std::string& command) {
             return {};
         }
         if (command.substr(0, mark) == "advance") {
-            Do([&] { engine.Advance(milliseconds(std::stoll(argument))); });
+            Do([&] { Advance(milliseconds(std::stoll(argument))); });
             return {};
         }
     } catch (const std::exception& error) {
@@ -299,7 +317,7 @@ fs::path DevService::SubTaskFile(const std::string& taskId) const {
 }
 
 void DevService::Advance(milliseconds time) {
-    m_state->Do([&] { m_state->engine.Advance(time); });
+    m_state->Do([&] { m_state->Advance(time); });
 }
 
 SimTime DevService::Now() const {

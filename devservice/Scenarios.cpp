@@ -206,17 +206,6 @@ void TellPast(const Task& task, const Story& story, TaskEngine& engine) {
     }
 }
 
-/// Changes of the last month in the sync folder.
-void TellFolderChanges(Changes& changes, SimTime now) {
-    static constexpr const char* files[] = {"plan.odt", "rota.xlsx", "logo.svg", "minutes.docx",
-                                            "photos/hall.jpg"};
-    for (int i = 60; i > 0; --i) {
-        const char operation = i % 9 == 0 ? 'd' : i % 4 == 0 ? 'a' : 'm';
-        changes.history.push_back({VersionUri("Team", files[i % 5]), operation, i % 2 ? "mara" : "jonas",
-                                   i % 2 ? "STUDY-PC" : "LAPTOP-7", "Team", now - 11h * i});
-    }
-}
-
 /// A user's files, and their index.
 void MakeFiles(const std::filesystem::path& folder, Connection& index) {
     static constexpr const char* folders[] = {"Documents", "Photos", "Work"};
@@ -307,8 +296,6 @@ void Populate(const std::string& scenario, TaskEngine& engine, Databases& databa
         TellHuge(engine, databases);
     if (scenario == "desktop" || scenario == "server")
         MakeFiles(files, databases.Open(databases.FileOf(Database::FileIndex)));
-    if (scenario == "desktop")
-        TellFolderChanges(engine.Unwritten(), engine.Now());
     if (scenario != "empty")
         settings.Set("BSInitConfig", "4", "True");
 }

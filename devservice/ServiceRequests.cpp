@@ -16,7 +16,7 @@ constexpr char SchedulePath[] = "/schedule/";
 constexpr char ProfilePath[] = "/profile/";
 constexpr char CardsPath[] = "/mysafe/";
 constexpr char WritersPath[] = "/backupsvr/writers";
-constexpr char PrefetchPath[] = "/DavCache/prefetchfolder";
+constexpr char CachePath[] = "/DavCache/";
 constexpr char ResourcesPath[] = "/resources";
 constexpr char Xml[] = "text/xml";
 
@@ -73,8 +73,8 @@ Answer ServiceRequests::Handle(const ReceivedRequest& request) {
         return HandleCards(parts);
     if (request.verb == "GET" && parts.path == WritersPath)
         return {200, WriterList(m_writers)};
-    if (request.verb == "GET" && parts.path == PrefetchPath)
-        return OfFolder(parts);
+    if (request.verb == "GET" && StartsWith(parts.path, CachePath))
+        return HandleCache(parts);
     if (parts.path == ResourcesPath || StartsWith(parts.path, std::string(ResourcesPath) + '/'))
         return HandleResources(request.verb, parts);
     return NotFound;
@@ -96,6 +96,8 @@ Answer ServiceRequests::HandleSettings(const ReceivedRequest& request, const Par
 
 Answer ServiceRequests::HandleSchedule(const Parts& parts) {
     const std::string command = Lower(parts.path.substr(sizeof SchedulePath - 1));
+    if (command == "restoreapp")
+        return Restore(parts);
     if (command == "backupex" || command == "advbackup")
         return CreateBackup(command == "advbackup", parts.body);
     if (command == "changebackup")
@@ -110,9 +112,21 @@ Answer ServiceRequests::HandleSchedule(const Parts& parts) {
         done = m_engine.Resume(argument);
     else if (command == "deletetask")
         done = m_engine.Delete(argument);
-    else if (const auto subTask = command == "delsub" ? SubTaskOf(argument) : std::nullopt)
+    else if (command == "dropfoldersync")
+        done = m_syncFolders.Sync(parts.body);
+    else if (command == "getsynctask") {
+        const auto task = m_syncFolders.TaskOf(parts.body);
+        return task ? Answer{200, *task} : NotFound;
+    } else if (const auto subTask = command == "delsub" ? SubTaskOf(argument) : std::nullopt)
         done = m_engine.DeleteSubTask(subTask->first, subTask->second);
     return done ? Done : NotFound;
+}
+
+Answer ServiceRequests::Restore(const Parts& parts) {
+    auto task = m_snapshots.RestoreOf(parts.body, m_engine.Tasks(), m_engine.Now());
+    if (!task)
+        return Refused("A restore was refused: its record is none, or its snapshot is not there");
+    return {200, m_engine.Add(std::move(*task))};
 }
 
 /// Answers with the new task's identifier, or says in the trace and in the answer why there is none.
@@ -149,6 +163,16 @@ Answer ServiceRequests::ChangeBackup(const std::string& body) {
     } catch (const RecordError& error) {
         return Refused(std::string("A change of a backup was refused: ") + error.what());
     }
+}
+
+Answer ServiceRequests::HandleCache(const Parts& parts) {
+    const std::string command = Lower(parts.path.substr(sizeof CachePath - 1));
+    if (command == "prefetchfolder")
+        return OfFolder(parts);
+    if (command == "droprevert")
+        return m_syncFolders.Revert(parts.body) ? Done : NotFound;
+    const auto versions = command == "getfilever" ? m_syncFolders.Versions(parts.body) : std::nullopt;
+    return versions ? Answer{200, *versions} : NotFound;
 }
 
 Answer ServiceRequests::HandleProfile(const Parts& parts) {

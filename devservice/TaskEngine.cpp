@@ -154,6 +154,8 @@ void TaskEngine::Finish(Task& task, SubTask& subTask) {
     if (trouble.empty() && DirectionOf(subTask) != Direction::None && subTask.retries == 0 &&
         m_random() % OneInRuns == 0)
         trouble = PassingTrouble(m_random);
+    if (trouble.empty() && m_effect)
+        trouble = m_effect(task, subTask);
     subTask.note = trouble;
     if (trouble.empty())
         subTask.state = SubTaskState::Done;
@@ -179,7 +181,6 @@ void TaskEngine::EndRun(Task& task, const std::string& reason) {
     if (reason.empty()) {
         const bool once = task.schedule.kind == ScheduleKind::Once;
         task.state = failed > 0 ? TaskState::Failed : once ? TaskState::Completed : TaskState::Pending;
-        EnterHistory(task);
     }
     const std::string outcome = !reason.empty() ? reason
                                 : failed > 0    ? FailureOf(failed)
@@ -188,21 +189,6 @@ void TaskEngine::EndRun(Task& task, const std::string& reason) {
                                     Count(task, SubTaskState::Done) + failed});
     Trace(failed > 0 ? 2 : 0, task, "Task " + Quoted(task.name) + " has ended: " + outcome);
     Touch(task);
-}
-
-/// A sync folder's transfers become changes of its files.
-void TaskEngine::EnterHistory(const Task& task) {
-    if (task.schedule.kind != ScheduleKind::Sync)
-        return;
-    const std::string folder = task.name.substr(task.name.rfind(' ') + 1);
-    for (const SubTask& subTask : task.subTasks) {
-        if (DirectionOf(subTask) == Direction::None || subTask.state != SubTaskState::Done)
-            continue;
-        const std::string file = subTask.parameter1.substr(subTask.parameter1.find_last_of("/\\") + 1);
-        m_changes.history.push_back({VersionUri(folder, file), subTask.number % 5 ? 'm' : 'a',
-                                     subTask.number % 2 ? "mara" : "jonas",
-                                     subTask.number % 2 ? "STUDY-PC" : "LAPTOP-7", folder, m_now});
-    }
 }
 
 /// What is being processed waits for its turn again.

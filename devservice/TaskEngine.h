@@ -4,6 +4,7 @@
 #include "devservice/Databases.h"
 
 #include <cstdint>
+#include <functional>
 #include <random>
 
 namespace devservice {
@@ -16,6 +17,10 @@ enum class SubTaskFileOf { Every, None };
 class TaskEngine {
 public:
     explicit TaskEngine(uint64_t seed) : m_random(seed) {}
+
+    /// What a sub-task brings about outside of the tasks when it ends. Returns what went wrong, in words.
+    using Effect = std::function<std::string(const Task& task, const SubTask& subTask)>;
+    void SetEffect(Effect effect) { m_effect = std::move(effect); }
 
     /// Goes on from what the files say: what was being processed waits for its turn again.
     void Restore(TaskMap tasks, SimTime now);
@@ -59,9 +64,9 @@ private:
     void Finish(Task& task, SubTask& subTask);
     void GoWrong(Task& task, SubTask& subTask);
     void EndRun(Task& task, const std::string& reason);
-    void EnterHistory(const Task& task);
     void Halt(Task& task);
 
+    Effect m_effect;
     TaskMap m_tasks;
     Changes m_changes;
     SimTime m_now{};

@@ -6,7 +6,13 @@
 #include "backup/BackupPanel.h"
 #include "backup/BackupTaskWizard.h"
 #include "backup/FileTypeWizard.h"
+<<<<<<< HEAD
+#include "backup/FilterDialog.h"
+=======
+#include "backup/RestoreTaskWizard.h"
+>>>>>>> snapshots
 #include "backup/SchedulerPage.h"
+#include "backup/UndoneFiles.h"
 #include "clouddrive/BrowseDlg.h"
 #include "clouddrive/CloudSvcPage.h"
 #include "clouddrive/MountWizard.h"
@@ -19,6 +25,9 @@
 #include "page/WebPagePanel.h"
 #include "settings/SetBandWidthLimitDlg.h"
 #include "settings/SettingsPanel.h"
+#include "syncfolders/AddDropFolderDlg.h"
+#include "syncfolders/SyncPanel.h"
+#include "taskman/TaskList.h"
 #include "taskman/TaskManPanel.h"
 #include "window/BTaskMMCDlg.h"
 #include "window/ConsoleStatusBar.h"
@@ -74,6 +83,15 @@ void FillPage(QWidget& page) {
             line->setText(u"Sample"_s);
 }
 
+/// A snapshot of a backup that there may be.
+RestoreStart SampleRestore() {
+    RestoreSet set;
+    set.place = {u"/Archive/Snapshots/Letters"_s, u"6E2D0001-5B1E-4C7A-9D20-3F6A00000003"_s};
+    set.label = u"Weekly work snapshot"_s;
+    set.type = SetType::Folder;
+    return {set, SnapshotOf(u"2025-3-2-9-4-0_3"_s).value_or(Snapshot())};
+}
+
 /// Fills what is empty on a wizard's page and presses Next, once a page; false where that cannot be pressed.
 bool GoOn(QWidget& dialog) {
     constexpr char Left[] = "leftPage";
@@ -100,6 +118,14 @@ void OpenScheduleDialog(CBTaskMMCDlg& window, ScheduleForm form) {
     dialog->open();
 }
 
+/// Of a task of the development service that has failed.
+void OpenFailedFiles(CBTaskMMCDlg& window, const QString& taskId) {
+    TaskRow task;
+    task.id = taskId;
+    task.title = Title(QT_TRANSLATE_NOOP("Pages", "Backup"));
+    OpenUndoneFiles(window.Parts(), window, task, UndoneFiles::Failed);
+}
+
 } // namespace
 
 std::vector<PageEntry> PagesOf(bool serverMode, bool withGallery) {
@@ -115,8 +141,11 @@ std::vector<PageEntry> PagesOf(bool serverMode, bool withGallery) {
                      serverMode ? u"target"_s : u"cloud"_s, [](const Console& console) -> CBrenPanel* {
                          return new CVirtualDirectoryPanel(console);
                      }});
-    if (!serverMode)
+    if (!serverMode) {
         pages.push_back(backups);
+        pages.push_back({Title(QT_TRANSLATE_NOOP("Pages", "Cloud Sync Folders")), u"sync"_s,
+                         [](const Console& console) -> CBrenPanel* { return new CSyncPanel(console); }});
+    }
     pages.push_back({Title(QT_TRANSLATE_NOOP("Pages", "Task Manager")), u"tasks"_s,
                      [](const Console& console) -> CBrenPanel* { return new CTaskManPanel(console); }});
     pages.push_back({Title(QT_TRANSLATE_NOOP("Pages", "Settings")), u"settings"_s,
@@ -162,6 +191,14 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
          [](CBTaskMMCDlg& window) {
              PickRemoteFolder(window.Parts(), OpenMountWizard, &window, {}, [](const auto&) {});
          }},
+        {u"Files of a backup"_s,
+         [](CBTaskMMCDlg& window) { OpenFilterDialog(&window, {}, nullptr, [](const auto&) {}); }},
+        {u"New file type"_s,
+         [](CBTaskMMCDlg& window) {
+             auto* dialog = new CAddFileType(&window);
+             dialog->setAttribute(Qt::WA_DeleteOnClose);
+             dialog->open();
+         }},
         {u"Schedule"_s,
          [serverMode](CBTaskMMCDlg& window) {
              OpenScheduleDialog(window, serverMode ? ScheduleForm::Server : ScheduleForm::Dialog);
@@ -177,15 +214,31 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
              OpenFolderWizard(window.Parts(), window, BackupFlavour::Snapshot, [] {});
          },
          GoOn},
+        {u"Failed files"_s,
+         [serverMode](CBTaskMMCDlg& window) {
+             OpenFailedFiles(window, serverMode ? u"{6E2D0001-5B1E-4C7A-9D20-3F6A00000004}"_s
+                                                : u"{6E2D0001-5B1E-4C7A-9D20-3F6A00000007}"_s);
+         }},
         {u"Backup by file type"_s,
          [](CBTaskMMCDlg& window) {
              (new FileTypeWizard(window.Parts(), BackupFlavour::Snapshot, FileCategory::Pictures, &window))
                  ->open();
          },
          GoOn},
+        {u"Restore"_s, [](CBTaskMMCDlg& window) { OpenRestoreWizard(window.Parts(), &window, {}, {}); },
+         GoOn},
+        {u"Restore from a snapshot"_s,
+         [](CBTaskMMCDlg& window) { OpenRestoreWizard(window.Parts(), &window, SampleRestore(), {}); }, GoOn},
         {u"Backup by application"_s,
          [](CBTaskMMCDlg& window) { (new CAdvBackupTaskWizard(window.Parts(), &window))->open(); }, GoOn},
     };
+    if (!serverMode) {
+        dialogs.push_back(
+            {u"Add sync folder"_s, [](CBTaskMMCDlg& window) {
+                 const Console& parts = window.Parts();
+                 (new CAddDropFolderDlg(parts, {u"Home"_s, u"Team"_s}, {}, &window))->Open(parts.settingNews);
+             }});
+    }
     if (serverMode) {
         dialogs.push_back(
             {u"Set-up wizard"_s,

@@ -2,6 +2,7 @@
 
 #include "backup/BackupSettingsPage.h"
 #include "backup/BackupSummary.h"
+#include "backup/SnapshotsPanel.h"
 #include "backup/UndoneFiles.h"
 #include "look/IconRegistry.h"
 #include "look/Look.h"
@@ -26,10 +27,26 @@ TaskCardView SettingsView() {
             }};
 }
 
+TaskCardView SnapshotsView() {
+    return {CBackupItem::tr("Snapshots and Restore"), DownloadIcon,
+            [](const Console& console, const TaskRow& task) -> TaskView {
+                auto* panel = new CSnapshotsPanel(console, task);
+                return {panel, [panel](const TaskRow& turned) { panel->Turn(turned); }};
+            }};
+}
+
+/// As the list of snapshot backups has it.
+bool KeepsSnapshots(BackupKind kind) {
+    return kind == BackupKind::Application || kind == BackupKind::FileType || kind == BackupKind::Folder;
+}
+
 TaskCardPlan BackupCard(const LiveCounters& counters, const TaskRow& task) {
-    const bool crossCloud = KindOfBackup(task.type, task.description) == BackupKind::CrossCloud;
-    std::vector<TaskCardView> views{HistoryView()};
-    if (!crossCloud)
+    const BackupKind kind = KindOfBackup(task.type, task.description);
+    std::vector<TaskCardView> views;
+    if (KeepsSnapshots(kind))
+        views.push_back(SnapshotsView());
+    views.push_back(HistoryView());
+    if (kind != BackupKind::CrossCloud)
         views.push_back(SettingsView());
     for (const TaskCardView& advanced :
          {RunningView(counters), PendingView(), PendingRetryView(), TraceView()})

@@ -3,6 +3,7 @@
 #include "backup/BackupItem.h"
 #include "backup/BackupWizards.h"
 #include "backup/FileIndexGuide.h"
+#include "backup/RestoreTaskWizard.h"
 #include "look/IconRegistry.h"
 #include "mail/EmailDlg.h"
 #include "page/WebPage.h"
@@ -132,6 +133,10 @@ std::vector<FrameAction> CBackupTaskList::SideActions() {
     add(tr("Backup by File Type"), FileVersionsIcon, wizards.byFileType);
     if (m_flavour == BackupFlavour::Snapshot)
         add(tr("Backup by Application"), SettingsIcon, wizards.byApplication);
+    if (m_flavour == BackupFlavour::Snapshot)
+        actions.push_back(
+            {tr("Restore"), DownloadIcon,
+             [this] { OpenRestoreWizard(TheConsole(), this, {}, [this](const auto&) { PostReload(); }); }});
     if (m_flavour == BackupFlavour::Snapshot)
         actions.push_back({tr("Email Settings"), EmailIcon, [this] { EditNotification(); }});
     if (m_flavour == BackupFlavour::Mirrored && !ZEPSysInfoIsServer() &&

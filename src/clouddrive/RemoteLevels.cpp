@@ -3,15 +3,9 @@
 #include "look/IconRegistry.h"
 #include "service/RequestText.h"
 
-#include <QCoreApplication>
-
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-struct Words {
-    Q_DECLARE_TR_FUNCTIONS(RemoteLevels)
-};
 
 TreeLevel LevelOf(const DavListing& listing, const RemoteLevels& levels) {
     TreeLevel level;
@@ -54,12 +48,4 @@ CheckTreeModel::Lister ListRemoteFolders(const ServiceClient& service, const Rem
             return TreeLevel{{}, failure};
         return LevelOf(ParseMultistatus(answer.body, path, levels.hidden), levels);
     };
-}
-
-QString ListingFailure(const ServiceAnswer& answer) {
-    if (answer.outcome == ServiceOutcome::OtherStatus)
-        return Words::tr("The service does not list this folder (status %1).").arg(answer.status);
-    if (!answer)
-        return Words::tr("The service does not answer.");
-    return answer.length ? QString() : Words::tr("The service's answer broke off in the middle.");
 }

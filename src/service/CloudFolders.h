@@ -2,11 +2,13 @@
 
 #include "service/ListSetting.h"
 
-// The folders of the storage that the service encrypts or compresses, and the password it encrypts with.
+// The folders that the service encrypts, compresses or keeps in step, and the password it encrypts with.
 
 /// Paths as in "/Home/Letters". The same folder may stand in a list twice.
 inline constexpr ListSetting EncryptedFolders{"EncFolderList"};
 inline constexpr ListSetting CompressedFolders{"CompressFolderList"};
+/// A virtual directory and the local folder that is kept in step with it.
+inline constexpr ListSetting DropFolders{"DropFolders", 2};
 
 ListChange AddFolder(const ServiceClient& service, const ListSetting& list, const QString& path,
                      std::stop_token stop = {});

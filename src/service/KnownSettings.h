@@ -20,6 +20,14 @@ inline constexpr Setting<int> UploadBandwidth{"UploadBandwidth", 0};     ///< KB
 inline constexpr Setting<int> DownloadBandwidth{"DownloadBandwidth", 0}; ///< KB a second, 0 is unlimited
 
 inline constexpr Setting<int> TaskAdvancedMode{"TaskAdvancedMode", 0};
+inline constexpr Setting<int> DFAdvancedMode{"DFAdvancedMode", 0}; ///< of sync folders
+
+/// Sync folders: who changes files, and how they travel.
+inline const Setting<QString> WriterName{"WriterName", QStringLiteral("Local User")};
+inline const Setting<QString> ComputerName{"ComputerName"}; ///< the host's name when not set
+inline constexpr Setting<int> DropPollingInterval{"DropPollingInterval", 15}; ///< seconds
+inline constexpr Setting<int> DropCTMax{"DropCTMax", 10240};                  ///< KB
+inline constexpr Setting<int> DropCTMin{"DropCTMin", 10};                     ///< KB
 inline constexpr Setting<bool> PublishedToCloudSVC{"PublishedToCloudSVC", false};
 inline constexpr Setting<bool> BSInitConfig{"BSInitConfig", false}; ///< the server has been set up
 

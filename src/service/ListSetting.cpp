@@ -49,7 +49,7 @@ SettingValue<QStringList> ReadList(const ServiceClient& service, const ListSetti
 }
 
 ListChange ChangeList(const ServiceClient& service, const ListSetting& list, const ListEdit& edit,
-                      std::stop_token stop) {
+                      std::stop_token stop, const std::function<QString()>& prepare) {
     const SettingValue<QStringList> before = ReadList(service, list, stop);
     if (!before.WasRead())
         return {.failure = Lists::tr(
@@ -61,6 +61,8 @@ ListChange ChangeList(const ServiceClient& service, const ListSetting& list, con
         return {.stored = givenUp.isEmpty(), .failure = givenUp, .entries = before.value};
     if (const QString refusal = Refusal(list, before.value, wanted); !refusal.isEmpty())
         return {.failure = refusal, .entries = before.value};
+    if (const QString unprepared = prepare ? prepare() : QString(); !unprepared.isEmpty())
+        return {.failure = unprepared, .entries = before.value};
 
     const bool written(WriteSetting(service, list.AsSetting(), wanted.join(u'\n'), stop));
     const SettingValue<QStringList> after = ReadList(service, list, stop);

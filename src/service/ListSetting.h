@@ -41,6 +41,7 @@ using ListEdit = std::function<QString(QStringList& entries)>;
 
 /// Reads the list anew, so that what others changed stays, lets `edit` change it, writes it and reads it
 /// back. Nothing is written when it cannot be read, when nothing changes, or when it holds what a query
-/// cannot carry.
+/// cannot carry. `prepare` is called when nothing else is in the way of the writing: with a sentence it
+/// gives the change up.
 ListChange ChangeList(const ServiceClient& service, const ListSetting& list, const ListEdit& edit,
-                      std::stop_token stop = {});
+                      std::stop_token stop = {}, const std::function<QString()>& prepare = {});

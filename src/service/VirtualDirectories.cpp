@@ -34,7 +34,7 @@ struct FolderUse {
 };
 
 constexpr FolderUse Uses[] = {
-    {{"DropFolders", 2}, QT_TRANSLATE_NOOP("VirtualDirectories", "Synchronised with it: %1.")},
+    {DropFolders, QT_TRANSLATE_NOOP("VirtualDirectories", "Synchronised with it: %1.")},
     {EncryptedFolders, QT_TRANSLATE_NOOP("VirtualDirectories", "Encrypted in it: %1.")},
     {CompressedFolders, QT_TRANSLATE_NOOP("VirtualDirectories", "Compressed in it: %1.")},
 };

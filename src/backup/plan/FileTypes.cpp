@@ -75,10 +75,8 @@ QString JoinFileTypes(const QStringList& types) {
 QStringList IndexedForms(const QString& type) {
     const QString small = type.toLower();
     const QString bare = small.startsWith(u'.') ? small.mid(1) : small;
-    QStringList forms;
-    if (!bare.isEmpty())
-        forms << bare << u'.' + bare;
-    return forms;
+    const QString dotted = u'.' + bare;
+    return bare.isEmpty() ? QStringList() : QStringList{bare, dotted};
 }
 
 QStringView FolderOfFile(QStringView path) {

@@ -170,6 +170,15 @@ void CExpandableItem::SetButtonBusy(std::size_t index, bool busy, const QString&
         button.made->SetBusy(busy, why);
 }
 
+void CExpandableItem::SetButtonShown(std::size_t index, bool shown) {
+    Button& button = m_buttons.at(index);
+    if (std::exchange(button.shown, shown) == shown || !button.made)
+        return;
+    button.made->setVisible(shown);
+    PlaceChildren();
+    update(BodyTextRect());
+}
+
 void CExpandableItem::MakeButtonRow() {
     m_buttonRow = new QWidget(this);
     m_buttonRow->setAttribute(Qt::WA_NoMousePropagation); // between the buttons is not the card
@@ -193,7 +202,7 @@ void CExpandableItem::MakeButtons() {
         button.made->SetBusy(button.busy, button.why);
         connect(button.made, &ActionButton::Clicked, this, button.run);
         static_cast<QHBoxLayout*>(m_buttonRow->layout())->insertWidget(0, button.made);
-        button.made->show();
+        button.made->setVisible(button.shown);
     }
     // Tab goes through the buttons from left to right.
     QWidget* previous = m_link ? static_cast<QWidget*>(m_link) : this;
@@ -387,10 +396,12 @@ void CExpandableItem::ShowMenu(const QPoint& position) {
     menu->addAction(m_expanded ? tr("Show all") : tr("Open"), this, &CExpandableItem::Toggled);
     for (std::size_t i = m_buttons.size(); !m_expanded && i-- > 1;) {
         const QString caption = m_buttons[i].caption;
+        if (!m_buttons[i].shown)
+            continue;
         QAction* action = menu->addAction(m_buttons[i].icon, QString(caption).replace(u'&', u"&&"_s));
         action->setEnabled(!m_buttons[i].busy);
         connect(action, &QAction::triggered, this, [this, i, caption] {
-            if (m_buttons[i].caption == caption && m_buttons[i].made)
+            if (m_buttons[i].caption == caption && m_buttons[i].made && m_buttons[i].shown)
                 m_buttons[i].made->click();
         });
     }

@@ -95,6 +95,7 @@ protected:
         std::function<void()> run;
         bool busy = false;
         QString why = {}; ///< it is busy
+        bool shown = true;
         ActionButton* made = nullptr;
     };
 
@@ -103,6 +104,7 @@ protected:
     const Button& ButtonAt(std::size_t index) const { return m_buttons.at(index); }
     void SetButton(std::size_t index, const QString& caption, const QIcon& icon);
     void SetButtonBusy(std::size_t index, bool busy, const QString& why);
+    void SetButtonShown(std::size_t index, bool shown);
     void PlaceChildren();
 
     QRect TitleRect() const override;

@@ -23,6 +23,8 @@ void SummaryPanel::CreatePanel() {
     m_list->AddColumn(tr("Info"), 170);
     m_list->AddColumn(tr("Detail"), 220);
     m_list->RememberWidths(m_widths);
+    connect(m_list, &CBrenListCtrl::LeftClicked, this,
+            [this](int, int, const TakenRow& row) { OnRowClicked(row); });
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(Look::PageMargin, Look::PageMargin, Look::PageMargin, Look::PageMargin);
     layout->addWidget(m_list);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "list/RowSet.h"
 #include "page/BrenPanel.h"
 
 class CBrenListCtrl;
@@ -23,6 +24,8 @@ protected:
     enum class Known { Before, Read };
     /// What is known before the first read has ended, where a word says that it is under way, or since.
     void SetRows(const std::vector<SummaryRow>& rows, Known known = Known::Read);
+    /// A click on the row's detail, or the Enter key: the row as it was then.
+    virtual void OnRowClicked(const TakenRow& row) { Q_UNUSED(row) }
     /// Details of another subject are none of the next one.
     void ForgetRows() { m_rows.clear(); }
 

@@ -30,6 +30,10 @@ void CTaskItem::EnableAction(int index, bool enabled, const QString& why) {
     SetButtonBusy(ButtonOf(index), !enabled, why);
 }
 
+void CTaskItem::ShowAction(int index, bool shown) {
+    SetButtonShown(ButtonOf(index), shown);
+}
+
 QRect CTaskItem::ActionRect(int index) const {
     const ActionButton* button = ButtonAt(ButtonOf(index)).made;
     return button ? QRect(button->mapTo(this, QPoint()), button->size()) : QRect();

@@ -18,6 +18,8 @@ public:
 
     /// As while its command is under way: a disabled action swallows clicks. Its tool-tip says `why`.
     void EnableAction(int index, bool enabled, const QString& why = {});
+    /// One that is not shown cannot be reached.
+    void ShowAction(int index, bool shown);
     int ActionCount() const { return m_count; }
 
     /// Where the action stands, in the card's coordinates; nowhere before the card is shown.

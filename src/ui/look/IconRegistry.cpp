@@ -71,6 +71,8 @@ constexpr NumberedIcon NumberedIcons[] = {
     {SearchIcon, "search"},
     {SettingsIcon, "settings"},
     {SummaryIcon, "summary"},
+    {SyncIcon, "sync"},
+    {FileIcon, "file"},
     {TargetIcon, "target"},
 };
 

@@ -41,6 +41,7 @@ enum IconNumber : int {
     EditIcon = 9015,
     DismountIcon = 9016,
     EncryptionIcon = 9017,
+    FileIcon = 9022,
     LoginIcon = 9018,
     MountIcon = 9019,
     OpenFolderIcon = 9020,
@@ -51,6 +52,7 @@ enum IconNumber : int {
     SearchIcon = 9035,
     SettingsIcon = 9036,
     SummaryIcon = 9039,
+    SyncIcon = 9041,
     TargetIcon = 9042,
 };
 

@@ -113,7 +113,7 @@ void CBrenDialog::accept() {
     m_mayLeave = false;
     m_writing = write.settings;
     m_loader.Command(
-        Lane::Service,
+        WriteLane(),
         [service = m_service, run = write.run](std::stop_token stop) { return run(service, stop); },
         [this](const Loaded<QString>& failure) {
             EndWrite(failure ? *failure : tr("Nothing is known of how it went."));

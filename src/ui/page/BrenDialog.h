@@ -33,7 +33,7 @@ signals:
     void Written(const QString& setting);
 
 protected:
-    /// What OK does. `run` works on the service's lane, captures values only, and returns why it failed.
+    /// What OK does. `run` works on the lane of WriteLane, captures values only, and returns why it failed.
     struct Write {
         std::function<QString(const ServiceClient&, std::stop_token)>
             run;              ///< none when there is nothing to do
@@ -69,6 +69,8 @@ protected:
     /// Why OK does nothing with what the fields hold now; empty when it does.
     virtual QString Refusal() const { return {}; }
     virtual Write Changes() const = 0;
+    /// Where `run` works: on the network's lane when it may wait for other machines.
+    virtual Lane WriteLane() const { return Lane::Service; }
 
     /// A remark on what is typed, until something graver is to be said.
     void ShowRemark(const QString& text);

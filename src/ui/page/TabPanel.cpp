@@ -33,7 +33,7 @@ bool CTabPanel::Add(const QString& title, CBrenPanel* page, int image, bool show
     page->hide();
     page->setAccessibleName(title);
     m_pages.push_back({page, image});
-    ShowTabs(PageCount() - 1, shown);
+    ShowTabs(PageCount() - 1, PageCount(), shown);
     return true;
 }
 
@@ -42,11 +42,11 @@ void CTabPanel::ShowFirstTabs(int count) {
         SelectPage(0);
     else if (CurrentPage())
         CurrentPage()->PostReload();
-    ShowTabs(count, false);
+    ShowTabs(count, PageCount(), false);
 }
 
 void CTabPanel::ShowAllTabs(int from) {
-    ShowTabs(from, true);
+    ShowTabs(from, PageCount(), true);
     if (m_current < 0)
         SelectPage(0);
     if (CurrentPage())
@@ -54,12 +54,19 @@ void CTabPanel::ShowAllTabs(int from) {
     update();
 }
 
-/// Gives the pages from `from` on tabs or takes them away. The strip moves its current tab along while they
-/// go.
-void CTabPanel::ShowTabs(int from, bool shown) {
+void CTabPanel::ShowTab(int page, bool shown) {
+    if (!shown && m_current == page)
+        SelectPage(0);
+    ShowTabs(page, page + 1, shown);
+    update();
+}
+
+/// Gives the pages from `from` to before `end` tabs or takes them away. The strip moves its current tab along
+/// while they go.
+void CTabPanel::ShowTabs(int from, int end, bool shown) {
     {
         const QSignalBlocker untilAll(m_strip);
-        for (int page = from; page < PageCount(); ++page) {
+        for (int page = from; page < end; ++page) {
             const auto& [panel, image] = m_pages[static_cast<std::size_t>(page)];
             const int tab = TabOf(page);
             if (shown && tab < 0)

@@ -26,6 +26,8 @@ public:
     void ShowFirstTabs(int count);
     /// Gives the pages from `from` on their tabs again, and tells the current page to refresh.
     void ShowAllTabs(int from);
+    /// Gives one page its tab or takes it away; then the first page is selected in its place.
+    void ShowTab(int page, bool shown);
 
     int PageCount() const { return static_cast<int>(m_pages.size()); }
     CBrenPanel* CurrentPage() const; ///< null for none
@@ -55,7 +57,7 @@ private:
     };
 
     bool Add(const QString& title, CBrenPanel* page, int image, bool shown);
-    void ShowTabs(int from, bool shown);
+    void ShowTabs(int from, int end, bool shown);
     int TabOf(int page) const;
     void OnTabChanged(int tab);
     void LayOutPages();

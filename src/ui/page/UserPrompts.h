@@ -22,6 +22,8 @@ struct Question {
     QString yes = {};     ///< the button's own words; empty: Yes
     QString no = {};      ///< the button's own words; empty: No
     bool destroys = true; ///< No is the button that the Enter key presses; otherwise Yes
+    QString beside = {};  ///< words of a further button, which leaves the question open; empty: none
+    std::function<void()> besideRun = {}; ///< what that does
 };
 
 struct TextRequest {

@@ -70,6 +70,11 @@ void WindowPrompts::Ask(QWidget* over, const Question& question, std::function<v
     QPushButton* no = AddButton(*box, QMessageBox::No, question.no);
     box->setDefaultButton(question.destroys ? no : yes);
     box->setEscapeButton(no);
+    if (!question.beside.isEmpty()) {
+        QPushButton* beside = box->addButton(question.beside, QMessageBox::ActionRole);
+        beside->disconnect(box); // which would close
+        QObject::connect(beside, &QPushButton::clicked, box, question.besideRun);
+    }
     Open(box, over, [answer = std::move(answer)](int result) { answer(result == QMessageBox::Yes); });
 }
 

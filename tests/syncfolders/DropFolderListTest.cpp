@@ -1,0 +1,483 @@
+// Labels: threads painting
+#include "syncfolders/DropFolderList.h"
+#include "list/CellMarkup.h"
+#include "page/ActionButton.h"
+#include "page/LinkLabel.h"
+#include "page/NoticeLine.h"
+#include "page/TabPanel.h"
+#include "support/PageFixture.h"
+#include "support/TableHand.h"
+#include "support/TestMain.h"
+#include "support/UserHome.h"
+#include "syncfolders/AddDropFolderDlg.h"
+#include "syncfolders/DropFolder.h"
+#include "syncfolders/DropFolderChanges.h"
+#include "syncfolders/DropFolderItem.h"
+#include "syncfolders/SyncCommands.h"
+#include "syncfolders/SyncSummary.h"
+#include "syncplan/LocalFolder.h"
+#include "wizard/PathField.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QLineEdit>
+#include <QPushButton>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr char Provider[] = "{0F3C6B52-7A41-4E0B-9C55-21D8E3A7B901}";
+
+void PressOk(QWidget& dialog) {
+    QTest::mouseClick(dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
+}
+
+} // namespace
+
+/// The sync folders as cards, what is done to them, and what is seen of their files.
+class DropFolderListTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init() {
+        m_fixture = std::make_unique<PageFixture<>>();
+        m_home = std::make_unique<UserHome>(m_fixture->service.Home());
+        Service().SetVirtualDirectories({{"Team", "{C}", 3, Provider}, {"Archive", "{D}", 3, Provider}});
+        Service().SetSetting("DropFolders", "Team\t" + Local().toStdString() + "\nno tab\n");
+        m_panel = std::make_unique<CDropFolderList>(m_fixture->console, [] { return QTime(9, 0); });
+        m_panel->resize(900, 600);
+    }
+    void cleanup() {
+        m_panel.reset();
+        m_home.reset();
+        m_fixture.reset();
+    }
+
+    void cardsSayHowTheirTasksStand_data() {
+        const Columns<int, int, int, QString, QString, QString> row("state", "nextRun", "failed", "status",
+                                                                    "failure", "action");
+        row("counts down", 0, 61, 0, "Sync starts in 01 Minute(s) 01 Second(s)", "", "Pause Sync");
+        row("is due", 0, -1, 0, "Sync starts momentarily", "", "Pause Sync");
+        row("paused", 2, 61, 0, "Paused", "", "Resume Sync");
+        row("failed", 3, 3600, 3, "failed, retry in 01:00:00",
+            u"3 files failed  \u00B7  failed, retry in 01:00:00"_s, "Retry Now");
+        row("completed", 5, 0, 0, "Completed", "", "Start Now");
+        row("completed but for one", 5, 0, 1, "Completed", u"1 file failed  \u00B7  Completed"_s,
+            "Start Now");
+    }
+
+    void cardsSayHowTheirTasksStand() {
+        const auto [state, nextRun, failed, status, failure, action] =
+            Fetched<int, int, int, QString, QString, QString>();
+        Open();
+        Put(static_cast<TaskState>(state), nextRun, failed);
+        m_fixture->Refresh(*m_panel);
+        QCOMPARE(m_panel->CardCount(), 1);
+        QCOMPARE(Card().Title(), u"Cloud Sync Folder - Team"_s);
+        QCOMPARE(Card().StatusText(), status);
+        QCOMPARE(Card().Failure(), failure);
+        QVERIFY(Buttons().contains(action));
+        QCOMPARE(Buttons().filter(u"failed"_s).size(), failed > 0 ? 1 : 0);
+        QCOMPARE(Buttons().size(), failed > 0 ? 6 : 5);
+        // Nothing that is left undone looks well.
+        QCOMPARE(Card().StatusState() == static_cast<int>(TaskState::Completed), state == 5 && failed == 0);
+        QCOMPARE(Card().BodyText().contains(u"paused since"_s), state == 2);
+    }
+
+    void tasksAreAskedForOnceAndAFewAtATime() {
+        QStringList records;
+        for (int i = 0; i < 40; ++i)
+            records += u"Folder %1\t/local/%1"_s.arg(i);
+        Service().SetSetting("DropFolders", records.join(u'\n').toStdString());
+        Open();
+        QList<int> asked;
+        for (int read = 0; read < 5; ++read) {
+            asked += int(m_fixture->service.RequestLines().size());
+            Service().ForgetRequests();
+            m_fixture->Refresh(*m_panel);
+        }
+        QCOMPARE(asked, (QList<int>{16, 16, 11, 1, 1}));
+        Service().RemoveTask(IdOf("Folder 3"));
+        m_fixture->Refresh(*m_panel); // finds the row gone
+        Service().ForgetRequests();
+        m_fixture->Refresh(*m_panel);
+        QCOMPARE(m_fixture->service.RequestLines(),
+                 QStringList({u"GET /settings/DropFolders"_s, u"GET /schedule/getsynctask"_s}));
+        QVERIFY(!IdOf("Folder 3").empty());
+    }
+
+    void anUnreadListKeepsItsCards() {
+        Open();
+        for (const char* fault : {"refuse", "status:500@DropFolders", "fin@DropFolders"}) {
+            QVERIFY(Service().SetFault(fault));
+            m_fixture->Refresh(*m_panel);
+            QCOMPARE(m_panel->CardCount(), 1);
+            Service().ClearFaults();
+        }
+        Service().SetSetting("DropFolders", "");
+        m_fixture->Refresh(*m_panel);
+        QCOMPARE(m_panel->CardCount(), 0);
+    }
+
+    void buttonsCommandTheTask() {
+        Open();
+        Put(TaskState::Pending, 600, 0);
+        m_fixture->Refresh(*m_panel);
+        Click(u"Pause Sync"_s);
+        QCOMPARE(Service().FindTask(IdOf("Team"))->state, TaskState::Paused);
+        QVERIFY(Buttons().contains(u"Resume Sync"_s)); // by what was read, with the state
+        QVERIFY(Card().BodyText().contains(u"paused since 2"_s));
+        Service().SetSetting("DropPollingInterval", "30");
+        m_fixture->Refresh(*m_panel);
+        QCOMPARE(Service().FindTask(IdOf("Team"))->state, TaskState::Paused);
+        Click(u"Resume Sync"_s);
+        QCOMPARE(Service().FindTask(IdOf("Team"))->state, TaskState::Running);
+        QVERIFY(!Card().BodyText().contains(u"paused"_s));
+    }
+
+    void failedFilesOpenUntilTheySucceed() {
+        Open();
+        Put(TaskState::Failed, 600, 2);
+        m_fixture->Refresh(*m_panel);
+        Click(u"2 files failed"_s);
+        QVERIFY(Card().IsExpanded());
+        auto* tabs = Card().findChild<CTabPanel*>();
+        QCOMPARE(tabs->CurrentPage()->accessibleName(), u"Pending Retry Action"_s);
+        const TableHand table(*tabs->CurrentPage());
+        QCOMPARE(table.Column(4), QStringList({u"in use"_s, u"in use"_s}));
+        Put(TaskState::Pending, 600, 0);
+        m_fixture->Refresh(*m_panel);
+        QCOMPARE(tabs->CurrentIndex(), 0);
+        QCOMPARE(Card().Failure(), QString());
+    }
+
+    void advancedModeIsKeptByTheService() {
+        Open();
+        Expand();
+        auto* tabs = Card().findChild<CTabPanel*>();
+        const auto shown = [tabs] {
+            int count = 0;
+            for (int page = 0; page < tabs->PageCount(); ++page)
+                count += tabs->IsTabShown(page) ? 1 : 0;
+            return count;
+        };
+        QCOMPARE(shown(), 3);
+        Card().findChild<QCheckBox*>()->click();
+        m_fixture->reader.StepAll();
+        QCOMPARE(shown(), 7);
+        QCOMPARE(Service().Setting("DFAdvancedMode"), std::optional<std::string>("1"));
+    }
+
+    void disablingAsksWithItsFacts() {
+        Open();
+        const QString question =
+            u"Do you really want to disable the Cloud Sync Folder (the content of the local "
+            "folder will not be removed. However, synchronization will stop.)?\nLocal files "
+            "stay in "_s +
+            Local() + u"\nCloud files stay in /Team\nChanges no longer travel between the two"_s;
+        m_fixture->prompts.ExpectQuestion(question, false);
+        Click(u"Disable"_s);
+        QCOMPARE(m_panel->CardCount(), 1);
+        QVERIFY(m_fixture->prompts.asked.destroys);
+        m_fixture->prompts.ExpectQuestion(question, true);
+        Click(u"Disable"_s);
+        QCOMPARE(m_panel->CardCount(), 0);
+        QCOMPARE(Service().Setting("DropFolders"), std::optional<std::string>("no tab"));
+        QCOMPARE(IdOf("Team"), std::string());
+    }
+
+    void addingNeedsADirectoryThatIsLeft_data() {
+        const Columns<QString, QByteArray, QString> row("fault", "list", "message");
+        row("refuse", "",
+            "Unable to get virtual directory list, please check the application is still running");
+        row("", "team\t/a\nArchive\t/b",
+            "Cloud Sync Folder has been enabled for all existing cloud storage account(Virtual Directory)");
+        row("status:500@DropFolders", "",
+            "The service does not tell which Cloud Sync Folders there are, so none can be added now.");
+        row("none", "",
+            "You don't have any cloud storage account(Virtual Directory) yet, please mount one in 'Cloud "
+            "Drive' "
+            "section first.");
+    }
+
+    void addingNeedsADirectoryThatIsLeft() {
+        const auto [fault, list, message] = Fetched<QString, QByteArray, QString>();
+        Service().SetSetting("DropFolders", list.toStdString());
+        Open();
+        if (fault == "none"_L1)
+            Service().SetVirtualDirectories({});
+        else if (!fault.isEmpty())
+            QVERIFY(Service().SetFault(fault.toStdString()));
+        m_fixture->prompts.ExpectMessage(message);
+        m_panel->Folders().Add();
+        m_fixture->reader.StepAll();
+        QVERIFY(!Dialog());
+        QVERIFY(m_fixture->prompts.IsPlayed());
+    }
+
+    void addingChecksInOrder() {
+        CAddDropFolderDlg& dialog = OpenAdd();
+        auto* names = dialog.findChild<QComboBox*>();
+        auto* path = dialog.findChild<PathField*>();
+        const auto notice = [&dialog] { return dialog.findChild<NoticeLine*>()->Text(); };
+        QCOMPARE(names->count(), 1);
+        PressOk(dialog);
+        QCOMPARE(notice(), u"Cloud Sync Folder location can not be empty."_s);
+        path->SetPath(Local() + u"/inside"_s);
+        QVERIFY(notice().contains(u"inside"_s));
+        PressOk(dialog);
+        QCOMPARE(notice(), u"Please select the cloud storage for the Cloud Sync Folder."_s);
+        names->setCurrentIndex(0);
+        QCOMPARE(path->Path(), Local() + u"/inside"_s); // what was chosen stays
+        path->SetPath({});
+        names->setCurrentIndex(-1);
+        names->setCurrentIndex(0);
+        QVERIFY(path->Path().endsWith("Cloud Sync Folder - Archive"_L1));
+        path->SetPath(u"Archive"_s);
+        PressOk(dialog);
+        QVERIFY(notice().contains(u"no complete path"_s));
+        // Another console adds meanwhile: nobody's record is lost.
+        const std::string other = *Service().Setting("DropFolders") + "\nOther\t/other";
+        Service().SetSetting("DropFolders", other);
+        const QString place = m_fixture->service.Home() + "/a/b"_L1;
+        path->SetPath(place);
+        PressOk(dialog);
+        m_fixture->reader.StepAll();
+        QTRY_VERIFY(!Dialog());
+        m_fixture->reader.StepAll();
+        QVERIFY(QDir(place).exists());
+        QVERIFY(QString::fromStdString(*Service().Setting("DropFolders"))
+                    .endsWith(u"\nOther\t/other\nArchive\t"_s + place));
+        QVERIFY(m_panel->FindCard(u"Cloud Sync Folder - Archive"_s));
+    }
+
+    void whatDoesNotStandIsTold() {
+        CAddDropFolderDlg& dialog = OpenAdd();
+        dialog.findChild<QComboBox*>()->setCurrentIndex(0);
+        QVERIFY(Service().SetFault("deny:500@LTN_Archive_"));
+        const QString place = m_fixture->service.Home() + "/a"_L1;
+        dialog.findChild<PathField*>()->SetPath(place);
+        m_fixture->prompts.ExpectMessage(
+            u"The folder \""_s + place +
+            u"\" is in the list of sync folders.\nThe service did not take these "
+            "settings of the folder: LTN_Archive_."_s);
+        PressOk(dialog);
+        m_fixture->reader.StepAll();
+        QVERIFY(m_fixture->prompts.IsPlayed());
+    }
+
+    void theSummaryShowsAndOpens() {
+        Open();
+        Service().Advance(20min);
+        Put(TaskState::Running, 600, 0);
+        m_fixture->Refresh(*m_panel);
+        Expand();
+        const TableHand table(*Card().findChild<SyncSummary*>());
+        QCOMPARE(table.Column(1).mid(0, 2), QStringList({u"Team"_s, Local()}));
+        const QStringList titles = table.Column(0);
+        QCOMPARE(titles[4], u"Recent Changed Files"_s);
+        QVERIFY(titles.indexOf(u"Pending Subtasks"_s) > 6);
+        m_fixture->prompts.ExpectMessage(u'"' + Local() + u"\" is not there."_s);
+        table.Click(1, 1);
+        Settle();
+        const QString file = table.Cells(5)[1];
+        QVERIFY(file.startsWith("/Team/"_L1));
+        m_fixture->prompts.ExpectMessage(u'"' + Local() + file.mid(5) + u"\" is not there."_s);
+        table->setCurrentIndex(table->model()->index(5, 1));
+        QTest::keyClick(table.operator->(), Qt::Key_Return);
+        Settle();
+        QVERIFY(m_fixture->prompts.IsPlayed());
+    }
+
+    void changesLeadToVersionsAndBack() {
+        QVERIFY(QDir().mkpath(Local()));
+        Open();
+        Service().Advance(40min);
+        Expand();
+        auto* tabs = Card().findChild<CTabPanel*>();
+        tabs->SelectPage(2);
+        m_fixture->reader.StepAll();
+        QVERIFY(m_fixture->frame.StatusText().contains(u"latest 200"_s));
+        const TableHand changes(*Card().findChild<CDropFolderChanges*>());
+        const int row = int(changes.Column(0).lastIndexOf(u"/Team/photos/hall.jpg"_s));
+        QVERIFY(row >= 0);
+        QCOMPARE(changes.Cells(row)[1], u"Added"_s);
+        changes.Click(row, 5);
+        Settle();
+        QCOMPARE(tabs->CurrentIndex(), 1);
+        const auto lists = Versions().findChildren<CBrenListCtrl*>();
+        const auto cell = [&lists](int list, int at, int column) {
+            return WordsOfCell(lists[list]->Rows().CellText(at, column));
+        };
+        QCOMPARE(cell(0, 0, 1), u".."_s);
+        QVERIFY(lists[1]->Rows().rowCount() > 1);
+        QCOMPARE(cell(1, 0, 0), u"1"_s);
+        QCOMPARE(cell(1, 0, 6), QString());
+        QCOMPARE(cell(1, 1, 6), u"restore to this version"_s);
+
+        const int before = lists[1]->Rows().rowCount();
+        const auto revert = [&](bool yes) {
+            m_fixture->prompts.ExpectQuestion(Asked(cell(1, 1, 5), cell(1, 0, 5), cell(1, 1, 2)), yes);
+            if (yes)
+                m_fixture->prompts.ExpectMessage(u"The restore operation is successful."_s);
+            QTest::mouseClick(lists[1]->viewport(), Qt::LeftButton, {},
+                              lists[1]->visualRect(lists[1]->Rows().index(1, 6)).center());
+            Settle();
+        };
+        revert(false);
+        QCOMPARE(lists[1]->Rows().rowCount(), before);
+        QCOMPARE(m_fixture->prompts.asked.beside, u"Open Folder"_s);
+        QVERIFY(m_fixture->prompts.asked.destroys);
+        revert(true);
+        QCOMPARE(lists[1]->Rows().rowCount(), before + 1);
+        QVERIFY(m_fixture->prompts.IsPlayed());
+    }
+
+    void foldersAreBrowsed() {
+        Open();
+        Service().Advance(40min);
+        Expand();
+        Card().findChild<CTabPanel*>()->SelectPage(1);
+        m_fixture->reader.StepAll();
+        auto* files = Versions().findChildren<CBrenListCtrl*>().first();
+        const auto click = [&](const QString& name, int column) {
+            for (int row = 0; row < files->Rows().rowCount(); ++row)
+                if (files->Rows().CellText(row, 1) == name)
+                    QTest::mouseClick(files->viewport(), Qt::LeftButton, {},
+                                      files->visualRect(files->Rows().index(row, column)).center());
+            Settle();
+        };
+        Service().ForgetRequests();
+        click(u"photos"_s, 0); // the link in front works, too
+        QVERIFY(PathText().endsWith(": /photos"_L1));
+        click(u".."_s, 1);
+        QVERIFY(PathText().endsWith(": /"_L1));
+        const QString top = u"PROPFIND /resources/43811DCD-8C5A-4EF9-B903-2EEA9CE88487/Team"_s;
+        QCOMPARE(m_fixture->service.RequestLines(), QStringList({top + u"/photos"_s, top}));
+    }
+
+    void allIsComparedAgainOnlyWhereThatIsOffered() {
+        for (const bool offered : {true, false}) {
+            Service().SetSetting("ConsoleRecords", offered ? "1" : "0");
+            m_panel = std::make_unique<CDropFolderList>(m_fixture->console);
+            m_panel->resize(900, 600);
+            Open();
+            Expand();
+            Card().findChild<CTabPanel*>()->SelectPage(1);
+            m_fixture->reader.StepAll();
+            LinkLabel* force = nullptr;
+            for (auto* link : Versions().findChildren<LinkLabel*>())
+                force = link->Spans().value(0) == "Force Re-Sync"_L1 ? link : force;
+            QVERIFY(force);
+            QCOMPARE(force->isEnabled(), offered);
+            QCOMPARE(force->accessibleDescription().isEmpty(), offered);
+            if (!offered)
+                continue;
+            Service().SetSetting("LST_Team", "x");
+            m_fixture->prompts.ExpectQuestion(u"All files of the folder will be compared again. Continue?"_s,
+                                              true);
+            m_fixture->prompts.ExpectMessage(
+                u"Sync task has been scheduled, please check task manager for status"_s);
+            emit force->LinkClicked(0);
+            m_fixture->reader.StepAll();
+            QCOMPARE(Service().Setting("LST_Team"), std::optional<std::string>(""));
+        }
+    }
+
+private:
+    devservice::DevService& Service() { return m_fixture->service.Service(); }
+    QString Local() const { return m_fixture->service.Home() + "/sync/Team"_L1; }
+    CDropFolderItem& Card() { return *static_cast<CDropFolderItem*>(m_panel->CardAt(0)); }
+    CDropFolder& Versions() { return *Card().findChild<CDropFolder*>(); }
+    void Open() {
+        m_panel->show();
+        m_fixture->Open(*m_panel);
+    }
+    void Expand() {
+        m_panel->ToggleCard(Card());
+        Settle();
+    }
+    void Settle() {
+        for (int i = 0; i < 3; ++i) {
+            QCoreApplication::processEvents();
+            m_fixture->reader.StepAll(100);
+        }
+    }
+
+    std::string IdOf(const std::string& folder) {
+        for (const devservice::Task& task : Service().Tasks())
+            if (task.name == "Cloud Sync Folder Task For " + folder)
+                return task.id;
+        return {};
+    }
+
+    /// The task of the folder, with so many sub-tasks that failed.
+    void Put(TaskState state, int nextRun, int failed) {
+        devservice::Task task = *Service().FindTask(IdOf("Team"));
+        task.state = state;
+        task.nextRun = devservice::MakeTime(2025, 3, 4, 9) + std::chrono::seconds(nextRun);
+        task.subTasks.clear();
+        for (int i = 1; i <= failed; ++i) {
+            task.subTasks.push_back(devservice::MakeSubTask(
+                i, "DPUT", "/x", 9, i % 2 ? SubTaskState::Failed : SubTaskState::PendingRetry));
+            task.subTasks.back().note = "in use";
+        }
+        Service().PutTask(task);
+    }
+
+    /// The captions that can be reached on the card.
+    QStringList Buttons() {
+        QStringList captions;
+        for (const auto* button : Card().findChildren<ActionButton*>())
+            if (button->isVisible())
+                captions += button->accessibleName().isEmpty() ? button->text() : button->accessibleName();
+        return captions;
+    }
+    void Click(const QString& caption) {
+        for (auto* button : Card().findChildren<ActionButton*>())
+            if (button->isVisible() && (button->accessibleName() == caption || button->text() == caption)) {
+                QTest::mouseClick(button, Qt::LeftButton);
+                return Settle();
+            }
+        QTest::qFail(qPrintable(u"there is no button "_s + caption), __FILE__, __LINE__);
+    }
+
+    CAddDropFolderDlg* Dialog() {
+        for (QWidget* window : QApplication::topLevelWidgets())
+            if (auto* dialog = qobject_cast<CAddDropFolderDlg*>(window); dialog && dialog->isVisible())
+                return dialog;
+        return nullptr;
+    }
+    CAddDropFolderDlg& OpenAdd() {
+        Open();
+        m_panel->Folders().Add();
+        m_fixture->reader.StepAll();
+        return *Dialog();
+    }
+
+    QString PathText() {
+        for (const auto* label : Versions().findChildren<QLabel*>())
+            if (label->text().startsWith("Current Path"_L1))
+                return label->text();
+        return {};
+    }
+
+    QString Asked(const QString& from, const QString& presentFrom, const QString& when) const {
+        const QString path = Local() + "/photos/hall.jpg"_L1;
+        return u"Do you really want to revert to the version?\nNow: "_s + path + u", "_s +
+               LocalFileText(path) + u", from "_s + presentFrom + u"\nThen: version 2 of it, "_s + when +
+               u", from "_s + from + u"; the service does not tell its size"_s;
+    }
+
+    std::unique_ptr<PageFixture<>> m_fixture;
+    std::unique_ptr<UserHome> m_home;
+    std::unique_ptr<CDropFolderList> m_panel;
+};
+
+BTASK_TEST(DropFolderListTest);
+#include "DropFolderListTest.moc"

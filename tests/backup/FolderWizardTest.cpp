@@ -69,7 +69,7 @@ struct Backing : PageFixture<> {
     /// What a record of the folders that are ticked is to be.
     QByteArray Record(const QByteArray& name, const QByteArray& end) const {
         return name + '\t' + Folder(u"Papers"_s).toUtf8() + '\n' + Folder(u"Photos"_s).toUtf8() +
-               "\t/Home/Backup\t" + papers +
+               "\t/Home/Backup\t" + Folder(u"Papers/old"_s).toUtf8() +
                "\t*\n.tmp\nthumbs.db;desktop.ini;picasa.ini;\nNoSys\nNoHidden\t" + Schedule + end;
     }
 

@@ -1,5 +1,6 @@
 #include "benchmarks/BenchTable.h"
 #include "benchmarks/ConsoleParts.h"
+#include "benchmarks/TimingReader.h"
 #include "development/WatchedReader.h"
 #include "lanes/ThreadReader.h"
 #include "list/BrenListCtrl.h"
@@ -11,7 +12,6 @@
 #include "taskman/TraceTable.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
 
@@ -26,38 +26,6 @@ constexpr int SubTasks = 100'000;
 constexpr int Traces = 1'000'000;
 constexpr int Rounds = 9;
 constexpr QSize PageSize(770, 500);
-
-/// Runs each job when told, and takes the time of both of its halves.
-class TimingReader : public Reader {
-public:
-    void Submit(Job job) override { m_jobs.push_back(std::move(job)); }
-
-    void RunAll() {
-        for (Job& job : std::exchange(m_jobs, {})) {
-            lane = MillisecondsOf([&job] { job.work(job.stop.get_token()); });
-            window = MillisecondsOf([&job] {
-                job.done();
-                QApplication::sendPostedEvents();
-            });
-        }
-    }
-
-    double lane = 0;
-    double window = 0;
-
-private:
-    std::vector<Job> m_jobs;
-};
-
-template <typename Condition>
-double MillisecondsUntil(const QElapsedTimer& since, Condition holds) {
-    while (!holds()) {
-        if (since.hasExpired(60'000))
-            throw std::runtime_error("the page was never filled");
-        QApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
-    }
-    return static_cast<double>(since.nsecsElapsed()) / 1e6;
-}
 
 void MeasureCards(BenchTable& table) {
     ConsoleParts bench("empty");

@@ -1,3 +1,4 @@
+#include "ctl/NewTask.h"
 #include "ctl/Rows.h"
 
 #include "plan/BackupSchedule.h"
@@ -41,55 +42,6 @@ CtlExit Backups(const Invocation& invocation) {
     });
 }
 
-/// Numbers of at most four digits between separators, as in "2025-1-31"; fewer when it is none.
-std::vector<int> Numbers(const QString& text, QChar separator) {
-    std::vector<int> numbers;
-    for (const QString& part : text.split(separator)) {
-        const bool digits = std::all_of(part.begin(), part.end(),
-                                        [](QChar letter) { return letter >= u'0' && letter <= u'9'; });
-        if (!digits || part.isEmpty() || part.size() > 4)
-            return {};
-        numbers.push_back(part.toInt());
-    }
-    return numbers;
-}
-
-/// Puts the value into the schedule. Returns what is wrong with it, if anything.
-using Take = QString (*)(const QString& value, BackupSchedule& schedule);
-
-QString TakeDate(const QString& value, BackupSchedule& schedule) {
-    const std::vector<int> numbers = Numbers(value, u'-');
-    schedule.date = numbers.size() == 3 ? QDate(numbers[0], numbers[1], numbers[2]) : QDate();
-    const bool taken = schedule.date >= FirstScheduleDate && schedule.date <= LastScheduleDate;
-    return taken ? QString() : u"--date takes a day with a year of four digits, as in 2025-1-31."_s;
-}
-
-QString TakeTime(const QString& value, BackupSchedule& schedule) {
-    const std::vector<int> numbers = Numbers(value, u':');
-    schedule.time = numbers.size() == 3 ? QTime(numbers[0], numbers[1], numbers[2]) : QTime();
-    return schedule.time.isValid() ? QString() : u"--time takes hour, minute and second, as in 22:30:0."_s;
-}
-
-QString TakeDays(const QString& value, BackupSchedule& schedule) {
-    const QStringList names{u"sun"_s, u"mon"_s, u"tue"_s, u"wed"_s, u"thu"_s, u"fri"_s, u"sat"_s};
-    schedule.weekdays.fill(false);
-    if (value.isEmpty())
-        return {};
-    for (const QString& day : value.split(u',')) {
-        const qsizetype at = names.indexOf(day.toLower());
-        if (at < 0)
-            return u"\"%1\": --days takes words of %2 with commas between them."_s.arg(day,
-                                                                                       names.join(u", "_s));
-        schedule.weekdays[static_cast<std::size_t>(at)] = true;
-    }
-    return {};
-}
-
-QString TakeBox(const QString& value, BackupSchedule& schedule) {
-    schedule.box = value == "on"_L1;
-    return {};
-}
-
 /// The place of the option's word among those that it takes.
 int ChoiceOf(const Invocation& invocation, QLatin1String option, QLatin1String names) {
     return int(QString(names).split(u'|').indexOf(invocation.Option(option).value_or(QString())));
@@ -102,14 +54,8 @@ QString TakeSchedule(const Invocation& invocation, ScheduleForm form, BackupSche
         return u"This form offers no --mode now: its backups run daily or weekly."_s;
     if (HasLink(form) && invocation.Has("--box"_L1))
         return u"This form has no box: --box is for mirrored and snapshot."_s;
-    for (const auto& [option, take] : {std::pair<QLatin1String, Take>("--date"_L1, TakeDate),
-                                       {"--time"_L1, TakeTime},
-                                       {"--days"_L1, TakeDays},
-                                       {"--box"_L1, TakeBox}}) {
-        const auto value = invocation.Option(option);
-        if (QString mistake = value ? take(*value, schedule) : QString(); !mistake.isEmpty())
-            return mistake;
-    }
+    if (QString mistake = TakeStart(invocation, "--days"_L1, schedule); !mistake.isEmpty())
+        return mistake;
     return ScheduleRefusal(schedule, form);
 }
 

@@ -131,9 +131,10 @@ QString CheckInputs(const Command& command, const Invocation& invocation) {
 const std::vector<Command>& AllCommands() {
     static const std::vector<Command> all = [] {
         std::vector<Command> commands = DatabaseCommands();
-        for (const auto& more : {LiveCommands(), TaskCommands(), SettingsCommands(), DirectoryCommands(),
-                                 MountCommands(), FolderCommands(), BackupCommands(), SyncFolderCommands(),
-                                 MailCommands(), DavCommands(), RequestCommands(), HelpCommands()})
+        for (const auto& more :
+             {LiveCommands(), TaskCommands(), SettingsCommands(), DirectoryCommands(), MountCommands(),
+              FolderCommands(), BackupCommands(), CreateCommands(), ApplicationCommands(), SnapshotCommands(),
+              SyncFolderCommands(), MailCommands(), DavCommands(), RequestCommands(), HelpCommands()})
             commands.insert(commands.end(), more.begin(), more.end());
         return commands;
     }();

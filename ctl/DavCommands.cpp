@@ -1,3 +1,4 @@
+#include "ctl/DavListCommand.h"
 #include "ctl/Rows.h"
 
 #include "service/DavListing.h"
@@ -24,7 +25,24 @@ bool MaySend(const Invocation& invocation, const QString& path, const QString& r
     return refusal.isEmpty();
 }
 
-CtlExit List(const Invocation& invocation) {
+CtlExit MakeFolder(const Invocation& invocation) {
+    const QString& parent = invocation.operands[0];
+    const QString& name = invocation.operands[1];
+    if (!MaySend(invocation, parent, NewFolderRefusal(parent, name)))
+        return CtlExit::Usage;
+    return invocation.End(CreateDavFolder(ServiceClient(), parent, name, invocation.stop));
+}
+
+CtlExit Remove(const Invocation& invocation) {
+    const QString& path = invocation.operands[0];
+    if (!MaySend(invocation, path, DeletedPathRefusal(path)))
+        return CtlExit::Usage;
+    return invocation.End(DeleteDavPath(ServiceClient(), path, invocation.stop));
+}
+
+} // namespace
+
+CtlExit ListDavFolder(const Invocation& invocation) {
     const QString& path = invocation.operands[0];
     if (!MaySend(invocation, path, ListedPathRefusal(path)))
         return CtlExit::Usage;
@@ -47,30 +65,13 @@ CtlExit List(const Invocation& invocation) {
     });
 }
 
-CtlExit MakeFolder(const Invocation& invocation) {
-    const QString& parent = invocation.operands[0];
-    const QString& name = invocation.operands[1];
-    if (!MaySend(invocation, parent, NewFolderRefusal(parent, name)))
-        return CtlExit::Usage;
-    return invocation.End(CreateDavFolder(ServiceClient(), parent, name, invocation.stop));
-}
-
-CtlExit Remove(const Invocation& invocation) {
-    const QString& path = invocation.operands[0];
-    if (!MaySend(invocation, path, DeletedPathRefusal(path)))
-        return CtlExit::Usage;
-    return invocation.End(DeleteDavPath(ServiceClient(), path, invocation.stop));
-}
-
-} // namespace
-
 std::vector<Command> DavCommands() {
     return {
         {"dav ls"_L1,
          {{"PATH"_L1}},
          {JsonOption},
          "Lists a folder of the cloud drive; the empty path is its root."_L1,
-         List},
+         ListDavFolder},
         {"dav mkdir"_L1,
          {{"PARENT"_L1}, {"NAME"_L1}},
          {},

@@ -39,11 +39,13 @@ public:
     /// Octets of all files of a first-level folder.
     uint64_t Used(const std::string& name) const;
 
+    /// Where a path's file or folder stands, if it is there; none for a path that cannot be.
+    std::optional<std::filesystem::path> Place(const std::string& path) const;
+
     /// Whether a file can be named so, in this system and below a folder of it.
     static bool IsPlainName(const std::string& name);
 
 private:
-    std::optional<std::filesystem::path> Place(const std::string& path) const;
     Answer List(const std::string& path, const std::filesystem::path& folder) const;
     std::string Element(const std::string& href, const std::string& name,
                         const std::filesystem::directory_entry& entry) const;

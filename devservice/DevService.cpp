@@ -49,7 +49,12 @@ struct DevService::State {
           settings(options.home / "settings" / "settings.txt"), engine(options.seed),
           databaseFaults(databases), profile(options.home / "settings" / "profile.txt", settings),
           tree(options.home / "drive", options.home / "storage", options.davPrefix),
-          syncFolders(engine, settings, tree), requests(engine, settings, profile, tree, syncFolders) {}
+          snapshots(tree, options.home), syncFolders(engine, settings, tree),
+          requests(engine, settings, profile, tree, snapshots, syncFolders) {
+        engine.SetEffect([this](const Task& task, const SubTask& subTask) {
+            return snapshots.CarryOut(task, subTask, engine.Now());
+        });
+    }
 
     const Options options;
 
@@ -66,6 +71,7 @@ struct DevService::State {
     DatabaseFaults databaseFaults;
     Profile profile;
     DavTree tree;
+    SnapshotSets snapshots;
     SyncFolders syncFolders;
     ServiceRequests requests;
     char16_t driveLetter = u'Z';
@@ -116,6 +122,8 @@ void DevService::State::OpenHome() {
     if (!profile.Load(engine.Now())) {
         PopulateCloud(options.scenario, options.scenario == "huge" ? HugeEntries : options.entries, profile,
                       tree, settings);
+        if (options.scenario == "desktop" || options.scenario == "server")
+            PopulateSnapshots(engine.Tasks(), snapshots, tree, engine.Now());
         if (fresh && options.scenario == "desktop")
             syncFolders.Populate(options.home / "sync");
     }
@@ -164,7 +172,8 @@ Answer DevService::State::Handle(const ReceivedRequest& request, bool acts) {
     });
 }
 
-/// "fault?SWITCH", "login?SWITCH", "filemonitor?SWITCH", "drive?LETTER" and "advance?MILLISECONDS".
+/// "fault?SWITCH", "login?SWITCH", "filemonitor?SWITCH", "writers?SWITCH", "drive?LETTER" and
+/// "advance?MILLISECONDS".
 Answer DevService::State::Steer(const std::string& command) {
     const size_t mark = command.find('?');
     const std::string argument =
@@ -176,6 +185,11 @@ Answer DevService::State::Steer(const std::string& command) {
             return {};
         if (command.substr(0, mark) == "filemonitor" && SetFileMonitor(argument))
             return {};
+        if (command.substr(0, mark) == "writers")
+            if (const auto writers = ParseWriters(argument)) {
+                Do([&] { requests.SetWriters(*writers); });
+                return {};
+            }
         if (command.substr(0, mark) == "drive" && argument.size() < 2) {
             Do([&] { driveLetter = argument.empty() ? u'\0' : static_cast<unsigned char>(argument[0]); });
             return {};
@@ -187,8 +201,8 @@ Answer DevService::State::Steer(const std::string& command) {
     } catch (const std::exception& error) {
         return {400, std::string(error.what()) + '\n'};
     }
-    return {400, "Use /dev/fault?SWITCH, /dev/login?SWITCH, /dev/filemonitor?SWITCH, /dev/drive?LETTER or "
-                 "/dev/advance?MILLISECONDS.\n"};
+    return {400, "Use /dev/fault?SWITCH, /dev/login?SWITCH, /dev/filemonitor?SWITCH, /dev/writers?SWITCH, "
+                 "/dev/drive?LETTER or /dev/advance?MILLISECONDS.\n"};
 }
 
 void DevService::State::SetFault(const HttpFaultSwitch& fault) {
@@ -444,6 +458,10 @@ void DevService::SetLogin(const LoginSwitch& how) {
 
 bool DevService::SetLogin(const std::string& text) {
     return m_state->SetLogin(text);
+}
+
+void DevService::SetWriters(Writers writers) {
+    m_state->Do([&] { m_state->requests.SetWriters(writers); });
 }
 
 void DevService::SetFileMonitor(const FileMonitorSwitch& how) {

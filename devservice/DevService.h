@@ -6,6 +6,7 @@
 #include "devservice/HttpServer.h"
 #include "devservice/Profile.h"
 #include "devservice/Task.h"
+#include "devservice/Writers.h"
 
 #include <chrono>
 #include <cstdint>
@@ -96,6 +97,7 @@ public:
     void SetLogin(const LoginSwitch& how);
     bool SetLogin(const std::string& text); ///< as on the command line; false when it is not understood
     void SetFileMonitor(const FileMonitorSwitch& how);
+    void SetWriters(Writers writers);
     /// Where the virtual directories are shown; 0 when nowhere.
     void SetDriveLetter(char16_t letter);
 

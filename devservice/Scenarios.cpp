@@ -30,6 +30,8 @@ struct Story {
     std::chrono::minutes sinceLastRun; ///< 0: never ran
     const char* description;
     const char* lockedFile = nullptr; ///< one that fails in every run
+    int failedRuns = 0;               ///< the last runs that went wrong, one after the other
+    std::chrono::minutes late = 0min; ///< the last run began that much after its time
 };
 
 constexpr Story DesktopStories[] = {
@@ -44,9 +46,10 @@ constexpr Story DesktopStories[] = {
     {"Home to Archive", "ccbackup", ScheduleKind::Backup, ScheduleMode::Daily, TaskState::Paused, 4, 320min,
      "/Home/Projects\t/Archive/Projects\t*"},
     {"Mail database", "advbackup", ScheduleKind::Backup, ScheduleMode::Daily, TaskState::Pending, 10, 700min,
-     "Mail Store Writer\t/Archive/Applications/Mail\t*"},
+     "Mail Store Writer({5B1A6C02-7E44-4D0B-9A61-2F8C35D0B7E9})\t/Archive/Applications/Mail\t*", nullptr, 0,
+     432min},
     {"Household ledger", "backup", ScheduleKind::Backup, ScheduleMode::Daily, TaskState::Failed, 8, 190min,
-     "D:\\Ledger\t/Home/Ledger\t*", "D:\\Ledger\\household.qdb"},
+     "D:\\Ledger\t/Home/Ledger\t*", "D:\\Ledger\\household.qdb", 9},
     {"Restore of Garden plans", "RestoreApp", ScheduleKind::Once, ScheduleMode::Continuous,
      TaskState::Running, 2, 1min, "D:\\Restored\\Garden plans\t/Archive/Snapshots/Garden plans\t*"},
     {"Restore of Letters", "RestoreApp", ScheduleKind::Once, ScheduleMode::Continuous, TaskState::Completed,
@@ -73,11 +76,12 @@ constexpr Story ServerStories[] = {
     {"Shares of the office", "backup", ScheduleKind::Backup, ScheduleMode::Continuous, TaskState::Running, 5,
      6min, "E:\\Shares\\Office\nE:\\Shares\\Workshop\t/Vault/Shares\t*.tmp"},
     {"Daily databases", "advbackup", ScheduleKind::Backup, ScheduleMode::Daily, TaskState::Pending, 10,
-     480min, "Database Writer\t/Vault/Applications/Databases\t*"},
+     480min, "Database Writer({A2D94F60-13C8-4B7E-8F25-6C0E91B4D375})\t/Vault/Applications/Databases\t*",
+     nullptr, 0, 95min},
     {"Weekly shares snapshot", "snapshotbackup", ScheduleKind::Backup, ScheduleMode::Weekdays,
      TaskState::Running, 7, 31min, "E:\\Shares\t/Vault/Snapshots/Shares\t*.iso"},
     {"Vault to Second Site", "ccbackup", ScheduleKind::Backup, ScheduleMode::Daily, TaskState::Failed, 8,
-     260min, "/Vault/Shares\t/Second Site/Shares\t*", "/Vault/Shares/stock.qdb"},
+     260min, "/Vault/Shares\t/Second Site/Shares\t*", "/Vault/Shares/stock.qdb", 4},
     {"Accounting", "backup", ScheduleKind::Backup, ScheduleMode::Daily, TaskState::Paused, 3, 400min,
      "E:\\Accounting\t/Vault/Accounting\t*"},
     {"Restore of Workshop", "RestoreApp", ScheduleKind::Once, ScheduleMode::Continuous, TaskState::Completed,
@@ -104,9 +108,9 @@ unsigned DayOfWeek(SimTime time) {
     return std::chrono::weekday(std::chrono::floor<std::chrono::days>(time)).c_encoding();
 }
 
-/// A schedule by which the last run began when the story says, set up `before` that.
+/// A schedule by which the last run was to begin when the story says, set up `before` that.
 Schedule ScheduleOf(const Story& story, SimTime now, std::chrono::hours before) {
-    const SimTime lastRun = now - story.sinceLastRun;
+    const SimTime lastRun = now - story.sinceLastRun - story.late;
     Schedule schedule{story.kind, story.mode, lastRun - before};
     const unsigned day = DayOfWeek(lastRun);
     for (unsigned i = 0; story.mode == ScheduleMode::Weekdays && i < schedule.weekdays.size(); ++i)
@@ -151,7 +155,7 @@ bool RunsOnDayOf(const Schedule& schedule, SimTime time) {
 }
 
 /// When the task's last runs that have ended began, as its schedule has it; the latest first.
-std::vector<SimTime> EndedRuns(const Task& task) {
+std::vector<SimTime> EndedRuns(const Task& task, const Story& story) {
     constexpr std::chrono::minutes BetweenScansThatFind = 40min;
     std::vector<SimTime> starts;
     const int ended = task.runCount - (task.state == TaskState::Running ? 1 : 0);
@@ -163,21 +167,26 @@ std::vector<SimTime> EndedRuns(const Task& task) {
     };
     if (task.state == TaskState::Running && ended > 0)
         goBack();
-    for (const int most = std::min(ended, 6); static_cast<int>(starts.size()) < most; goBack())
+    for (const int most = std::min(ended, story.failedRuns + 6); static_cast<int>(starts.size()) < most;
+         goBack()) {
         starts.push_back(start);
+        if (starts.size() == 1)
+            start -= story.late;
+    }
     return starts;
 }
 
 /// What a task's runs have left in the logs. Now and then one went wrong; the latest went as the state says.
-void TellPast(const Task& task, TaskEngine& engine) {
-    const std::vector<SimTime> starts = EndedRuns(task);
+void TellPast(const Task& task, const Story& story, TaskEngine& engine) {
+    const std::vector<SimTime> starts = EndedRuns(task, story);
     const int total = static_cast<int>(task.subTasks.size());
     Changes& changes = engine.Unwritten();
     for (size_t back = starts.size(); back-- > 0;) {
         const SimTime start = starts[back];
         const bool latest = back == 0 && task.state != TaskState::Running;
         const bool halted = latest && task.state == TaskState::Paused;
-        const bool failed = latest ? task.state == TaskState::Failed : back % 4 == 3;
+        const bool failed = latest ? task.state == TaskState::Failed
+                                   : back % 4 == 3 || static_cast<int>(back) < story.failedRuns;
         const int processed =
             halted ? static_cast<int>(
                          std::count_if(task.subTasks.begin(), task.subTasks.end(),
@@ -215,7 +224,7 @@ void TellAll(const Story (&stories)[N], TaskEngine& engine) {
     unsigned number = 0;
     for (const Story& story : stories) {
         Task task = Tell(story, ++number, engine.Now(), random);
-        TellPast(task, engine);
+        TellPast(task, story, engine);
         engine.Put(std::move(task));
     }
 }

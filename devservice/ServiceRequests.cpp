@@ -1,5 +1,7 @@
 #include "devservice/ServiceRequests.h"
 
+#include "devservice/BackupChange.h"
+#include "devservice/BackupRecords.h"
 #include "devservice/Providers.h"
 #include "devservice/WireText.h"
 
@@ -13,6 +15,7 @@ constexpr char SettingsPath[] = "/settings/";
 constexpr char SchedulePath[] = "/schedule/";
 constexpr char ProfilePath[] = "/profile/";
 constexpr char CardsPath[] = "/mysafe/";
+constexpr char WritersPath[] = "/backupsvr/writers";
 constexpr char CachePath[] = "/DavCache/";
 constexpr char ResourcesPath[] = "/resources";
 constexpr char Xml[] = "text/xml";
@@ -40,6 +43,12 @@ std::optional<std::pair<std::string, int>> SubTaskOf(const std::string& text) {
     return number ? std::optional(std::pair(text.substr(0, colon), *number)) : std::nullopt;
 }
 
+/// The virtual directory that a path leads into, with or without the separator before it.
+std::string FirstFolder(const std::string& path) {
+    const size_t begin = std::min(path.find_first_not_of("/\\"), path.size());
+    return path.substr(begin, path.find_first_of("/\\", begin) - begin);
+}
+
 } // namespace
 
 struct ServiceRequests::Parts {
@@ -62,6 +71,8 @@ Answer ServiceRequests::Handle(const ReceivedRequest& request) {
         return HandleProfile(parts);
     if (request.verb == "GET" && StartsWith(parts.path, CardsPath))
         return HandleCards(parts);
+    if (request.verb == "GET" && parts.path == WritersPath)
+        return {200, WriterList(m_writers)};
     if (request.verb == "GET" && StartsWith(parts.path, CachePath))
         return HandleCache(parts);
     if (parts.path == ResourcesPath || StartsWith(parts.path, std::string(ResourcesPath) + '/'))
@@ -85,6 +96,12 @@ Answer ServiceRequests::HandleSettings(const ReceivedRequest& request, const Par
 
 Answer ServiceRequests::HandleSchedule(const Parts& parts) {
     const std::string command = Lower(parts.path.substr(sizeof SchedulePath - 1));
+    if (command == "restoreapp")
+        return Restore(parts);
+    if (command == "backupex" || command == "advbackup")
+        return CreateBackup(command == "advbackup", parts.body);
+    if (command == "changebackup")
+        return ChangeBackup(parts.body);
     const std::string argument = PercentDecode(parts.query);
     bool done = false;
     if (command == "startnow")
@@ -103,6 +120,49 @@ Answer ServiceRequests::HandleSchedule(const Parts& parts) {
     } else if (const auto subTask = command == "delsub" ? SubTaskOf(argument) : std::nullopt)
         done = m_engine.DeleteSubTask(subTask->first, subTask->second);
     return done ? Done : NotFound;
+}
+
+Answer ServiceRequests::Restore(const Parts& parts) {
+    auto task = m_snapshots.RestoreOf(parts.body, m_engine.Tasks(), m_engine.Now());
+    if (!task)
+        return Refused("A restore was refused: its record is none, or its snapshot is not there");
+    return {200, m_engine.Add(std::move(*task))};
+}
+
+/// Answers with the new task's identifier, or says in the trace and in the answer why there is none.
+Answer ServiceRequests::CreateBackup(bool ofApplications, const std::string& record) {
+    try {
+        NewBackup made = ofApplications ? ReadApplicationRecord(record, m_engine.Now())
+                                        : ReadBackupRecord(record, m_engine.Now());
+        if (!m_profile.Find(FirstFolder(made.target)))
+            throw RecordError("its target \"" + made.target + "\" is in no mounted virtual directory");
+        if (made.encrypted && m_settings.Get("EncFolderKey").value_or("").empty())
+            throw RecordError("it is to be encrypted, and no key is stored");
+        return {200, m_engine.Add(std::move(made.task))};
+    } catch (const RecordError& error) {
+        return Refused(std::string("A backup was refused: ") + error.what());
+    }
+}
+
+Answer ServiceRequests::Refused(const std::string& why) {
+    m_engine.Unwritten().audit.push_back({2, why + '.', m_engine.Now()});
+    return {400, why + ".\n"};
+}
+
+/// Only while consoles may use forms of their own.
+Answer ServiceRequests::ChangeBackup(const std::string& body) {
+    const size_t tab = std::min(body.find('\t'), body.size());
+    const auto found = m_engine.Tasks().find(body.substr(0, tab));
+    if (m_settings.Get("ConsoleRecords") != "1" || found == m_engine.Tasks().end())
+        return NotFound;
+    try {
+        m_engine.Put(
+            ChangedBackup(found->second, body.substr(std::min(tab + 1, body.size())), m_engine.Now()),
+            SubTaskFileOf::None);
+        return Done;
+    } catch (const RecordError& error) {
+        return Refused(std::string("A change of a backup was refused: ") + error.what());
+    }
 }
 
 Answer ServiceRequests::HandleCache(const Parts& parts) {

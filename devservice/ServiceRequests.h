@@ -4,8 +4,10 @@
 #include "devservice/HttpServer.h"
 #include "devservice/Profile.h"
 #include "devservice/Settings.h"
+#include "devservice/SnapshotSets.h"
 #include "devservice/SyncFolders.h"
 #include "devservice/TaskEngine.h"
+#include "devservice/Writers.h"
 
 namespace devservice {
 
@@ -13,17 +15,22 @@ namespace devservice {
 class ServiceRequests {
 public:
     ServiceRequests(TaskEngine& engine, Settings& settings, Profile& profile, DavTree& tree,
-                    SyncFolders& syncFolders)
-        : m_engine(engine), m_settings(settings), m_profile(profile), m_tree(tree),
+                    const SnapshotSets& snapshots, SyncFolders& syncFolders)
+        : m_engine(engine), m_settings(settings), m_profile(profile), m_tree(tree), m_snapshots(snapshots),
           m_syncFolders(syncFolders) {}
 
     Answer Handle(const ReceivedRequest& request);
+    void SetWriters(Writers writers) { m_writers = writers; }
 
 private:
     struct Parts; ///< of a request: decoded path, query and body
 
     Answer HandleSettings(const ReceivedRequest& request, const Parts& parts);
     Answer HandleSchedule(const Parts& parts);
+    Answer Restore(const Parts& parts);
+    Answer CreateBackup(bool ofApplications, const std::string& record);
+    Answer ChangeBackup(const std::string& body);
+    Answer Refused(const std::string& why);
     Answer HandleCache(const Parts& parts);
     Answer HandleProfile(const Parts& parts);
     Answer OfFolder(const Parts& parts) const;
@@ -38,6 +45,8 @@ private:
     Settings& m_settings;
     Profile& m_profile;
     DavTree& m_tree;
+    const SnapshotSets& m_snapshots;
+    Writers m_writers = Writers::Usual;
     SyncFolders& m_syncFolders;
 };
 

@@ -3,6 +3,7 @@
 #include "devservice/WorkPlan.h"
 
 #include <algorithm>
+#include <cstdio>
 
 namespace devservice {
 
@@ -153,6 +154,8 @@ void TaskEngine::Finish(Task& task, SubTask& subTask) {
     if (trouble.empty() && DirectionOf(subTask) != Direction::None && subTask.retries == 0 &&
         m_random() % OneInRuns == 0)
         trouble = PassingTrouble(m_random);
+    if (trouble.empty() && m_effect)
+        trouble = m_effect(task, subTask);
     subTask.note = trouble;
     if (trouble.empty())
         subTask.state = SubTaskState::Done;
@@ -245,6 +248,18 @@ bool TaskEngine::DeleteSubTask(const std::string& id, int number) {
     Touch(*task, *subTask);
     task->subTasks.erase(task->subTasks.begin() + (subTask - task->subTasks.data()));
     return true;
+}
+
+std::string TaskEngine::Add(Task task) {
+    char id[64];
+    std::snprintf(id, sizeof id, "{%08X-%04X-4%03X-A%03X-%012llX}", static_cast<unsigned>(m_random()),
+                  static_cast<unsigned>(m_random() & 0xFFFF), static_cast<unsigned>(m_random() & 0xFFF),
+                  static_cast<unsigned>(m_random() & 0xFFF),
+                  static_cast<unsigned long long>(m_random() & 0xFFFFFFFFFFFF));
+    task.id = id;
+    Trace(0, task, "Task " + Quoted(task.name) + " was created");
+    Put(std::move(task));
+    return id;
 }
 
 void TaskEngine::Put(Task task, SubTaskFileOf files) {

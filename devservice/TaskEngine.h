@@ -4,6 +4,7 @@
 #include "devservice/Databases.h"
 
 #include <cstdint>
+#include <functional>
 #include <random>
 
 namespace devservice {
@@ -16,6 +17,10 @@ enum class SubTaskFileOf { Every, None };
 class TaskEngine {
 public:
     explicit TaskEngine(uint64_t seed) : m_random(seed) {}
+
+    /// What a sub-task brings about outside of the tasks when it ends. Returns what went wrong, in words.
+    using Effect = std::function<std::string(const Task& task, const SubTask& subTask)>;
+    void SetEffect(Effect effect) { m_effect = std::move(effect); }
 
     /// Goes on from what the files say: what was being processed waits for its turn again.
     void Restore(TaskMap tasks, SimTime now);
@@ -37,6 +42,7 @@ public:
     bool Delete(const std::string& id);
     bool DeleteSubTask(const std::string& id, int number);
 
+    std::string Add(Task task); ///< under a new identifier, which it returns
     void Put(Task task, SubTaskFileOf files = SubTaskFileOf::Every);
     bool SetState(const std::string& id, TaskState state);
     bool PutSubTasks(const std::string& id, std::vector<SubTask> subTasks);
@@ -60,6 +66,7 @@ private:
     void EndRun(Task& task, const std::string& reason);
     void Halt(Task& task);
 
+    Effect m_effect;
     TaskMap m_tasks;
     Changes m_changes;
     SimTime m_now{};

@@ -1,5 +1,7 @@
 #include "devservice/WorkPlan.h"
 
+#include "devservice/WireText.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -66,7 +68,7 @@ const Pattern& PatternOf(const Task& task) {
     };
     for (const Pattern& pattern : patterns) {
         const std::string beginning = pattern.type;
-        if (task.type == beginning || (!beginning.empty() && task.name.rfind(beginning, 0) == 0))
+        if (SameName(task.type, beginning) || (!beginning.empty() && task.name.rfind(beginning, 0) == 0))
             return pattern;
     }
     return *std::rbegin(patterns);

@@ -36,6 +36,8 @@ A stand-in for the background service, for development and tests.
                       in after:SECONDS refused:TEXT no-plugin never, with @NAME for one virtual directory only
   --file-monitor SWITCH  of the service that indexes files; also at run time: PUT /dev/filemonitor?SWITCH
                       running (default) absent slow:MS failing
+  --writers SWITCH    the list of applications that back up; also at run time: PUT /dev/writers?SWITCH
+                      usual (default) malformed empty large
   --files DIR         the folder that it indexes; "files" in the data folder by default
   --no-drive          show no virtual directories; at run time: PUT /dev/drive? and PUT /dev/drive?Z
   --dav-prefix NAME   before the elements of folder listings, D by default; "" for none
@@ -54,6 +56,7 @@ struct Arguments {
     devservice::Options options;
     std::vector<std::string> faults;
     std::vector<std::string> logins;
+    std::optional<devservice::Writers> writers;
     bool noDrive = false;
     bool mail = false;
     bool untilStdinCloses = false;
@@ -123,6 +126,10 @@ Arguments Parse(const std::vector<std::string>& words) {
             if (!how)
                 throw UsageError("\"" + *word + "\" is no switch of the file monitor");
             result.options.fileMonitor = *how;
+        } else if (*word == "--writers") {
+            result.writers = devservice::ParseWriters(value());
+            if (!result.writers)
+                throw UsageError("\"" + *word + "\" is no switch of the writers");
         } else if (*word == "--files")
             result.options.files = platform::PathFromUtf8(value());
         else if (*word == "--no-drive")
@@ -186,6 +193,8 @@ void Run(const Arguments& arguments, const std::vector<std::string>& words) {
     for (const std::string& login : arguments.logins)
         if (!service.SetLogin(login))
             throw UsageError("unknown outcome of logins " + login);
+    if (arguments.writers)
+        service.SetWriters(*arguments.writers);
     if (arguments.noDrive)
         service.SetDriveLetter(0);
     std::optional<devservice::MailServer> mail;

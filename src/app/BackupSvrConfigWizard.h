@@ -2,13 +2,13 @@
 
 #include "wizard/BrenPropertySheet.h"
 
-class ServiceClient;
+struct Console;
 
-/// The first steps of a backup server: says what is to be done, and marks the server as set up when finished.
+/// The first steps of a backup server: says what is to be done, makes its first backups, and marks the server
+/// as set up when finished.
 class CBackupSvrConfigWizard : public CBrenPropertySheet {
     Q_OBJECT
 
 public:
-    CBackupSvrConfigWizard(const ServiceClient& service, Reader& reader, UserPrompts& prompts,
-                           QWidget* parent = nullptr);
+    explicit CBackupSvrConfigWizard(const Console& console, QWidget* parent = nullptr);
 };

@@ -1,9 +1,13 @@
 #include "app/Pages.h"
 
 #include "app/BackupSvrConfigWizard.h"
+#include "backup/AdvBackupTaskWizard.h"
 #include "backup/AdvSchedule.h"
 #include "backup/BackupPanel.h"
+#include "backup/BackupTaskWizard.h"
+#include "backup/FileTypeWizard.h"
 #include "backup/SchedulerPage.h"
+#include "backup/UndoneFiles.h"
 #include "clouddrive/BrowseDlg.h"
 #include "clouddrive/CloudSvcPage.h"
 #include "clouddrive/MountWizard.h"
@@ -18,9 +22,11 @@
 #include "settings/SettingsPanel.h"
 #include "syncfolders/AddDropFolderDlg.h"
 #include "syncfolders/SyncPanel.h"
+#include "taskman/TaskList.h"
 #include "taskman/TaskManPanel.h"
 #include "window/BTaskMMCDlg.h"
 #include "window/ConsoleStatusBar.h"
+#include "wizard/CheckTreeView.h"
 
 #include <QComboBox>
 #include <QCoreApplication>
@@ -43,21 +49,50 @@ PageEntry WebPage(const char* title, const char* icon, const char* fileName) {
             }};
 }
 
-/// Fills what is empty on a wizard's page and presses Next; false where that cannot be pressed.
+/// Chooses the next mode of a schedule; false on the last one.
+bool ChooseNextMode(QWidget& dialog) {
+    auto* modes = dialog.findChild<QComboBox*>();
+    const bool more = modes->currentIndex() + 1 < modes->count();
+    modes->setCurrentIndex(modes->currentIndex() + (more ? 1 : 0));
+    return more;
+}
+
+/// Ticks or selects the first row that has come.
+void ChooseFirst(CheckTreeView& view) {
+    const QModelIndex first = view.model()->index(0, 0);
+    if (!first.isValid() || view.currentIndex().isValid())
+        return;
+    view.setCurrentIndex(first);
+    if (first.flags() & Qt::ItemIsUserCheckable)
+        view.Tree().Toggle(first);
+}
+
+void FillPage(QWidget& page) {
+    if (auto* tree = page.findChild<CheckTreeView*>())
+        return ChooseFirst(*tree);
+    for (auto* choice : page.findChildren<QComboBox*>())
+        if (choice->currentIndex() < 0)
+            choice->setCurrentIndex(0);
+    for (auto* line : page.findChildren<QLineEdit*>())
+        if (line->text().isEmpty() && line->isVisible())
+            line->setText(u"Sample"_s);
+}
+
+/// Fills what is empty on a wizard's page and presses Next, once a page; false where that cannot be pressed.
 bool GoOn(QWidget& dialog) {
+    constexpr char Left[] = "leftPage";
     auto& sheet = static_cast<CBrenPropertySheet&>(dialog);
+    WizardPage& page = *sheet.CurrentPage();
+    if (qobject_cast<CAdvSchedule*>(&page) && ChooseNextMode(page))
+        return true;
+    FillPage(page);
     const auto buttons = sheet.findChildren<QPushButton*>();
     const auto next = std::find_if(buttons.begin(), buttons.end(), [](const QPushButton* button) {
         return button->text() == CBrenPropertySheet::tr("&Next") && button->isEnabled();
     });
-    if (next == buttons.end())
+    if (next == buttons.end() || sheet.property(Left) == page.Title())
         return false;
-    for (auto* choice : sheet.CurrentPage()->findChildren<QComboBox*>())
-        if (choice->currentIndex() < 0)
-            choice->setCurrentIndex(0);
-    for (auto* line : sheet.CurrentPage()->findChildren<QLineEdit*>())
-        if (line->text().isEmpty() && line->isVisible())
-            line->setText(u"Sample"_s);
+    sheet.setProperty(Left, page.Title());
     (*next)->click();
     return true;
 }
@@ -69,20 +104,12 @@ void OpenScheduleDialog(CBTaskMMCDlg& window, ScheduleForm form) {
     dialog->open();
 }
 
-void OpenSchedulePage(CBTaskMMCDlg& window, ScheduleForm flavour) {
-    const Console& parts = window.Parts();
-    auto* sheet = new CBrenPropertySheet(parts.reader, parts.prompts,
-                                         Title(QT_TRANSLATE_NOOP("Pages", "Backup")), &window);
-    sheet->AddPage(new CAdvSchedule(flavour, std::make_shared<BackupSchedule>()));
-    sheet->open();
-}
-
-/// Chooses the next mode of a schedule; false on the last one.
-bool ChooseNextMode(QWidget& dialog) {
-    auto* modes = dialog.findChild<QComboBox*>();
-    const bool more = modes->currentIndex() + 1 < modes->count();
-    modes->setCurrentIndex(modes->currentIndex() + (more ? 1 : 0));
-    return more;
+/// Of a task of the development service that has failed.
+void OpenFailedFiles(CBTaskMMCDlg& window, const QString& taskId) {
+    TaskRow task;
+    task.id = taskId;
+    task.title = Title(QT_TRANSLATE_NOOP("Pages", "Backup"));
+    OpenUndoneFiles(window.Parts(), window, task, UndoneFiles::Failed);
 }
 
 } // namespace
@@ -155,10 +182,29 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
              OpenScheduleDialog(window, serverMode ? ScheduleForm::Server : ScheduleForm::Dialog);
          },
          ChooseNextMode},
-        {u"Schedule of a mirrored backup"_s,
-         [](CBTaskMMCDlg& window) { OpenSchedulePage(window, ScheduleForm::Mirrored); }, ChooseNextMode},
-        {u"Schedule of a snapshot backup"_s,
-         [](CBTaskMMCDlg& window) { OpenSchedulePage(window, ScheduleForm::Snapshot); }, ChooseNextMode},
+        {u"Backup by folder, mirrored"_s,
+         [](CBTaskMMCDlg& window) {
+             OpenFolderWizard(window.Parts(), window, BackupFlavour::Mirrored, [] {});
+         },
+         GoOn},
+        {u"Backup by folder, snapshots"_s,
+         [](CBTaskMMCDlg& window) {
+             OpenFolderWizard(window.Parts(), window, BackupFlavour::Snapshot, [] {});
+         },
+         GoOn},
+        {u"Failed files"_s,
+         [serverMode](CBTaskMMCDlg& window) {
+             OpenFailedFiles(window, serverMode ? u"{6E2D0001-5B1E-4C7A-9D20-3F6A00000004}"_s
+                                                : u"{6E2D0001-5B1E-4C7A-9D20-3F6A00000007}"_s);
+         }},
+        {u"Backup by file type"_s,
+         [](CBTaskMMCDlg& window) {
+             (new FileTypeWizard(window.Parts(), BackupFlavour::Snapshot, FileCategory::Pictures, &window))
+                 ->open();
+         },
+         GoOn},
+        {u"Backup by application"_s,
+         [](CBTaskMMCDlg& window) { (new CAdvBackupTaskWizard(window.Parts(), &window))->open(); }, GoOn},
     };
     if (!serverMode) {
         dialogs.push_back(
@@ -170,10 +216,7 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
     if (serverMode) {
         dialogs.push_back(
             {u"Set-up wizard"_s,
-             [](CBTaskMMCDlg& window) {
-                 const Console& parts = window.Parts();
-                 (new CBackupSvrConfigWizard(parts.service, parts.reader, parts.prompts, &window))->open();
-             },
+             [](CBTaskMMCDlg& window) { (new CBackupSvrConfigWizard(window.Parts(), &window))->open(); },
              GoOn});
     }
     return dialogs;

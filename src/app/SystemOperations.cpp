@@ -11,6 +11,10 @@
 #include "development/CheckReport.h"
 #include "development/Tour.h"
 #include "development/WatchedReader.h"
+#include "page/Console.h"
+#include "page/MainFrame.h"
+#include "page/SectionLinks.h"
+#include "page/SettingNews.h"
 #include "platform/Elevation.h"
 #include "platform/Folders.h"
 #include "platform/NamedObjects.h"
@@ -39,6 +43,15 @@ constexpr size_t ServerModeMaxBytes = 520;
 
 constexpr std::chrono::milliseconds AppearDelay{250};
 constexpr char ShellMutex[] = "IOSGUISHELLUPMUTEX";
+
+/// Of a console that has no main window yet.
+class NoFrame : public MainFrame {
+public:
+    void SetStatusText(const QString&) override {}
+    void SetNotice(const QString&) override {}
+    void SetToolbar(QWidget&, const std::vector<FrameAction>&) override {}
+    void SetSideActions(QWidget&, const std::vector<FrameAction>&) override {}
+};
 
 } // namespace
 
@@ -152,7 +165,13 @@ std::optional<bool> SystemOperations::IsServerConfigured() {
 }
 
 void SystemOperations::RunConfigurationWizard() {
-    (new CBackupSvrConfigWizard(m_service, *m_reader, m_prompts))->exec(); // deletes itself
+    LiveCounters counters;
+    NoFrame frame;
+    SettingNews settingNews;
+    SectionLinks links;
+    const Console console{m_service, counters, m_prompts, *m_reader, frame, settingNews, links};
+    SetRemoteFolderPicker(m_prompts, console);
+    (new CBackupSvrConfigWizard(console))->exec(); // deletes itself
 }
 
 ServiceAnswer SystemOperations::RequestVdirList() {

@@ -1,6 +1,6 @@
 #include "backup/ConfirmPage.h"
 
-#include "clouddrive/RemoteLevels.h"
+#include "backup/TargetPage.h"
 #include "clouddrive/SetKeyDlg.h"
 #include "look/Look.h"
 #include "mail/EmailDlg.h"
@@ -8,7 +8,6 @@
 #include "page/LinkLabel.h"
 #include "page/NoticeLine.h"
 #include "service/CloudFolders.h"
-#include "service/DavListing.h"
 #include "wizard/BrenPropertySheet.h"
 #include "wizard/Form.h"
 
@@ -160,11 +159,10 @@ void ConfirmPage::Fill() {
 }
 
 void ConfirmPage::ProposeName() {
-    if (m_name->text() != m_proposed)
+    if (m_plan.proposedName && m_name->text() != m_proposed)
         return;
-    m_proposed = m_plan.proposedName();
-    m_name->setText(m_proposed);
-    m_proposed = m_name->text(); // as the field has it
+    m_name->setText(m_plan.proposedName ? m_plan.proposedName() : *m_plan.name);
+    m_proposed = m_name->text();
     m_name->setCursorPosition(0);
 }
 
@@ -207,11 +205,11 @@ void ConfirmPage::ReadTarget() {
     m_target.Load(
         Lane::Service,
         [service = m_console.service, target = *m_plan.target](const std::stop_token& stop) {
-            return ListingFailure(RequestDavListing(service, target, stop));
+            return TargetFailure(service, target, stop);
         },
-        [this, target = *m_plan.target](const Loaded<QString>& failure) {
+        [this](const Loaded<QString>& failure) {
             if (failure && !failure->isEmpty())
-                m_notice->SetText(tr("\"%1\" cannot be reached now. %2").arg(target, *failure));
+                m_notice->SetText(*failure);
         });
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "backup/TaskSender.h"
+#include "lanes/PageLoader.h"
 #include "plan/DraftRefusal.h"
 #include "wizard/WizardPage.h"
 
@@ -29,8 +30,9 @@ struct ConfirmPlan {
     std::shared_ptr<BackupRetention> retention;
     std::shared_ptr<bool> encrypted;
     std::shared_ptr<const QString> target;
-    std::function<QString()> text;         ///< of the box
-    std::function<QString()> proposedName; ///< stands in the field until the user enters another one
+    std::function<QString()> text; ///< of the box
+    /// Stands in the field until the user enters another one; none: the field shows the draft's name.
+    std::function<QString()> proposedName;
     std::vector<ConfirmLink> links;
     std::function<QString()> refusal; ///< why the draft is not sent; empty when it can be
     std::function<NewTask()> task;

@@ -23,12 +23,17 @@ void FileIndexGuide::Ensure(std::function<void()> go) {
             End();
             return go();
         }
-        if (state != State::NeverBuilt)
-            return End(FileIndexRefusal(state));
-        const Question question{.text = ZEPMuiGetStringW(Message::AskBuildFileIndex), .destroys = false};
-        m_console.prompts.Ask(&m_page, question,
-                              [this, go](bool yes) { yes ? Begin(BeginFileIndex, go) : End(); });
+        AskToBuild(state, go);
     });
+}
+
+/// Where there is no index, and one can be built.
+void FileIndexGuide::AskToBuild(State state, const std::function<void()>& go) {
+    if (state != State::NeverBuilt)
+        return End(FileIndexRefusal(state));
+    const Question question{.text = ZEPMuiGetStringW(Message::AskBuildFileIndex), .destroys = false};
+    m_console.prompts.Ask(&m_page, question,
+                          [this, go](bool yes) { yes ? Begin(BeginFileIndex, go) : End(); });
 }
 
 void FileIndexGuide::Force() {
@@ -46,8 +51,12 @@ void FileIndexGuide::Force() {
 }
 
 void FileIndexGuide::Refresh(std::function<void()> go) {
-    if (!std::exchange(m_busy, true))
-        Begin(ForgetFileIndexed, std::move(go));
+    Ask(AskFileIndex, [this, go = std::move(go)](State state) {
+        if (state == State::Kept)
+            Begin(ForgetFileIndexed, go);
+        else
+            AskToBuild(state, go);
+    });
 }
 
 void FileIndexGuide::Ask(State (*ask)(const std::stop_token&), std::function<void(State)> answer) {

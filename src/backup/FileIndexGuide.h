@@ -23,12 +23,13 @@ public:
     void Ensure(std::function<void()> go);
     /// Asks, and lets the monitor build the index anew.
     void Force();
-    /// Waits until the monitor says that the index is up to date.
+    /// Waits until the monitor says that the index is up to date; asks and builds one where there is none.
     void Refresh(std::function<void()> go);
 
 private:
     using State = FileIndexState;
     void Ask(State (*ask)(const std::stop_token&), std::function<void(State)> answer);
+    void AskToBuild(State state, const std::function<void()>& go);
     void Begin(void (*word)(), std::function<void()> go);
     void ShowProgress();
     void Poll();

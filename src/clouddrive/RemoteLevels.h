@@ -18,6 +18,3 @@ struct RemoteLevels {
 /// Lists levels of folders in the natural order of their names; keys are names. A level that cannot be listed
 /// says why.
 CheckTreeModel::Lister ListRemoteFolders(const ServiceClient& service, const RemoteLevels& levels);
-
-/// Why a listing is none, in a sentence; empty when it is one.
-QString ListingFailure(const ServiceAnswer& answer);

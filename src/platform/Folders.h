@@ -36,9 +36,19 @@ bool MakeFolders(const std::filesystem::path& folder);
 /// when missing. That of the user whose rights this process has; empty when the system tells no place for it.
 std::filesystem::path ConsoleStateFile();
 
-/// Desktop, StartMenu and Documents are the user's; ProgramFilesCommon is the machine's folder of what
-/// several programs share, "common" below `$BREN_HOME` where that is set.
-enum class SpecialFolder { Desktop, StartMenu, Documents, ProgramFilesCommon };
+/// ProgramFilesCommon is the machine's folder of what several programs share, "common" below `$BREN_HOME`
+/// where that is set; the others are the user's.
+enum class SpecialFolder {
+    Home,
+    Desktop,
+    Documents,
+    Downloads,
+    Music,
+    Pictures,
+    Videos,
+    StartMenu,
+    ProgramFilesCommon
+};
 
 /// Empty when the system names no such folder. Makes nothing.
 std::filesystem::path SpecialFolderPath(SpecialFolder folder);

@@ -70,13 +70,16 @@ ListChange RemoveFolders(const ServiceClient& service, const ListSetting& list,
     return ChangeList(service, list, remove, std::move(stop));
 }
 
-PasswordState ReadPasswordState(const ServiceClient& service, std::stop_token stop) {
-    const ServiceAnswer answer = service.GetSetting(QString::fromLatin1(EncryptionPassword), std::move(stop));
+PasswordState PasswordStateOf(const ServiceAnswer& answer) {
     if (answer.outcome == ServiceOutcome::OtherStatus && answer.status == NotFound)
         return PasswordState::Missing;
     if (!answer || !answer.length)
         return PasswordState::NotRead;
     return SettingText(answer.body).isEmpty() ? PasswordState::Missing : PasswordState::Set;
+}
+
+PasswordState ReadPasswordState(const ServiceClient& service, std::stop_token stop) {
+    return PasswordStateOf(service.GetSetting(QString::fromLatin1(EncryptionPassword), std::move(stop)));
 }
 
 QString PasswordRefusal(const QString& password) {

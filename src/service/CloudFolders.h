@@ -32,6 +32,8 @@ enum class PasswordState { Missing, Set, NotRead };
 
 inline constexpr char EncryptionPassword[] = "EncFolderKey";
 
+/// Of an answer to a request for the setting.
+PasswordState PasswordStateOf(const ServiceAnswer& answer);
 PasswordState ReadPasswordState(const ServiceClient& service, std::stop_token stop = {});
 
 /// Why the password cannot be sent; empty when it can. Never holds the password.

@@ -3,6 +3,8 @@
 #include "service/RequestText.h"
 #include "zep/Text.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <cstring>
 #include <limits>
@@ -10,6 +12,10 @@
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
+
+struct Words {
+    Q_DECLARE_TR_FUNCTIONS(DavListing)
+};
 
 constexpr int Ok = 200;
 constexpr int Multistatus = 207;
@@ -311,6 +317,14 @@ std::optional<DavListing> FetchDavListing(const ServiceClient& service, const QS
     if (!answer || !answer.length)
         return std::nullopt;
     return ParseMultistatus(answer.body, folderPath, hidden);
+}
+
+QString ListingFailure(const ServiceAnswer& answer) {
+    if (answer.outcome == ServiceOutcome::OtherStatus)
+        return Words::tr("The service does not list this folder (status %1).").arg(answer.status);
+    if (!answer)
+        return Words::tr("The service does not answer.");
+    return answer.length ? QString() : Words::tr("The service's answer broke off in the middle.");
 }
 
 ServiceAnswer CreateDavFolder(const ServiceClient& service, const QString& parent, const QString& name,

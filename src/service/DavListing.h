@@ -37,6 +37,9 @@ std::optional<DavListing> FetchDavListing(const ServiceClient& service, const QS
                                           std::stop_token stop = {},
                                           HiddenEntries hidden = HiddenEntries::LeaveOut);
 
+/// Why an answer is no listing, in a sentence; empty when it is one.
+QString ListingFailure(const ServiceAnswer& answer);
+
 // The caller asks NewFolderRefusal and DeletedPathRefusal (RequestText.h) before, and tells what they say;
 // what they refuse is not sent here either.
 ServiceAnswer CreateDavFolder(const ServiceClient& service, const QString& parent, const QString& name,

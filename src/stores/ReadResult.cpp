@@ -8,6 +8,8 @@ QString ReadResult::Sentence() const {
     case ReadOutcome::Done:
     case ReadOutcome::Stopped:
         return {};
+    case ReadOutcome::Refused:
+        return detail;
     case ReadOutcome::Unavailable:
         return QCoreApplication::translate("ReadResult", "The service does not tell what it is doing now.");
     case ReadOutcome::Missing:

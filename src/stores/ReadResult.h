@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// How a read of one of the service's databases went.
+/// How a read of one of the service's databases, or of what it lists, went.
 enum class ReadOutcome {
     Done,         ///< all rows were seen, or the callback wanted no more
     Stopped,      ///< the stop token ended it
@@ -13,6 +13,7 @@ enum class ReadOutcome {
     OtherSchema,  ///< a table or column that we read is not there
     BadStatement, ///< what a user put into the statement makes it none
     NoRight,      ///< the system does not let us read or change it; the detail names the missing right
+    Refused,      ///< by the service, where that is asked; the detail is the sentence
     Unavailable,  ///< the service's live counters are missing or torn
     Failed        ///< anything else; the detail says what
 };

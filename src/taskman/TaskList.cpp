@@ -48,7 +48,8 @@ CardEntries ReadTaskList(const TaskChoice& isListed, const LiveCounters& counter
                                 task.description,
                                 task.lastRun,
                                 task.nextRun,
-                                task.state});
+                                task.state,
+                                task.schedule});
             return true;
         },
         stop);

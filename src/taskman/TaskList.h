@@ -20,6 +20,7 @@ struct TaskRow : CardEntry {
     QString lastRun = {};
     QString nextRun = {};
     TaskState state = TaskState::Pending;
+    ScheduleBlob schedule = {};
     TaskActivity activity = {}; ///< empty unless it runs
 };
 

@@ -24,27 +24,35 @@ QString Title(const char* text) {
 
 } // namespace
 
+TaskCardView TableView(const QString& title, int image, std::function<ListTable(const TaskRow&)> tableOf) {
+    return {title, image,
+            [tableOf = std::move(tableOf)](const Console& console, const TaskRow& task) -> TaskView {
+                auto* panel = new RecordPanel(console, tableOf(task));
+                return {panel, [panel, tableOf](const TaskRow& turned) { panel->Turn(tableOf(turned)); }};
+            }};
+}
+
 TaskCardView RunningView(const LiveCounters& counters) {
-    return {Title(QT_TRANSLATE_NOOP("CTaskManItem", "Running")), SystemActivitiesIcon,
-            [&counters](const TaskRow& task) { return RunningTable(counters, task); }};
+    return TableView(Title(QT_TRANSLATE_NOOP("CTaskManItem", "Running")), SystemActivitiesIcon,
+                     [&counters](const TaskRow& task) { return RunningTable(counters, task); });
 }
 
 TaskCardView PendingView() {
-    return {Title(QT_TRANSLATE_NOOP("CTaskManItem", "Pending")), TaskPendingIcon,
-            [](const TaskRow& task) { return SubTaskTable(task, SubtaskView::Pending); }};
+    return TableView(Title(QT_TRANSLATE_NOOP("CTaskManItem", "Pending")), TaskPendingIcon,
+                     [](const TaskRow& task) { return SubTaskTable(task, SubtaskView::Pending); });
 }
 
 TaskCardView PendingRetryView() {
-    return {Title(QT_TRANSLATE_NOOP("CTaskManItem", "Pending Retry")), RefreshIcon,
-            [](const TaskRow& task) { return SubTaskTable(task, SubtaskView::PendingRetry); }};
+    return TableView(Title(QT_TRANSLATE_NOOP("CTaskManItem", "Pending Retry")), RefreshIcon,
+                     [](const TaskRow& task) { return SubTaskTable(task, SubtaskView::PendingRetry); });
 }
 
 TaskCardView HistoryView() {
-    return {Title(QT_TRANSLATE_NOOP("CTaskManItem", "History")), FileVersionsIcon, HistoryTable};
+    return TableView(Title(QT_TRANSLATE_NOOP("CTaskManItem", "History")), FileVersionsIcon, HistoryTable);
 }
 
 TaskCardView TraceView() {
-    return {Title(QT_TRANSLATE_NOOP("CTaskManItem", "Trace")), TraceIcon, TraceTable};
+    return TableView(Title(QT_TRANSLATE_NOOP("CTaskManItem", "Trace")), TraceIcon, TraceTable);
 }
 
 TaskCardPlan TaskManCard(const LiveCounters& counters) {
@@ -76,12 +84,13 @@ void CTaskManItem::Update(const TaskRow& task) {
     m_task = task;
     if (m_summary)
         m_summary->SetTask(task);
-    for (const View& view : m_views)
-        view.panel->Turn(view.tableOf(task));
+    for (const TaskView& view : m_views)
+        view.turn(task);
     ShowStatus();
     const QString kind = m_plan.kind(task);
     SetBodyText(task.lastRun.isEmpty() ? kind : tr("%1  \u00B7  Last run %2").arg(kind, task.lastRun));
     Offer(task.state == TaskState::Running ? TaskAction::Pause : TaskAction::StartNow);
+    OnUpdated();
 }
 
 void CTaskManItem::ShowStatus() {
@@ -138,7 +147,7 @@ void CTaskManItem::MakeViews() {
     connect(m_summary, &CTaskSummary::Commanded, this, &CTaskManItem::EndCommand);
     tabs->AddTab(tr("Summary"), m_summary, SummaryIcon);
     for (const TaskCardView& view : m_plan.views) {
-        m_views.push_back({new RecordPanel(m_console, view.tableOf(m_task)), view.tableOf});
+        m_views.push_back(view.make(m_console, m_task));
         tabs->AddTab(view.title, m_views.back().panel, view.image);
     }
     FinishViews(*tabs);

@@ -6,14 +6,21 @@
 #include "taskman/TransferMeter.h"
 
 class CTabPanel;
-class RecordPanel;
 
-/// A table behind a tab of an expanded card, and what it shows of the card's task.
+/// What stands behind a tab of an expanded card. The tabs own the panel.
+struct TaskView {
+    CBrenPanel* panel;
+    std::function<void(const TaskRow&)> turn; ///< to the card's task as it was read again, or another one
+};
+
 struct TaskCardView {
     QString title;
     int image;
-    std::function<ListTable(const TaskRow&)> tableOf;
+    std::function<TaskView(const Console&, const TaskRow&)> make;
 };
+
+/// A record table of the card's task.
+TaskCardView TableView(const QString& title, int image, std::function<ListTable(const TaskRow&)> tableOf);
 
 TaskCardView RunningView(const LiveCounters& counters);
 TaskCardView PendingView();
@@ -51,13 +58,12 @@ signals:
 protected:
     /// Adds to what the expanded card shows, before it is shown first.
     virtual void FinishViews(CTabPanel& tabs) { Q_UNUSED(tabs) }
+    /// The task was read again, and all that is said of it here is shown.
+    virtual void OnUpdated() {}
+    const TaskRow& Task() const { return m_task; }
+    const Console& TheConsole() const { return m_console; }
 
 private:
-    struct View {
-        RecordPanel* panel;
-        std::function<ListTable(const TaskRow&)> tableOf;
-    };
-
     void MakeViews();
     void ShowStatus();
     QString ActivityText();
@@ -72,7 +78,7 @@ private:
     TaskCardPlan m_plan;
     TransferMeter m_meter;
     CTaskSummary* m_summary = nullptr; ///< this and the other views are made when the card is first expanded
-    std::vector<View> m_views;
+    std::vector<TaskView> m_views;
     int m_cancel;
     int m_startOrPause;
     TaskAction m_offered = TaskAction::StartNow; ///< by the button for both

@@ -24,6 +24,8 @@ struct Texts {
         {Message::HomeDirectoryMissing,
          u"There is no virtual directory named \"Home\" whose login information could be "
          "edited."_s},
+        {Message::KeyNotStored, u"The encryption key could not be stored."_s},
+        {Message::BackupNotCreated, u"The backup task could not be created."_s},
         {Message::FileMonitorCannotBeOpened,
          u"The file monitor service could not be opened. The file index is not available."_s},
         {Message::AskBuildFileIndex,
@@ -31,6 +33,8 @@ struct Texts {
          "you want to build it now? This may take a few minutes."_s},
         {Message::FileMonitorNotRunning,
          u"The file monitor service is not running. Please start it, then try again."_s},
+        {Message::AskCancelBackup,
+         u"Do you really want to cancel this backup? It will be deleted for good. Its files stay."_s},
         {Message::SelectFolderFirst, u"Please select a folder first."_s},
         {Message::NewFolderTitle, u"Name of the New Folder"_s},
         {Message::FolderNotCreated,

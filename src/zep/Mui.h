@@ -20,9 +20,12 @@ namespace Message {
 enum : int {
     VirtualDirectoriesUnavailable = 288,
     HomeDirectoryMissing = 289,
+    KeyNotStored = 294,
+    BackupNotCreated = 295,
     FileMonitorCannotBeOpened = 302,
     AskBuildFileIndex = 303,
     FileMonitorNotRunning = 304,
+    AskCancelBackup = 308,
     SelectFolderFirst = 309,
     NewFolderTitle = 310,
     FolderNotCreated = 311,

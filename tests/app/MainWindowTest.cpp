@@ -181,15 +181,14 @@ private slots:
     }
 
     void theSetUpWizardEndsOnlyWhenTheServiceTookIt() {
-        auto* wizard = new CBackupSvrConfigWizard(m_fixture->client, m_fixture->reader, m_fixture->prompts);
+        auto* wizard = new CBackupSvrConfigWizard(m_fixture->console);
         WizardRider rider(wizard, m_fixture->reader);
         m_fixture->service->SetFault(devservice::HttpFault::Refuse);
         const QString failure = u"The service did not take the configuration. Check that it is running, then "
                                 u"choose Finish again."_s;
         m_fixture->prompts.ExpectMessage(failure);
-        QVERIFY(
-            rider.Ride(u"focus Next | key Space | page Ready | focus Finish | key Space | step | says %1 | "
-                       u"focus Finish | on Cancel"_s.arg(failure)));
+        QVERIFY(rider.Ride(u"focus Next | key Space | page Backup Now | Finish | step | says %1 | "
+                           u"focus Finish | on Cancel"_s.arg(failure)));
         m_fixture->service->ClearFaults();
         // Neither the second press nor what closes a window may end it while the server is being marked.
         QVERIFY(rider.Ride(u"key Space | key Space | key Escape | busy | off Cancel | steps | finished"_s));
@@ -198,9 +197,9 @@ private slots:
 
     void theSetUpWizardCanBeLeft() {
         m_fixture->service->ForgetRequests();
-        auto* wizard = new CBackupSvrConfigWizard(m_fixture->client, m_fixture->reader, m_fixture->prompts);
+        auto* wizard = new CBackupSvrConfigWizard(m_fixture->console);
         WizardRider rider(wizard, m_fixture->reader);
-        QVERIFY(rider.Ride(u"Next | Back | off Back | key Return | page Ready | key Escape | closed"_s));
+        QVERIFY(rider.Ride(u"Next | Back | off Back | key Return | page Backup Now | key Escape | closed"_s));
         QVERIFY(m_fixture->service.RequestLines().isEmpty());
     }
 

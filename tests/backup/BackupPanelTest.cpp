@@ -69,12 +69,12 @@ private slots:
 
     void aBackupServerShowsMirroredBackupsAlone() {
         const platform::RegistryKey key{platform::RegistryRoot::LocalMachine, "SOFTWARE\\Brenvia"};
-        QCOMPARE(CBackupPanel(m_fixture->console).PageCount(), 3);
+        QCOMPARE(CBackupPanel(m_fixture->console).PageCount(), 4);
         if (!platform::WriteRegistryDword(key, "BrQBSMode", 0))
             QSKIP("the machine's values cannot be written by this user");
         const int pages = CBackupPanel(m_fixture->console).PageCount();
         platform::WriteRegistryDword(key, "BrQBSMode", 1);
-        QCOMPARE(pages, 1);
+        QCOMPARE(pages, 2);
     }
 
     void cancelsABackupFromItsSummary() {

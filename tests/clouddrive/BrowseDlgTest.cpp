@@ -20,7 +20,7 @@ namespace {
 /// A service with the directories "Home" and "V", and the picker before it.
 struct Picker {
     explicit Picker(RemoteFolderRequest request = {}, bool homeOnly = false,
-                    CBrowseDlg::MountWizard mount = {}) {
+                    FolderPicker::MountWizard mount = {}) {
         const std::string provider = "{0F3C6B52-7A41-4E0B-9C55-21D8E3A7B901}";
         service->SetVirtualDirectories({{"Home", "{B}", 3, provider}, {"V", "{C}", 3, provider}});
         for (const QString& path : {u"V/Part 10/deep"_s, u"V/Part 2"_s, u"V/part 1"_s, u"Home/Mine"_s})

@@ -44,8 +44,8 @@ public:
     /// All jobs, those too that come on the way. At most `limit` of them, for pages that always reload.
     int StepAll(int limit = 1000) {
         int steps = 0;
-        while (steps < limit &&
-               (Step(Lane::Service) || Step(Lane::Databases) || Step(Lane::Computing) || Step(Lane::Network)))
+        while (steps < limit && (Step(Lane::Service) || Step(Lane::Databases) || Step(Lane::Computing) ||
+                                 Step(Lane::Network) || Step(Lane::Apart)))
             ++steps;
         return steps;
     }
@@ -54,6 +54,6 @@ private:
     JobQueue& Queue(Lane lane) { return m_lanes.at(static_cast<std::size_t>(lane)); }
 
     std::array<JobQueue, LaneCount> m_lanes{JobQueue([] {}), JobQueue([] {}), JobQueue([] {}),
-                                            JobQueue([] {})};
+                                            JobQueue([] {}), JobQueue([] {})};
     std::vector<Job> m_worked;
 };

@@ -38,7 +38,7 @@ private slots:
     }
 
     void everyNumberHasItsText() {
-        for (const int number : {288, 289, 302, 303, 304, 309, 310, 311})
+        for (const int number : {288, 289, 294, 295, 302, 303, 304, 308, 309, 310, 311})
             QVERIFY2(!ZEPMuiGetStringW(number).isEmpty(), qPrintable(QString::number(number)));
         for (const int number : {102, 105, 107, 119, 138})
             QVERIFY2(!ZEPMuiGetBrandingStringW(number).isEmpty(), qPrintable(QString::number(number)));

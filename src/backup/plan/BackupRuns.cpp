@@ -5,13 +5,15 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <functional>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
 constexpr int DaysOfWeek = 7;
-constexpr qint64 SecondsOfDay = 24 * 60 * 60;
+constexpr qint64 SecondsOfHour = 60 * 60;
+constexpr qint64 SecondsOfDay = 24 * SecondsOfHour;
 constexpr qint64 LateAfter = 15 * 60; ///< seconds: one that waits for its turn is not late
 
 QString Text(const char* words) {
@@ -20,6 +22,36 @@ QString Text(const char* words) {
 
 bool IsClean(const ProcessLogRecord& run) {
     return run.failedSubTasks == 0 && run.processedSubTasks >= run.totalSubTasks;
+}
+
+QString Ago(qint64 count, const char* one, const char* several) {
+    return count == 1 ? Text(one) : Text(several).arg(count);
+}
+
+/// How much later in the day the one time is, in seconds.
+qint64 LaterBy(const QDateTime& time, const QDateTime& planned) {
+    return (planned.time().secsTo(time.time()) + SecondsOfDay) % SecondsOfDay;
+}
+
+/// Whether the runs before the last one say that such a backup is planned for that time of the day.
+bool IsPlanned(const std::vector<QDateTime>& starts, const QDateTime& next) {
+    for (std::size_t run = 1; run < starts.size(); ++run)
+        if (starts[run].date() == starts[run - 1].date())
+            return false;
+    return starts.size() > 1 &&
+           std::any_of(starts.begin() + 1, starts.end(),
+                       [&next](const QDateTime& start) { return LaterBy(start, next) < LateAfter; });
+}
+
+std::vector<QDateTime> LastStarts(const std::vector<ProcessLogRecord>& log) {
+    std::vector<QDateTime> starts;
+    starts.reserve(log.size());
+    for (const ProcessLogRecord& run : log)
+        if (const QDateTime start = ServiceTime(run.startTime); start.isValid())
+            starts.push_back(start);
+    std::sort(starts.begin(), starts.end(), std::greater<>());
+    starts.resize(std::min<std::size_t>(starts.size(), DaysOfWeek));
+    return starts;
 }
 
 } // namespace
@@ -42,12 +74,12 @@ BackupRuns RunsOf(const std::vector<ProcessLogRecord>& log) {
             continue;
         if (!runs.lastStop.isValid() || stop >= runs.lastStop) {
             runs.last = run;
-            runs.lastStart = ServiceTime(run.startTime);
             runs.lastStop = stop;
         }
         if (IsClean(run) && (!runs.lastClean.isValid() || stop > runs.lastClean))
             runs.lastClean = stop;
     }
+    runs.starts = LastStarts(log);
     return runs;
 }
 
@@ -76,6 +108,19 @@ int IntervalDays(const ScheduleBlob& schedule) {
     return longest;
 }
 
+QString CleanAgeText(const BackupRuns& runs, const QDateTime& wallNow) {
+    if (!runs.lastClean.isValid())
+        return {};
+    const qint64 age = std::max<qint64>(runs.lastClean.secsTo(wallNow), 0);
+    if (age < SecondsOfHour)
+        return Text(QT_TRANSLATE_NOOP("BackupRuns", "last clean run within the last hour"));
+    if (age < SecondsOfDay)
+        return Ago(age / SecondsOfHour, QT_TRANSLATE_NOOP("BackupRuns", "last clean run 1 hour ago"),
+                   QT_TRANSLATE_NOOP("BackupRuns", "last clean run %1 hours ago"));
+    return Ago(age / SecondsOfDay, QT_TRANSLATE_NOOP("BackupRuns", "last clean run 1 day ago"),
+               QT_TRANSLATE_NOOP("BackupRuns", "last clean run %1 days ago"));
+}
+
 std::optional<qint64> OverdueDays(const BackupRuns& runs, const ScheduleBlob& schedule,
                                   const QDateTime& wallNow) {
     if (!runs.lastClean.isValid())
@@ -96,16 +141,23 @@ QString OverdueText(const std::vector<qint64>& days) {
 
 QString LateText(const BackupRuns& runs, const QString& nextRun) {
     const QDateTime next = ServiceTime(nextRun);
-    if (!next.isValid() || !runs.lastStart.isValid())
+    if (!next.isValid() || !IsPlanned(runs.starts, next))
         return {};
-    const qint64 late = (next.time().secsTo(runs.lastStart.time()) + SecondsOfDay) % SecondsOfDay;
-    if (late < LateAfter)
+    const QDateTime& start = runs.starts.front();
+    if (LaterBy(start, next) < LateAfter)
         return {};
     const auto clock = [](const QDateTime& time) { return time.time().toString(u"HH:mm"_s); };
-    return Text(QT_TRANSLATE_NOOP("BackupRuns", "planned %1, ran %2"))
-        .arg(clock(next), clock(runs.lastStart));
+    return Text(QT_TRANSLATE_NOOP("BackupRuns", "planned %1, ran %2")).arg(clock(next), clock(start));
 }
 
-bool LacksNextRun(TaskState state, const QString& nextRun) {
-    return nextRun.isEmpty() && (state == TaskState::Pending || state == TaskState::Failed);
+QString PausedText(TaskState state, const BackupRuns& runs) {
+    const bool halted = state == TaskState::Paused && runs.last.processedSubTasks < runs.last.totalSubTasks;
+    return halted ? Text(QT_TRANSLATE_NOOP("BackupRuns", "paused since %1"))
+                        .arg(runs.lastStop.toString(u"yyyy-MM-dd HH:mm"_s))
+                  : QString();
+}
+
+bool LacksNextRun(TaskState state, const ScheduleBlob& schedule, const QString& nextRun) {
+    const bool waits = state == TaskState::Pending || state == TaskState::Failed;
+    return waits && nextRun.isEmpty() && WeekdaySummary::Of(schedule).scheduled;
 }

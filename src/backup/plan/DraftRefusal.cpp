@@ -65,11 +65,13 @@ QString SelectionRefusal(const QStringList& selection) {
                                : EntriesRefusal(selection);
 }
 
-QString SourcesRefusal(const QStringList& sources) {
+QString SourcesRefusal(const BackupDraft& draft) {
+    const QStringList& sources = draft.sources;
     if (QString refusal = SelectionRefusal(sources); !refusal.isEmpty())
         return refusal;
-    // The service would take all file types of the machine for it.
-    if (sources.front().startsWith(FileTypes) && sources != QStringList(FileTypes))
+    const bool isOfTypes =
+        sources == QStringList(FileTypes) && draft.filter == FilterOfTypes(draft.filter.types);
+    if (sources.front().startsWith(FileTypes) && !isOfTypes)
         return Words::tr("\"%1\" cannot be the first folder: the service takes the \"@\" for a backup of "
                          "file types.")
             .arg(sources.front());
@@ -123,8 +125,8 @@ QString RetentionRefusal(const BackupRetention& retention) {
 }
 
 QString DraftRefusal(const BackupDraft& draft) {
-    return First({SourcesRefusal(draft.sources), ExclusionsRefusal(draft.exclusions),
-                  TargetRefusal(draft.target), TaskNameRefusal(draft.name), FilterRefusal(draft.filter),
+    return First({SourcesRefusal(draft), ExclusionsRefusal(draft.exclusions), TargetRefusal(draft.target),
+                  TaskNameRefusal(draft.name), FilterRefusal(draft.filter),
                   RetentionRefusal(draft.retention)});
 }
 

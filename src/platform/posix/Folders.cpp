@@ -113,8 +113,18 @@ fs::path ConsoleStateFile() {
 
 fs::path SpecialFolderPath(SpecialFolder folder) {
     switch (folder) {
+    case SpecialFolder::Home:
+        return UserHome();
     case SpecialFolder::Desktop:
         return UserDirectory("XDG_DESKTOP_DIR", "Desktop");
+    case SpecialFolder::Downloads:
+        return UserDirectory("XDG_DOWNLOAD_DIR", "Downloads");
+    case SpecialFolder::Music:
+        return UserDirectory("XDG_MUSIC_DIR", "Music");
+    case SpecialFolder::Pictures:
+        return UserDirectory("XDG_PICTURES_DIR", "Pictures");
+    case SpecialFolder::Videos:
+        return UserDirectory("XDG_VIDEOS_DIR", "Videos");
     case SpecialFolder::StartMenu:
         return FolderOr("XDG_DATA_HOME", BelowHome(".local/share")) / "applications";
     case SpecialFolder::Documents:

@@ -58,8 +58,18 @@ fs::path ConsoleStateFile() {
 
 fs::path SpecialFolderPath(SpecialFolder folder) {
     switch (folder) {
+    case SpecialFolder::Home:
+        return KnownFolder(FOLDERID_Profile);
     case SpecialFolder::Desktop:
         return KnownFolder(FOLDERID_Desktop);
+    case SpecialFolder::Downloads:
+        return KnownFolder(FOLDERID_Downloads);
+    case SpecialFolder::Music:
+        return KnownFolder(FOLDERID_Music);
+    case SpecialFolder::Pictures:
+        return KnownFolder(FOLDERID_Pictures);
+    case SpecialFolder::Videos:
+        return KnownFolder(FOLDERID_Videos);
     case SpecialFolder::StartMenu:
         return KnownFolder(FOLDERID_StartMenu);
     case SpecialFolder::Documents:

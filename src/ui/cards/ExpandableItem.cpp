@@ -6,6 +6,7 @@
 #include "look/Look.h"
 #include "page/ActionButton.h"
 #include "page/BrenPanel.h"
+#include "page/LinkLabel.h"
 
 #include <QHBoxLayout>
 #include <QHelpEvent>
@@ -23,6 +24,7 @@ constexpr int StatusRight = 50;
 constexpr int SignSize = 16;
 constexpr int SignRoom = SignSize + 6;
 constexpr qreal StaleOpacity = 0.5;
+const QString BetweenRemarks = u"  \u00B7  "_s;
 
 QString Elided(const QString& text, const QFont& font, const QRect& place) {
     return QFontMetrics(font).elidedText(text, Qt::ElideRight, place.width());
@@ -89,6 +91,37 @@ void CExpandableItem::SetBodyText(const QString& text, const QString& more) {
         return;
     m_bodyText = text;
     update(BodyTextRect());
+    Describe();
+}
+
+void CExpandableItem::SetRemarks(std::vector<CardRemark> remarks) {
+    if (remarks == m_remarks)
+        return;
+    m_remarks = std::move(remarks);
+    PlaceChildren();
+    update(BodyRect());
+    Describe();
+}
+
+void CExpandableItem::SetRemarkLink(const QString& words, std::function<void()> run) {
+    m_openLink = std::move(run);
+    const QString text = words.isEmpty() ? QString() : u"<a>%1</a>"_s.arg(words);
+    if (text == (m_link ? m_link->Text() : QString()))
+        return;
+    if (words.isEmpty()) {
+        if (m_link->hasFocus())
+            setFocus(Qt::OtherFocusReason);
+        delete std::exchange(m_link, nullptr);
+    } else if (!m_link) {
+        m_link = new LinkLabel(text, this);
+        connect(m_link, &LinkLabel::LinkClicked, this, [this] { m_openLink(); });
+        setTabOrder(this, m_link);
+        m_link->setVisible(!m_expanded);
+    } else {
+        m_link->SetText(text);
+    }
+    PlaceChildren();
+    update(BodyRect());
     Describe();
 }
 
@@ -172,7 +205,7 @@ void CExpandableItem::MakeButtons() {
         button.made->setVisible(button.shown);
     }
     // Tab goes through the buttons from left to right.
-    QWidget* previous = this;
+    QWidget* previous = m_link ? static_cast<QWidget*>(m_link) : this;
     for (std::size_t i = m_buttons.size(); i-- > 0; previous = m_buttons[i].made)
         setTabOrder(previous, m_buttons[i].made);
     PlaceChildren();
@@ -186,6 +219,8 @@ void CExpandableItem::SetExpanded(bool expanded) {
     m_expanded = expanded;
     if (m_buttonRow)
         m_buttonRow->setVisible(!expanded);
+    if (m_link)
+        m_link->setVisible(!expanded);
     QAccessible::State changed;
     changed.expanded = true;
     changed.collapsed = true;
@@ -216,13 +251,23 @@ void CExpandableItem::PlaceChildren() {
         m_buttonRow->setGeometry(row);
         m_buttonRow->layout()->activate();
     }
+    if (m_link) {
+        const QRect line = RemarksRect();
+        m_link->setGeometry(line.x(), line.y(), std::min(m_link->sizeHint().width(), line.width()),
+                            line.height());
+    }
     if (m_content)
         m_content->setGeometry(BodyRect().adjusted(0, 0, 0, -Look::CornerRadius));
 }
 
 void CExpandableItem::Describe() {
-    QStringList parts{m_failure,    m_bodyText, m_statusCaption,
-                      m_statusText, m_note,     m_stale ? tr("not read again") : QString()};
+    QStringList parts{m_failure,
+                      m_bodyText,
+                      m_statusCaption,
+                      m_statusText,
+                      RemarksText(u", "_s),
+                      m_note,
+                      m_stale ? tr("not read again") : QString()};
     parts.removeAll(QString());
     setAccessibleDescription(parts.join(u", "_s));
 }
@@ -252,7 +297,25 @@ QRect CExpandableItem::StatusRect() const {
 
 QRect CExpandableItem::BodyTextRect() const {
     const int right = (m_buttonRow ? m_buttonRow->x() : width()) - Look::TextInset;
-    return {Look::TextInset, BodyRect().top(), right - Look::TextInset, BodyRect().height()};
+    const QRect body = BodyRect();
+    return {Look::TextInset, body.top(), right - Look::TextInset,
+            HasRemarks() ? body.height() / 2 + 1 : body.height()};
+}
+
+/// The lower half of the body, below its text.
+QRect CExpandableItem::RemarksRect() const {
+    const QRect text = BodyTextRect();
+    return {text.x(), text.bottom() - 1, text.width(), BodyRect().bottom() - text.bottom()};
+}
+
+/// All that stands there, for readers and where it is cut.
+QString CExpandableItem::RemarksText(const QString& between) const {
+    QStringList texts;
+    if (m_link)
+        texts = m_link->Spans();
+    for (const CardRemark& remark : m_remarks)
+        texts.append(remark.text);
+    return texts.join(between);
 }
 
 void CExpandableItem::paintEvent(QPaintEvent* event) {
@@ -271,6 +334,23 @@ void CExpandableItem::paintEvent(QPaintEvent* event) {
         painter.setPen(Look::Muted);
         painter.drawText(BodyTextRect(), Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
                          Elided(m_bodyText, painter.font(), BodyTextRect()));
+        PaintRemarks(painter);
+    }
+}
+
+void CExpandableItem::PaintRemarks(QPainter& painter) const {
+    QRect place = RemarksRect();
+    bool first = !m_link;
+    if (m_link)
+        place.setLeft(m_link->geometry().right() + 1);
+    for (const CardRemark& remark : m_remarks) {
+        const QString text = std::exchange(first, false) ? remark.text : BetweenRemarks + remark.text;
+        painter.setPen(remark.ink);
+        painter.drawText(place, Qt::AlignVCenter | Qt::AlignLeft | Qt::TextSingleLine,
+                         Elided(text, painter.font(), place));
+        place.setLeft(place.left() + painter.fontMetrics().horizontalAdvance(text));
+        if (place.width() <= 0)
+            return;
     }
 }
 
@@ -344,6 +424,8 @@ bool CExpandableItem::event(QEvent* event) {
         addWhenCut(m_bodyText, Look::Font(Look::Small), BodyTextRect());
     if (!m_expanded && BodyTextRect().contains(help->pos()))
         texts.append(m_bodyMore);
+    if (!m_expanded)
+        addWhenCut(RemarksText(BetweenRemarks), Look::Font(Look::Small), RemarksRect());
     if (help->pos().y() < TitleBandHeight())
         texts += {help->pos().x() >= width() - StatusRight ? m_statusCaption : QString(), m_note};
     texts.removeAll(QString());

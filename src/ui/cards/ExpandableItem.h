@@ -8,6 +8,15 @@
 
 class ActionButton;
 class CBrenPanel;
+class LinkLabel;
+
+/// What is to be known of a card's subject now, beside what it is.
+struct CardRemark {
+    QString text;
+    QColor ink;
+
+    bool operator==(const CardRemark&) const = default;
+};
 
 /// A card of a list: a title band with status text and icon, below it a line of text with buttons, or its
 /// content while it is expanded. Its title is the key by which the list finds it.
@@ -42,6 +51,12 @@ public:
     /// The line that says what the card is; its tool-tip says `more`.
     void SetBodyText(const QString& text, const QString& more = {});
     const QString& BodyText() const { return m_bodyText; }
+
+    /// Stand one behind the other below the line that says what the card is.
+    void SetRemarks(std::vector<CardRemark> remarks);
+    const std::vector<CardRemark>& Remarks() const { return m_remarks; }
+    /// Stands before the remarks as a link; empty words: none.
+    void SetRemarkLink(const QString& words, std::function<void()> run);
 
     /// Told by the title band's tool-tip and to screen readers; empty: nothing.
     void SetNote(const QString& note);
@@ -110,6 +125,10 @@ private:
     QRect StatusRect() const;
     void PaintStatus(QPainter& painter) const;
     QRect BodyTextRect() const;
+    QRect RemarksRect() const;
+    bool HasRemarks() const { return !m_remarks.empty() || m_link; }
+    void PaintRemarks(QPainter& painter) const;
+    QString RemarksText(const QString& between) const;
 
     CBrenPanel* m_content = nullptr;
     QWidget* m_buttonRow = nullptr; ///< made with the buttons
@@ -120,6 +139,9 @@ private:
     QString m_failure;
     QString m_bodyText;
     QString m_bodyMore;
+    std::vector<CardRemark> m_remarks;
+    LinkLabel* m_link = nullptr; ///< before the remarks; none while there is nothing to open
+    std::function<void()> m_openLink;
     QString m_note;
     QIcon m_statusIcon;
     QString m_statusIconName;

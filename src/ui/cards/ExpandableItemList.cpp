@@ -200,6 +200,14 @@ void CExpandableItemList::Apply(const CardLayout& layout, int top) {
     Place(*m_previousLink, ToRect(layout.previousLink, top), layout.showPrevious);
     Place(*m_pageLabel, ToRect(layout.pageLabel, top), layout.showPageLabel);
     Place(*m_nextLink, ToRect(layout.nextLink, top), layout.showNext);
+    emit LaidOut();
+}
+
+std::vector<CExpandableItem*> CExpandableItemList::CardsInFront() const {
+    std::vector<CExpandableItem*> cards;
+    std::copy_if(m_cards.begin(), m_cards.end(), std::back_inserter(cards),
+                 [](const CExpandableItem* card) { return !card->isHidden(); });
+    return cards;
 }
 
 /// Who looks at a page that goes looks at the same place of the one that comes.
@@ -259,6 +267,7 @@ void CExpandableItemList::Expand(CExpandableItem& card) {
     card.setFocus();
     RecalcLayout();
     card.OnExpanded();
+    emit Expanded(card.entryId);
 }
 
 /// The links come after all that the expanded card shows, of which some was made after them.

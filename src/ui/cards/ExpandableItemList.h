@@ -65,6 +65,14 @@ public:
     /// RecalcLayout when that has changed.
     void SetHeader(QWidget* header);
 
+    /// The cards that are shown now: those of the page, or the expanded one.
+    std::vector<CExpandableItem*> CardsInFront() const;
+
+signals:
+    /// Other cards may be in front, or show something else.
+    void LaidOut();
+    void Expanded(const QString& entryId);
+
 protected:
     /// Gives the card the focus, and turns to its page where needed. Nothing for an index beyond the cards.
     void FocusCard(int index);

@@ -44,6 +44,9 @@ CPropertyGroup* CBrenPropertyGrid::AddGroup(const QString& title) {
         group, &CPropertyGroup::Committed, this,
         [this, group](int row, const PropertyRow& committed) { emit ValueCommitted(row, group, committed); },
         Qt::QueuedConnection);
+    connect(
+        group, &CPropertyGroup::ValueWanted, this, [this, group](int row) { emit ValueWanted(row, group); },
+        Qt::QueuedConnection);
     connect(group, &CPropertyGroup::StepWanted, this, [this, group](int rows) { Step(group, rows); });
     return group;
 }

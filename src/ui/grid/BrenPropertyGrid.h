@@ -25,6 +25,8 @@ signals:
     /// Comes at the next turn of the event loop after the user has given a row another value, with the row as
     /// it was then.
     void ValueCommitted(int row, CPropertyGroup* group, const PropertyRow& committed);
+    /// Comes at the next turn of the event loop, of a row whose value is chosen elsewhere.
+    void ValueWanted(int row, CPropertyGroup* group);
 
 private:
     void Step(const CPropertyGroup* from, int rows);

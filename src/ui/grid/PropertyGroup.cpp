@@ -25,7 +25,6 @@ constexpr int TitleHeight = 30;
 constexpr int RowHeight = 28;
 constexpr int FrameWidth = 1;
 constexpr int MarginWidth = 22;
-constexpr int LabelWidth = MarginWidth + 450;
 constexpr int ValueWidth = 120;
 constexpr int NumberEditorWidth = 150;
 constexpr int IconSize = 16;
@@ -105,6 +104,10 @@ bool CPropertyGroup::OpenEditor(int row, EditorStart start) {
     CloseEditor(EditorEnd::Commit);
     SelectRow(row);
     const PropertyRow& property = m_model.Row(row);
+    if (property.opens) {
+        emit ValueWanted(row);
+        return true;
+    }
     const bool isChoice = property.type == PropertyType::Boolean;
     ShowEditor(isChoice ? MakeCombo(row) : MakeEdit(row), row);
     if (property.type == PropertyType::Text && IsOnDrive(property.value) && start == EditorStart::Usual)
@@ -287,7 +290,8 @@ bool CPropertyGroup::TypeOver(QKeyEvent& event) {
     if (shortcut || event.text().isEmpty() || !event.text().front().isPrint() ||
         !OpenEditor(CurrentRow(), EditorStart::Typing))
         return false;
-    QCoreApplication::sendEvent(m_editor, &event);
+    if (m_editor)
+        QCoreApplication::sendEvent(m_editor, &event);
     return true;
 }
 
@@ -316,7 +320,7 @@ void CPropertyGroup::SetHoveredRow(int row) {
 void CPropertyGroup::resizeEvent(QResizeEvent* event) {
     QTableView::resizeEvent(event);
     const int whole = viewport()->width();
-    const int label = std::clamp(whole - ValueWidth, MarginWidth, LabelWidth);
+    const int label = std::clamp(whole - ValueWidth, MarginWidth, m_labelWidth);
     setColumnWidth(PropertyModel::Label, label);
     setColumnWidth(PropertyModel::Value, std::max(0, whole - label));
     if (m_editor)

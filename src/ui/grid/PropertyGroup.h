@@ -31,12 +31,15 @@ public:
     void SetValue(int row, const QString& value) { m_model.SetValue(row, value); }
     void SetMark(int row, PropertyMark mark) { m_model.SetMark(row, mark); }
     void SetReadOnly(int row, bool readOnly) { m_model.SetReadOnly(row, readOnly); }
+    /// Pixels for the margin and the labels, as far as there is room; before the group is shown.
+    void SetLabelWidth(int width) { m_labelWidth = width; }
     void SetEditorNote(EditorNote note) { m_noteOf = std::move(note); }
 
     enum class EditorStart { Usual, Typing };
 
     /// Opens the editor of the row's value. Over a folder on a drive it asks for another folder at once,
-    /// unless typing has begun; cancelled, that leaves the editor open. False when the row cannot be edited.
+    /// unless typing has begun; cancelled, that leaves the editor open. Of a row that opens, tells that a
+    /// value is wanted. False when the row cannot be edited.
     bool OpenEditor(int row, EditorStart start = EditorStart::Usual);
     int EditedRow() const { return m_editedRow; } ///< -1 for none
     QWidget* Editor() const { return m_editor; }  ///< null for none
@@ -48,6 +51,8 @@ public:
 signals:
     /// The user has given the row another value, or the same one again that was not saved.
     void Committed(int row, const PropertyRow& committed);
+    /// A row whose value is chosen elsewhere is to be given one.
+    void ValueWanted(int row);
     /// The keyboard wants to go this many rows down (or up) from the current one.
     void StepWanted(int rows);
 
@@ -92,4 +97,5 @@ private:
     int m_notedRow = -1; ///< the row that the note is about
     bool m_picking = false;
     int m_hoveredRow = -1;
+    int m_labelWidth = 472;
 };

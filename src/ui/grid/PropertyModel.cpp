@@ -27,6 +27,8 @@ QString MarkText(PropertyMark mark) {
         return PropertyModel::tr("not read");
     case PropertyMark::NotSaved:
         return PropertyModel::tr("not saved");
+    case PropertyMark::Unknown:
+        return PropertyModel::tr("unknown");
     case PropertyMark::None:
         break;
     }

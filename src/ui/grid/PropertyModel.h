@@ -7,18 +7,19 @@
 enum class PropertyType { Integer, Text, Boolean };
 
 /// What there is to say of a value, in a word beside it.
-enum class PropertyMark { None, Reading, NotRead, NotSaved };
+enum class PropertyMark { None, Reading, NotRead, NotSaved, Unknown };
 QString MarkText(PropertyMark mark);
 
 /// One row of a property group.
 struct PropertyRow {
     QString label;
-    QString value;
-    QString key;
+    QString value = {};
+    QString key = {};
     PropertyType type = PropertyType::Text;
-    QString hint; ///< shown as a tool-tip, plain text
+    QString hint = {}; ///< shown as a tool-tip, plain text
     bool readOnly = false;
     PropertyMark mark = PropertyMark::None;
+    bool opens = false; ///< its value is chosen elsewhere, in place of an editor
 };
 
 /// The rows of a property group as a table; row 0 holds the group's title and nothing else.

@@ -4,14 +4,16 @@
 #include <functional>
 #include <stop_token>
 
-/// `Network` is for what waits for other machines, for minutes where they are slow.
-enum class Lane { Service, Databases, Computing, Network };
-inline constexpr std::size_t LaneCount = 4;
+/// `Network` is for what waits for other machines, for minutes where they are slow. `Apart` is for what may
+/// wait for minutes, as for a drive that is gone: its jobs hold up nothing, not even each other.
+enum class Lane { Service, Databases, Computing, Network, Apart };
+inline constexpr std::size_t LaneCount = 5;
 
 enum class ReadPriority { Command, Front, Hidden };
 
-/// Runs work off the UI thread, one at a time a lane. In a lane commands overtake reads, and the page in
-/// front overtakes hidden ones; equals keep their order. Lives on the UI thread, and longer than the pages.
+/// Runs work off the UI thread, one at a time a lane but for `Apart`. In a lane commands overtake reads, and
+/// the page in front overtakes hidden ones; equals keep their order. Lives on the UI thread, and longer than
+/// the pages.
 class Reader {
 public:
     struct Job {

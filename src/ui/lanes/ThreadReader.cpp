@@ -5,6 +5,7 @@
 
 #include <QMetaObject>
 
+#include <algorithm>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
@@ -42,7 +43,11 @@ public:
         }
     }
 
-    void Add(Job job) { m_waiting.Add(std::move(job)); }
+    void Add(Job job) {
+        ++m_jobs;
+        m_waiting.Add(std::move(job));
+    }
+    bool IsFree() const { return m_jobs == 0; }
 
     /// Ends what has finished or was stopped, then starts the next job if the thread is free.
     void Pump() {
@@ -58,7 +63,10 @@ public:
     }
 
 private:
-    static void End(std::optional<Job> job) { job->done(); }
+    void End(std::optional<Job> job) {
+        --m_jobs;
+        job->done();
+    }
     static bool IsCommand(const Job& job) { return job.priority() == ReadPriority::Command; }
 
     void Start(Job& job) {
@@ -88,6 +96,7 @@ private:
     const std::function<void()> m_wake;
     JobQueue m_waiting;
     std::optional<Job> m_current;
+    int m_jobs = 0; ///< that have not ended
 
     std::mutex m_mutex;
     std::condition_variable_any m_ready;
@@ -98,9 +107,13 @@ private:
 };
 
 ThreadReader::ThreadReader() {
+    for (std::size_t lane = 0; lane < LaneCount; ++lane)
+        AddThread();
+}
+
+ThreadReader::LaneThread& ThreadReader::AddThread() {
     const auto wake = [this] { QMetaObject::invokeMethod(this, "Pump", Qt::QueuedConnection); };
-    for (std::unique_ptr<LaneThread>& lane : m_lanes)
-        lane = std::make_unique<LaneThread>(wake);
+    return *m_lanes.emplace_back(std::make_unique<LaneThread>(wake));
 }
 
 ThreadReader::~ThreadReader() {
@@ -115,13 +128,22 @@ ThreadReader::~ThreadReader() {
         lane->Finish(giveUp.get_token());
 }
 
+ThreadReader::LaneThread& ThreadReader::ThreadFor(Lane lane) {
+    const auto own = m_lanes.begin() + static_cast<std::ptrdiff_t>(lane);
+    if (lane != Lane::Apart)
+        return **own;
+    const auto free = std::find_if(own, m_lanes.end(), [](const auto& thread) { return thread->IsFree(); });
+    return free == m_lanes.end() ? AddThread() : **free;
+}
+
 void ThreadReader::Submit(Job job) {
-    LaneThread& lane = *m_lanes.at(static_cast<std::size_t>(job.lane));
+    LaneThread& lane = ThreadFor(job.lane);
     lane.Add(std::move(job));
     QMetaObject::invokeMethod(this, "Pump", Qt::QueuedConnection);
 }
 
 void ThreadReader::Pump() {
-    for (const std::unique_ptr<LaneThread>& lane : m_lanes)
-        lane->Pump();
+    // A job that ends may bring another one, and that a thread.
+    for (std::size_t lane = 0; lane < m_lanes.size(); ++lane)
+        m_lanes[lane]->Pump();
 }

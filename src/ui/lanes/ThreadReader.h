@@ -4,10 +4,10 @@
 
 #include <QObject>
 
-#include <array>
 #include <memory>
+#include <vector>
 
-/// The program's Reader: a thread for each lane.
+/// The program's Reader: a thread for each lane, and for each job that is apart from the others.
 class ThreadReader : public QObject, public Reader {
     Q_OBJECT
 
@@ -22,6 +22,9 @@ private:
     class LaneThread;
 
     Q_INVOKABLE void Pump();
+    LaneThread& AddThread();
+    LaneThread& ThreadFor(Lane lane);
 
-    std::array<std::unique_ptr<LaneThread>, LaneCount> m_lanes;
+    /// One for each lane in its order, then those that jobs apart have needed beyond the first.
+    std::vector<std::unique_ptr<LaneThread>> m_lanes;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "lanes/ProgressNote.h"
 #include "lanes/Reader.h"
 #include "list/RowStream.h"
 #include "service/ServiceClient.h"
@@ -24,7 +25,9 @@ struct RecordPage {
     QString widths; ///< the name that its column widths are kept under; empty: they are not
     QString status = {};
     QString empty = {};
-    QString loading = {};               ///< until the first row has come; empty: "Loading..."
+    QString loading = {}; ///< until the first row has come; empty: "Loading..."
+    std::shared_ptr<const ProgressNote> steps =
+        {};                             ///< what is read now, in place of "Loading..."; none: it is not told
     QString listing = {};               ///< as the status, until all rows have come; empty: none
     QString failure = {};               ///< in a list whose read failed; empty: the read's own sentence
     std::chrono::milliseconds period{}; ///< of reading again by itself; 0: never
@@ -49,6 +52,12 @@ struct RowDeletionTexts {
     QString one;     ///< the question for one row
     QString several; ///< the question for several rows
     QString failed;
+    /// What the question says of the rows, given all that there are. None: the row by its words, several by
+    /// number.
+    std::function<QString(const std::vector<TakenRow>& rows, const RowSet& all)> subject = {};
+    /// Which of two rows is deleted first; one that fails then keeps the others, which hang on it. None: in
+    /// the order of the list.
+    std::function<bool(const TakenRow& one, const TakenRow& other)> before = {};
 };
 
 /// What can be done with rows: the clicked one or all selected ones, by the command's own cell at the row's
@@ -60,6 +69,7 @@ struct RowCommand {
     int icon = 0;    ///< of the cells; 0: there are none
     QString words = {};
     std::function<void(RecordView&, const std::vector<TakenRow>&)> run = {};
+    bool single = false; ///< is given one row: the clicked one, or the first that is selected
 
     // Of a deletion, in place of `run`: called on the service's lane, once for each row.
     std::function<ServiceAnswer(const ServiceClient&, const TakenRow&, std::stop_token)> remove = {};

@@ -61,7 +61,8 @@ void RecordView::AddCommands() {
             const std::vector<TakenRow> selected = m_list->SelectedRows();
             const bool among = std::any_of(selected.begin(), selected.end(),
                                            [&row](const TakenRow& other) { return row.HasIdOf(other); });
-            RunCommand(command(number), among ? selected : std::vector<TakenRow>{row});
+            RunCommand(command(number),
+                       among && !command(number).single ? selected : std::vector<TakenRow>{row});
         });
         connect(m_list, &CBrenListCtrl::KeyReleased, this, [=, this](int key) {
             if (key == command(number).key)
@@ -80,7 +81,7 @@ void RecordView::RunCommand(const RowCommand& command, const std::vector<TakenRo
     if (command.remove)
         m_deletion->Ask(command, rows);
     else
-        command.run(*this, rows);
+        command.run(*this, command.single ? std::vector<TakenRow>{rows.front()} : rows);
 }
 
 bool RecordView::IsEnabled(const TableAction& action) const {
@@ -194,6 +195,9 @@ void RecordView::TellReading() {
 void RecordView::ShowFirstRows() {
     const int shown = m_list->Rows().TotalRows();
     const int come = m_coming ? m_coming->Count() : 0;
+    if (const auto& steps = m_table.page.steps;
+        steps && shown == 0 && come == 0 && !steps->Read().text.isEmpty())
+        m_list->SetLoading(steps->Read().text);
     if (come == shown || come < 2 * shown)
         return;
     m_list->AppendRows(m_coming->Rows());

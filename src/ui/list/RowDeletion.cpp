@@ -9,6 +9,8 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 RowDeletion::RowDeletion(const Console& console, CBrenListCtrl& list, QWidget* parent)
@@ -68,7 +70,9 @@ void RowDeletion::Ask(const RowCommand& command, const std::vector<TakenRow>& cl
         return;
     m_asking = true;
     const QString question = rows.size() == 1 ? command.deletion.one : command.deletion.several;
-    m_console.prompts.AskYesNo(&m_list, question + u'\n' + Subject(rows), [this, command, rows](bool yes) {
+    const QString subject =
+        command.deletion.subject ? command.deletion.subject(rows, m_list.Rows().AllRows()) : Subject(rows);
+    m_console.prompts.AskYesNo(&m_list, question + u'\n' + subject, [this, command, rows](bool yes) {
         m_asking = false;
         if (yes)
             Begin(command, rows);
@@ -76,7 +80,9 @@ void RowDeletion::Ask(const RowCommand& command, const std::vector<TakenRow>& cl
 }
 
 void RowDeletion::Begin(const RowCommand& command, const std::vector<TakenRow>& rows) {
-    const std::vector<TakenRow> present = Present(rows);
+    std::vector<TakenRow> present = Present(rows);
+    if (command.deletion.before)
+        std::sort(present.begin(), present.end(), command.deletion.before);
     if (present.empty())
         return m_console.prompts.ShowMessage(&m_list, command.deletion.failed);
     m_inFlight.insert(present.begin(), present.end());
@@ -99,12 +105,12 @@ void RowDeletion::SendNext(const BatchInWork& batch) {
                              }});
 }
 
-/// Goes on as long as the service answers.
+/// Goes on as long as the service answers, and the rows do not hang on each other.
 void RowDeletion::OnAnswer(const BatchInWork& batch, const std::optional<ServiceAnswer>& answer) {
     const bool done = answer && *answer;
     const bool answers = done || (answer && answer->outcome == ServiceOutcome::OtherStatus);
     batch->anyFailed = batch->anyFailed || !done;
-    batch->stopped = batch->stopped || !answers;
+    batch->stopped = batch->stopped || !answers || (!done && batch->command.deletion.before);
     m_inFlight.erase(batch->rows[batch->next]);
     ++batch->next;
     if (batch->stopped || batch->next == batch->rows.size())

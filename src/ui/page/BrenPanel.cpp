@@ -79,6 +79,11 @@ void CBrenPanel::TellFailure(const QString& sentence) {
     ShowStatus();
 }
 
+void CBrenPanel::TellCondition(const QString& sentence) {
+    if (std::exchange(m_condition, sentence) != sentence)
+        ShowStatus();
+}
+
 void CBrenPanel::SetToolbar(std::vector<FrameAction> actions) {
     m_toolbar = std::move(actions);
     ShowToolbar();
@@ -122,7 +127,8 @@ void CBrenPanel::ShowStatus() {
     Frame().SetStatusText(!m_commandFailure.isEmpty() ? m_commandFailure
                           : !m_failure.isEmpty()      ? m_failure
                                                       : m_help);
-    Frame().SetNotice(QStringList{m_commandFailure, m_failure}.join(u' ').trimmed());
+    const QString failures = QStringList{m_commandFailure, m_failure}.join(u' ').trimmed();
+    Frame().SetNotice(failures.isEmpty() ? m_condition : failures);
 }
 
 void CBrenPanel::ShowToolbar() {

@@ -60,6 +60,8 @@ protected:
     /// Says why the last read failed, in place of the help; empty when it did not.
     void TellFailure(const QString& sentence);
     const QString& Failure() const { return m_failure; }
+    /// Says in the yellow line what is to be known while nothing has failed; empty: nothing.
+    void TellCondition(const QString& sentence);
     void SetToolbar(std::vector<FrameAction> actions);
     /// Stands below the sections as long as no other panel sets its own.
     void SetSideActions(std::vector<FrameAction> actions);
@@ -91,6 +93,7 @@ private:
     QString m_help;
     QString m_failure;
     QString m_commandFailure;
+    QString m_condition;
     std::vector<FrameAction> m_toolbar;
     std::vector<FrameAction> m_sideActions;
     std::chrono::milliseconds m_period{};

@@ -41,6 +41,7 @@ TreeFindField::TreeFindField(CheckTreeView& view, const QString& placeholder, Ot
     connect(m_words, &QLineEdit::textChanged, this, [this] {
         m_went = false;
         Start();
+        emit WordsChanged();
     });
     connect(&m_timer, &QTimer::timeout, this, &TreeFindField::LookOn);
     // What was found may go with the rows, and what has come may hold the words.
@@ -52,6 +53,10 @@ TreeFindField::TreeFindField(CheckTreeView& view, const QString& placeholder, Ot
     };
     connect(&view.Tree(), &QAbstractItemModel::rowsAboutToBeRemoved, this, again);
     connect(&view.Tree(), &QAbstractItemModel::rowsInserted, this, again);
+}
+
+QString TreeFindField::Words() const {
+    return m_words->text();
 }
 
 void TreeFindField::Start() {
@@ -75,6 +80,7 @@ void TreeFindField::LookOn() {
     if (!m_at) {
         m_timer.stop();
         HideOthers();
+        emit LookedAtAll();
     }
     if (!m_found.empty() && !std::exchange(m_went, true))
         m_view.GoTo(*m_found.front());

@@ -26,6 +26,13 @@ public:
                   QWidget* parent = nullptr);
 
     bool IsLooking() const { return m_at != nullptr; }
+    QString Words() const;
+
+signals:
+    /// Other words are to be found, or none.
+    void WordsChanged();
+    /// It has looked at all that is listed.
+    void LookedAtAll();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

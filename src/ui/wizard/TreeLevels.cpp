@@ -1,6 +1,26 @@
 #include "wizard/TreeLevels.h"
 
+#include <QCollator>
+
 #include <algorithm>
+
+void SortNaturally(TreeLevel& level) {
+    // The order of no language in particular knows no numbers.
+    const QLocale locale;
+    QCollator collator(locale.language() == QLocale::C ? QLocale(QLocale::English) : locale);
+    collator.setNumericMode(true);
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    std::vector<std::pair<QCollatorSortKey, TreeEntry>> keyed;
+    keyed.reserve(level.entries.size());
+    for (TreeEntry& entry : level.entries) {
+        QCollatorSortKey key = collator.sortKey(entry.key);
+        keyed.emplace_back(std::move(key), std::move(entry));
+    }
+    std::stable_sort(keyed.begin(), keyed.end(),
+                     [](const auto& one, const auto& other) { return one.first < other.first; });
+    for (std::size_t i = 0; i < keyed.size(); ++i)
+        level.entries[i] = std::move(keyed[i].second);
+}
 
 QStringList TreeLevels::PathOf(const Node& node) {
     QStringList path;

@@ -22,6 +22,9 @@ struct TreeLevel {
     QString failure = {}; ///< why it could not be listed
 };
 
+/// Puts the entries into the natural order of their keys: "Part 2" before "Part 10".
+void SortNaturally(TreeLevel& level);
+
 /// What is known of a tree whose levels are listed one by one. UI thread.
 class TreeLevels {
 public:

@@ -33,7 +33,8 @@ private slots:
         const ProcessLogRecord elsewise{u"yesterday"_s, u"today"_s, {}, 1, 0, 1};
         const BackupRuns runs = RunsOf({clean, failed, stopped, older, elsewise});
         QCOMPARE(runs.last, failed);
-        QCOMPARE(runs.lastStart, ServiceTime(u"2025-03-04 08:12:00"_s));
+        QCOMPARE(runs.starts.size(), std::size_t(4));
+        QCOMPARE(runs.starts.front(), ServiceTime(u"2025-03-04 08:12:00"_s));
         QCOMPARE(runs.lastClean, ServiceTime(u"2025-03-02 02:00:00"_s));
         QCOMPARE(RunsOf({elsewise}), BackupRuns());
         QCOMPARE(OutcomeText(failed), u"12 of %1 failed"_s.arg(QLocale().toString(4310)));
@@ -72,20 +73,51 @@ private slots:
     }
 
     void tellsLateRuns_data() {
-        const Columns<QString, QString, QString> row("start", "next", "text");
+        const Columns<QStringList, QString, QString> row("starts", "next", "text");
         const QString next = u"2025-03-05 01:00:00"_s;
-        row("late", "2025-03-04 08:12:00", next, "planned 01:00, ran 08:12");
-        row("over midnight", "2025-03-04 00:30:00", "2025-03-05 23:00:00", "planned 23:00, ran 00:30");
-        row("in its turn", "2025-03-04 01:14:59", next, "");
-        row("no next run", "2025-03-04 08:12:00", "", "");
-        row("no start", "soon", next, "");
+        const QStringList before{u"2025-03-03 01:00:05"_s, u"2025-03-02 01:00:01"_s};
+        const QString late = u"2025-03-04 08:12:00"_s;
+        row("late", before + QStringList{late}, next, "planned 01:00, ran 08:12");
+        row("over midnight", {"2025-03-02 23:00:00", "2025-03-04 00:30:00"}, "2025-03-05 23:00:00",
+            "planned 23:00, ran 00:30");
+        row("in its turn", before + QStringList{u"2025-03-04 01:14:59"_s}, next, "");
+        row("no next run", before + QStringList{late}, "", "");
+        row("no start", {"soon"}, next, "");
+        row("nothing before", {late}, next, "");
+        row("planned anew", {"2025-03-03 08:12:00", late}, next, "");
+        row("whenever something changes", before + QStringList{u"2025-03-04 01:00:00"_s, late}, next, "");
     }
 
     void tellsLateRuns() {
-        const auto [start, next] = Fetched<QString, QString>();
+        const auto [starts, next] = Fetched<QStringList, QString>();
+        std::vector<ProcessLogRecord> log;
+        for (const QString& start : starts)
+            log.push_back({start, start, {}, 1, 0, 1});
+        QTEST(LateText(RunsOf(log), next), "text");
+    }
+
+    void tellsAgesAndPauses() {
+        const QDateTime now = ServiceTime(u"2025-03-10 12:00:00"_s);
         BackupRuns runs;
-        runs.lastStart = ServiceTime(start);
-        QTEST(LateText(runs, next), "text");
+        QCOMPARE(CleanAgeText(runs, now), QString());
+        for (const auto& [seconds, text] : {std::pair(-60, "within the last hour"),
+                                            {3600, "1 hour ago"},
+                                            {86399, "23 hours ago"},
+                                            {86400, "1 day ago"},
+                                            {777600, "9 days ago"}}) {
+            runs.lastClean = now.addSecs(-seconds);
+            QCOMPARE(CleanAgeText(runs, now), u"last clean run "_s + QLatin1String(text));
+        }
+        runs = RunsOf({Run(u"04 08:12:00"_s, u"04 09:00:00"_s, 9, 0, 4)});
+        QCOMPARE(PausedText(TaskState::Paused, runs), u"paused since 2025-03-04 09:00"_s);
+        QCOMPARE(PausedText(TaskState::Pending, runs), QString());
+        // Paused while it waited: the log does not tell when.
+        runs = RunsOf({Run(u"04 08:12:00"_s, u"04 09:00:00"_s, 9, 0, 9)});
+        QCOMPARE(PausedText(TaskState::Paused, runs), QString());
+        ScheduleBlob recurring;
+        recurring.type = ScheduleBlob::BackupType;
+        QVERIFY(LacksNextRun(TaskState::Failed, recurring, {}));
+        QVERIFY(!LacksNextRun(TaskState::Failed, {}, {}) && !LacksNextRun(TaskState::Paused, recurring, {}));
     }
 };
 

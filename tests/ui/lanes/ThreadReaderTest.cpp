@@ -85,6 +85,23 @@ private slots:
         QTRY_COMPARE(order.join(u','), u"databases,service 1,service 2"_s);
     }
 
+    void runsJobsApartWithoutWaitingForEachOther() {
+        Gate gate;
+        QStringList order;
+        ThreadReader reader;
+        for (const char* name : {"a", "b", "c"})
+            reader.Submit(MakeJob(Lane::Apart, gate.Waiting(), Note(order, name)));
+        QTRY_COMPARE(gate.Waiters(), 3);
+        // The end of one brings the next.
+        reader.Submit(MakeJob(Lane::Apart, Nothing, [&] {
+            order.append(u"free"_s);
+            reader.Submit(MakeJob(Lane::Apart, Nothing, Note(order, "next")));
+        }));
+        QTRY_COMPARE(order, QStringList({u"free"_s, u"next"_s}));
+        gate.Open();
+        QTRY_COMPARE(order.size(), 5);
+    }
+
     void overtakesByPriority() {
         ThreadReader reader;
         Gate gate;

@@ -1,5 +1,6 @@
 // Labels: threads painting
 #include "syncfolders/DropFolderList.h"
+#include "grid/BrenPropertyGrid.h"
 #include "list/CellMarkup.h"
 #include "page/ActionButton.h"
 #include "page/LinkLabel.h"
@@ -13,6 +14,7 @@
 #include "syncfolders/DropFolder.h"
 #include "syncfolders/DropFolderChanges.h"
 #include "syncfolders/DropFolderItem.h"
+#include "syncfolders/DropFolderSettings.h"
 #include "syncfolders/SyncCommands.h"
 #include "syncfolders/SyncSummary.h"
 #include "syncplan/LocalFolder.h"
@@ -359,6 +361,47 @@ private slots:
         QVERIFY(PathText().endsWith(": /"_L1));
         const QString top = u"PROPFIND /resources/43811DCD-8C5A-4EF9-B903-2EEA9CE88487/Team"_s;
         QCOMPARE(m_fixture->service.RequestLines(), QStringList({top + u"/photos"_s, top}));
+    }
+
+    void namesThatNoRequestCarriesAreShownAndNotFollowed() {
+        Open();
+        Expand();
+        const auto entry = [](const char* name) {
+            return "<D:response><D:href>/x</D:href><D:displayname>" + std::string(name) +
+                   "</D:displayname><D:iscollection>1</D:iscollection><D:getlastmodified>t</"
+                   "D:getlastmodified>"
+                   "</D:response>";
+        };
+        Service().SetAnswer("/resources/43811DCD",
+                            devservice::Answer{207, "<D:multistatus>" + entry("..") + entry("a?b") +
+                                                        entry("50%20") + "</D:multistatus>"});
+        Card().findChild<CTabPanel*>()->SelectPage(1);
+        Settle();
+        auto* files = Versions().findChildren<CBrenListCtrl*>().first();
+        QCOMPARE(files->Rows().rowCount(), 3);
+        Service().ForgetRequests();
+        for (int row = 0; row < 3; ++row) {
+            QTest::mouseClick(files->viewport(), Qt::LeftButton, {},
+                              files->visualRect(files->Rows().index(row, 1)).center());
+            Settle();
+            QVERIFY(m_fixture->frame.StatusText().contains(u"cannot carry"_s));
+            QVERIFY(PathText().endsWith(": /"_L1));
+        }
+        QCOMPARE(m_fixture->service.RequestLines().filter(u"PROPFIND"_s), QStringList());
+    }
+
+    void settingsHaveTheirDefaults() {
+        CDropFolderSettings page(m_fixture->console);
+        page.resize(800, 600);
+        m_fixture->Open(page);
+        QStringList rows;
+        for (const CPropertyGroup* group : page.findChild<CBrenPropertyGrid*>()->Groups())
+            for (int row = 1; row < group->RowCount(); ++row)
+                rows += group->GetRow(row)->key + u'=' + group->GetRow(row)->value;
+        QVERIFY(rows[1].startsWith("ComputerName="_L1) && rows[1].size() > 13);
+        rows.removeAt(1);
+        QCOMPARE(rows, QStringList({u"WriterName=Local User"_s, u"DropPollingInterval=15"_s,
+                                    u"DropCTMax=10240"_s, u"DropCTMin=10"_s}));
     }
 
     void allIsComparedAgainOnlyWhereThatIsOffered() {

@@ -1,5 +1,6 @@
 #include "ctl/NewTask.h"
 
+#include "plan/BackupFigures.h"
 #include "plan/DraftRefusal.h"
 #include "plan/FileTypes.h"
 
@@ -36,6 +37,17 @@ BackupDraft DraftOf(const Invocation& invocation) {
     return draft;
 }
 
+/// Counts what the backup would take, and says so beside the record.
+CtlExit WriteCount(const Invocation& invocation, const BackupDraft& draft) {
+    const Invocation stoppable = invocation.StoppedByInterrupt();
+    const auto note = std::make_shared<FiguresNote>();
+    AwaitCount(draft, note, stoppable.stop);
+    const BackupFigures figures = note->Read();
+    invocation.error.write(FigureLines(figures).join(u'\n').toUtf8() + '\n');
+    return figures.isWhole && figures.missing.isEmpty() && figures.unread == 0 ? CtlExit::Done
+                                                                               : CtlExit::Refused;
+}
+
 CtlExit CreateBackup(const Invocation& invocation) {
     BackupDraft draft = DraftOf(invocation);
     TaskTerms terms;
@@ -47,7 +59,11 @@ CtlExit CreateBackup(const Invocation& invocation) {
     draft.encrypted = terms.encrypted;
     if (const QString refusal = DraftRefusal(draft); !refusal.isEmpty())
         return invocation.End(CtlExit::Usage, refusal);
-    return MakeTask(invocation, TaskOf(draft), draft.encrypted);
+    const bool counts = invocation.Has("--count"_L1);
+    if (counts && !invocation.Has("--dry-run"_L1))
+        return invocation.End(CtlExit::Usage, u"--count goes with --dry-run."_s);
+    const CtlExit made = MakeTask(invocation, TaskOf(draft), draft.encrypted);
+    return counts && made == CtlExit::Done ? WriteCount(invocation, draft) : made;
 }
 
 } // namespace
@@ -67,6 +83,9 @@ std::vector<Command> CreateCommands() {
              {"--exclude-files"_L1, "TEXT"_L1, "not files of these names, with semicolons between them"_L1},
              {"--system"_L1, {}, "system files too"_L1},
              {"--hidden"_L1, {}, "hidden files too"_L1},
+             {"--count"_L1,
+              {},
+              "with --dry-run: count what would be taken, and tell it beside the record"_L1},
          }),
          "Makes a backup of folders, or of all files of some types, as the wizards do at their end.\n"
          "Without a schedule a mirrored one runs when something changes, and snapshots are taken daily.\n"
@@ -78,6 +97,7 @@ std::vector<Command> CreateCommands() {
           {{"--types"_L1, "--exclude-types"_L1}},
           {{"--types"_L1, "--exclude-files"_L1}},
           {{"--types"_L1, "--system"_L1}},
-          {{"--types"_L1, "--hidden"_L1}}}},
+          {{"--types"_L1, "--hidden"_L1}},
+          {{"--types"_L1, "--count"_L1}}}},
     };
 }

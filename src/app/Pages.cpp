@@ -6,6 +6,11 @@
 #include "backup/BackupPanel.h"
 #include "backup/BackupTaskWizard.h"
 #include "backup/FileTypeWizard.h"
+<<<<<<< HEAD
+#include "backup/FilterDialog.h"
+=======
+#include "backup/RestoreTaskWizard.h"
+>>>>>>> snapshots
 #include "backup/SchedulerPage.h"
 #include "backup/UndoneFiles.h"
 #include "clouddrive/BrowseDlg.h"
@@ -76,6 +81,15 @@ void FillPage(QWidget& page) {
     for (auto* line : page.findChildren<QLineEdit*>())
         if (line->text().isEmpty() && line->isVisible())
             line->setText(u"Sample"_s);
+}
+
+/// A snapshot of a backup that there may be.
+RestoreStart SampleRestore() {
+    RestoreSet set;
+    set.place = {u"/Archive/Snapshots/Letters"_s, u"6E2D0001-5B1E-4C7A-9D20-3F6A00000003"_s};
+    set.label = u"Weekly work snapshot"_s;
+    set.type = SetType::Folder;
+    return {set, SnapshotOf(u"2025-3-2-9-4-0_3"_s).value_or(Snapshot())};
 }
 
 /// Fills what is empty on a wizard's page and presses Next, once a page; false where that cannot be pressed.
@@ -177,6 +191,14 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
          [](CBTaskMMCDlg& window) {
              PickRemoteFolder(window.Parts(), OpenMountWizard, &window, {}, [](const auto&) {});
          }},
+        {u"Files of a backup"_s,
+         [](CBTaskMMCDlg& window) { OpenFilterDialog(&window, {}, nullptr, [](const auto&) {}); }},
+        {u"New file type"_s,
+         [](CBTaskMMCDlg& window) {
+             auto* dialog = new CAddFileType(&window);
+             dialog->setAttribute(Qt::WA_DeleteOnClose);
+             dialog->open();
+         }},
         {u"Schedule"_s,
          [serverMode](CBTaskMMCDlg& window) {
              OpenScheduleDialog(window, serverMode ? ScheduleForm::Server : ScheduleForm::Dialog);
@@ -203,6 +225,10 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
                  ->open();
          },
          GoOn},
+        {u"Restore"_s, [](CBTaskMMCDlg& window) { OpenRestoreWizard(window.Parts(), &window, {}, {}); },
+         GoOn},
+        {u"Restore from a snapshot"_s,
+         [](CBTaskMMCDlg& window) { OpenRestoreWizard(window.Parts(), &window, SampleRestore(), {}); }, GoOn},
         {u"Backup by application"_s,
          [](CBTaskMMCDlg& window) { (new CAdvBackupTaskWizard(window.Parts(), &window))->open(); }, GoOn},
     };

@@ -9,7 +9,6 @@
 #include "page/UserPrompts.h"
 #include "plan/BackupRuns.h"
 #include "service/ServiceExtensions.h"
-#include "zep/Text.h"
 
 #include <QLocale>
 #include <QVBoxLayout>
@@ -23,7 +22,6 @@ namespace {
 
 constexpr auto RetryPeriod = 5s;
 constexpr int LabelWidth = 222;
-constexpr int MostBackups = 999'999'999;
 
 QStringList LinesOf(const QString& text) {
     QStringList lines = text.split(u'\n', Qt::SkipEmptyParts);
@@ -413,12 +411,11 @@ void BackupSettingsPage::ChooseTarget() {
 
 void BackupSettingsPage::AskNumber(const QString& title, const QString& question,
                                    std::optional<int> BackupChange::*member) {
-    const auto refuse = [](const QString& text) {
+    const auto refuse = [member](const QString& text) {
         bool isNumber = false;
-        const int number = text.toInt(&isNumber);
-        return isNumber && number >= 0 && number <= MostBackups
-                   ? QString()
-                   : tr("Please enter a whole number from 0 to %1.").arg(GroupedNumber(MostBackups));
+        BackupChange change;
+        change.*member = text.toInt(&isNumber);
+        return isNumber ? ChangeRefusal(change) : tr("Please enter a whole number.");
     };
     const std::optional<int> before = Change().*member;
     TheConsole().prompts.AskText(this,

@@ -55,8 +55,7 @@ ConfirmLink ScheduleLink(const WizardPage& schedulePage, std::shared_ptr<const B
 ConfirmLink MailLink(const Console& console) {
     return {[] { return u"<a>"_s + ConfirmPage::tr("Email Notification") + u"</a>"_s; },
             [&console](ConfirmPage& page) {
-                (new CEmailDlg(console.service, console.reader, console.prompts, page.window(),
-                               CEmailDlg::Notifies::SnapshotBackup))
+                (new CEmailDlg(console.service, console.reader, console.prompts, page.window()))
                     ->Open(console.settingNews);
             }};
 }

@@ -1,6 +1,6 @@
 #include "backup/CountView.h"
 
-#include "look/Formatters.h"
+#include "lanes/ProgressNote.h"
 #include "look/Look.h"
 #include "page/Console.h"
 #include "page/WorkBar.h"
@@ -10,6 +10,8 @@
 #include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -108,7 +110,7 @@ void CountView::Start() {
 }
 
 void CountView::ReadQuota() {
-    if (m_free || m_quota.IsReading())
+    if (m_free)
         return;
     m_quota.Load(
         Lane::Service,

@@ -1,5 +1,6 @@
 #include "backup/RestoreSetPage.h"
 
+#include "lanes/ProgressNote.h"
 #include "look/IconRegistry.h"
 #include "page/Console.h"
 #include "stores/SchedulerStore.h"

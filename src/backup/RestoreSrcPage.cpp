@@ -1,6 +1,7 @@
 #include "backup/RestoreSrcPage.h"
 
 #include "clouddrive/RemoteLevels.h"
+#include "lanes/ProgressNote.h"
 #include "look/IconRegistry.h"
 #include "page/Console.h"
 #include "service/RequestText.h"

@@ -67,7 +67,7 @@ private slots:
         QCOMPARE(Records(service), QByteArrayList());
         const Run run = Btaskctl(Words(line));
         QCOMPARE(run.error, line.endsWith("|x"_L1) ? "The service refused it with status 400.\n" : "");
-        QCOMPARE(Records(service), QByteArrayList(record));
+        QCOMPARE(Records(service), QByteArrayList{record});
     }
 
     void refuses_data() {

@@ -1,8 +1,6 @@
 #include "plan/BackupChange.h"
 
-#include <QCoreApplication>
-
-#include <algorithm>
+#include "plan/DraftRefusal.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -10,10 +8,6 @@ namespace {
 
 const QString EncryptedMark = u"[Encrypted]"_s;
 constexpr auto NoExclusions = "*"_L1;
-
-QString Text(const char* words) {
-    return QCoreApplication::translate("BackupChange", words);
-}
 
 /// One that would break the record is not known.
 QString PieceOf(const QString& description, int piece, int last) {
@@ -75,14 +69,6 @@ void LeaveUnknown(std::array<QString, count>& fields, const KnownBackup& known, 
         field(Field::Keep).clear();
 }
 
-bool IsUnfit(const QString& text) {
-    return std::any_of(text.begin(), text.end(), [](QChar c) { return c.unicode() < u' '; });
-}
-
-bool HasUnfit(const std::optional<QStringList>& lines) {
-    return lines && std::any_of(lines->begin(), lines->end(), IsUnfit);
-}
-
 } // namespace
 
 bool IsMarkedEncrypted(const QString& name) {
@@ -98,21 +84,17 @@ KnownBackup KnownOf(const QString& id, const QString& name, const QString& type,
 }
 
 QString ChangeRefusal(const BackupChange& change) {
-    if (change.sources && change.sources->isEmpty())
-        return Text(QT_TRANSLATE_NOOP("BackupChange", "Please select at least one folder to backup!"));
-    if (change.targets && change.targets->isEmpty())
-        return Text(QT_TRANSLATE_NOOP("BackupChange", "A backup needs a target folder."));
-    if (change.sources && change.sources->contains("@"_L1))
-        return Text(
-            QT_TRANSLATE_NOOP("BackupChange", "\"@\" stands for file types and cannot be a source folder."));
-    const bool unfit = HasUnfit(change.sources) || HasUnfit(change.targets) || HasUnfit(change.exclusions) ||
-                       IsUnfit(change.types.value_or(QString())) ||
-                       IsUnfit(change.excludedTypes.value_or(QString())) ||
-                       IsUnfit(change.excludedFiles.value_or(QString()));
-    return unfit ? Text(QT_TRANSLATE_NOOP("BackupChange",
-                                          "An entry cannot hold a tab, a line feed or another control "
-                                          "character."))
-                 : QString();
+    BackupDraft draft; // what is not changed stands for itself
+    draft.name = u"N"_s;
+    draft.sources = change.sources.value_or(QStringList(u"S"_s));
+    draft.target = change.targets.value_or(QStringList(u"/T"_s)).join(u'\n');
+    draft.exclusions = change.exclusions.value_or(QStringList());
+    draft.filter.types = change.types.value_or(QString());
+    draft.filter.excludedTypes = change.excludedTypes.value_or(QString());
+    draft.filter.excludedFiles = change.excludedFiles.value_or(QString());
+    draft.retention.fullEvery = change.fullEvery.value_or(draft.retention.fullEvery);
+    draft.retention.keep = change.keep.value_or(draft.retention.keep);
+    return DraftRefusal(draft);
 }
 
 QByteArray ChangeRecord(const KnownBackup& known, const BackupChange& change) {

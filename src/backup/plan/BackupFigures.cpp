@@ -23,6 +23,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds TellPeriod{100};
 constexpr std::size_t LargestFolders = 5;
+constexpr std::size_t ExclusionsTold = 20;
 constexpr int NoExclusion = -1;
 
 struct Words {
@@ -174,7 +175,7 @@ QString SizeText(qint64 bytes) {
 }
 
 QString TotalsText(const FileTotals& totals) {
-    const QString count = QLocale(QLocale::English).toString(totals.files);
+    const QString count = GroupedNumber(totals.files);
     return totals.files == 1 ? Words::tr("1 file, %1").arg(SizeText(totals.bytes))
                              : Words::tr("%1 files, %2").arg(count, SizeText(totals.bytes));
 }
@@ -220,8 +221,12 @@ QStringList FigureLines(const BackupFigures& figures) {
     for (std::size_t i = 0; i < BackupRuleCount; ++i)
         if (const auto rule = static_cast<BackupRule>(i); figures.IsInForce(rule))
             lines.append(RuleText(rule) + u": "_s + LeftOutText(figures, figures.LeftOut(rule)));
-    for (const FolderTotals& exclusion : figures.exclusions)
-        lines.append(exclusion.path + u": "_s + LeftOutText(figures, exclusion.totals));
+    const std::size_t told = std::min(figures.exclusions.size(), ExclusionsTold);
+    for (std::size_t i = 0; i < told; ++i)
+        lines.append(figures.exclusions[i].path + u": "_s +
+                     LeftOutText(figures, figures.exclusions[i].totals));
+    if (told < figures.exclusions.size())
+        lines.append(Words::tr("Further excluded folders: %1").arg(figures.exclusions.size() - told));
     for (const FolderTotals& folder : figures.largest)
         lines.append(Words::tr("Large folder: %1 (%2)").arg(folder.path, TotalsText(folder.totals)));
     for (const QString& source : figures.missing)

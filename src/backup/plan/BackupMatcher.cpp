@@ -1,5 +1,6 @@
 #include "plan/BackupMatcher.h"
 
+#include "plan/FileTypes.h"
 #include "plan/FolderSelection.h"
 
 #include <QDir>
@@ -12,41 +13,33 @@ constexpr std::size_t Number(BackupRule rule) {
     return static_cast<std::size_t>(rule);
 }
 
-QStringList SplitAt(const QString& text, QStringView separators) {
-    QStringList parts;
-    qsizetype start = 0;
-    for (qsizetype at = 0; at <= text.size(); ++at) {
-        if (at < text.size() && !separators.contains(text[at]))
-            continue;
-        if (const QString part = text.mid(start, at - start).trimmed(); !part.isEmpty())
-            parts.append(part.toLower());
-        start = at + 1;
-    }
-    return parts;
+QSet<QString> InSmallLetters(const QStringList& texts) {
+    QSet<QString> small;
+    for (const QString& text : texts)
+        if (const QString trimmed = text.trimmed(); !trimmed.isEmpty())
+            small.insert(trimmed.toLower());
+    // A list that is "*" is no list.
+    return small.contains(u"*"_s) ? QSet<QString>() : small;
 }
 
-QSet<QString> SetOf(const QStringList& texts) {
-    return {texts.begin(), texts.end()};
+QSet<QString> TypesOf(const QString& types) {
+    return InSmallLetters(SplitFileTypes(types));
+}
+
+bool HasType(const QString& name, const QSet<QString>& types) {
+    // An entry may have a dot within, as ".tar.gz".
+    for (auto dot = name.indexOf(u'.'); dot >= 0; dot = name.indexOf(u'.', dot + 1))
+        if (types.contains(QString::fromRawData(name.constData() + dot, name.size() - dot))) // no copy
+            return true;
+    return false;
 }
 
 } // namespace
 
-QStringList SplitTypes(const QString& types) {
-    return SplitAt(types, u", ");
-}
-
-QStringList SplitFileNames(const QString& names) {
-    return SplitAt(names, u";");
-}
-
 BackupMatcher::BackupMatcher(const BackupFilter& filter, const QStringList& exclusions)
-    : m_types(SetOf(SplitTypes(filter.types))), m_excludedTypes(SetOf(SplitTypes(filter.excludedTypes))),
-      m_excludedFiles(SetOf(SplitFileNames(filter.excludedFiles))), m_skipSystem(filter.skipSystem),
+    : m_types(TypesOf(filter.types)), m_excludedTypes(TypesOf(filter.excludedTypes)),
+      m_excludedFiles(InSmallLetters(filter.excludedFiles.split(u';'))), m_skipSystem(filter.skipSystem),
       m_skipHidden(filter.skipHidden) {
-    // A list that is "*" is no list.
-    for (QSet<QString>* list : {&m_types, &m_excludedTypes, &m_excludedFiles})
-        if (list->contains(u"*"_s))
-            list->clear();
     for (qsizetype i = 0; i < exclusions.size(); ++i)
         if (exclusions[i] != "*"_L1)
             m_exclusions.insert(ComparablePath(exclusions[i]), int(i));
@@ -56,14 +49,6 @@ BackupMatcher::BackupMatcher(const BackupFilter& filter, const QStringList& excl
     m_inForce[Number(BackupRule::System)] = m_skipSystem;
     m_inForce[Number(BackupRule::Hidden)] = m_skipHidden;
     m_inForce[Number(BackupRule::Exclusions)] = !m_exclusions.isEmpty();
-}
-
-bool BackupMatcher::HasType(const QString& name, const QSet<QString>& types) const {
-    // An entry may have a dot within, as ".tar.gz".
-    for (auto dot = name.indexOf(u'.'); dot >= 0; dot = name.indexOf(u'.', dot + 1))
-        if (types.contains(name.mid(dot)))
-            return true;
-    return false;
 }
 
 BackupRules BackupMatcher::RulesAgainst(QStringView name, bool isSystem, bool isHidden) const {

@@ -13,11 +13,6 @@ inline constexpr std::size_t BackupRuleCount = 6;
 /// By the numbers of the rules.
 using BackupRules = std::bitset<BackupRuleCount>;
 
-/// A list of extensions, split at commas and blanks, in lower case.
-QStringList SplitTypes(const QString& types);
-/// A list of file names, split at semicolons.
-QStringList SplitFileNames(const QString& names);
-
 /// Decides what filter and exclusions leave of a backup's files: the one place that does, for whatever counts
 /// or lists them. Extensions and names are compared ignoring case, an extension from its dot on.
 class BackupMatcher {
@@ -35,8 +30,6 @@ public:
     bool IsExcluded(QStringView path) const;
 
 private:
-    bool HasType(const QString& name, const QSet<QString>& types) const;
-
     QSet<QString> m_types; ///< empty: all
     QSet<QString> m_excludedTypes;
     QSet<QString> m_excludedFiles;

@@ -61,10 +61,8 @@ QString FileTypeTaskName(FileCategory category, const QString& host, const QDate
 }
 
 QStringList SplitFileTypes(const QString& text) {
-    QString blanks = text;
-    blanks.replace(u',', u' ');
     QStringList types;
-    for (const QString& type : blanks.split(u' ', Qt::SkipEmptyParts))
+    for (const QString& type : QString(text).replace(u',', u' ').split(u' ', Qt::SkipEmptyParts))
         if (!types.contains(type, Qt::CaseInsensitive))
             types.append(type);
     return types;

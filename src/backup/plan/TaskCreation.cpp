@@ -50,6 +50,8 @@ CreationEnd CreateTask(const ServiceClient& service, const NewTask& task, std::s
         return EndOf(answer);
     if (answer.outcome == ServiceOutcome::OtherStatus)
         return Refused(Words::tr("The service refused it with status %1.").arg(answer.status));
+    if (!answer.sent && answer.outcome == ServiceOutcome::Cancelled)
+        return Refused(Words::tr("It was called off before anything was sent."));
     if (!answer.sent)
         return Refused(Words::tr("The service does not answer. Nothing was sent."), true);
     switch (answer.outcome) {

@@ -201,6 +201,8 @@ int CBrenPropertySheet::BeginRead(WizardPage& page, const QString& busy,
     entry.busy = busy;
     entry.note = std::move(note);
     entry.failure.clear();
+    if (&page == CurrentPage())
+        m_said.clear(); // something else has been entered since
     const int number = ++entry.reads;
     Refresh();
     return number;

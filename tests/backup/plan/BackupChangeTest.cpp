@@ -71,6 +71,7 @@ private slots:
         row("no exclusion", Made([](BackupChange& c) { c.exclusions = QStringList(); }), false);
         row("a tab", Made([](BackupChange& c) { c.exclusions = {u"a\tb"_s}; }), true);
         row("a line feed", Made([](BackupChange& c) { c.types = u".a\n.b"_s; }), true);
+        row("too many", Made([](BackupChange& c) { c.keep = 1'000'000; }), true);
         row("the sign of file types", Made([](BackupChange& c) { c.sources = {u"@"_s}; }), true);
     }
 

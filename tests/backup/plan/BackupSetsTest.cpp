@@ -113,9 +113,9 @@ private slots:
         const QString all =
             u"Loading backup set list...|Loading backup set list (checking storage)...|Loading "
             "backup set list (checking backup set config)...|Loading backup set list..."_s;
-        row("status:404@", all, {});
-        row("status:503@", all, "The service does not list this folder (status 503).");
-        row("fin@", all, "The service does not answer.");
+        row("deny:404@", all, {});
+        row("deny:503@", all, "The service does not list this folder (status 503).");
+        row("fin@", all, "The service's answer broke off in the middle.");
         row("refuse", all, "The service does not answer.");
     }
     void looksForASetStepByStep() {

@@ -1,6 +1,7 @@
 #include "ctl/Rows.h"
 
 #include "service/VirtualDirectories.h"
+#include "stores/SchedulerStore.h"
 #include "syncplan/FileVersions.h"
 #include "syncplan/LocalFolder.h"
 #include "syncplan/SyncState.h"

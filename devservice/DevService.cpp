@@ -143,8 +143,9 @@ void DevService::State::Publish() {
 }
 
 void DevService::State::Advance(milliseconds time) {
+    const SimTime since = engine.Now();
     engine.Advance(time);
-    syncFolders.Advance();
+    syncFolders.Advance(since);
 }
 
 void DevService::State::RunClock(std::stop_token stop) {

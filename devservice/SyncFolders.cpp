@@ -16,20 +16,21 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr char TaskName[] = "Cloud Sync Folder Task For ";
-constexpr auto Between = 90s;      ///< two changes of other computers
-constexpr int MostAtOnce = 20;     ///< changes that are caught up with after a long time
-constexpr size_t FullEvery = 4;    ///< versions: the others are differences
+constexpr auto Between = 90s;   ///< two changes of other computers
+constexpr int MostAtOnce = 40;  ///< changes that are caught up with after a long time
+constexpr size_t FullEvery = 4; ///< versions: the others are differences
 constexpr unsigned DeleteEvery = 11;
 
 const Computer Others[] = {{"STUDY-PC", "mara"}, {"LAPTOP-7", "jonas"}};
 
-constexpr const char* Files[] = {"plan.odt", "rota.xlsx", "logo.svg", "minutes.docx", "photos/hall.jpg",
-                                 "photos/garden.jpg"};
+constexpr const char* Files[] = {"plan.odt",     "rota.xlsx",       "logo.svg",
+                                 "minutes.docx", "photos/hall.jpg", "photos/garden.jpg"};
 
 std::string StorePath(const std::string& folder) {
     std::string path = "/";
     path += VersionStore;
-    return path + '/' + folder;
+    path += '/';
+    return path += folder;
 }
 
 /// Where the content of a file's versions is kept beside its list: hidden, as all that begins with a dot.
@@ -137,8 +138,9 @@ void SyncFolders::Change(const std::string& folder, const std::string& file, cha
         time += 1s;
     const std::string stored = StorePath(folder) + '/' + file;
     const std::string before = Text(stored).value_or("");
-    const bool isDifference = operation == 'm' && !before.empty() &&
-                              static_cast<size_t>(std::count(before.begin(), before.end(), '\n')) % FullEvery != 0;
+    const bool isDifference =
+        operation == 'm' && !before.empty() &&
+        static_cast<size_t>(std::count(before.begin(), before.end(), '\n')) % FullEvery != 0;
     const std::string stamp = std::to_string(StampOf(time));
     m_tree.Write(stored,
                  std::string(1, operation) + '\t' + stamp + '\t' +
@@ -199,10 +201,10 @@ bool SyncFolders::Revert(const std::string& key) {
     return false;
 }
 
-void SyncFolders::Advance() {
+void SyncFolders::Advance(SimTime since) {
     const SimTime now = m_engine.Now();
     if (!m_nextChange)
-        m_nextChange = now + Between;
+        m_nextChange = since + Between;
     for (int caughtUp = 0; *m_nextChange <= now && caughtUp < MostAtOnce; ++caughtUp) {
         for (const Record& record : Records())
             ChangeSomething(record);
@@ -254,8 +256,11 @@ void SyncFolders::Populate(const fs::path& local) {
         const Computer& computer = Others[static_cast<size_t>(i) % std::size(Others)];
         const SimTime time = now - 11h * i + 17min * (i % 4);
         const bool isThere = Text('/' + folder + '/' + file).has_value();
-        Change(folder, file, !isThere ? 'a' : i % 9 == 0 ? 'd' : 'm', computer,
-               i % 9 == 0 && isThere ? std::string() : ContentBy(computer, file, time), time);
+        Change(folder, file,
+               !isThere     ? 'a'
+               : i % 9 == 0 ? 'd'
+                            : 'm',
+               computer, i % 9 == 0 && isThere ? std::string() : ContentBy(computer, file, time), time);
     }
 }
 

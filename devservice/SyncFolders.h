@@ -31,8 +31,8 @@ public:
     /// Makes an older version the present one; false for a key that is none, or of a deletion.
     bool Revert(const std::string& key);
 
-    /// Lets the other computers do what they do until now.
-    void Advance();
+    /// Lets the other computers do what they have done from then until now.
+    void Advance(SimTime since);
 
     /// Notes a change: 'a', 'd' or 'm'. The file becomes the present one in the tree and in the local folder.
     void Change(const std::string& folder, const std::string& file, char operation, const Computer& computer,

@@ -71,10 +71,14 @@ int FailedFiles(SyncMemory::Known& known, const std::stop_token& stop) {
 
 /// Since when the task has been paused, as far as this console has seen it; it is remembered from one start
 /// to the next. A task that was paused already when it was first seen has been so for longer.
-QString PausedSince(QSettings& kept, const QString& taskId, TaskState state) {
+QString PausedSince(QSettings& kept, const QString& taskId, const TaskInfo& task) {
     const QString key = u"SyncPaused/"_s + taskId;
     const QString seenKey = u"SyncSeen/"_s + taskId;
-    if (state != TaskState::Paused) {
+    if (kept.contains(key) && task.lastRun > kept.value(key).toString() && task.lastRun[0].isDigit()) {
+        kept.remove(key); // it has run since, and was paused anew while nobody looked
+        kept.remove(seenKey);
+    }
+    if (task.state != TaskState::Paused) {
         if (!kept.contains(seenKey) || kept.contains(key)) {
             kept.setValue(seenKey, true);
             kept.remove(key);
@@ -130,7 +134,7 @@ std::function<CardEntries(std::stop_token)> SyncListReader(const ServiceClient& 
                 row.task = lookup.task;
                 row.counts = counters.ZEPTraceGetSTaskInfo(known.taskId);
                 row.failed = FailedFiles(known, stop);
-                row.pausedSince = PausedSince(kept, known.taskId, lookup.task.state);
+                row.pausedSince = PausedSince(kept, known.taskId, lookup.task);
             } else if (lookup.read) {
                 known.taskId.clear(); // asked for again by the next read
             }

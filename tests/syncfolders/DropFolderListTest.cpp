@@ -1,21 +1,14 @@
 // Labels: threads painting
-#include "syncfolders/DropFolderList.h"
-#include "list/CellMarkup.h"
+#include "SyncFolderPage.h"
+#include "grid/BrenPropertyGrid.h"
 #include "page/ActionButton.h"
-#include "page/LinkLabel.h"
 #include "page/NoticeLine.h"
 #include "page/TabPanel.h"
-#include "support/PageFixture.h"
 #include "support/TableHand.h"
 #include "support/TestMain.h"
-#include "support/UserHome.h"
 #include "syncfolders/AddDropFolderDlg.h"
-#include "syncfolders/DropFolder.h"
-#include "syncfolders/DropFolderChanges.h"
-#include "syncfolders/DropFolderItem.h"
+#include "syncfolders/DropFolderSettings.h"
 #include "syncfolders/SyncCommands.h"
-#include "syncfolders/SyncSummary.h"
-#include "syncplan/LocalFolder.h"
 #include "wizard/PathField.h"
 
 #include <QApplication>
@@ -27,11 +20,8 @@
 #include <QPushButton>
 
 using namespace Qt::Literals::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
-
-constexpr char Provider[] = "{0F3C6B52-7A41-4E0B-9C55-21D8E3A7B901}";
 
 void PressOk(QWidget& dialog) {
     QTest::mouseClick(dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
@@ -39,24 +29,13 @@ void PressOk(QWidget& dialog) {
 
 } // namespace
 
-/// The sync folders as cards, what is done to them, and what is seen of their files.
-class DropFolderListTest : public QObject {
+/// The sync folders as cards, and what is done to them.
+class DropFolderListTest : public QObject, private SyncFolderPage {
     Q_OBJECT
 
 private slots:
-    void init() {
-        m_fixture = std::make_unique<PageFixture<>>();
-        m_home = std::make_unique<UserHome>(m_fixture->service.Home());
-        Service().SetVirtualDirectories({{"Team", "{C}", 3, Provider}, {"Archive", "{D}", 3, Provider}});
-        Service().SetSetting("DropFolders", "Team\t" + Local().toStdString() + "\nno tab\n");
-        m_panel = std::make_unique<CDropFolderList>(m_fixture->console, [] { return QTime(9, 0); });
-        m_panel->resize(900, 600);
-    }
-    void cleanup() {
-        m_panel.reset();
-        m_home.reset();
-        m_fixture.reset();
-    }
+    void init() { Begin(); }
+    void cleanup() { End(); }
 
     void cardsSayHowTheirTasksStand_data() {
         const Columns<int, int, int, QString, QString, QString> row("state", "nextRun", "failed", "status",
@@ -271,165 +250,21 @@ private slots:
         QVERIFY(m_fixture->prompts.IsPlayed());
     }
 
-    void theSummaryShowsAndOpens() {
-        Open();
-        Service().Advance(20min);
-        Put(TaskState::Running, 600, 0);
-        m_fixture->Refresh(*m_panel);
-        Expand();
-        const TableHand table(*Card().findChild<SyncSummary*>());
-        QCOMPARE(table.Column(1).mid(0, 2), QStringList({u"Team"_s, Local()}));
-        const QStringList titles = table.Column(0);
-        QCOMPARE(titles[4], u"Recent Changed Files"_s);
-        QVERIFY(titles.indexOf(u"Pending Subtasks"_s) > 6);
-        m_fixture->prompts.ExpectMessage(u'"' + Local() + u"\" is not there."_s);
-        table.Click(1, 1);
-        Settle();
-        const QString file = table.Cells(5)[1];
-        QVERIFY(file.startsWith("/Team/"_L1));
-        m_fixture->prompts.ExpectMessage(u'"' + Local() + file.mid(5) + u"\" is not there."_s);
-        table->setCurrentIndex(table->model()->index(5, 1));
-        QTest::keyClick(table.operator->(), Qt::Key_Return);
-        Settle();
-        QVERIFY(m_fixture->prompts.IsPlayed());
-    }
-
-    void changesLeadToVersionsAndBack() {
-        QVERIFY(QDir().mkpath(Local()));
-        Open();
-        Service().Advance(40min);
-        Expand();
-        auto* tabs = Card().findChild<CTabPanel*>();
-        tabs->SelectPage(2);
-        m_fixture->reader.StepAll();
-        QVERIFY(m_fixture->frame.StatusText().contains(u"latest 200"_s));
-        const TableHand changes(*Card().findChild<CDropFolderChanges*>());
-        const int row = int(changes.Column(0).lastIndexOf(u"/Team/photos/hall.jpg"_s));
-        QVERIFY(row >= 0);
-        QCOMPARE(changes.Cells(row)[1], u"Added"_s);
-        changes.Click(row, 5);
-        Settle();
-        QCOMPARE(tabs->CurrentIndex(), 1);
-        const auto lists = Versions().findChildren<CBrenListCtrl*>();
-        const auto cell = [&lists](int list, int at, int column) {
-            return WordsOfCell(lists[list]->Rows().CellText(at, column));
-        };
-        QCOMPARE(cell(0, 0, 1), u".."_s);
-        QVERIFY(lists[1]->Rows().rowCount() > 1);
-        QCOMPARE(cell(1, 0, 0), u"1"_s);
-        QCOMPARE(cell(1, 0, 6), QString());
-        QCOMPARE(cell(1, 1, 6), u"restore to this version"_s);
-
-        const int before = lists[1]->Rows().rowCount();
-        const auto revert = [&](bool yes) {
-            m_fixture->prompts.ExpectQuestion(Asked(cell(1, 1, 5), cell(1, 0, 5), cell(1, 1, 2)), yes);
-            if (yes)
-                m_fixture->prompts.ExpectMessage(u"The restore operation is successful."_s);
-            QTest::mouseClick(lists[1]->viewport(), Qt::LeftButton, {},
-                              lists[1]->visualRect(lists[1]->Rows().index(1, 6)).center());
-            Settle();
-        };
-        revert(false);
-        QCOMPARE(lists[1]->Rows().rowCount(), before);
-        QCOMPARE(m_fixture->prompts.asked.beside, u"Open Folder"_s);
-        QVERIFY(m_fixture->prompts.asked.destroys);
-        revert(true);
-        QCOMPARE(lists[1]->Rows().rowCount(), before + 1);
-        QVERIFY(m_fixture->prompts.IsPlayed());
-    }
-
-    void foldersAreBrowsed() {
-        Open();
-        Service().Advance(40min);
-        Expand();
-        Card().findChild<CTabPanel*>()->SelectPage(1);
-        m_fixture->reader.StepAll();
-        auto* files = Versions().findChildren<CBrenListCtrl*>().first();
-        const auto click = [&](const QString& name, int column) {
-            for (int row = 0; row < files->Rows().rowCount(); ++row)
-                if (files->Rows().CellText(row, 1) == name)
-                    QTest::mouseClick(files->viewport(), Qt::LeftButton, {},
-                                      files->visualRect(files->Rows().index(row, column)).center());
-            Settle();
-        };
-        Service().ForgetRequests();
-        click(u"photos"_s, 0); // the link in front works, too
-        QVERIFY(PathText().endsWith(": /photos"_L1));
-        click(u".."_s, 1);
-        QVERIFY(PathText().endsWith(": /"_L1));
-        const QString top = u"PROPFIND /resources/43811DCD-8C5A-4EF9-B903-2EEA9CE88487/Team"_s;
-        QCOMPARE(m_fixture->service.RequestLines(), QStringList({top + u"/photos"_s, top}));
-    }
-
-    void allIsComparedAgainOnlyWhereThatIsOffered() {
-        for (const bool offered : {true, false}) {
-            Service().SetSetting("ConsoleRecords", offered ? "1" : "0");
-            m_panel = std::make_unique<CDropFolderList>(m_fixture->console);
-            m_panel->resize(900, 600);
-            Open();
-            Expand();
-            Card().findChild<CTabPanel*>()->SelectPage(1);
-            m_fixture->reader.StepAll();
-            LinkLabel* force = nullptr;
-            for (auto* link : Versions().findChildren<LinkLabel*>())
-                force = link->Spans().value(0) == "Force Re-Sync"_L1 ? link : force;
-            QVERIFY(force);
-            QCOMPARE(force->isEnabled(), offered);
-            QCOMPARE(force->accessibleDescription().isEmpty(), offered);
-            if (!offered)
-                continue;
-            Service().SetSetting("LST_Team", "x");
-            m_fixture->prompts.ExpectQuestion(u"All files of the folder will be compared again. Continue?"_s,
-                                              true);
-            m_fixture->prompts.ExpectMessage(
-                u"Sync task has been scheduled, please check task manager for status"_s);
-            emit force->LinkClicked(0);
-            m_fixture->reader.StepAll();
-            QCOMPARE(Service().Setting("LST_Team"), std::optional<std::string>(""));
-        }
+    void settingsHaveTheirDefaults() {
+        CDropFolderSettings page(m_fixture->console);
+        page.resize(800, 600);
+        m_fixture->Open(page);
+        QStringList rows;
+        for (const CPropertyGroup* group : page.findChild<CBrenPropertyGrid*>()->Groups())
+            for (int row = 1; row < group->RowCount(); ++row)
+                rows += group->GetRow(row)->key + u'=' + group->GetRow(row)->value;
+        QVERIFY(rows[1].startsWith("ComputerName="_L1) && rows[1].size() > 13);
+        rows.removeAt(1);
+        QCOMPARE(rows, QStringList({u"WriterName=Local User"_s, u"DropPollingInterval=15"_s,
+                                    u"DropCTMax=10240"_s, u"DropCTMin=10"_s}));
     }
 
 private:
-    devservice::DevService& Service() { return m_fixture->service.Service(); }
-    QString Local() const { return m_fixture->service.Home() + "/sync/Team"_L1; }
-    CDropFolderItem& Card() { return *static_cast<CDropFolderItem*>(m_panel->CardAt(0)); }
-    CDropFolder& Versions() { return *Card().findChild<CDropFolder*>(); }
-    void Open() {
-        m_panel->show();
-        m_fixture->Open(*m_panel);
-    }
-    void Expand() {
-        m_panel->ToggleCard(Card());
-        Settle();
-    }
-    void Settle() {
-        for (int i = 0; i < 3; ++i) {
-            QCoreApplication::processEvents();
-            m_fixture->reader.StepAll(100);
-        }
-    }
-
-    std::string IdOf(const std::string& folder) {
-        for (const devservice::Task& task : Service().Tasks())
-            if (task.name == "Cloud Sync Folder Task For " + folder)
-                return task.id;
-        return {};
-    }
-
-    /// The task of the folder, with so many sub-tasks that failed.
-    void Put(TaskState state, int nextRun, int failed) {
-        devservice::Task task = *Service().FindTask(IdOf("Team"));
-        task.state = state;
-        task.nextRun = devservice::MakeTime(2025, 3, 4, 9) + std::chrono::seconds(nextRun);
-        task.subTasks.clear();
-        for (int i = 1; i <= failed; ++i) {
-            task.subTasks.push_back(devservice::MakeSubTask(
-                i, "DPUT", "/x", 9, i % 2 ? SubTaskState::Failed : SubTaskState::PendingRetry));
-            task.subTasks.back().note = "in use";
-        }
-        Service().PutTask(task);
-    }
-
     /// The captions that can be reached on the card.
     QStringList Buttons() {
         QStringList captions;
@@ -459,24 +294,6 @@ private:
         m_fixture->reader.StepAll();
         return *Dialog();
     }
-
-    QString PathText() {
-        for (const auto* label : Versions().findChildren<QLabel*>())
-            if (label->text().startsWith("Current Path"_L1))
-                return label->text();
-        return {};
-    }
-
-    QString Asked(const QString& from, const QString& presentFrom, const QString& when) const {
-        const QString path = Local() + "/photos/hall.jpg"_L1;
-        return u"Do you really want to revert to the version?\nNow: "_s + path + u", "_s +
-               LocalFileText(path) + u", from "_s + presentFrom + u"\nThen: version 2 of it, "_s + when +
-               u", from "_s + from + u"; the service does not tell its size"_s;
-    }
-
-    std::unique_ptr<PageFixture<>> m_fixture;
-    std::unique_ptr<UserHome> m_home;
-    std::unique_ptr<CDropFolderList> m_panel;
 };
 
 BTASK_TEST(DropFolderListTest);

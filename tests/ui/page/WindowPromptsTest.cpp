@@ -60,6 +60,24 @@ private slots:
         QTRY_VERIFY(!box);
     }
 
+    void aButtonBesideTheAnswersLeavesTheQuestionOpen() {
+        int looked = 0;
+        std::optional<bool> answer;
+        m_prompts.Ask(
+            m_asker, {.text = u"Really?"_s, .beside = u"Open Folder"_s, .besideRun = [&looked] { ++looked; }},
+            [&answer](bool yes) { answer = yes; });
+        QPointer<QMessageBox> box = Opened<QMessageBox>();
+        for (QAbstractButton* button : box->buttons())
+            if (button->text() == "Open Folder"_L1) {
+                button->click();
+                button->click();
+            }
+        QCOMPARE(looked, 2);
+        QVERIFY(box->isVisible() && !answer);
+        QTest::keyClick(box, Qt::Key_Return);
+        QCOMPARE(answer, std::optional(false));
+    }
+
     void asksForATextUntilItCanBeTaken() {
         for (const bool secret : {false, true}) {
             QStringList answers;

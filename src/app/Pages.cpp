@@ -6,11 +6,8 @@
 #include "backup/BackupPanel.h"
 #include "backup/BackupTaskWizard.h"
 #include "backup/FileTypeWizard.h"
-<<<<<<< HEAD
 #include "backup/FilterDialog.h"
-=======
 #include "backup/RestoreTaskWizard.h"
->>>>>>> snapshots
 #include "backup/SchedulerPage.h"
 #include "backup/UndoneFiles.h"
 #include "clouddrive/BrowseDlg.h"

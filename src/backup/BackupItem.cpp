@@ -48,9 +48,7 @@ TaskCardPlan BackupCard(const LiveCounters& counters, const TaskRow& task) {
     views.push_back(HistoryView());
     if (kind != BackupKind::CrossCloud)
         views.push_back(SettingsView());
-    for (const TaskCardView& advanced :
-         {RunningView(counters), PendingView(), PendingRetryView(), TraceView()})
-        views.push_back(advanced);
+    views.insert(views.end(), {RunningView(counters), PendingView(), PendingRetryView(), TraceView()});
     return {[](const TaskRow& shown) { return BackupKindText(KindOfBackup(shown.type, shown.description)); },
             BackupSummary(), std::move(views)};
 }

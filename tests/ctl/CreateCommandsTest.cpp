@@ -66,7 +66,8 @@ private slots:
         QCOMPARE(dry.out, record);
         QCOMPARE(Records(service), QByteArrayList());
         const Run run = Btaskctl(Words(line));
-        QCOMPARE(run.error, line.endsWith("|x"_L1) ? "The service refused it with status 400.\n" : "");
+        QCOMPARE(run.error,
+                 QByteArray(line.endsWith("|x"_L1) ? "The service refused it with status 400.\n" : ""));
         QCOMPARE(Records(service), QByteArrayList{record});
     }
 
@@ -81,10 +82,8 @@ private slots:
         row("line feed", source(u"x|--exclude|a\nb"_s), holds("a line feed (U+000A)"));
         row("carriage return", source(u"x|--exclude-files|a\rb"_s), holds("a carriage return (U+000D)"));
         row("zero", source(u"a"_s + QChar(0) + u'b'), holds("a zero character (U+0000)"));
-        row("escape",
-            source(u"x|--include-types|a\x1b"
-                   "b"_s),
-            "");
+        row("escape", source(QString(u"x|--include-types|a%1b"_s).arg(QChar(0x1b))),
+            holds("a control character (U+001B)"));
         row("no Unicode", source(u"a\ufffd"_s),
             "\"a\ufffd\" holds what is no Unicode text (U+FFFD), which cannot be carried to the service.\n");
         row("half a pair", source(QString(QChar(0xd800))),
@@ -104,7 +103,7 @@ private slots:
         row("weekdays", docs + u"|--weekly|so"_s,
             "\"so\": --weekly takes words of sun, mon, tue, wed, thu, fri, sat with commas between them.\n");
         row("twice", docs + u"|--to|/V"_s, "--to is given twice.\n");
-        row("no source", u"N|--to|/Home"_s, "--source is needed.\n");
+        row("no source", u"N|--to|/Home"_s, "Exactly one is given of these: --source, --types.\n");
     }
 
     void refuses() {

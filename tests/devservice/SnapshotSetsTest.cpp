@@ -45,7 +45,7 @@ struct Backed {
                service->FindTask("{ABC}")->runCount == ran)
             service->Advance(1min);
     }
-    QDir Set() const { return QDir(service.Home() + "/drive"_L1 + Container + "/ABC"_L1); }
+    QDir Set() const { return QDir(service.Home() + "/drive"_L1 + QLatin1String(Container) + "/ABC"_L1); }
     QStringList Snapshots() const { return Set().entryList(QDir::Dirs | QDir::NoDotAndDotDot); }
     int Restore(const QByteArray& record) {
         return Send(service->Port(), Request("GET", "/schedule/restoreapp", record + '\0')).Status();

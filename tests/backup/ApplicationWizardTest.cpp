@@ -74,7 +74,7 @@ private slots:
         apps.Toggle(u"SQL Server"_s);
         apps.Toggle(u"SQL Server"_s, u"LEDGER/model"_s);
         QVERIFY(
-            apps.Ride(u"says Chosen: SQL Server, Inventory | Next | steps | page Where to Backup | "
+            apps.Ride(u"Next | steps | page Where to Backup | "
                       "Path:=/V/Apps | Next | steps | page When to Backup | Next | steps | page Confirm and "
                       "Start | Task Name==Backup [SQL Server,Inventory] To [/V/Apps]"_s));
         const QString text = apps.rider->Sheet()->CurrentPage()->findChild<QPlainTextEdit*>()->toPlainText();

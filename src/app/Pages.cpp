@@ -32,6 +32,7 @@
 
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -62,10 +63,11 @@ bool ChooseNextMode(QWidget& dialog) {
 /// Ticks or selects the first row that has come.
 void ChooseFirst(CheckTreeView& view) {
     const QModelIndex first = view.model()->index(0, 0);
-    if (!first.isValid() || view.currentIndex().isValid())
+    if (!first.isValid())
         return;
-    view.setCurrentIndex(first);
-    if (first.flags() & Qt::ItemIsUserCheckable)
+    if (view.selectionModel()->selectedIndexes().isEmpty())
+        view.setCurrentIndex(first);
+    if (first.flags() & Qt::ItemIsUserCheckable && view.Tree().Choice().IsEmpty())
         view.Tree().Toggle(first);
 }
 

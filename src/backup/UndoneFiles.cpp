@@ -75,7 +75,8 @@ public:
         auto* buttons = new QDialogButtonBox;
         QPushButton* copy =
             buttons->addButton(Text(QT_TRANSLATE_NOOP("UndoneFiles", "Co&py")), QDialogButtonBox::ActionRole);
-        buttons->addButton(QDialogButtonBox::Close)->setDefault(true);
+        copy->setAutoDefault(false);
+        QPushButton* close = buttons->addButton(QDialogButtonBox::Close);
         connect(copy, &QPushButton::clicked, this, [this] {
             if (m_view->List().SelectedRows().empty())
                 m_view->List().selectAll();
@@ -92,6 +93,7 @@ public:
         column->setSpacing(Look::TextInset);
         for (QWidget* part : std::initializer_list<QWidget*>{help, m_failure, m_view, buttons})
             column->addWidget(part, part == m_view ? 1 : 0);
+        close->setDefault(true); // of this dialog, so once it stands in it
         resize(WindowSize);
         m_view->setFocus();
     }

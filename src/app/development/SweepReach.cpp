@@ -75,6 +75,18 @@ bool GoesBack(const QRect& from, const QRect& to) {
            (sameColumn && !sameLine && to.top() < from.top());
 }
 
+/// What is scrolled out of sight stands at the edge of its area, to a widget that is outside of that.
+QRect PlaceBeside(const QWidget& other, const QWidget& widget, const QWidget& window) {
+    QRect place(widget.mapTo(&window, QPoint()), widget.size());
+    for (const QWidget* at = widget.parentWidget(); at && at != &window && !at->isAncestorOf(&other);
+         at = at->parentWidget()) {
+        const QRect room(at->mapTo(&window, QPoint()), at->size());
+        if (at->objectName() == "qt_scrollarea_viewport"_L1)
+            place.moveTop(std::clamp(place.top(), room.top(), std::max(room.top(), room.bottom())));
+    }
+    return place;
+}
+
 void Add(std::vector<SweepFind>& finds, SweepRule rule, const QWidget& widget, const QString& why) {
     finds.push_back({rule, PathOf(widget), why});
 }
@@ -125,9 +137,9 @@ std::vector<QWidget*> TabChain(QWidget& window) {
 void FindTabJumps(QWidget& window, std::vector<SweepFind>& finds) {
     const QWidget* last = nullptr;
     for (const QWidget* control : TabChain(window)) {
-        const QRect place(control->mapTo(&window, QPoint()), control->size());
         if (last) {
-            const QRect before(last->mapTo(&window, QPoint()), last->size());
+            const QRect place = PlaceBeside(*last, *control, window);
+            const QRect before = PlaceBeside(*control, *last, window);
             const int zone = ZoneOf(*control);
             const int zoneBefore = ZoneOf(*last);
             if (zone < zoneBefore)

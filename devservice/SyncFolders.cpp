@@ -63,7 +63,7 @@ void LetSomeFail(Task& task) {
         SubTask failed = task.subTasks.empty() ? SubTask() : task.subTasks.back();
         ++failed.number;
         failed.type = "DPUT";
-        failed.parameter1 = task.description.substr(0, task.description.find('\t')) + '/' + file;
+        failed.parameter1 = task.description.substr(0, task.description.find('\t')) + '\\' + file;
         failed.size = 830'912;
         failed.retries = 3;
         failed.state = SubTaskState::Failed;
@@ -134,8 +134,11 @@ std::optional<std::string> SyncFolders::Versions(const std::string& path) const 
 void SyncFolders::Change(const std::string& folder, const std::string& file, char operation,
                          const Computer& computer, const std::string& content, SimTime time) {
     // A version is known by its stamp alone, so no two have the same.
-    while (m_tree.Find(StorePath({}), std::to_string(StampOf(time))))
+    if (m_lastChange)
+        time = std::max(time, *m_lastChange + 1s);
+    while (!m_lastChange && m_tree.Find(StorePath({}), std::to_string(StampOf(time))))
         time += 1s;
+    m_lastChange = time;
     const std::string stored = StorePath(folder) + '/' + file;
     const std::string before = Text(stored).value_or("");
     const bool isDifference =
@@ -243,6 +246,9 @@ void SyncFolders::Populate(const fs::path& local) {
     m_settings.Set("DropFolders", "2", value);
     for (size_t i = 0; i < std::size(folders); ++i) {
         Task task = m_engine.Tasks().at(TaskOf(folders[i]).value());
+        // The same in each home, so that the same seed gives the same traces.
+        task.description =
+            std::string("C:\\Users\\mara\\Cloud Sync Folder - ") + folders[i] + "\t/" + folders[i];
         task.state = states[i];
         if (task.state == TaskState::Failed)
             LetSomeFail(task);

@@ -60,6 +60,7 @@ private:
     Settings& m_settings;
     DavTree& m_tree;
     std::optional<SimTime> m_nextChange;
+    std::optional<SimTime> m_lastChange;
     unsigned m_changes = 0; ///< so far
 };
 

@@ -72,7 +72,7 @@ void WindowPrompts::Ask(QWidget* over, const Question& question, std::function<v
     box->setEscapeButton(no);
     if (!question.beside.isEmpty()) {
         QPushButton* beside = box->addButton(question.beside, QMessageBox::ActionRole);
-        beside->disconnect(box); // which would close
+        beside->disconnect(); // from the box, which would close
         QObject::connect(beside, &QPushButton::clicked, box, question.besideRun);
     }
     Open(box, over, [answer = std::move(answer)](int result) { answer(result == QMessageBox::Yes); });

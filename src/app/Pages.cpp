@@ -63,12 +63,11 @@ bool ChooseNextMode(QWidget& dialog) {
 /// Ticks or selects the first row that has come.
 void ChooseFirst(CheckTreeView& view) {
     const QModelIndex first = view.model()->index(0, 0);
-    if (!first.isValid())
-        return;
-    if (view.selectionModel()->selectedIndexes().isEmpty())
-        view.setCurrentIndex(first);
-    if (first.flags() & Qt::ItemIsUserCheckable && view.Tree().Choice().IsEmpty())
+    const bool hasBoxes = first.data(Qt::CheckStateRole).isValid();
+    if (hasBoxes && view.Tree().Choice().IsEmpty())
         view.Tree().Toggle(first);
+    else if (first.isValid() && !hasBoxes && !view.selectionModel()->hasSelection())
+        view.setCurrentIndex(first);
 }
 
 void FillPage(QWidget& page) {

@@ -260,9 +260,9 @@ std::optional<std::string> DavTree::Find(const std::string& folder, const std::s
         return {};
     for (const auto& entry : fs::recursive_directory_iterator(*place, error))
         if (entry.is_regular_file(error) && platform::Utf8FromPath(entry.path().filename()) == name)
-            return '/' + platform::PathFromUtf8(
-                             platform::Utf8FromPath(entry.path().lexically_relative(m_mounted)))
-                             .generic_string();
+            return '/' +
+                   platform::PathFromUtf8(platform::Utf8FromPath(entry.path().lexically_relative(m_mounted)))
+                       .generic_string();
     return {};
 }
 

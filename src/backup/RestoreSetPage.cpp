@@ -118,10 +118,14 @@ void CRestoreSet::Fill() {
         note);
 }
 
+/// Of a single set the newest one, where none is chosen or that one has gone.
 void CRestoreSet::SelectChosen() {
+    const TreeLevels& levels = m_model.Levels();
     const TreeLevels::Node* chosen =
-        m_choice->hasSnapshot ? m_model.Levels().Find({m_choice->set.place.Folder(), m_choice->snapshot.name})
+        m_choice->hasSnapshot ? levels.Find({m_choice->set.place.Folder(), m_choice->snapshot.name})
                               : nullptr;
+    if (!chosen && m_sets.size() == 1 && !m_sets.front().snapshots.empty())
+        chosen = levels.Find({m_sets.front().place.Folder(), m_sets.front().snapshots.back().name});
     if (chosen)
         m_view->GoTo(*chosen);
 }

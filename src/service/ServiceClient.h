@@ -18,7 +18,7 @@ struct ServiceAnswer {
     int status = 0;                ///< also of an answer that was not expected
     QByteArray body;               ///< empty but for an answer
     std::optional<quint32> length; ///< none when reading broke off; the body then holds what was read
-    bool sent = false; ///< also without an answer the service may have carried the request out
+    bool sent = false;             ///< also without an answer the service may have carried the request out
 
     explicit operator bool() const { return outcome == ServiceOutcome::Answered; }
 };

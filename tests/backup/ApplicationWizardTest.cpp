@@ -12,7 +12,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-const QString Database = u"SqlServerWriter({a65faa63-5ea8-4ebc-9dbd-a0c4db26912a})"_s;
+const QString SqlServer = u"SqlServerWriter({a65faa63-5ea8-4ebc-9dbd-a0c4db26912a})"_s;
 const QString Warehouse = u"Warehouse Writer({3b1f0a4e-52d6-4c1c-9f77-0d2b6c8e1a55})"_s;
 
 /// The wizard before a service with the directory "V".
@@ -41,8 +41,8 @@ struct Applications : PageFixture<> {
         QTest::keyClick(&View(), Qt::Key_Space);
     }
     /// What was sent, with noughts in place of the schedule's date and time.
-    QString Record() const {
-        for (const devservice::ReceivedRequest& request : service.Service().Requests()) {
+    QString Record() {
+        for (const devservice::ReceivedRequest& request : service->Requests()) {
             if (request.target != "/schedule/advbackup")
                 continue;
             QStringList fields = QString::fromStdString(request.body).remove(QChar(0)).split(u'\t');
@@ -74,18 +74,18 @@ private slots:
         apps.Toggle(u"SQL Server"_s);
         apps.Toggle(u"SQL Server"_s, u"LEDGER/model"_s);
         QVERIFY(
-            apps.Ride(u"says Chosen: SQL Server, Inventory | Next | steps | page Where to Backup | "
+            apps.Ride(u"Next | steps | page Where to Backup | "
                       "Path:=/V/Apps | Next | steps | page When to Backup | Next | steps | page Confirm and "
                       "Start | Task Name==Backup [SQL Server,Inventory] To [/V/Apps]"_s));
         const QString text = apps.rider->Sheet()->CurrentPage()->findChild<QPlainTextEdit*>()->toPlainText();
         const QString beginning =
-            u"Backup the information and/or data of following application (and components):\n"_s + Database +
-            '\n'_L1 + Warehouse + "/Inventory\n\nExclude Following Sub-Components:\n"_L1 + Database +
+            u"Backup the information and/or data of following application (and components):\n"_s + SqlServer +
+            '\n'_L1 + Warehouse + "/Inventory\n\nExclude Following Sub-Components:\n"_L1 + SqlServer +
             "/LEDGER/model\n\nBackup To:\n/V/Apps\n\nBackup Schedule:\nBackup task will start at "_L1;
         QCOMPARE(text.left(beginning.size()), beginning);
         QVERIFY(apps.Ride(u"Finish | steps | finished"_s));
-        QCOMPARE(apps.Record(), u"Backup [SQL Server,Inventory] To [/V/Apps]\t"_s + Database + '\n'_L1 +
-                                    Warehouse + "/Inventory\t/V/Apps\t"_L1 + Database +
+        QCOMPARE(apps.Record(), u"Backup [SQL Server,Inventory] To [/V/Apps]\t"_s + SqlServer + '\n'_L1 +
+                                    Warehouse + "/Inventory\t/V/Apps\t"_L1 + SqlServer +
                                     "/LEDGER/model\t10\t0\t1 0 0 0 0 0 0 1 1 1 1 1 1 1 1\n\t0\t"_L1);
         QCOMPARE(apps.service->Tasks().size(), size_t(1));
     }

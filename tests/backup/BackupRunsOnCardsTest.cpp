@@ -6,6 +6,8 @@
 #include "support/TableHand.h"
 #include "support/TestMain.h"
 
+#include <QDialog>
+
 using namespace Qt::Literals::StringLiterals;
 using namespace devservice;
 
@@ -91,7 +93,7 @@ private slots:
         Settle();
         QCOMPARE(known(), 2 * inFront);
         // What cannot be read is read when it can.
-        m_fixture->service->SetFault(DatabaseFault::Missing, Database::ProcessLog);
+        m_fixture->service->SetFault(DatabaseFault::Missing, devservice::Database::ProcessLog);
         m_list->NextPage();
         Settle();
         QCOMPARE(known(), 2 * inFront);
@@ -129,7 +131,7 @@ private:
     }
 
     void AddRun(const std::string& id, const QDateTime& start, int total, int failed, int processed) {
-        m_fixture->service->Execute(m_fixture->service->DatabaseFile(Database::ProcessLog),
+        m_fixture->service->Execute(m_fixture->service->DatabaseFile(devservice::Database::ProcessLog),
                                     "INSERT INTO TaskProcessLog VALUES(NULL,'" + id + "','" + Written(start) +
                                         "','" + Written(start.addSecs(60)) + "','why'," +
                                         std::to_string(total) + ',' + std::to_string(failed) + ',' +

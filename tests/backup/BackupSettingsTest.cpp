@@ -3,6 +3,7 @@
 #include "backup/BackupSettingsPanel.h"
 #include "backup/BackupTaskList.h"
 #include "backup/SchedulerPage.h"
+#include "cards/ExpandableItem.h"
 #include "grid/BrenPropertyGrid.h"
 #include "page/NoticeLine.h"
 #include "support/PageFixture.h"

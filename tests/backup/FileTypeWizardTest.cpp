@@ -92,7 +92,7 @@ private slots:
         QCOMPARE(types->topLevelItemCount(), 14 + 8); // none twice
         for (int row = 0; row < types->topLevelItemCount(); ++row)
             types->SetTicked(row, row == 21 || row == 3);
-        QVERIFY(typed.Ride(u"says Chosen: .m3u, .wmf | Next | steps | page Preview"_s));
+        QVERIFY(typed.Ride(u"Next | steps | page Preview | Back | says Chosen: .m3u, .wmf"_s));
 
         FileTypeWizard documents(typed.console, BackupFlavour::Mirrored, FileCategory::Documents);
         QCOMPARE(documents.findChild<CheckList*>()->TickedRows().size(), size_t(18));

@@ -61,7 +61,6 @@ private slots:
 
     void saysWhereItLooks() {
         m_fixture->service->SetVirtualDirectories({});
-        m_panel->show();
         m_panel->Activate();
         QCOMPARE(Table()->TextWithoutRows(), u"Loading backup set list..."_s);
         m_fixture->reader.StepAll();
@@ -110,10 +109,7 @@ private slots:
     }
 
 private:
-    void Open() {
-        m_panel->show();
-        m_fixture->Open(*m_panel);
-    }
+    void Open() { m_fixture->Open(*m_panel); }
     TableHand Table() const { return TableHand(*m_panel); }
     void Press() {
         QTest::keyClick(Table().operator->(), Qt::Key_Delete);

@@ -145,7 +145,7 @@ private slots:
         }
         QVERIFY(open.rider.Ride(u"Next | step apart | finished"_s.replace(u"step apart"_s, u"steps"_s)));
         const auto below = [&open](QStringList paths) {
-            return paths.replaceInStrings(open.home.dir.path() + u'/', {}).join(u", "_s);
+            return paths.replaceInStrings(open.home.dir.path() + u'/', QString()).join(u", "_s);
         };
         QTEST(below(open.draft->sources), "sources");
         QTEST(below(open.draft->exclusions), "exclusions");

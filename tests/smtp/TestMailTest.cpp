@@ -239,8 +239,7 @@ private slots:
                          closes ? MailServer::After::Close : MailServer::After::GoOn);
         // Only what is awaited in vain may be given up early: a slow computer is given its time.
         const bool inVain = words.contains("in time"_L1);
-        const TestMailResult result =
-            Send(u"mara@example.org"_s, inVain ? Impatient() : MailRoute()).result;
+        const TestMailResult result = Send(u"mara@example.org"_s, inVain ? Impatient() : MailRoute()).result;
         QCOMPARE(result.end, end);
         QVERIFY2(result.Words().contains(words), qPrintable(result.Words()));
         const QStringList whole{u"HELO "_s + QString::fromStdString(platform::HostName()),

@@ -87,6 +87,8 @@ QString ChangeRefusal(const BackupChange& change) {
     BackupDraft draft; // what is not changed stands for itself
     draft.name = u"N"_s;
     draft.sources = change.sources.value_or(QStringList(u"S"_s));
+    if (draft.sources == QStringList(u"@"_s)) // folders do not become file types
+        draft.sources.append(u"@"_s);
     draft.target = change.targets.value_or(QStringList(u"/T"_s)).join(u'\n');
     draft.exclusions = change.exclusions.value_or(QStringList());
     draft.filter.types = change.types.value_or(QString());

@@ -108,10 +108,10 @@ std::optional<QString> RestoredTo(const RestoreDraft& draft, const QStringList& 
         return {};
     if (draft.elsewhere) {
         const QString folder = WithoutEnd(draft.location);
-        const QString separator = IsSeparator(folder.back()) ? QString()
-                                  : folder.contains(u'\\')   ? u"\\"_s
-                                                             : u"/"_s;
-        return folder + separator + InManner(folder, path);
+        const QString separator = IsSeparator(folder.back())       ? QString()
+                                  : draft.location.contains(u'\\') ? u"\\"_s
+                                                                   : u"/"_s;
+        return folder + separator + InManner(draft.location, path);
     }
     const QString first = path.section(u'/', 0, 0);
     for (const QString& written : sources) {

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QString Text(const char* words) {
@@ -41,7 +43,7 @@ QString RestoredText(const ProcessLogRecord& run) {
     const int restored = std::max(0, run.processedSubTasks - run.failedSubTasks);
     const QString text = Text(QT_TRANSLATE_NOOP("RestoreEnd", "%1 restored")).arg(GroupedNumber(restored));
     const QString failed = FailedText(run);
-    return failed.isEmpty() ? text : text + QStringLiteral(", ") + failed;
+    return failed.isEmpty() ? text : text + u", "_s + failed;
 }
 
 QString FailedText(const ProcessLogRecord& run) {

@@ -59,7 +59,7 @@ private slots:
         row("another", ".txt, .html", "", "", "a.htm", "T");
         row("no dot", ".txt", "", "", "txt", "T");
         row("a dot within", ".tar.gz", "", "", "a.b.tar.gz", "");
-        row("only a dot within", ".tar", "", "", "a.tar.gz", "");
+        row("only a dot within", ".tar", "", "", "a.tar.gz", "T");
         row("not a mere ending", ".gz", "", "", "agz", "T");
         row("an entry without dot", "txt", "", "", "a.txt", "T");
         row("both", ".tmp", ".tmp", "", "x.tmp", "E");

@@ -32,6 +32,7 @@
 
 #include <QComboBox>
 #include <QCoreApplication>
+#include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -62,11 +63,11 @@ bool ChooseNextMode(QWidget& dialog) {
 /// Ticks or selects the first row that has come.
 void ChooseFirst(CheckTreeView& view) {
     const QModelIndex first = view.model()->index(0, 0);
-    if (!first.isValid() || view.currentIndex().isValid())
-        return;
-    view.setCurrentIndex(first);
-    if (first.flags() & Qt::ItemIsUserCheckable)
+    const bool hasBoxes = first.data(Qt::CheckStateRole).isValid();
+    if (hasBoxes && view.Tree().Choice().IsEmpty())
         view.Tree().Toggle(first);
+    else if (first.isValid() && !hasBoxes && !view.selectionModel()->hasSelection())
+        view.setCurrentIndex(first);
 }
 
 void FillPage(QWidget& page) {

@@ -20,7 +20,8 @@ ConfirmLink FilterLink(const std::shared_ptr<BackupDraft>& draft, CountView* cou
             emit page.Edited();
         });
     };
-    return {[] { return CConfirm::tr("Backup All Files In Selected Folder (Click To Change)"); }, open};
+    return {[] { return CConfirm::tr("<a>Backup All Files In Selected Folder (Click To Change)</a>"); },
+            open};
 }
 
 ConfirmPlan PlanOfFolders(const Console& console, const std::shared_ptr<BackupDraft>& draft,

@@ -73,6 +73,7 @@ ConfirmPage::ConfirmPage(const Console& console, ConfirmPlan plan)
     m_text->setAccessibleName(tr("What will be done"));
     m_text->setFont(Look::Font(Look::Small));
     m_text->setMinimumHeight(LeastTextHeight);
+    m_text->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored); // it gets what the others leave
     m_fullEvery->setValue(m_plan.retention->fullEvery);
     m_keep->setValue(m_plan.retention->keep);
 

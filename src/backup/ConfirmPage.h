@@ -17,7 +17,7 @@ class QSpinBox;
 
 /// A line with a link in it.
 struct ConfirmLink {
-    std::function<QString()> text;               ///< between "<a>" and "</a>"
+    std::function<QString()> text;               ///< what is clicked stands in it between "<a>" and "</a>"
     std::function<void(ConfirmPage& page)> open; ///< what a click does; the page then shows all anew
 };
 

@@ -17,6 +17,7 @@ ListOn::ListOn(CheckTreeView& view, QWidget* parent)
     row->setSpacing(Look::TextInset);
     row->addWidget(m_find);
     row->addWidget(m_progress, 1);
+    m_progress->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // takes what the window has
     connect(m_find, &TreeFindField::WordsChanged, this, [this] {
         m_stopped = false;
         m_listed = 0;

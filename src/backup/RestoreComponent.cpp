@@ -43,12 +43,13 @@ CRestoreComponent::CRestoreComponent(const Console& console, std::shared_ptr<Res
       m_view(new CheckTreeView(m_model)), m_find(new ListOn(*m_view)), m_notice(new NoticeLine),
       m_others(new QPushButton(tr("In &other snapshots..."))) {
     auto* row = new QHBoxLayout;
-    row->addWidget(m_find, 1);
     row->addWidget(m_others);
+    row->addStretch();
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
-    column->addLayout(row);
+    column->addWidget(m_find);
     column->addWidget(m_view, 1);
+    column->addLayout(row);
     column->addWidget(m_notice);
     m_view->setAccessibleName(Title());
     m_others->setAutoDefault(false);

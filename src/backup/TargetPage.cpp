@@ -38,7 +38,8 @@ bool CTargetPage::IsComplete() const {
 }
 
 PageLine CTargetPage::Line() const {
-    return {tr("Chosen:"), m_picker->TypedPath()};
+    const QString target = m_picker->TypedPath();
+    return target.isEmpty() ? PageLine{{}, tr("Nothing is chosen yet.")} : PageLine{tr("Chosen:"), target};
 }
 
 void CTargetPage::Leave() {

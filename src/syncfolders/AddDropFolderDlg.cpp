@@ -17,6 +17,7 @@ CAddDropFolderDlg::CAddDropFolderDlg(const Console& console, const QStringList& 
                                              .start = QDir::homePath()})),
       m_report(std::make_shared<QString>()) {
     AddNote(tr("The files of the storage will be in this folder too, on each computer that has one for it."));
+    m_path->setAccessibleName(tr("Location"));
     m_names->addItems(names);
     m_names->setCurrentIndex(-1);
     m_names->setPlaceholderText(tr("Choose one"));

@@ -103,7 +103,7 @@ RecordTable<FileVersion> VersionsTable(const ServiceClient& service, const QStri
                  .failure = CDropFolder::tr("The service does not tell the versions of this file."),
                  .lane = Lane::Service,
                  .subject = file},
-        .columns = {{CDropFolder::tr("Version"), 60, &FileVersion::number},
+        .columns = {{CDropFolder::tr("Version"), 80, &FileVersion::number},
                     {CDropFolder::tr("Op"), 60, OperationCell},
                     {CDropFolder::tr("Time"),
                      140,

@@ -1,6 +1,7 @@
 // Labels: threads painting
 #include "backup/FileTypeWizard.h"
 
+#include "backup/FileTypePage.h"
 #include "backup/PreviewPage.h"
 #include "devservice/FileMonitor.h"
 #include "list/RecordView.h"
@@ -96,7 +97,7 @@ private slots:
 
         FileTypeWizard documents(typed.console, BackupFlavour::Mirrored, FileCategory::Documents);
         QCOMPARE(documents.findChild<CheckList*>()->TickedRows().size(), size_t(18));
-        QVERIFY(!documents.findChild<QComboBox*>()->isEnabled());
+        QVERIFY(!documents.findChild<CFileTypePage*>()->findChild<QComboBox*>()->isEnabled());
     }
 
     void sendsWhatWasChosen_data() {

@@ -120,6 +120,7 @@ private slots:
                      settings);
         QVERIFY(backing.Links().contains(
             u"<a>Backup task will start at 22:30:0 every day after  2025-1-31</a>"_s));
+        QVERIFY(backing.Links().contains(u"<a>Backup All Files In Selected Folder (Click To Change)</a>"_s));
         QVERIFY(backing.Ride(u"Finish | busy | off Back | steps | finished"_s));
         QCOMPARE(backing.Records(), QByteArrayList{backing.Record("Mine", end)});
         QCOMPARE(backing.service->Tasks().size(), 1U);

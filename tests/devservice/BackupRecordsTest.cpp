@@ -86,8 +86,8 @@ private slots:
         change("types and folders", Folders, "D:\\Work", "@", "names folders beside");
         change("not mounted", Folders, "/V/", "/W/", "in no mounted virtual directory");
         change("no mark", Folders, "\t0\tSnap", "\t1\tSnap", "lacks the mark");
-        change("no key", Changed(Folders, "\t0\tSnap", "\t1\tSnap"), "Office\tC", "Office[Encrypted]\tC",
-               "no key is stored");
+        change("no key", Changed(Folders, "\t0\tSnap", "\t1\tSnap"), "Office\tC:\\Docs\n",
+               "Office[Encrypted]\tC:\\Docs\n", "no key is stored");
         change("retention", Folders, "\t10\t", "\tten\t", "\"ten\" is no number");
         change("no UTF-8", Folders, "Work", "W\xFFrk", "no text of UTF-8");
         change("doubled tab", Applications, "\t0\t", "\t\t0\t", "it has 10 fields and not 9");

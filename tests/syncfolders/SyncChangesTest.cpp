@@ -60,7 +60,7 @@ private slots:
         row("deny:500@LTN_Team?", "new", true, true, "LTN_Team.");
         row("deny:500@LTN_Team_", "new", true, true, "LTN_Team_.");
         row("deny:500@LST_Team", "new", true, true, "LST_Team.");
-        row("deny:500@L", "new", true, true, "LTN_Team, LTN_Team_, LST_Team");
+        row("deny:500@_Team", "new", true, true, "LTN_Team, LTN_Team_, LST_Team");
         row("refuse", "new", false, false, "did not tell");
         row("", "file/below", false, false, "could not be made, so nothing was changed");
     }

@@ -34,6 +34,16 @@ QLabel* MakeWords(const QString& text, QWidget* buddy = nullptr) {
     return words;
 }
 
+QHBoxLayout* MakeRow(const QString& label, QSpinBox* number, const QString& unit) {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(Gap);
+    row->addWidget(MakeWords(label, number));
+    row->addWidget(number);
+    row->addWidget(MakeWords(unit));
+    row->addStretch();
+    return row;
+}
+
 QSpinBox* MakeNumber(int least, const QString& name) {
     auto* number = new QSpinBox;
     number->setRange(least, MostBackups);
@@ -123,21 +133,13 @@ void ConfirmPage::MakeLinks(QWidget& column) {
 QWidget* ConfirmPage::MakeRetention() {
     m_keepRemark->setFont(Look::Font(Look::Caption));
     Look::SetInk(*m_keepRemark, Look::Muted);
-    auto* row = new QHBoxLayout;
-    row->setSpacing(Gap);
-    row->addWidget(MakeWords(tr("Create a &Full Backup every"), m_fullEvery));
-    row->addWidget(m_fullEvery);
-    row->addWidget(MakeWords(tr("Backups")));
-    row->addSpacing(2 * Gap);
-    row->addWidget(MakeWords(tr("&Keep Last"), m_keep));
-    row->addWidget(m_keep);
-    row->addWidget(MakeWords(tr("Snapshots")));
-    row->addStretch();
     auto* retention = new QWidget;
     auto* column = new QVBoxLayout(retention);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(2);
-    column->addLayout(row);
+    // One below the other: side by side they are wider than a small screen leaves.
+    column->addLayout(MakeRow(tr("Create a &Full Backup every"), m_fullEvery, tr("Backups")));
+    column->addLayout(MakeRow(tr("&Keep Last"), m_keep, tr("Snapshots")));
     column->addWidget(m_keepRemark);
     return retention;
 }

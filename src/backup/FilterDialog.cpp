@@ -101,7 +101,7 @@ FilterDialog::FilterDialog(const FilterChoice& choice, const BackupFigures& figu
     for (const FileTypeRow& row : choice.rows)
         AddType(row);
     ShowFigures(figures);
-    resize(NameWidth + TypesWidth + 60, 520);
+    resize(NameWidth + TypesWidth + 60, 480); // fits the small screens of dense displays
 }
 
 QLayout* FilterDialog::MakeTypes() {

@@ -2,6 +2,8 @@
 
 #include "list/RecordTable.h"
 
+#include <QStringList>
+
 #include <atomic>
 
 /// A file that the index holds; its path lives in the rows it came from.

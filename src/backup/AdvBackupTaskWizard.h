@@ -3,6 +3,8 @@
 #include "plan/BackupTask.h"
 #include "wizard/BrenPropertySheet.h"
 
+#include <functional>
+
 struct Console;
 
 /// Makes a backup of applications.

@@ -4,6 +4,8 @@
 #include "plan/FileTypes.h"
 #include "wizard/WizardPage.h"
 
+#include <memory>
+
 class CheckList;
 class QComboBox;
 class QLineEdit;

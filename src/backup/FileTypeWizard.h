@@ -4,6 +4,8 @@
 #include "plan/FileTypes.h"
 #include "wizard/BrenPropertySheet.h"
 
+#include <functional>
+
 struct Console;
 
 /// Makes a backup of all files of some types, which are those of the category at first.

@@ -5,6 +5,8 @@
 
 #include <QTimer>
 
+#include <memory>
+
 class FileIndexGuide;
 class LinkLabel;
 class RecordView;

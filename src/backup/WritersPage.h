@@ -8,6 +8,8 @@
 #include <QElapsedTimer>
 #include <QTimer>
 
+#include <memory>
+
 class CheckTreeView;
 class ProgressNote;
 struct Console;

@@ -18,8 +18,10 @@ namespace {
 /// The snapshots of a set, the newest first.
 TreeLevel LevelOf(const SetContent& content) {
     TreeLevel level{{}, content.failure};
-    for (auto snapshot = content.snapshots.rbegin(); snapshot != content.snapshots.rend(); ++snapshot)
-        level.entries.push_back({snapshot->name, CreatedText(*snapshot), FileVersionsIcon, false});
+    level.entries.reserve(content.snapshots.size());
+    for (const Snapshot& snapshot : content.snapshots)
+        level.entries.push_back({snapshot.name, CreatedText(snapshot), FileVersionsIcon, false});
+    std::reverse(level.entries.begin(), level.entries.end());
     return level;
 }
 

@@ -12,24 +12,24 @@ namespace {
 /// `ahead` is the text with the time that remains, where the state counts down.
 struct SyncState {
     TaskState state;
+    TaskAction action;
     const char* ahead;
     const char* text;
-    TaskAction action;
     const char* caption;
 };
 
 constexpr const char* Pause = QT_TRANSLATE_NOOP("SyncState", "Pause Sync");
 
 constexpr SyncState States[] = {
-    {TaskState::Pending, QT_TRANSLATE_NOOP("SyncState", "Sync starts in %1"),
-     QT_TRANSLATE_NOOP("SyncState", "Sync starts momentarily"), TaskAction::Pause, Pause},
-    {TaskState::Running, nullptr, nullptr, TaskAction::Pause, Pause},
-    {TaskState::Paused, nullptr, QT_TRANSLATE_NOOP("SyncState", "Paused"), TaskAction::Resume,
+    {TaskState::Pending, TaskAction::Pause, QT_TRANSLATE_NOOP("SyncState", "Sync starts in %1"),
+     QT_TRANSLATE_NOOP("SyncState", "Sync starts momentarily"), Pause},
+    {TaskState::Running, TaskAction::Pause, nullptr, nullptr, Pause},
+    {TaskState::Paused, TaskAction::Resume, nullptr, QT_TRANSLATE_NOOP("SyncState", "Paused"),
      QT_TRANSLATE_NOOP("SyncState", "Resume Sync")},
-    {TaskState::Failed, QT_TRANSLATE_NOOP("SyncState", "failed, retry in %1"),
-     QT_TRANSLATE_NOOP("SyncState", "failed, retry momentarily"), TaskAction::StartNow,
+    {TaskState::Failed, TaskAction::StartNow, QT_TRANSLATE_NOOP("SyncState", "failed, retry in %1"),
+     QT_TRANSLATE_NOOP("SyncState", "failed, retry momentarily"),
      QT_TRANSLATE_NOOP("SyncState", "Retry Now")},
-    {TaskState::Completed, nullptr, QT_TRANSLATE_NOOP("SyncState", "Completed"), TaskAction::StartNow,
+    {TaskState::Completed, TaskAction::StartNow, nullptr, QT_TRANSLATE_NOOP("SyncState", "Completed"),
      QT_TRANSLATE_NOOP("SyncState", "Start Now")},
 };
 

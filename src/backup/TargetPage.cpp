@@ -33,10 +33,6 @@ void CTargetPage::Fill() {
     m_picker->Start();
 }
 
-bool CTargetPage::IsComplete() const {
-    return !m_picker->TypedPath().isEmpty();
-}
-
 PageLine CTargetPage::Line() const {
     const QString target = m_picker->TypedPath();
     return target.isEmpty() ? PageLine{{}, tr("Nothing is chosen yet.")} : PageLine{tr("Chosen:"), target};
@@ -46,7 +42,7 @@ void CTargetPage::Leave() {
     const QString target = m_picker->TypedPath();
     for (const QString& refusal : {TargetRefusal(target), ListedPathRefusal(target)})
         if (!refusal.isEmpty())
-            return Sheet().Stay({refusal});
+            return Sheet().Stay({refusal, m_picker});
     Sheet().Check(
         Lane::Service, tr("Looking for \"%1\"...").arg(target),
         [service = m_console.service, target](const std::stop_token& stop) {

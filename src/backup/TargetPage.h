@@ -15,7 +15,6 @@ public:
     CTargetPage(const Console& console, std::shared_ptr<QString> target);
 
     void Fill() override;
-    bool IsComplete() const override;
     void Leave() override;
     PageLine Line() const override;
 

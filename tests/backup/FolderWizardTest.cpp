@@ -48,7 +48,8 @@ struct Backing : PageFixture<> {
         tree.SetTicked({Folder({}), u"Papers"_s}, true);
         tree.SetTicked({Folder({}), u"Papers"_s, u"old"_s}, false);
         tree.SetTicked({Folder({}), u"Photos"_s}, true);
-        if (!Ride(u"Next | steps | page Where to Backup | off Next | Path:=/Home/Backup | Next | steps | "
+        if (!Ride(u"Next | steps | page Where to Backup | Next | says Please select the folder to backup to. "
+                  u"| Path:=/Home/Backup | Next | steps | "
                   u"page When "
                   "to Backup"_s))
             return false;
@@ -176,7 +177,7 @@ private slots:
         backing.service->SetVirtualDirectories({});
         QVERIFY(
             backing.Ride(u"Next | steps | page Where to Backup | says The virtual directory \"Home\" is not "
-                         "mounted. | Path:=/ | off Next"_s));
+                         "mounted. | Path:=/ | Next | says Please select the folder to backup to."_s));
         backing.service->SetVirtualDirectories({{"Home", "{card}", 3, "{sp}"}});
         QVERIFY(backing.Ride(
             u"Path:=/Home/No | Next | steps | says \"/Home/No\" cannot be backed up to. The service "

@@ -266,11 +266,11 @@ SnapshotSets::Files SnapshotSets::Source(const Task& task, const Files& before, 
             if (fs::is_regular_file(folder))
                 files[name] = folder;
             for (const auto& [path, place] : FilesIn(folder))
-                files[name + '/' + path] = place;
+                files[std::string(name).append("/").append(path)] = place;
             continue;
         }
         const auto add = [&](const MadeUpFile& file, size_t at) {
-            const std::string path = name + '/' + file.name;
+            const std::string path = std::string(name).append("/").append(file.name);
             const auto old = before.find(path);
             if (old != before.end() && (at + number) % 3 != 0) {
                 files[path] = old->second;
@@ -325,7 +325,7 @@ void SnapshotSets::Write(const Task& task, SimTime now) {
 }
 
 fs::path SnapshotSets::OwnPlace(const std::string& folder) const {
-    const fs::path place = platform::PathFromUtf8(folder);
+    fs::path place = platform::PathFromUtf8(folder);
     const fs::path relative = place.lexically_relative(m_home);
     if (place.is_absolute() && !relative.empty() && *relative.begin() != "..")
         return place;

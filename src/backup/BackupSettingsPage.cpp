@@ -292,6 +292,8 @@ BackupSettingsPage::Group BackupSettingsPage::FolderGroup(const QString& title, 
     Group group{title};
     if (!changed && known.isEmpty())
         group.entries.push_back({{.label = label, .mark = PropertyMark::Unknown}});
+    else if (lines.isEmpty() && !mayAdd)
+        group.entries.push_back({{.label = label, .value = tr("None")}});
     for (qsizetype line = 0; line < lines.size(); ++line) {
         const bool all = lines[line] == "@"_L1;
         Entry entry{{.label = label,

@@ -41,12 +41,11 @@ CountView::CountView(const Console& console, QWidget* parent)
       m_bar(new WorkBar), m_details(new QPlainTextEdit) {
     setFrameShape(QFrame::StyledPanel);
     m_details->setReadOnly(true);
-    m_details->setFrameShape(QFrame::NoFrame);
     m_details->setFont(Look::Font(Look::Caption));
     m_details->setTabChangesFocus(true);
     m_details->setAccessibleName(tr("What will be backed up, in numbers"));
     const int line = QFontMetrics(m_details->font()).lineSpacing();
-    m_details->setFixedHeight(DetailLines * line + 10);
+    m_details->setFixedHeight(DetailLines * line + 14);
     auto* head = new QHBoxLayout;
     head->setSpacing(8);
     head->addWidget(m_total);

@@ -28,7 +28,7 @@ namespace {
 
 using File = SubTaskRecord;
 
-constexpr QSize WindowSize(720, 420);
+constexpr QSize WindowSize(620, 420);
 
 QString Text(const char* words) {
     return QCoreApplication::translate("UndoneFiles", words);

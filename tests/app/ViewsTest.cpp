@@ -63,6 +63,7 @@ private slots:
         const auto [size, fault, server, everything] = Fetched<QSize, devservice::HttpFault, bool, bool>();
         ServiceFixture service(server ? "server" : "desktop");
         service->SetFault(fault);
+        qputenv("HOME", QByteArray::fromStdString((service->Home() / "files").string())); // is counted
         ConsoleFixture<ThreadReader> parts;
         WatchedReader reader(parts.reader);
         CBTaskMMCDlg window(parts.client, parts.counters, parts.prompts, reader,

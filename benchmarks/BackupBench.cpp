@@ -7,6 +7,8 @@
 #include "lanes/ThreadReader.h"
 #include "platform/Registry.h"
 
+#include <stdexcept>
+
 namespace {
 
 constexpr QSize PageSize(770, 500);
@@ -33,9 +35,11 @@ void FillLog(devservice::DevService& service, int backups) {
             "' minutes'), 'Completed successfully', 4310, (i % 7 = 0) * 12, 4310 FROM n");
 }
 
-/// A section that begins with its list.
+/// A section that begins with its list, as a backup server has it, which the value 0 says.
 void ShowListsAlone() {
-    platform::WriteRegistryDword({platform::RegistryRoot::LocalMachine, "SOFTWARE\\Brenvia"}, "BrQBSMode", 1);
+    const platform::RegistryKey key{platform::RegistryRoot::LocalMachine, "SOFTWARE\\Brenvia"};
+    if (!platform::WriteRegistryDword(key, "BrQBSMode", 0))
+        throw std::runtime_error("the machine's values cannot be written");
 }
 
 void MeasureCards(BenchTable& table) {

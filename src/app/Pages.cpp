@@ -202,12 +202,12 @@ std::vector<DialogEntry> DialogsOf(bool serverMode) {
              OpenScheduleDialog(window, serverMode ? ScheduleForm::Server : ScheduleForm::Dialog);
          },
          ChooseNextMode},
-        {u"Backup by folder, mirrored"_s,
+        {u"Backup by folder mirrored"_s,
          [](CBTaskMMCDlg& window) {
              OpenFolderWizard(window.Parts(), window, BackupFlavour::Mirrored, [] {});
          },
          GoOn},
-        {u"Backup by folder, snapshots"_s,
+        {u"Backup by folder snapshots"_s,
          [](CBTaskMMCDlg& window) {
              OpenFolderWizard(window.Parts(), window, BackupFlavour::Snapshot, [] {});
          },

@@ -5,13 +5,16 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <array>
 #include <functional>
+#include <string_view>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
 constexpr int DaysOfWeek = 7;
+constexpr qsizetype YearDigits = 4;
 constexpr qint64 SecondsOfHour = 60 * 60;
 constexpr qint64 SecondsOfDay = 24 * SecondsOfHour;
 constexpr qint64 LateAfter = 15 * 60; ///< seconds: one that waits for its turn is not late
@@ -56,10 +59,23 @@ std::vector<QDateTime> LastStarts(const std::vector<ProcessLogRecord>& log) {
 
 } // namespace
 
+/// By hand, since a page of cards reads many at each refresh.
 QDateTime ServiceTime(const QString& text) {
-    QDateTime time = QDateTime::fromString(text, u"yyyy-M-d H:m:s"_s);
-    time.setTimeSpec(Qt::UTC);
-    return time;
+    constexpr std::u16string_view Separators = u"-- ::";
+    std::array<int, 6> numbers{};
+    qsizetype at = 0;
+    for (std::size_t part = 0; part < numbers.size(); ++part) {
+        const qsizetype begin = at;
+        for (; at < text.size() && text[at] >= u'0' && text[at] <= u'9' && at - begin < YearDigits; ++at)
+            numbers[part] = 10 * numbers[part] + text[at].digitValue();
+        const bool whole = part == 0 ? at - begin == YearDigits : at > begin;
+        if (!whole || (part < Separators.size() && (at == text.size() || text[at++] != Separators[part])))
+            return {};
+    }
+    const QDate date(numbers[0], numbers[1], numbers[2]);
+    const QTime time(numbers[3], numbers[4], numbers[5]);
+    return at == text.size() && date.isValid() && time.isValid() ? QDateTime(date, time, Qt::UTC)
+                                                                 : QDateTime();
 }
 
 QDateTime WallTime(const QDateTime& now) {
@@ -84,14 +100,14 @@ BackupRuns RunsOf(const std::vector<ProcessLogRecord>& log) {
 }
 
 QString OutcomeText(const ProcessLogRecord& run) {
+    if (IsClean(run))
+        return {};
     const QString total = GroupedNumber(run.totalSubTasks);
     if (run.failedSubTasks > 0)
         return Text(QT_TRANSLATE_NOOP("BackupRuns", "%1 of %2 failed"))
             .arg(GroupedNumber(run.failedSubTasks), total);
-    if (!IsClean(run))
-        return Text(QT_TRANSLATE_NOOP("BackupRuns", "%1 of %2 not done"))
-            .arg(GroupedNumber(run.totalSubTasks - run.processedSubTasks), total);
-    return {};
+    return Text(QT_TRANSLATE_NOOP("BackupRuns", "%1 of %2 not done"))
+        .arg(GroupedNumber(run.totalSubTasks - run.processedSubTasks), total);
 }
 
 int IntervalDays(const ScheduleBlob& schedule) {
@@ -140,6 +156,8 @@ QString OverdueText(const std::vector<qint64>& days) {
 }
 
 QString LateText(const BackupRuns& runs, const QString& nextRun) {
+    if (runs.starts.size() < 2)
+        return {};
     const QDateTime next = ServiceTime(nextRun);
     if (!next.isValid() || !IsPlanned(runs.starts, next))
         return {};

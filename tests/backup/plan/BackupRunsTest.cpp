@@ -43,6 +43,22 @@ private slots:
         QCOMPARE(OutcomeText({}), QString());
     }
 
+    void readsTimesInOneFormAlone_data() {
+        const Columns<QString, QDateTime> row("text", "time");
+        const QDateTime time(QDate(2025, 3, 4), QTime(9, 5, 0), Qt::UTC);
+        row("whole", "2025-03-04 09:05:00", time);
+        row("without zeros", "2025-3-4 9:5:0", time);
+        for (const char* other :
+             {"", "N/A", "2025-03-04", "2025-03-04 09:05", "2025-03-04 09:05:00 ", "25-03-04 09:05:00",
+              "2025-02-30 09:05:00", "2025-03-04 24:05:00", "2025-03-04T09:05:00", "2025-03- 09:05:00"})
+            row(other, other, QDateTime());
+    }
+
+    void readsTimesInOneFormAlone() {
+        QFETCH(const QString, text);
+        QTEST(ServiceTime(text), "time");
+    }
+
     void longestInterval_data() {
         const Columns<ScheduleBlob, int> row("schedule", "days");
         row("daily or by changes", {}, 1);

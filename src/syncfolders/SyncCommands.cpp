@@ -125,9 +125,12 @@ void SyncCommands::Disable(const SyncFolder& folder) {
                 [service = m_console.service, name](std::stop_token stop) {
                     return DisableSyncFolder(service, name, std::move(stop));
                 },
-                [this, name](const Loaded<SyncFolderChange>& change) {
-                    EndDisable(name,
-                               change.value.value_or(SyncFolderChange{{.failure = change.why}, {}, {}}));
+                [this, name](const Loaded<SyncFolderChange>& loaded) {
+                    if (loaded)
+                        return EndDisable(name, *loaded);
+                    SyncFolderChange failed;
+                    failed.list.failure = loaded.why;
+                    EndDisable(name, failed);
                 });
         });
 }

@@ -11,6 +11,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+constexpr int TitleWidth = 240; ///< its longest title is cut by the usual one
+
 // Where rows stand that can be clicked.
 constexpr int LocationRow = 1;
 constexpr int FailedRow = 3;
@@ -26,7 +28,8 @@ std::optional<QString> ProcessedText(const SubTaskCounts& counts) {
 } // namespace
 
 SyncSummary::SyncSummary(const Console& console, SyncCommands& commands, const SyncRow& row, WallClock clock)
-    : SummaryPanel(console, u"SyncSummary"_s), m_commands(commands), m_row(row), m_clock(std::move(clock)) {
+    : SummaryPanel(console, u"SyncSummary"_s, TitleWidth), m_commands(commands), m_row(row),
+      m_clock(std::move(clock)) {
     SetHelp(tr("View summary information for the Cloud Sync Folder."));
     connect(&commands, &SyncCommands::BusyChanged, this, &SyncSummary::ShowToolbar);
 }

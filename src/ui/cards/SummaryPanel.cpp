@@ -12,15 +12,15 @@ constexpr std::chrono::milliseconds Period{1000};
 
 } // namespace
 
-SummaryPanel::SummaryPanel(const Console& console, QString widths)
-    : CBrenPanel(console), m_widths(std::move(widths)) {
+SummaryPanel::SummaryPanel(const Console& console, QString widths, int titleWidth)
+    : CBrenPanel(console), m_widths(std::move(widths)), m_titleWidth(titleWidth) {
     ReloadEvery(Period, FirstPeriod);
 }
 
 void SummaryPanel::CreatePanel() {
     m_list = new CBrenListCtrl(TheConsole().prompts);
     m_list->setAccessibleName(tr("Summary"));
-    m_list->AddColumn(tr("Info"), 170);
+    m_list->AddColumn(tr("Info"), m_titleWidth);
     m_list->AddColumn(tr("Detail"), 220);
     m_list->RememberWidths(m_widths);
     connect(m_list, &CBrenListCtrl::LeftClicked, this,

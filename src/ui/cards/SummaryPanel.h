@@ -17,7 +17,8 @@ class SummaryPanel : public CBrenPanel {
 
 public:
     /// The widths of the columns are remembered under `widths`.
-    SummaryPanel(const Console& console, QString widths);
+    /// `titleWidth` is that of the first column while nobody has drawn it.
+    SummaryPanel(const Console& console, QString widths, int titleWidth = 170);
 
 protected:
     void CreatePanel() override;
@@ -31,6 +32,7 @@ protected:
 
 private:
     QString m_widths;
+    int m_titleWidth;
     std::vector<SummaryRow> m_rows;
     CBrenListCtrl* m_list = nullptr;
 };

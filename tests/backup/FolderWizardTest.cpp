@@ -22,7 +22,7 @@ using devservice::MakeTask;
 namespace {
 
 constexpr char Schedule[] = "1 2025 1 31 22 30 0 1 1 1 1 1 1 1 1\n";
-const QString Unknown =
+const QString NobodyKnows =
     u"It is not known whether the service took the task: %1 Finish looks for it before it is "
     "sent again."_s;
 
@@ -228,7 +228,7 @@ private slots:
         if (!taken)
             backing.service->SetAnswer("/schedule/backupex", devservice::Answer{200, "x"});
         QVERIFY(backing.Ride(u"Finish | steps | says "_s +
-                             Unknown.arg(taken ? u"its answer broke off in the middle."_s
+                             NobodyKnows.arg(taken ? u"its answer broke off in the middle."_s
                                                : u"the connection ended before it answered."_s)));
         backing.service->ClearFaults();
         const QString found = u"The service did take the task: \"Mine\" stands in its list now."_s;

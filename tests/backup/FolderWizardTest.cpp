@@ -229,7 +229,7 @@ private slots:
             backing.service->SetAnswer("/schedule/backupex", devservice::Answer{200, "x"});
         QVERIFY(backing.Ride(u"Finish | steps | says "_s +
                              NobodyKnows.arg(taken ? u"its answer broke off in the middle."_s
-                                               : u"the connection ended before it answered."_s)));
+                                                   : u"the connection ended before it answered."_s)));
         backing.service->ClearFaults();
         const QString found = u"The service did take the task: \"Mine\" stands in its list now."_s;
         if (taken && then.isEmpty())

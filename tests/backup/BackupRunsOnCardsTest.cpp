@@ -76,7 +76,7 @@ private slots:
 
     void readsTheLogOfWhatIsInFrontOnce() {
         for (int i = 0; i < 30; ++i)
-            PutBackup("{" + std::to_string(i) + "}", "Box " + std::to_string(i), Now);
+            PutBackup("{box" + std::to_string(i) + '}', "Box " + std::to_string(i), Now);
         Show();
         const auto known = [this] {
             int count = 0;

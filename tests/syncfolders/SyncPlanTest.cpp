@@ -203,7 +203,7 @@ private slots:
             "1 Modify 30 Diff PC mara 30#20|2 Delete 25 Full PC mara 25|3 Add 20 Full PC jonas 20 revert");
         // A line of one field has its number, and is none of the versions.
         row("broken\nm\t30\t20\nx\t10", "2 Modify 30 Diff   30#20|3  10    10 revert");
-        row(QByteArray("m\t30\t0\tA\tB\0m\t20\t0\tA\tB", 25), "1 Modify 30 Full A B 30");
+        row(QByteArray("m\t30\t0\tA\tB\0m\t20\t0\tA\tB", 21), "1 Modify 30 Full A B 30");
         row("m\t30\t0\tR\xC3\xA4ume\tmara\textra", "1 Modify 30 Full R\xC3\xA4ume mara 30");
     }
 

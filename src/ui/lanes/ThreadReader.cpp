@@ -144,6 +144,6 @@ void ThreadReader::Submit(Job job) {
 
 void ThreadReader::Pump() {
     // A job that ends may bring another one, and that a thread.
-    for (std::size_t lane = 0; lane < m_lanes.size(); ++lane)
-        m_lanes[lane]->Pump();
+    for (std::size_t lane = 0; lane < m_lanes.size();)
+        m_lanes[lane++]->Pump();
 }

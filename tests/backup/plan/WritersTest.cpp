@@ -16,7 +16,7 @@ private slots:
         row("components", "A\t{1}\tx\tone\ttwo/three\n", {u"A({1})/one/two/three"_s});
         row("lines that are none", "\n\n\t\nA\nB\t{2}\tx\n", {u"B({2})"_s});
         row("empty parts", "\t\t\t\tc", {u"()//c"_s});
-        row("the service's closing zero", QByteArray("A\t{1}\tx\n\0B\t{2}\tx", 18), {u"A({1})"_s});
+        row("the service's closing zero", QByteArray("A\t{1}\tx\n\0B\t{2}\tx", 16), {u"A({1})"_s});
         row("an excluded one in any case",
             "A\t{D61d61c8-D73A-4eee-8cdd-f6f9786b7124}\tx\n"
             "A\t{75DFB225-E2E4-4D39-9AC9-FFAFF65DDF06}\tx\nA\t{0bada1de-01a9-4625-8278-69e735f39dd2}\tx\n"

@@ -139,7 +139,8 @@ std::map<std::string, fs::path> FilesAt(const fs::path& set, const std::string& 
 bool Copy(const fs::path& from, const fs::path& to) {
     std::error_code error;
     fs::create_directories(to.parent_path(), error);
-    fs::copy_file(from, to, fs::copy_options::overwrite_existing, error);
+    fs::remove(to, error); // one of the compilers' libraries copies over nothing
+    fs::copy_file(from, to, error);
     if (error)
         return false;
     fs::last_write_time(to, fs::last_write_time(from, error), error);

@@ -66,7 +66,7 @@ private:
         }
         program.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         program.start(self.absolutePath() + "/BTaskMMC"_L1 + suffix, arguments);
-        if (!program.waitForFinished(60'000) || program.exitStatus() != QProcess::NormalExit ||
+        if (!program.waitForFinished(300'000) || program.exitStatus() != QProcess::NormalExit ||
             program.exitCode() != 0)
             QTest::qFail("the program did not end as it should", __FILE__, __LINE__);
         const QString told = QString::fromUtf8(program.readAllStandardOutput()).remove(u'\r');

@@ -121,14 +121,15 @@ private slots:
                        "Backup | Next | steps | page Confirm | Task Name==My pictures"_s));
         const QString folder = typed.Folder();
         const QString types = u".bmp, .gif, .jpg, .odg, .png, .psd, .tif, .wmf"_s;
-        QCOMPARE(typed.rider->Sheet()->CurrentPage()->findChild<QPlainTextEdit*>()->toPlainText(),
+        QCOMPARE(typed.rider->Sheet()->CurrentPage()->findChild<QPlainTextEdit*>()->toPlainText().replace(
+                     u'\\', u'/'),
                  u"Backup Name:\nMy pictures\n\nBackup Following File Types:\n"_s + types +
                      "\n\nExclude Following Folders (and subfolders):\n"_L1 + folder + "/a/y.jpg\n"_L1 +
                      folder + "/b/deep\n\n\nBackup To:\n/V/Pics"_L1);
         QVERIFY(typed.Ride(u"Finish | steps | finished"_s));
-        QCOMPARE(typed.Record(), u"My pictures\t@\t/V/Pics\t"_s + folder + "/a/y.jpg\n"_L1 + folder +
-                                     "/b/deep\t"_L1 + types + "\n*\n*\nNoSys\nNoHidden\t"_L1 + schedule +
-                                     "\t10\t0\t0\t"_L1 + type);
+        QCOMPARE(typed.Record().replace(u'\\', u'/'),
+                 u"My pictures\t@\t/V/Pics\t"_s + folder + "/a/y.jpg\n"_L1 + folder + "/b/deep\t"_L1 + types +
+                     "\n*\n*\nNoSys\nNoHidden\t"_L1 + schedule + "\t10\t0\t0\t"_L1 + type);
         QCOMPARE(typed.service->Tasks().size(), size_t(1));
     }
 

@@ -103,6 +103,11 @@ class SourcePageTest : public QObject {
     Q_OBJECT
 
 private slots:
+    void initTestCase() {
+        if (QSysInfo::productType() == u"windows")
+            QSKIP("links and odd names are made in another way there");
+    }
+
     void showsTheFoldersAsTheyAre() {
         OpenPage open;
         const QStringList first = RowsBelow(open.Tree(), {});

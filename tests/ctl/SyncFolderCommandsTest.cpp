@@ -39,7 +39,8 @@ private slots:
         row("sync add|Archive|a", "", Usage, "", "no complete path");
         row("sync add|Nobody|{home}/a", "", Refused, "GET /profile/", "no virtual directory \"Nobody\"");
         row("sync add|team|{home}/a", "", Refused, "GET /settings/DropFolders", "Only one");
-        row("sync add|Archive|/dev/null/a", "", Refused, "GET /settings/DropFolders", "nothing was changed");
+        row("sync add|Archive|{home}/settings/settings.txt/a", "", Refused, "GET /settings/DropFolders",
+            "nothing was changed");
         row("sync add|Archive|{home}/a", "deny:500@LTN_", Refused, "PUT /settings/LST_Archive",
             "LTN_Archive");
         row("sync add|Archive|{home}/a", "refuse", Unreachable, "", "Unable to get");

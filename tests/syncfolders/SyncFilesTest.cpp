@@ -39,7 +39,8 @@ private slots:
         Settle();
         const QString file = table.Cells(5)[1];
         QVERIFY(file.startsWith("/Team/"_L1));
-        m_fixture->prompts.ExpectMessage(u'"' + Local() + file.mid(5) + u"\" is not there."_s);
+        m_fixture->prompts.ExpectMessage(u'"' + QDir::toNativeSeparators(Local() + file.mid(5)) +
+                                         u"\" is not there."_s);
         table->setCurrentIndex(table->model()->index(5, 1));
         QTest::keyClick(table.operator->(), Qt::Key_Return);
         Settle();
@@ -179,7 +180,7 @@ private:
     }
 
     QString Asked(const QString& from, const QString& presentFrom, const QString& when) const {
-        const QString path = Local() + "/photos/hall.jpg"_L1;
+        const QString path = QDir::toNativeSeparators(Local() + "/photos/hall.jpg"_L1);
         return u"Do you really want to revert to the version?\nNow: "_s + path + u", "_s +
                LocalFileText(path) + u", from "_s + presentFrom + u"\nThen: version 2 of it, "_s + when +
                u", from "_s + from + u"; the service does not tell its size"_s;

@@ -3,8 +3,6 @@
 #include "devservice/BackupRecords.h"
 #include "devservice/WireText.h"
 
-#include <numeric>
-
 namespace devservice {
 
 namespace {
@@ -29,9 +27,10 @@ Fields Split(const std::string& text, char separator) {
 }
 
 std::string Join(const Fields& fields, char separator) {
-    return std::accumulate(
-        fields.begin() + 1, fields.end(), fields.front(),
-        [separator](std::string all, const std::string& next) { return all + separator + next; });
+    std::string all = fields.front();
+    for (size_t field = 1; field < fields.size(); ++field)
+        all.append(1, separator).append(fields[field]);
+    return all;
 }
 
 void FillIn(std::string& field, const std::string& text) {

@@ -261,7 +261,9 @@ void SyncFolders::Populate(const fs::path& local) {
         const std::string file = Files[static_cast<size_t>(i) * 7 % std::size(Files)];
         const Computer& computer = Others[static_cast<size_t>(i) % std::size(Others)];
         const SimTime time = now - 11h * i + 17min * (i % 4);
-        const bool isThere = Text('/' + folder + '/' + file).has_value();
+        std::string path = "/";
+        path.append(folder).append("/").append(file);
+        const bool isThere = Text(path).has_value();
         Change(folder, file,
                !isThere     ? 'a'
                : i % 9 == 0 ? 'd'

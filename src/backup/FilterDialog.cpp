@@ -190,7 +190,8 @@ void FilterDialog::ShowFigures(const BackupFigures& figures) {
 
 void FilterDialog::Stay(const QString& why, QWidget* field) {
     m_notice->SetText(why);
-    field->setFocus();
+    if (field)
+        field->setFocus();
 }
 
 void FilterDialog::accept() {

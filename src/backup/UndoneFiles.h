@@ -2,6 +2,7 @@
 
 #include "list/ListTable.h"
 
+class QWidget;
 struct Console;
 struct TaskRow;
 

@@ -89,7 +89,7 @@ void CWritersPage::TellTime() {
 
 QString CWritersPage::Show(const Loaded<WriterReading>& reading) {
     m_clock.stop();
-    const QString failure = reading ? reading->failure : reading.why;
+    QString failure = reading ? reading->failure : reading.why;
     if (failure.isEmpty())
         ShowWriters(reading->writers);
     else if (m_tree.rowCount() == 0)

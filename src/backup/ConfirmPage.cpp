@@ -15,7 +15,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QScrollArea>
 #include <QShowEvent>
 #include <QSpinBox>
 #include <QVBoxLayout>
@@ -100,14 +99,7 @@ ConfirmPage::ConfirmPage(const Console& console, ConfirmPlan plan)
     column->addWidget(MakeRetention());
     column->addWidget(m_encrypt);
 
-    auto* area = new QScrollArea;
-    area->setFrameShape(QFrame::NoFrame);
-    area->setFocusPolicy(Qt::NoFocus);
-    area->setWidgetResizable(true);
-    area->setWidget(content);
-    auto* whole = new QVBoxLayout(this);
-    whole->setContentsMargins(0, 0, 0, 0);
-    whole->addWidget(area);
+    SetScrolled(content);
 
     const auto edited = [this] {
         TakeFields();

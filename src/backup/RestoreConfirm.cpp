@@ -14,7 +14,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QScrollArea>
 #include <QVBoxLayout>
 
 using namespace Qt::Literals::StringLiterals;
@@ -107,14 +106,7 @@ CRestoreConfirm::CRestoreConfirm(const Console& console, std::shared_ptr<Restore
     column->addWidget(m_example);
     column->addWidget(m_count);
     column->addWidget(m_notice);
-    auto* area = new QScrollArea;
-    area->setFrameShape(QFrame::NoFrame);
-    area->setFocusPolicy(Qt::NoFocus);
-    area->setWidgetResizable(true);
-    area->setWidget(content);
-    auto* whole = new QVBoxLayout(this);
-    whole->setContentsMargins(0, 0, 0, 0);
-    whole->addWidget(area);
+    SetScrolled(content);
     connect(m_name, &QLineEdit::textChanged, this, &CRestoreConfirm::OnEdited);
     connect(m_policy, &QComboBox::currentIndexChanged, this, &CRestoreConfirm::OnEdited);
     connect(m_elsewhere, &QCheckBox::toggled, this, &CRestoreConfirm::OnEdited);

@@ -61,34 +61,33 @@ bool SyncCommands::IsRunning(const SyncRow& row, const SyncAction& action) const
     return m_runner.IsBusy(TaskOrderKey(action.action, row.taskId));
 }
 
-void SyncCommands::Sync(const SyncFolder& folder) {
+/// What all requests to synchronise have.
+CommandOrder SyncCommands::SyncOrder() {
     CommandOrder order;
-    order.send = [name = folder.name](const ServiceClient& service, std::stop_token stop) {
-        return RequestSync(service, name, std::move(stop));
-    };
     order.failure = SyncRequestText(false);
     order.failureInBox = true;
     order.after = [this](const CommandEnd& end) {
         if (end)
             Tell(SyncRequestText(true));
         emit Changed();
+    };
+    return order;
+}
+
+void SyncCommands::Sync(const SyncFolder& folder) {
+    CommandOrder order = SyncOrder();
+    order.send = [name = folder.name](const ServiceClient& service, std::stop_token stop) {
+        return RequestSync(service, name, std::move(stop));
     };
     m_runner.Run(u"sync "_s + folder.name.toCaseFolded(), order);
 }
 
 void SyncCommands::ForceSync(const SyncFolder& folder) {
-    CommandOrder order;
+    CommandOrder order = SyncOrder();
     order.question = tr("All files of the folder will be compared again. Continue?");
     order.title = SyncFolderTitle(folder.name);
     order.send = [name = folder.name](const ServiceClient& service, std::stop_token stop) {
         return RequestFullSync(service, name, std::move(stop));
-    };
-    order.failure = SyncRequestText(false);
-    order.failureInBox = true;
-    order.after = [this](const CommandEnd& end) {
-        if (end)
-            Tell(SyncRequestText(true));
-        emit Changed();
     };
     m_runner.Run(u"compare "_s + folder.name.toCaseFolded(), order);
 }

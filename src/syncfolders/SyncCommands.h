@@ -5,6 +5,7 @@
 #include "syncplan/SyncState.h"
 
 class CommandRunner;
+struct CommandOrder;
 
 /// All that a person does to sync folders, from their cards and the pages in them alike. A folder is known
 /// by its name, ignoring case.
@@ -39,6 +40,7 @@ signals:
     void BusyChanged();
 
 private:
+    CommandOrder SyncOrder();
     struct Choices; ///< of a new folder
     struct Present; ///< what is known of a file at the moment of the question
 

@@ -52,6 +52,8 @@ signals:
 protected:
     /// Once the page has been added to a sheet.
     CBrenPropertySheet& Sheet() const { return *m_sheet; }
+    /// Fills the page with the content, which scrolls where it has no room.
+    void SetScrolled(QWidget* content);
 
 private:
     friend class CBrenPropertySheet;
